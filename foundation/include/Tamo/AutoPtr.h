@@ -1,0 +1,82 @@
+#ifndef TAMO_AUTOPTR_H
+#define TAMO_AUTOPTR_H
+
+#include "Tamo/Bugcheck.h"
+#include <cstddef>
+#include <utility>
+
+namespace Tamo {
+
+/// A counting pointer to an object with `duplicate` and `release` (see RefCountedObject).
+///
+/// Construction from a plain pointer takes over the reference that `new` made; copies add references of their
+/// own. One AutoPtr is used by one thread at a time.
+template<class C>
+class AutoPtr {
+public:
+    /// A null pointer.
+    AutoPtr() noexcept = default;
+
+    /// Takes over the caller's reference to ptr, which may be null.
+    AutoPtr(C* ptr) noexcept : _ptr(ptr) {}
+
+    /// Takes over the caller's reference, or adds one when shared is true.
+    AutoPtr(C* ptr, bool shared) noexcept : _ptr(ptr) {
+        if (shared && _ptr) {
+            _ptr->duplicate();
+        }
+    }
+
+    AutoPtr(const AutoPtr& other) noexcept : AutoPtr(other._ptr, true) {}
+
+    AutoPtr(AutoPtr&& other) noexcept : _ptr(std::exchange(other._ptr, nullptr)) {}
+
+    /// A further reference to an object of a derived class.
+    template<class Other>
+    AutoPtr(const AutoPtr<Other>& other) noexcept : AutoPtr(const_cast<Other*>(other.get()), true) {}
+
+    ~AutoPtr() {
+        if (_ptr) {
+            _ptr->release();
+        }
+    }
+
+    AutoPtr& operator=(AutoPtr other) noexcept {
+        swap(other);
+        return *this;
+    }
+
+    /// Exchanges the objects of two pointers.
+    void swap(AutoPtr& other) noexcept { std::swap(_ptr, other._ptr); }
+
+    /// The object; a null pointer throws NullPointerException.
+    C* operator->() const {
+        tamo_check_ptr(_ptr);
+        return _ptr;
+    }
+
+    /// The object; a null pointer throws NullPointerException.
+    C& operator*() const {
+        tamo_check_ptr(_ptr);
+        return *_ptr;
+    }
+
+    /// The plain pointer, still owned by this object.
+    C* get() const noexcept { return _ptr; }
+
+    /// True when there is no object.
+    bool isNull() const noexcept { return _ptr == nullptr; }
+
+    explicit operator bool() const noexcept { return _ptr != nullptr; }
+
+    bool operator==(const AutoPtr& other) const noexcept { return _ptr == other._ptr; }
+    bool operator==(const C* ptr) const noexcept { return _ptr == ptr; }
+    bool operator==(std::nullptr_t) const noexcept { return _ptr == nullptr; }
+
+private:
+    C* _ptr = nullptr;
+};
+
+} // namespace Tamo
+
+#endif
