@@ -33,7 +33,7 @@ public:
 
     /// A further reference to an object of a derived class.
     template<class Other>
-    AutoPtr(const AutoPtr<Other>& other) noexcept : AutoPtr(const_cast<Other*>(other.get()), true) {}
+    AutoPtr(const AutoPtr<Other>& other) noexcept : AutoPtr(other.get(), true) {}
 
     ~AutoPtr() {
         if (_ptr) {

@@ -4,10 +4,10 @@
 /// @file
 /// Assertions, active in every build.
 ///
-/// Use an assertion for what only a wrong program can cause; use an exception of the RuntimeException tree for
-/// what a wrong document, stream or environment can cause. A few conditions of the Fast Infoset format are
-/// assertions by long-standing interface although a document can break them; they throw like the others and
-/// never end the process.
+/// Use an assertion for what only a wrong program can cause; use an exception of the RuntimeException tree
+/// for what a wrong document, stream or environment can cause. A few conditions of the Fast Infoset format
+/// are assertions by long-standing interface although a document can break them; they throw like the others
+/// and never end the process.
 ///
 /// A failed assertion throws, with the message
 /// `Assertion violation: CONDITION [in file "FILE", line N]`. All operations are thread-safe.

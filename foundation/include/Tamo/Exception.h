@@ -5,8 +5,8 @@
 /// The exception hierarchy of the foundation.
 ///
 /// `LogicException` and its children report a broken program (see Bugcheck.h); `RuntimeException` and its
-/// children report a broken document, stream or environment. Exceptions are values: copyable, thrown by value,
-/// caught by reference. Not thread-bound.
+/// children report a broken document, stream or environment. Exceptions are values: copyable, thrown by
+/// value, caught by reference. Not thread-bound.
 
 #include <exception>
 #include <memory>
@@ -68,7 +68,8 @@ private:
 
 } // namespace Tamo
 
-/// Declares an exception class CLASS derived from BASE; to be followed by TAMO_IMPLEMENT_EXCEPTION in one source.
+/// Declares an exception class CLASS derived from BASE; to be followed by TAMO_IMPLEMENT_EXCEPTION in one
+/// source.
 #define TAMO_DECLARE_EXCEPTION(CLASS, BASE)                                                                  \
     class CLASS : public BASE {                                                                              \
     public:                                                                                                  \
@@ -82,7 +83,8 @@ private:
         [[noreturn]] void rethrow() const override;                                                          \
     };
 
-/// Defines an exception class declared by TAMO_DECLARE_EXCEPTION in the namespace QUALIFIER (a string literal).
+/// Defines an exception class declared by TAMO_DECLARE_EXCEPTION in the namespace QUALIFIER (a string
+/// literal).
 #define TAMO_IMPLEMENT_EXCEPTION(CLASS, BASE, QUALIFIER, NAME)                                               \
     CLASS::CLASS(const std::string& message, int code) : BASE(message, code) {}                              \
     CLASS::CLASS(const std::string& message, const std::string& argument, int code)                          \
@@ -90,10 +92,18 @@ private:
     CLASS::CLASS(const std::string& message, const ::Tamo::Exception& nested, int code)                      \
         : BASE(message, nested, code) {}                                                                     \
     CLASS::CLASS(int code) : BASE(code) {}                                                                   \
-    const char* CLASS::name() const noexcept { return NAME; }                                                \
-    const char* CLASS::className() const noexcept { return QUALIFIER #CLASS; }                               \
-    ::Tamo::Exception* CLASS::clone() const { return new CLASS(*this); }                                     \
-    void CLASS::rethrow() const { throw *this; }
+    const char* CLASS::name() const noexcept {                                                               \
+        return NAME;                                                                                         \
+    }                                                                                                        \
+    const char* CLASS::className() const noexcept {                                                          \
+        return QUALIFIER #CLASS;                                                                             \
+    }                                                                                                        \
+    ::Tamo::Exception* CLASS::clone() const {                                                                \
+        return new CLASS(*this);                                                                             \
+    }                                                                                                        \
+    void CLASS::rethrow() const {                                                                            \
+        throw *this;                                                                                         \
+    }
 
 namespace Tamo {
 

@@ -1,0 +1,68 @@
+#ifndef TAMO_HASH_H
+#define TAMO_HASH_H
+
+/// @file
+/// Hash of strings, for hash tables in memory.
+///
+/// Pure functions, thread-safe, nothing is thrown. Equal strings have equal hashes in one run of a program;
+/// the values may differ between machines and releases and must not be stored. The hash is not keyed: a table
+/// that takes strings from an untrusted source must bound its probes by other means.
+
+#include "Tamo/Types.h"
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+namespace Tamo {
+
+/// The hash of a string of any octets; all 32 bits are well spread.
+inline UInt32 hash(std::string_view text) noexcept {
+    constexpr std::uint64_t K1 = 0x9E3779B97F4A7C15U;
+    constexpr std::uint64_t K2 = 0xD6E8FEB86659FD93U;
+    const char* p = text.data();
+    std::size_t left = text.size();
+    std::uint64_t h = left * K1;
+    const auto mix = [&h](std::uint64_t word) { h = std::rotl(h ^ (word * K1), 29) * K2; };
+    const auto read = [](const char* at, auto word) -> std::uint64_t {
+        std::memcpy(&word, at, sizeof(word));
+        return word;
+    };
+    if (left >= 8) {
+        for (; left > 8; left -= 8, p += 8) {
+            mix(read(p, std::uint64_t{}));
+        }
+        // The last word may overlap the one before it: no loop over single octets.
+        mix(read(p + left - 8, std::uint64_t{}));
+    } else if (left >= 4) {
+        mix(read(p, std::uint32_t{}) | read(p + left - 4, std::uint32_t{}) << 32);
+    } else if (left > 0) {
+        mix(read(p, std::uint8_t{}) | read(p + left / 2, std::uint8_t{}) << 8 |
+            read(p + left - 1, std::uint8_t{}) << 16);
+    }
+    h = (h ^ h >> 32) * K1;
+    return static_cast<UInt32>(h >> 32 ^ h);
+}
+
+/// The hash of a string.
+inline UInt32 hash(const std::string& text) noexcept {
+    return hash(std::string_view(text));
+}
+
+/// The hash of a string that ends at its first null character.
+inline UInt32 hash(const char* text) noexcept {
+    return hash(std::string_view(text));
+}
+
+/// The place of a value in a hash table; to be specialised for types that have no `hash` function.
+template<class T>
+struct HashFunction {
+    /// The hash of value, reduced to the range from 0 to maxValue - 1; maxValue is at least 1.
+    UInt32 operator()(const T& value, UInt32 maxValue) const { return hash(value) % maxValue; }
+};
+
+} // namespace Tamo
+
+#endif
