@@ -17,8 +17,10 @@ Exception::Exception(const std::string& message, const Exception& nested, int co
 Exception::Exception(int code) : _code(code) {}
 
 Exception::Exception(const Exception& other)
-    : std::exception(other), _message(other._message),
-      _pNested(other._pNested ? other._pNested->clone() : nullptr), _code(other._code) {}
+    : std::exception(other),
+      _message(other._message),
+      _pNested(other._pNested ? other._pNested->clone() : nullptr),
+      _code(other._code) {}
 
 Exception& Exception::operator=(const Exception& other) {
     if (this != &other) {

@@ -23,6 +23,11 @@ public:
 
     /// Checks text like decode and gives the number of its octets, without decoding it.
     static bool decodedSize(std::string_view text, std::size_t& size) noexcept;
+
+    /// Decodes a further piece of a text. digit holds the first digit of an octet whose second one has not
+    /// come yet, and is 0 at the beginning and at a valid end. Returns false when a character is invalid; the
+    /// octets before it have been appended.
+    static bool decodePiece(std::string_view text, std::string& octets, char& digit);
 };
 
 } // namespace Tamo

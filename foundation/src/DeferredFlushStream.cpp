@@ -1,0 +1,77 @@
+#include "Tamo/DeferredFlushStream.h"
+#include <algorithm>
+
+namespace Tamo {
+
+DeferredFlushBuf::DeferredFlushBuf(std::ostream& target, std::size_t capacity)
+    : _target(target), _capacity(std::max<std::size_t>(capacity, 1)), _pBuffer(new char[_capacity]) {
+    setp(_pBuffer.get(), _pBuffer.get() + _capacity);
+}
+
+bool DeferredFlushBuf::passOn() {
+    const auto size = static_cast<std::size_t>(pptr() - pbase());
+    // Emptied first: what a failing target has refused is not offered again.
+    setp(_pBuffer.get(), _pBuffer.get() + _capacity);
+    return size == 0 ? !_target.fail() : write(_pBuffer.get(), size);
+}
+
+DeferredFlushBuf::int_type DeferredFlushBuf::overflow(int_type c) {
+    if (room() == 0 && !passOn()) {
+        return traits_type::eof();
+    }
+    if (!traits_type::eq_int_type(c, traits_type::eof())) {
+        *pptr() = traits_type::to_char_type(c);
+        setp(pptr() + 1, epptr());
+    }
+    return traits_type::not_eof(c);
+}
+
+std::streamsize DeferredFlushBuf::xsputn(const char* text, std::streamsize count) {
+    const auto size = static_cast<std::size_t>(count);
+    if (size > room()) {
+        if (!passOn()) {
+            return 0;
+        }
+        if (size >= _capacity) {
+            return write(text, size) ? count : 0;
+        }
+    }
+    std::copy_n(text, size, pptr());
+    setp(pptr() + size, epptr());
+    return count;
+}
+
+int DeferredFlushBuf::sync() {
+    return 0;
+}
+
+bool DeferredFlushBuf::write(const char* text, std::size_t size) {
+    return !_target.write(text, static_cast<std::streamsize>(size)).fail();
+}
+
+DeferredFlushOutputStream::DeferredFlushOutputStream(std::ostream& target, std::size_t capacity)
+    : std::ostream(nullptr), _target(target), _buf(target, capacity) {
+    rdbuf(&_buf);
+}
+
+DeferredFlushOutputStream::~DeferredFlushOutputStream() {
+    try {
+        _buf.passOn();
+    } catch (...) {
+        // Whoever wants to see errors calls finish().
+    }
+}
+
+void DeferredFlushOutputStream::finish() {
+    bool passed = false;
+    try {
+        passed = _buf.passOn() && !_target.flush().fail();
+    } catch (const std::ios_base::failure&) {
+        // A target that throws has failed; this stream reports it in its own way.
+    }
+    if (!passed) {
+        setstate(std::ios::badbit);
+    }
+}
+
+} // namespace Tamo
