@@ -20,11 +20,6 @@ bool readWhole(std::string_view text, T& value) noexcept {
     return true;
 }
 
-// True when the digits before the exponent are not all zero.
-bool hasNonZeroDigit(std::string_view text) noexcept {
-    return text.substr(0, text.find_first_of("eE")).find_first_of("123456789") != std::string_view::npos;
-}
-
 template<class T>
 T readOrThrow(bool (*read)(std::string_view, T&) noexcept, std::string_view text, const char* message) {
     T value{};
@@ -61,12 +56,7 @@ bool NumberParser::tryParseFloat(std::string_view text, double& value) noexcept 
     const char first = magnitude.front();
     // std::from_chars would take spellings of infinity and not-a-number that are not ours.
     if (first == '.' || (first >= '0' && first <= '9')) {
-        double result = 0;
-        if (!readWhole(text, result) || (result == 0 && hasNonZeroDigit(magnitude))) {
-            return false;
-        }
-        value = result;
-        return true;
+        return readWhole(text, value);
     }
     if (magnitude == "INF") {
         value = negative ? -std::numeric_limits<double>::infinity() : std::numeric_limits<double>::infinity();

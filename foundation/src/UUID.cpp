@@ -10,9 +10,8 @@ namespace {
 
 constexpr std::size_t TEXT_LENGTH = 36;
 
-constexpr bool isHyphenAt(std::size_t position) noexcept {
-    return position == 8 || position == 13 || position == 18 || position == 23;
-}
+// Where the hyphens stand in the text.
+constexpr std::array<std::size_t, 4> HYPHENS{8, 13, 18, 23};
 
 int digitValue(char c) noexcept {
     if (c >= '0' && c <= '9') {
@@ -43,7 +42,7 @@ bool UUID::tryParse(std::string_view text) noexcept {
     Octets octets;
     std::size_t position = 0;
     for (unsigned char& octet : octets) {
-        if (isHyphenAt(position) && text[position++] != '-') {
+        if (std::find(HYPHENS.begin(), HYPHENS.end(), position) != HYPHENS.end() && text[position++] != '-') {
             return false;
         }
         const int high = digitValue(text[position++]);
@@ -62,7 +61,7 @@ std::string UUID::toString() const {
     text.reserve(TEXT_LENGTH);
     HexBinary::encode(std::string_view(reinterpret_cast<const char*>(_octets.data()), _octets.size()), text,
                       false);
-    for (const std::size_t position : {8, 13, 18, 23}) {
+    for (const std::size_t position : HYPHENS) {
         text.insert(position, 1, '-');
     }
     return text;
