@@ -9,7 +9,7 @@ DeferredFlushBuf::DeferredFlushBuf(std::ostream& target, std::size_t capacity)
 }
 
 bool DeferredFlushBuf::passOn() {
-    const auto size = static_cast<std::size_t>(pptr() - pbase());
+    const auto size = static_cast<std::size_t>(pptr() - _pBuffer.get());
     // Emptied first: what a failing target has refused is not offered again.
     setp(_pBuffer.get(), _pBuffer.get() + _capacity);
     return size == 0 ? !_target.fail() : write(_pBuffer.get(), size);
@@ -21,7 +21,7 @@ DeferredFlushBuf::int_type DeferredFlushBuf::overflow(int_type c) {
     }
     if (!traits_type::eq_int_type(c, traits_type::eof())) {
         *pptr() = traits_type::to_char_type(c);
-        setp(pptr() + 1, epptr());
+        advance(1);
     }
     return traits_type::not_eof(c);
 }
@@ -37,8 +37,13 @@ std::streamsize DeferredFlushBuf::xsputn(const char* text, std::streamsize count
         }
     }
     std::copy_n(text, size, pptr());
-    setp(pptr() + size, epptr());
+    advance(size);
     return count;
+}
+
+void DeferredFlushBuf::advance(std::size_t size) noexcept {
+    // Moves the put area's beginning too, which pbump would not, but pbump counts in int.
+    setp(pptr() + size, epptr());
 }
 
 int DeferredFlushBuf::sync() {

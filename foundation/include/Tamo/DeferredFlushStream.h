@@ -24,6 +24,7 @@ protected:
 
 private:
     std::size_t room() const noexcept { return static_cast<std::size_t>(epptr() - pptr()); }
+    void advance(std::size_t size) noexcept;
     bool write(const char* text, std::size_t size);
 
     std::ostream& _target;
