@@ -1,0 +1,111 @@
+// What the tool promises about exit statuses, messages and the files that it leaves behind.
+#include "Finf.h"
+
+namespace {
+
+class ContractTest : public FinfTest {
+protected:
+    ContractTest() {
+        write("a.xml", DOCUMENT);
+        write("bad.xml", "<a>\n <b>text\n </c>\n</a>\n");
+        write("entity.xml", "<!DOCTYPE a SYSTEM 'a.dtd'>\n<a>\n&outside;</a>");
+        write("bad.finf", std::string("\xE0\x00\x00\x02\x00", 5));
+        must("finf encode a.xml -o good.finf; head -c 12 good.finf >short.finf; mkdir dir");
+    }
+
+    static constexpr char DOCUMENT[] = "<a xmlns='urn:a'>some text, long enough<b c='d'/></a>";
+    static constexpr char FILES[] = "a.xml bad.finf bad.xml dir entity.xml good.finf short.finf";
+};
+
+struct Failure {
+    const char* line;
+    int status;
+    const char* message; ///< all of standard error, or its beginning up to an asterisk
+};
+
+const Failure FAILURES[] = {
+    {"finf encode none.xml", 1, "finf: none.xml: cannot open: No such file or directory\n"},
+    {"finf encode dir", 1, "finf: dir: cannot read: Is a directory\n"},
+    {"finf encode bad.xml", 1, "finf: bad.xml: line 3, column 4: mismatched tag\n"},
+    {"finf encode <bad.xml >/dev/null", 1, "finf: standard input: line 3, column 4: mismatched tag\n"},
+    {"finf encode good.finf -o x", 1, "finf: good.finf: line 1, column 1: *"},
+    {"finf encode entity.xml", 1, "finf: entity.xml: line 3, column 1: entity outside is declared outside*"},
+    {"finf decode a.xml -o x", 1, "finf: a.xml: Not a valid Fast Infoset document (invalid header)\n"},
+    {"finf decode bad.finf", 1, "finf: bad.finf: Unsupported Fast Infoset document version\n"},
+    {"finf decode short.finf", 1, "finf: short.finf: Unexpected end of stream while parsing*"},
+    {"finf decode </dev/null", 1, "finf: standard input: *"},
+    {"finf encode a.xml -o good.finf", 1, "finf: a.xml: good.finf exists already; --force overwrites it\n"},
+    {"finf decode good.finf -o a.xml", 1, "finf: good.finf: a.xml exists already; --force overwrites it\n"},
+    {"finf encode a.xml -o dir --force", 1, "finf: a.xml: cannot write dir: Is a directory\n"},
+    {"finf encode a.xml -o dir/none/x", 1,
+     "finf: a.xml: cannot write dir/none/x: No such file or directory\n"},
+    {"finf encode a.xml -o a.xml/x", 1, "finf: a.xml: cannot write a.xml/x: Not a directory\n"},
+    {"finf encode a.xml -o /proc/self/x", 1, "finf: a.xml: cannot write /proc/self/x: *"},
+    {"finf encode a.xml -o /dev/full", 1, "finf: a.xml: cannot write /dev/full: No space left on device\n"},
+    {"finf encode a.xml -o - >/dev/full", 1,
+     "finf: a.xml: cannot write to standard output: No space left on device\n"},
+    {"finf decode good.finf -o - >/dev/full", 1,
+     "finf: good.finf: cannot write to standard output: No space left on device\n"},
+    {"(sleep 0.2; finf encode a.xml -o -; echo $? >&2) | true", 0,
+     "finf: a.xml: cannot write to standard output: Broken pipe\n1\n"},
+    {"finf", 2, "finf: *"},
+    {"finf recode a.xml", 2, "finf: *"},
+    {"finf encode a.xml b.xml", 2, "finf: *"},
+    {"finf encode a.xml --max-indexed-length many", 2, "finf: *"},
+    {"finf decode good.finf --typed", 2, "finf: *"},
+    {"finf decode good.finf --external-vocabulary urn:v", 2, "finf: *"},
+    {"finf decode good.finf --external-vocabulary urn:v=x --external-vocabulary urn:v=y", 2,
+     "finf: --external-vocabulary names urn:v twice*"},
+};
+
+TEST_F(ContractTest, FailuresHaveOneLineAndAStatusAndLeaveNothingBehind) {
+    for (const Failure& failure : FAILURES) {
+        SCOPED_TRACE(failure.line);
+        const Result result = run(failure.line);
+        const std::string expected = failure.message;
+        EXPECT_EQ(result.status, failure.status);
+        EXPECT_EQ(result.output, "");
+        if (expected.ends_with('*')) {
+            EXPECT_EQ(result.errors.substr(0, expected.size() - 1) + '*', expected);
+            EXPECT_EQ(result.errors.find('\n'), result.errors.size() - 1) << result.errors;
+        } else {
+            EXPECT_EQ(result.errors, expected);
+        }
+        EXPECT_EQ(files(), FILES);
+        EXPECT_EQ(read("a.xml"), DOCUMENT);
+    }
+}
+
+TEST_F(ContractTest, NamesOutputAfterInputAndOverwritesByForceOnly) {
+    must("finf encode a.xml");
+    EXPECT_EQ(read("a.finf"), read("good.finf"));
+    must("mv a.xml original; finf decode a.finf; finf encode original; finf decode short.finf -o /dev/null "
+         "|| true"
+         " 2>/dev/null; rm original");
+    EXPECT_EQ(read("original.finf"), read("good.finf"));
+    EXPECT_EQ(read("a.xml"), must("finf decode <good.finf"));
+
+    must("echo old >x; ln -s x link; finf encode a.xml -o link --force; test -L link");
+    EXPECT_EQ(read("x"), read("good.finf"));
+    must("finf encode - -o - --xml-declaration <a.xml >y");
+    EXPECT_EQ(read("y"), "<?xml encoding='finf'?>" + read("good.finf"));
+    must("umask 027; finf encode a.xml -o z; test $(stat -c %a z) = 640");
+}
+
+TEST_F(ContractTest, RemovesTheTemporaryFileWhenTerminated) {
+    const Result result = run("mkfifo in; finf encode in -o out & exec 3>in; printf '<a>' >&3\n"
+                              "until ls .finf-*.tmp >/dev/null 2>&1; do sleep 0.02; done\n"
+                              "kill -TERM $!; wait $!");
+    EXPECT_EQ(result.status, 128 + 15);
+    EXPECT_EQ(files(), std::string(FILES) + " in");
+}
+
+TEST_F(ContractTest, HelpAndVersion) {
+    EXPECT_TRUE(must("finf --version").starts_with("finf "));
+    for (const char* option : {"--force", "--max-indexed-length", "--strip-whitespace", "--xml-declaration",
+                               "--typed", "--external-vocabulary", "--output"}) {
+        EXPECT_NE(must("finf encode --help").find(option), std::string::npos) << option;
+    }
+}
+
+} // namespace

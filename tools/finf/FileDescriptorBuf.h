@@ -1,0 +1,33 @@
+#ifndef TAMO_FINF_FILEDESCRIPTORBUF_H
+#define TAMO_FINF_FILEDESCRIPTORBUF_H
+
+#include <memory>
+#include <streambuf>
+
+namespace finf {
+
+/// A stream buffer over a file descriptor that remembers why a read or write failed.
+///
+/// Reading goes through a buffer; writing does not, so that a buffering stream belongs in front of it. The
+/// descriptor is borrowed.
+class FileDescriptorBuf : public std::streambuf {
+public:
+    explicit FileDescriptorBuf(int descriptor) : _descriptor(descriptor) {}
+
+    /// The errno of the first read or write that failed, 0 when none has.
+    int error() const noexcept { return _error; }
+
+protected:
+    int_type underflow() override;
+    int_type overflow(int_type c) override;
+    std::streamsize xsputn(const char* data, std::streamsize size) override;
+
+private:
+    int _descriptor;
+    int _error = 0;
+    std::unique_ptr<char[]> _pInput;
+};
+
+} // namespace finf
+
+#endif

@@ -1,0 +1,36 @@
+#include "InputFile.h"
+#include "FinfError.h"
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace finf {
+
+namespace {
+
+int openForReading(const std::string& path) {
+    const int descriptor = path == "-" ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) {
+        throw FinfError("cannot open", errno);
+    }
+    return descriptor;
+}
+
+} // namespace
+
+InputFile::InputFile(const std::string& path)
+    : _descriptor(openForReading(path)), _buf(_descriptor), _stream(&_buf) {}
+
+InputFile::~InputFile() {
+    if (_descriptor != STDIN_FILENO) {
+        ::close(_descriptor);
+    }
+}
+
+void InputFile::check() const {
+    if (_buf.error() != 0) {
+        throw FinfError("cannot read", _buf.error());
+    }
+}
+
+} // namespace finf

@@ -1,0 +1,25 @@
+#ifndef TAMO_FINF_OPTIONS_H
+#define TAMO_FINF_OPTIONS_H
+
+#include "VocabularyFiles.h"
+#include <string>
+
+namespace finf {
+
+/// What the command line asks for.
+struct Options {
+    std::string input = "-"; ///< a path, or "-" for standard input
+    std::string output;      ///< a path, "-" for standard output, empty for the default
+    bool force = false;      ///< overwrite an existing output file
+    VocabularyFiles::List vocabularies;
+
+    // Of `encode` only.
+    int maxIndexedLength = 16;
+    bool stripWhitespace = false;
+    bool xmlDeclaration = false;
+    bool typed = false;
+};
+
+} // namespace finf
+
+#endif

@@ -1,0 +1,59 @@
+#ifndef TAMO_FINF_TYPEDCONTENTFILTER_H
+#define TAMO_FINF_TYPEDCONTENTFILTER_H
+
+#include "Tamo/AutoPtr.h"
+#include "Tamo/FastInfoset/Encoding.h"
+#include "Tamo/FastInfoset/FastInfosetWriter.h"
+#include <string>
+
+namespace finf {
+
+/// Hands element text that an encoding algorithm carries in fewer octets to the writer as typed data.
+///
+/// Only the whole text of an element without other children is tried, and only what gives back the identical
+/// text is used; everything else passes unchanged. Text short enough for the writer's string table stays
+/// text: its second occurrence costs an index only. The writer is borrowed.
+class TypedContentFilter : public Tamo::XML::ContentHandler, public Tamo::XML::LexicalHandler {
+public:
+    /// A filter in front of writer, which indexes strings up to maxIndexedLength octets (all when it is
+    /// negative).
+    TypedContentFilter(Tamo::FastInfoset::FastInfosetWriter& writer, int maxIndexedLength)
+        : _writer(writer), _maxIndexedLength(maxIndexedLength) {}
+
+    void setDocumentLocator(const Tamo::XML::Locator* loc) override;
+    void startDocument() override;
+    void endDocument() override;
+    void startElement(const std::string& uri, const std::string& localName, const std::string& qname,
+                      const Tamo::XML::Attributes& attributes) override;
+    void endElement(const std::string& uri, const std::string& localName, const std::string& qname) override;
+    void characters(const char ch[], int start, int length) override;
+    void ignorableWhitespace(const char ch[], int start, int length) override;
+    void processingInstruction(const std::string& target, const std::string& data) override;
+    void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
+    void endPrefixMapping(const std::string& prefix) override;
+    void skippedEntity(const std::string& name) override;
+
+    void startDTD(const std::string& name, const std::string& publicId, const std::string& systemId) override;
+    void endDTD() override;
+    void startEntity(const std::string& name) override;
+    void endEntity(const std::string& name) override;
+    void startCDATA() override;
+    void endCDATA() override;
+    void comment(const char ch[], int start, int length) override;
+
+    /// The smallest encoding of text by a built-in algorithm that saves octets and gives back the identical
+    /// text; null when there is none.
+    static Tamo::AutoPtr<Tamo::FastInfoset::Encoding> encoding(const std::string& text);
+
+private:
+    void passText();
+
+    Tamo::FastInfoset::FastInfosetWriter& _writer;
+    int _maxIndexedLength;
+    bool _collecting = false; // between a start tag and what follows its text
+    std::string _text;
+};
+
+} // namespace finf
+
+#endif

@@ -1,0 +1,58 @@
+#include "VocabularyFiles.h"
+#include "FinfError.h"
+#include "InputFile.h"
+#include "Tamo/MemoryStream.h"
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
+namespace finf {
+
+using Tamo::FastInfoset::DocumentVocabulary;
+
+namespace {
+
+std::string readAll(const std::string& path) {
+    InputFile file(path);
+    std::string octets{std::istreambuf_iterator<char>(file.stream()), std::istreambuf_iterator<char>()};
+    file.check();
+    return octets;
+}
+
+/// True when the identification of a Fast Infoset document stands first or behind an XML declaration.
+bool isFastInfoset(std::string_view octets) {
+    constexpr std::string_view IDENTIFICATION("\xE0\x00", 2);
+    if (octets.starts_with("<?")) {
+        octets.remove_prefix(std::min(octets.find('>'), octets.size() - 1) + 1);
+    }
+    return octets.starts_with(IDENTIFICATION);
+}
+
+} // namespace
+
+DocumentVocabulary VocabularyFiles::load(const std::string& uri) {
+    const auto entry =
+        std::find_if(_entries.begin(), _entries.end(), [&](const Entry& e) { return e.uri == uri; });
+    if (entry == _entries.end()) {
+        throw FinfError("external vocabulary " + uri + " is needed; give it with --external-vocabulary " +
+                        uri + "=FILE");
+    }
+    try {
+        const std::string octets = readAll(entry->file);
+        Tamo::MemoryInputStream stream(octets.data(), octets.size());
+        return isFastInfoset(octets) ? loadFastInfoset(stream, *this) : loadXML(stream);
+    } catch (const std::exception& e) {
+        throw FinfError("external vocabulary " + entry->file + ": " + FinfError::reason(e));
+    }
+}
+
+DocumentVocabulary VocabularyFiles::loadForWriting(const std::string& uri) {
+    const DocumentVocabulary found = vocabulary(uri);
+    try {
+        return DocumentVocabulary(found, DocumentVocabulary::VOC_MAP);
+    } catch (const Tamo::InvalidArgumentException& e) {
+        throw FinfError("external vocabulary " + uri + " cannot be written against: " + e.message());
+    }
+}
+
+} // namespace finf

@@ -1,0 +1,38 @@
+#ifndef TAMO_FINF_VOCABULARYFILES_H
+#define TAMO_FINF_VOCABULARYFILES_H
+
+#include "Tamo/FastInfoset/DocumentVocabulary.h"
+#include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
+#include <string>
+#include <vector>
+
+namespace finf {
+
+/// The external vocabularies that the command line supplies; no other resource is ever opened.
+class VocabularyFiles : public Tamo::FastInfoset::ExternalVocabularyLoader {
+public:
+    /// A vocabulary's URI, as documents name it, and the file that it is built from.
+    struct Entry {
+        std::string uri;
+        std::string file;
+    };
+    using List = std::vector<Entry>;
+
+    /// The entries are borrowed.
+    explicit VocabularyFiles(const List& entries) : _entries(entries) {}
+
+    /// The vocabulary of the file that belongs to uri, XML or Fast Infoset by its content. Throws FinfError
+    /// for a URI that the command line does not give, for a file that cannot be used and for a vocabulary
+    /// that names itself.
+    Tamo::FastInfoset::DocumentVocabulary load(const std::string& uri) override;
+
+    /// The same in a form that a writer can look strings up in.
+    Tamo::FastInfoset::DocumentVocabulary loadForWriting(const std::string& uri);
+
+private:
+    const List& _entries;
+};
+
+} // namespace finf
+
+#endif
