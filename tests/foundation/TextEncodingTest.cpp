@@ -10,89 +10,62 @@ using namespace Tamo;
 
 namespace {
 
-using CodePoints = std::vector<int>;
+const UTF8Encoding UTF8;
+const UTF16Encoding UTF16BE;
+const UTF16Encoding UTF16LE(UTF16Encoding::LITTLE_ENDIAN_ORDER);
 
-struct Row {
-    std::string octets;
-    CodePoints codePoints; // -1 for every invalid sequence
-};
-
-// One row through iterator, converter (to the encoding itself and to the other) and, for UTF-8, validation.
-void check(const TextEncoding& encoding, const Row& row) {
-    SCOPED_TRACE(testing::PrintToString(row.octets));
-    CodePoints walked;
-    TextIterator it(row.octets, encoding);
-    const TextIterator end(row.octets);
-    EXPECT_TRUE(it.end() == end);
-    while (it != end && walked.size() <= row.octets.size()) {
-        walked.push_back(*it++);
-    }
-    EXPECT_EQ(walked, row.codePoints);
-
-    const auto invalid = std::count(row.codePoints.begin(), row.codePoints.end(), -1);
-    const UTF8Encoding utf8;
-    const UTF16Encoding utf16;
-    std::string same("<");
-    std::string wide;
-    std::string narrow;
-    EXPECT_EQ(TextConverter(encoding, encoding).convert(row.octets, same), invalid);
-    EXPECT_EQ(TextConverter(encoding, utf16, 0x1F600).convert(row.octets, wide), invalid);
-    EXPECT_EQ(TextConverter(utf16, utf8).convert(wide, narrow), 0);
-    if (invalid == 0) {
-        EXPECT_EQ(same, "<" + row.octets);
-    }
-    EXPECT_TRUE(UTF8Encoding::isValid(narrow));
-    EXPECT_EQ(
-        std::count(narrow.begin(), narrow.end(), '\xF0') -
-            std::count_if(walked.begin(), walked.end(), [](int c) { return c >= 0x10000 && c < 0x40000; }),
-        invalid)
-        << "one replacement for each invalid sequence";
-    if (dynamic_cast<const UTF8Encoding*>(&encoding)) {
-        EXPECT_EQ(UTF8Encoding::isValid(row.octets), invalid == 0);
-        const std::string padded = "sixteen octets! " + row.octets;
-        std::size_t valid = 16;
-        for (TextIterator good(row.octets, encoding); good != end && *good >= 0; ++good) {
-            unsigned char sequence[TextEncoding::MAX_SEQUENCE_LENGTH];
-            valid += encoding.encode(*good, sequence);
+// Octets that stand for code points, -1 for every invalid sequence: by iterator, converter and, for UTF-8,
+// validation.
+void check(const TextEncoding& encoding, const std::string& octets, const std::vector<int>& codePoints) {
+    SCOPED_TRACE(testing::PrintToString(octets));
+    std::vector<int> walked;
+    std::string expected("<");
+    std::size_t valid = std::string::npos;
+    const TextIterator end(octets);
+    for (TextIterator it(octets, encoding); it != end && walked.size() <= octets.size(); ++it) {
+        unsigned char sequence[TextEncoding::MAX_SEQUENCE_LENGTH];
+        const std::size_t size = UTF8.encode(*it < 0 ? '?' : *it, sequence);
+        if (*it < 0) {
+            valid = std::min(valid, expected.size() - 1);
         }
-        EXPECT_EQ(UTF8Encoding::validLength(padded), valid);
+        expected.append(reinterpret_cast<const char*>(sequence), size);
+        walked.push_back(*it);
+    }
+    EXPECT_EQ(walked, codePoints);
+    std::string converted("<");
+    EXPECT_EQ(TextConverter(encoding, UTF8).convert(octets, converted),
+              std::count(codePoints.begin(), codePoints.end(), -1));
+    EXPECT_EQ(converted, expected);
+    if (&encoding == &UTF8) {
+        EXPECT_EQ(UTF8Encoding::isValid(octets), valid == std::string::npos);
+        EXPECT_EQ(UTF8Encoding::validLength("sixteen octets! " + octets),
+                  16 + std::min(valid, octets.size()));
     }
 }
 
 } // namespace
 
-TEST(UTF8Encoding, TakesExactlyTheWellFormedSequences) {
-    const Row rows[] = {
-        {"", {}},
-        {std::string("\0\x7F", 2), {0, 0x7F}},
-        {"\xC2\x80\xDF\xBF", {0x80, 0x7FF}},
-        {"\xE0\xA0\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF", {0x800, 0xD7FF, 0xE000, 0xFFFF}},
-        {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", {0x10000, 0x10FFFF}},
-        {"\x80", {-1}},
-        {"a\xBF"
-         "b",
-         {'a', -1, 'b'}},
-        {"\xC0\x80", {-1, -1}},                                       // overlong
-        {"\xC1\xBF", {-1, -1}},                                       // overlong
-        {"\xE0\x9F\xBF", {-1, -1, -1}},                               // overlong
-        {"\xF0\x8F\xBF\xBF", {-1, -1, -1, -1}},                       // overlong
-        {"\xED\xA0\x80", {-1, -1, -1}},                               // surrogate
-        {"\xED\xBF\xBF", {-1, -1, -1}},                               // surrogate
-        {"\xF4\x90\x80\x80", {-1, -1, -1, -1}},                       // above U+10FFFF
-        {"\xF5\xFE\xFF", {-1, -1, -1}},                               // never occur
-        {"\xC3", {-1}},                                               // cut off
-        {"\xE2\x82", {-1}},                                           // cut off
-        {"\xF0\x9F\x98", {-1}},                                       // cut off
-        {"\xC3(\xE2\x82(\xF0\x9F\x98(", {-1, '(', -1, '(', -1, '('}}, // the neighbour survives
-        {"\xE2\x82\xE2\x82\xAC", {-1, 0x20AC}},
-    };
-    for (const Row& row : rows) {
-        check(UTF8Encoding(), row);
+TEST(TextEncoding, UTF8TakesExactlyTheWellFormedSequences) {
+    check(UTF8, "", {});
+    check(UTF8, std::string("\0\x7F", 2), {0, 0x7F});
+    check(UTF8, "\xC2\x80\xDF\xBF", {0x80, 0x7FF});
+    check(UTF8, "\xE0\xA0\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF", {0x800, 0xD7FF, 0xE000, 0xFFFF});
+    check(UTF8, "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", {0x10000, 0x10FFFF});
+    // Every octet of these is an invalid sequence of its own: lone, overlong, surrogate, above U+10FFFF,
+    // unused.
+    for (const char* text : {"\x80", "\xBF", "\xC0\x80", "\xC1\xBF", "\xE0\x9F\xBF", "\xF0\x8F\xBF\xBF",
+                             "\xED\xA0\x80", "\xED\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\xFE\xFF"}) {
+        check(UTF8, text, std::vector<int>(std::string(text).size(), -1));
+    }
+    // Cut off, alone and before a neighbour that must survive.
+    for (const std::string text : {"\xC3", "\xE2\x82", "\xF0\x9F\x98"}) {
+        check(UTF8, text, {-1});
+        check(UTF8, "a" + text + "(" + text + "\xE2\x82\xAC", {'a', -1, '(', -1, 0x20AC});
     }
 }
 
-TEST(UTF16Encoding, TakesExactlyTheWellFormedSequencesInBothOrders) {
-    const Row rows[] = {
+TEST(TextEncoding, UTF16TakesExactlyTheWellFormedSequencesInBothOrders) {
+    const std::pair<std::string, std::vector<int>> rows[] = {
         {std::string("\0a\x20\xAC", 4), {'a', 0x20AC}},
         {std::string("\xD7\xFF\xE0\0\xFF\xFF", 6), {0xD7FF, 0xE000, 0xFFFF}},
         {std::string("\xD8\0\xDC\0\xDB\xFF\xDF\xFF", 8), {0x10000, 0x10FFFF}},
@@ -101,38 +74,27 @@ TEST(UTF16Encoding, TakesExactlyTheWellFormedSequencesInBothOrders) {
         {std::string("\xD8\0\xD8\0\xDC\0", 6), {-1, 0x10000}}, // two high ones
         {std::string("\xD8\0", 2), {-1}},                      // cut off
         {std::string("\xD8\0\xDC", 3), {-1, -1}},              // cut off in the second unit
-        {std::string("\0a\0", 3), {'a', -1}},                  // odd octet
-    };
-    for (Row row : rows) {
-        check(UTF16Encoding(), row);
-        for (std::size_t i = 0; i + 1 < row.octets.size(); i += 2) {
-            std::swap(row.octets[i], row.octets[i + 1]);
+        {std::string("\0a\0", 3), {'a', -1}}};                 // odd octet
+    for (auto [octets, codePoints] : rows) {
+        check(UTF16BE, octets, codePoints);
+        for (std::size_t i = 0; i + 1 < octets.size(); i += 2) {
+            std::swap(octets[i], octets[i + 1]);
         }
-        check(UTF16Encoding(UTF16Encoding::LITTLE_ENDIAN_ORDER), row);
+        check(UTF16LE, octets, codePoints);
     }
 }
 
 TEST(TextEncoding, EveryCodePointSurvivesAndNoOtherIsEncoded) {
-    const UTF8Encoding utf8;
-    const UTF16Encoding big;
-    const UTF16Encoding little(UTF16Encoding::LITTLE_ENDIAN_ORDER);
-    EXPECT_STREQ(utf8.canonicalName(), "UTF-8");
-    EXPECT_STREQ(big.canonicalName(), "UTF-16BE");
-    EXPECT_STREQ(little.canonicalName(), "UTF-16LE");
     for (const TextEncoding* pEncoding :
-         {static_cast<const TextEncoding*>(&utf8), static_cast<const TextEncoding*>(&big),
-          static_cast<const TextEncoding*>(&little)}) {
+         std::initializer_list<const TextEncoding*>{&UTF8, &UTF16BE, &UTF16LE}) {
         int wrong = 0;
-        for (int codePoint = -2; codePoint <= 0x110001; ++codePoint) {
+        for (int c = -2; c <= 0x110001; ++c) {
             unsigned char octets[TextEncoding::MAX_SEQUENCE_LENGTH];
-            const bool valid =
-                codePoint >= 0 && codePoint <= 0x10FFFF && (codePoint < 0xD800 || codePoint > 0xDFFF);
-            const std::size_t size = pEncoding->encode(codePoint, octets);
+            const bool valid = c >= 0 && c <= 0x10FFFF && (c < 0xD800 || c > 0xDFFF);
+            const std::size_t size = pEncoding->encode(c, octets);
             std::size_t length = 0;
-            if ((size > 0) != valid ||
-                (valid && (pEncoding->decode(octets, size, length) != codePoint || length != size))) {
-                ++wrong;
-            }
+            wrong += (size > 0) != valid ||
+                     (valid && (pEncoding->decode(octets, size, length) != c || length != size));
         }
         EXPECT_EQ(wrong, 0) << pEncoding->canonicalName();
     }
