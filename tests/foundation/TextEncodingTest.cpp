@@ -19,15 +19,11 @@ const UTF16Encoding UTF16LE(UTF16Encoding::LITTLE_ENDIAN_ORDER);
 void check(const TextEncoding& encoding, const std::string& octets, const std::vector<int>& codePoints) {
     SCOPED_TRACE(testing::PrintToString(octets));
     std::vector<int> walked;
-    std::string expected("<");
-    std::size_t valid = std::string::npos;
+    std::string expected;
     const TextIterator end(octets);
     for (TextIterator it(octets, encoding); it != end && walked.size() <= octets.size(); ++it) {
         unsigned char sequence[TextEncoding::MAX_SEQUENCE_LENGTH];
         const std::size_t size = UTF8.encode(*it < 0 ? '?' : *it, sequence);
-        if (*it < 0) {
-            valid = std::min(valid, expected.size() - 1);
-        }
         expected.append(reinterpret_cast<const char*>(sequence), size);
         walked.push_back(*it);
     }
@@ -35,11 +31,13 @@ void check(const TextEncoding& encoding, const std::string& octets, const std::v
     std::string converted("<");
     EXPECT_EQ(TextConverter(encoding, UTF8).convert(octets, converted),
               std::count(codePoints.begin(), codePoints.end(), -1));
-    EXPECT_EQ(converted, expected);
+    EXPECT_EQ(converted, "<" + expected);
     if (&encoding == &UTF8) {
-        EXPECT_EQ(UTF8Encoding::isValid(octets), valid == std::string::npos);
+        const auto common =
+            std::mismatch(octets.begin(), octets.end(), expected.begin(), expected.end()).first;
         EXPECT_EQ(UTF8Encoding::validLength("sixteen octets! " + octets),
-                  16 + std::min(valid, octets.size()));
+                  16 + static_cast<std::size_t>(common - octets.begin()));
+        EXPECT_EQ(UTF8Encoding::isValid(octets), common == octets.end());
     }
 }
 
