@@ -13,8 +13,9 @@ class InputSource;
 /// reaches its caller.
 class EntityResolver {
 public:
-    /// A source for the entity, or null when there is none; the public identifier may be null.
-    /// The source belongs to the resolver and lives until the reader gives it back by releaseInputSource.
+    /// A source for the entity, or null to let the reader open the system identifier itself; throw to forbid
+    /// it. The public identifier may be null. The source belongs to the resolver and lives until the reader
+    /// gives it back by releaseInputSource.
     virtual InputSource* resolveEntity(const std::string* publicId, const std::string& systemId) = 0;
 
     /// Takes back a source that resolveEntity gave out.

@@ -4,6 +4,7 @@
 #include "Tamo/XML/XMLFilterImpl.h"
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Tamo::XML {
@@ -42,6 +43,7 @@ private:
     };
 
     bool preserving() const { return _inCDATA || (!_spaces.empty() && _spaces.back().preserve); }
+    bool passOnPending(std::string_view text);
     void endRun();
 
     std::string _pending;  // the white space at the beginning of the current run

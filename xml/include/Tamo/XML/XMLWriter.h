@@ -106,34 +106,37 @@ private:
 
     template<class Event>
     void guarded(Event&& event);
-    void require(bool condition, const char* event) const;
-    void requireContent(const char* event);
+    void require(bool condition, const char* what, const char* reason) const;
+    void requireDeclarable(const char* what) const;
 
     void writeStartTag(const std::string& uri, const std::string& localName, const std::string& qname,
                        const Attributes& attributes);
     void declareMappings(bool elementHasNamespace);
     std::string_view elementPrefix(const std::string& uri, const std::string& qname);
     std::string_view attributePrefix(const std::string& uri, const std::string& qname,
-                                     std::string_view elementPrefix, const std::string& elementURI);
-    const std::string& generatePrefix(const std::string& uri);
+                                     const std::string& elementURI, std::string_view elementPrefix);
+    std::string_view generatePrefix(const std::string& uri);
     void checkDuplicates(const Attributes& attributes) const;
     void closeStartTag();
-    void beginChild(bool isText);
-    void writeText(std::string_view text);
+    void beginChild();
     void breakLine(std::size_t depth);
 
+    static void putExternalId(XMLOutput& output, const std::string& publicId, const std::string& systemId);
     void writeDTD(std::string_view name);
-    XMLOutput& miscOutput();
-    void misc(bool isComment, std::string_view target, std::string_view data);
+    XMLOutput& prologOutput();
+    XMLOutput& beginMisc(const char* what);
+    void endMisc();
     void reset();
 
     std::unique_ptr<XMLOutput> _pOutput;
     std::unique_ptr<XMLOutput> _pSubset;   // the internal subset
     std::unique_ptr<XMLOutput> _pAfterDTD; // what follows a declaration that still waits for its name
+    std::ostream* _pStream;
     int _options;
     State _state = State::BEFORE;
     bool _failed = false;
     bool _startTagOpen = false;
+    std::size_t _brackets = 0; // `]` at the end of the open CDATA section
 
     bool _hasDTD = false;         // startDTD has been reported
     bool _heldDTD = false;        // the declaration waits for the root element's name

@@ -1,0 +1,106 @@
+#include "NameCache.h"
+#include <cstdint>
+
+namespace Tamo::XML {
+
+const NameCache::QName& NameCache::find(std::string_view key) {
+    const std::size_t h = hash(key);
+    for (std::size_t i = 0; i < MAX_PROBES; ++i) {
+        std::unique_ptr<QName>& slot = _slots[(h + i) & (_slots.size() - 1)];
+        if (!slot) {
+            if (key.size() > MAX_KEY) {
+                break;
+            }
+            if (_used >= _slots.size() / 2 && _slots.size() < MAX_SLOTS) {
+                grow();
+                return find(key);
+            }
+            slot = std::make_unique<QName>();
+            split(key, *slot);
+            ++_used;
+            return *slot;
+        }
+        if (slot->key == key) {
+            return *slot;
+        }
+    }
+    ++_spilled;
+    split(key, _spill.emplace_back());
+    return _spill.back();
+}
+
+std::size_t NameCache::hash(std::string_view key) {
+    constexpr std::uint64_t MULTIPLIER = 0x9E3779B97F4A7C15;
+    std::uint64_t h = key.size() * MULTIPLIER;
+    const char* p = key.data();
+    std::size_t left = key.size();
+    for (; left >= 8; left -= 8, p += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, p, 8);
+        h = (h ^ word) * MULTIPLIER;
+        h ^= h >> 32;
+    }
+    std::uint64_t word = 0;
+    std::memcpy(&word, p, left);
+    h = (h ^ word) * MULTIPLIER;
+    return static_cast<std::size_t>(h ^ (h >> 32));
+}
+
+void NameCache::split(std::string_view key, QName& name) const {
+    name.key = key;
+    if (!_namespaces) {
+        name.qname = key;
+        return;
+    }
+    std::string_view rest = key;
+    const std::size_t endOfURI = rest.find(SEPARATOR);
+    if (endOfURI != std::string_view::npos) {
+        name.uri = rest.substr(0, endOfURI);
+        rest.remove_prefix(endOfURI + 1);
+    }
+    const std::size_t endOfName = rest.find(SEPARATOR);
+    if (endOfName == std::string_view::npos) {
+        name.localName = rest;
+        name.qname = rest;
+    } else {
+        name.localName = rest.substr(0, endOfName);
+        name.qname.append(rest.substr(endOfName + 1)).append(1, ':').append(name.localName);
+    }
+}
+
+void NameCache::grow() {
+    std::vector<std::unique_ptr<QName>> old(_slots.size() * 2);
+    old.swap(_slots);
+    for (std::unique_ptr<QName>& pName : old) {
+        // The current event may be using the entries, so they keep their addresses; one that finds no place
+        // in the larger table stays alive until the next event.
+        if (!pName) {
+            continue;
+        }
+        const std::size_t h = hash(pName->key);
+        std::size_t i = 0;
+        while (i < MAX_PROBES && _slots[(h + i) & (_slots.size() - 1)]) {
+            ++i;
+        }
+        if (i < MAX_PROBES) {
+            _slots[(h + i) & (_slots.size() - 1)] = std::move(pName);
+        } else {
+            _displaced.push_back(std::move(pName));
+            --_used;
+        }
+    }
+}
+
+void NameCache::endSpill() {
+    _spill.clear();
+    _displaced.clear();
+    if (_spilled > MAX_SPILLED) {
+        for (std::unique_ptr<QName>& pName : _slots) {
+            pName.reset();
+        }
+        _used = 0;
+        _spilled = 0;
+    }
+}
+
+} // namespace Tamo::XML

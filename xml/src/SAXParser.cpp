@@ -1,0 +1,841 @@
+#include "Tamo/XML/SAXParser.h"
+#include "LegacyEncoding.h"
+#include "NameCache.h"
+#include "Tamo/Bugcheck.h"
+#include "Tamo/URI.h"
+#include "Tamo/XML/Attributes.h"
+#include "Tamo/XML/ContentHandler.h"
+#include "Tamo/XML/DTDHandler.h"
+#include "Tamo/XML/EntityResolverImpl.h"
+#include "Tamo/XML/ErrorHandler.h"
+#include "Tamo/XML/InputSource.h"
+#include "Tamo/XML/LexicalHandler.h"
+#include "Tamo/XML/Locator.h"
+#include "Tamo/XML/SAXException.h"
+#include <algorithm>
+#include <cstring>
+#include <exception>
+#include <expat.h>
+#include <istream>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace Tamo::XML {
+
+namespace {
+
+const std::string EMPTY;
+const std::string CDATA_TYPE{"CDATA"};
+
+/// How many octets Expat gets at a time.
+constexpr std::size_t PIECE = 64 * 1024;
+
+/// The longest run of text that one `characters` call delivers.
+constexpr std::size_t MAX_RUN = 64 * 1024;
+
+/// How deep external entities may refer to one another. Each level costs stack and an open stream.
+constexpr std::size_t MAX_EXTERNAL_DEPTH = 64;
+
+/// How many internal entities of a document may refer to others. Expat expands a chain of them by recursion,
+/// about half a KiB of stack a level, so that a longer chain could end the process.
+constexpr std::size_t MAX_REFERRING_ENTITIES = 2000;
+
+using ParserPtr = std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)>;
+
+/// Octets from a stream or from memory.
+class Input {
+public:
+    explicit Input(std::istream& stream) : _pStream(&stream) {}
+    Input(const char* data, std::size_t size) : _pData(data), _left(size) {}
+
+    /// How many octets are worth asking for at once, at most PIECE.
+    std::size_t nextSize() const { return _pStream ? PIECE : std::min(_left, PIECE); }
+
+    /// Reads up to size octets; fewer mean that the input ends.
+    std::size_t read(char* pBuffer, std::size_t size) {
+        if (!_pStream) {
+            const std::size_t count = std::min(size, _left);
+            if (count > 0) {
+                std::memcpy(pBuffer, _pData, count);
+            }
+            _pData += count;
+            _left -= count;
+            return count;
+        }
+        try {
+            _pStream->read(pBuffer, static_cast<std::streamsize>(size));
+        } catch (const std::ios_base::failure&) {
+            // A stream that throws says in its state why.
+        }
+        if (_pStream->bad() || (_pStream->fail() && !_pStream->eof())) {
+            throw IOException("Cannot read from the input stream");
+        }
+        return static_cast<std::size_t>(_pStream->gcount());
+    }
+
+private:
+    std::istream* _pStream = nullptr;
+    const char* _pData = nullptr;
+    std::size_t _left = 0;
+};
+
+/// The attributes of the current element; names live in the name cache, slots keep their strings' capacity.
+class ParsedAttributes : public Attributes {
+public:
+    void clear() { _count = 0; }
+
+    void add(const NameCache::QName& name, const std::string& type, const char* value) {
+        if (_count == _slots.size()) {
+            _slots.emplace_back();
+        }
+        Slot& slot = _slots[_count++];
+        slot.pName = &name;
+        slot.pType = &type;
+        slot.value.assign(value);
+    }
+
+    int getLength() const override { return static_cast<int>(_count); }
+    const std::string& getURI(int i) const override { return at(i).pName->uri; }
+    const std::string& getLocalName(int i) const override { return at(i).pName->localName; }
+    const std::string& getQName(int i) const override { return at(i).pName->qname; }
+    const std::string& getType(int i) const override { return *at(i).pType; }
+    const std::string& getValue(int i) const override { return at(i).value; }
+
+    int getIndex(const std::string& uri, const std::string& localName) const override {
+        for (std::size_t i = 0; i < _count; ++i) {
+            if (_slots[i].pName->localName == localName && _slots[i].pName->uri == uri) {
+                return static_cast<int>(i);
+            }
+        }
+        return -1;
+    }
+
+    int getIndex(const std::string& qname) const override {
+        for (std::size_t i = 0; i < _count; ++i) {
+            if (_slots[i].pName->qname == qname) {
+                return static_cast<int>(i);
+            }
+        }
+        return -1;
+    }
+
+    const std::string& getType(const std::string& uri, const std::string& localName) const override {
+        const int i = getIndex(uri, localName);
+        return i < 0 ? EMPTY : getType(i);
+    }
+
+    const std::string& getType(const std::string& qname) const override {
+        const int i = getIndex(qname);
+        return i < 0 ? EMPTY : getType(i);
+    }
+
+    const std::string& getValue(const std::string& uri, const std::string& localName) const override {
+        const int i = getIndex(uri, localName);
+        return i < 0 ? EMPTY : getValue(i);
+    }
+
+    const std::string& getValue(const std::string& qname) const override {
+        const int i = getIndex(qname);
+        return i < 0 ? EMPTY : getValue(i);
+    }
+
+private:
+    struct Slot {
+        const NameCache::QName* pName = nullptr;
+        const std::string* pType = nullptr;
+        std::string value;
+    };
+
+    const Slot& at(int i) const {
+        tamo_assert(i >= 0 && static_cast<std::size_t>(i) < _count);
+        return _slots[static_cast<std::size_t>(i)];
+    }
+
+    std::vector<Slot> _slots;
+    std::size_t _count = 0;
+};
+
+/// An entity's source for as long as it is read.
+class ResolvedSource {
+public:
+    /// Asks the resolver, when there is one and it has an answer, else opens the identifier.
+    ResolvedSource(EntityResolver* pResolver, const std::string* publicId, const std::string& systemId)
+        : _pResolver(pResolver) {
+        if (_pResolver) {
+            _pSource = _pResolver->resolveEntity(publicId, systemId);
+            if (_pSource && stream()) {
+                return;
+            }
+        }
+        const std::string opened = _pSource ? _pSource->getSystemId() : systemId;
+        release();
+        _pResolver = &_default;
+        _pSource = _default.resolveEntity(publicId, opened);
+    }
+
+    ResolvedSource(const ResolvedSource&) = delete;
+    ResolvedSource& operator=(const ResolvedSource&) = delete;
+    ~ResolvedSource() { release(); }
+
+    /// The source, or null when the identifier cannot be opened.
+    InputSource* get() const { return _pSource; }
+
+    /// The source's stream, or null.
+    std::istream* stream() const {
+        return _pSource->getByteStream() ? _pSource->getByteStream() : _pSource->getCharacterStream();
+    }
+
+private:
+    void release() {
+        if (_pSource) {
+            _pResolver->releaseInputSource(_pSource);
+            _pSource = nullptr;
+        }
+    }
+
+    EntityResolverImpl _default;
+    EntityResolver* _pResolver;
+    InputSource* _pSource = nullptr;
+};
+
+/// The encoding that overrides what the document says; empty when there is none.
+std::string encodingOf(const InputSource& source) {
+    return source.getByteStream() || !source.getCharacterStream() ? source.getEncoding()
+                                                                  : std::string("UTF-8");
+}
+
+/// A system identifier as it is to be opened: relative ones start from the entity that declares them.
+std::string absolute(const char* base, const std::string& systemId) {
+    if (!base || !*base || !URI::schemeOf(systemId).empty()) {
+        return systemId;
+    }
+    if (!URI::schemeOf(base).empty()) {
+        return URI(base).resolve(URI(systemId)).toString();
+    }
+    if (systemId.starts_with('/')) {
+        return systemId;
+    }
+    const std::string_view path(base); // a plain path, taken literally
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string_view::npos ? systemId : std::string(path.substr(0, slash + 1)) + systemId;
+}
+
+/// Whether the replacement text refers to another entity. Character references do not count.
+bool refersToEntity(std::string_view text) {
+    for (std::size_t i = 0; i + 1 < text.size(); ++i) {
+        if ((text[i] == '&' || text[i] == '%') && text[i + 1] != '#') {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+/// One parse: stands between Expat's callbacks and the handlers.
+///
+/// No exception may pass through Expat, which is C: a callback catches it, stops Expat, and run() throws it
+/// on.
+class SAXParser::Driver : public Locator {
+public:
+    Driver(SAXParser& parser, const std::string& publicId, const std::string& systemId)
+        : _parser(parser), _names(parser._namespaces), _holding(parser._declarationsFirst) {
+        _entities.push_back({nullptr, publicId, systemId});
+    }
+
+    void run(Input input, const std::string& encoding);
+
+    std::string getPublicId() const override { return _entities.back().publicId; }
+    std::string getSystemId() const override { return _entities.back().systemId; }
+    int getLineNumber() const override {
+        const XML_Parser pExpat = _entities.back().pExpat;
+        return pExpat ? static_cast<int>(XML_GetCurrentLineNumber(pExpat)) : -1;
+    }
+    int getColumnNumber() const override {
+        const XML_Parser pExpat = _entities.back().pExpat;
+        return pExpat ? static_cast<int>(XML_GetCurrentColumnNumber(pExpat)) + 1 : -1;
+    }
+
+private:
+    struct Entity {
+        XML_Parser pExpat;
+        std::string publicId;
+        std::string systemId;
+    };
+
+    /// An event of the prolog that waits for the declarations to be complete.
+    struct Held {
+        enum Kind { COMMENT, PROCESSING_INSTRUCTION, START_DTD, END_DTD } kind;
+        std::string first, second, third;
+    };
+
+    void installCallbacks(XML_Parser pExpat);
+    void feed(XML_Parser pExpat, Input& input);
+    [[noreturn]] void fail(const std::string& message);
+
+    template<class Event>
+    static void guarded(void* pUser, Event&& event);
+
+    void startElement(const char* name, const char** attributes);
+    void endElement(const char* name);
+    void text(std::string_view text);
+    void flushText();
+    void comment(std::string&& text);
+    void processingInstruction(std::string&& target, std::string&& data);
+    void startDTD(const char* name, const char* systemId, const char* publicId);
+    void endDTD();
+    void entityDecl(const char* name, bool isParameter, const char* value, int length, const char* systemId,
+                    const char* publicId, const char* notation);
+    void attributeDecl(const char* element, const char* attribute, const char* type);
+    void skippedEntity(const std::string& name);
+    int externalEntity(XML_Parser pExpat, const char* context, const char* base, const char* systemId,
+                       const char* publicId);
+    void parseExternal(XML_Parser pExpat, const char* context, const char* base, const char* systemId,
+                       const char* publicId);
+    std::string nameFromContext(std::string_view context) const;
+    const std::string& declaredType(const std::string& element, const std::string& attribute);
+    void releaseHeld();
+
+    static int XMLCALL unknownEncoding(void*, const char* name, XML_Encoding* pInfo);
+
+    SAXParser& _parser;
+    NameCache _names;
+    ParsedAttributes _attributes;
+    std::string _text;
+    std::vector<Entity> _entities; // the document entity and the external entities open inside it
+    std::exception_ptr _exception;
+    bool _inDTD = false;
+    bool _holding;
+    std::vector<Held> _held;
+    std::size_t _referringEntities = 0;
+    std::unordered_set<std::string> _externalEntities;   // names of the general ones
+    std::unordered_map<std::string, std::string> _types; // by element and attribute name
+    std::string _typeKey;
+};
+
+void SAXParser::Driver::run(Input input, const std::string& encoding) {
+    const char* pEncoding = encoding.empty() ? nullptr : encoding.c_str();
+    ParserPtr pExpat(_parser._namespaces ? XML_ParserCreateNS(pEncoding, NameCache::SEPARATOR)
+                                         : XML_ParserCreate(pEncoding),
+                     &XML_ParserFree);
+    if (!pExpat) {
+        throw std::bad_alloc();
+    }
+    installCallbacks(pExpat.get());
+    if (!_entities.back().systemId.empty() &&
+        XML_SetBase(pExpat.get(), _entities.back().systemId.c_str()) != XML_STATUS_OK) {
+        throw std::bad_alloc();
+    }
+    _entities.back().pExpat = pExpat.get();
+
+    if (ContentHandler* pHandler = _parser._pContentHandler) {
+        pHandler->setDocumentLocator(this);
+        if (!_holding) {
+            pHandler->startDocument();
+        }
+    }
+    feed(pExpat.get(), input);
+    if (ContentHandler* pHandler = _parser._pContentHandler) {
+        pHandler->endDocument();
+    }
+}
+
+void SAXParser::Driver::installCallbacks(XML_Parser pExpat) {
+    XML_SetUserData(pExpat, this);
+    XML_SetReturnNSTriplet(pExpat, 1);
+    XML_SetUnknownEncodingHandler(pExpat, unknownEncoding, nullptr);
+    XML_SetElementHandler(
+        pExpat,
+        [](void* pUser, const char* name, const char** attributes) {
+            guarded(pUser, [&](Driver& driver) { driver.startElement(name, attributes); });
+        },
+        [](void* pUser, const char* name) {
+            guarded(pUser, [&](Driver& driver) { driver.endElement(name); });
+        });
+    XML_SetCharacterDataHandler(pExpat, [](void* pUser, const char* text, int length) {
+        guarded(pUser, [&](Driver& driver) { driver.text({text, static_cast<std::size_t>(length)}); });
+    });
+    XML_SetProcessingInstructionHandler(pExpat, [](void* pUser, const char* target, const char* data) {
+        guarded(pUser, [&](Driver& driver) { driver.processingInstruction(target, data); });
+    });
+    XML_SetCommentHandler(pExpat, [](void* pUser, const char* text) {
+        guarded(pUser, [&](Driver& driver) { driver.comment(text); });
+    });
+    XML_SetCdataSectionHandler(
+        pExpat,
+        [](void* pUser) {
+            guarded(pUser, [](Driver& driver) {
+                if (LexicalHandler* pHandler = driver._parser._pLexicalHandler) {
+                    driver.flushText();
+                    pHandler->startCDATA();
+                }
+            });
+        },
+        [](void* pUser) {
+            guarded(pUser, [](Driver& driver) {
+                if (LexicalHandler* pHandler = driver._parser._pLexicalHandler) {
+                    driver.flushText();
+                    pHandler->endCDATA();
+                }
+            });
+        });
+    XML_SetNamespaceDeclHandler(
+        pExpat,
+        [](void* pUser, const char* prefix, const char* uri) {
+            guarded(pUser, [&](Driver& driver) {
+                driver.flushText();
+                driver.releaseHeld();
+                if (ContentHandler* pHandler = driver._parser._pContentHandler) {
+                    pHandler->startPrefixMapping(prefix ? prefix : EMPTY, uri ? uri : EMPTY);
+                }
+            });
+        },
+        [](void* pUser, const char* prefix) {
+            guarded(pUser, [&](Driver& driver) {
+                if (ContentHandler* pHandler = driver._parser._pContentHandler) {
+                    pHandler->endPrefixMapping(prefix ? prefix : EMPTY);
+                }
+            });
+        });
+    XML_SetDoctypeDeclHandler(
+        pExpat,
+        [](void* pUser, const char* name, const char* systemId, const char* publicId, int) {
+            guarded(pUser, [&](Driver& driver) { driver.startDTD(name, systemId, publicId); });
+        },
+        [](void* pUser) { guarded(pUser, [](Driver& driver) { driver.endDTD(); }); });
+    XML_SetNotationDeclHandler(
+        pExpat, [](void* pUser, const char* name, const char*, const char* systemId, const char* publicId) {
+            guarded(pUser, [&](Driver& driver) {
+                if (DTDHandler* pHandler = driver._parser._pDTDHandler) {
+                    const std::string systemText(systemId ? systemId : "");
+                    const std::string publicText(publicId ? publicId : "");
+                    pHandler->notationDecl(name, publicId ? &publicText : nullptr,
+                                           systemId ? &systemText : nullptr);
+                }
+            });
+        });
+    XML_SetEntityDeclHandler(pExpat, [](void* pUser, const char* name, int isParameter, const char* value,
+                                        int length, const char*, const char* systemId, const char* publicId,
+                                        const char* notation) {
+        guarded(pUser, [&](Driver& driver) {
+            driver.entityDecl(name, isParameter != 0, value, length, systemId, publicId, notation);
+        });
+    });
+    XML_SetAttlistDeclHandler(pExpat, [](void* pUser, const char* element, const char* attribute,
+                                         const char* type, const char*, int) {
+        guarded(pUser, [&](Driver& driver) { driver.attributeDecl(element, attribute, type); });
+    });
+    XML_SetSkippedEntityHandler(pExpat, [](void* pUser, const char* name, int isParameter) {
+        guarded(pUser, [&](Driver& driver) {
+            driver.skippedEntity(isParameter ? std::string("%").append(name) : std::string(name));
+        });
+    });
+    // Without this callback Expat would drop references to external entities silently.
+    XML_SetExternalEntityRefHandler(pExpat, [](XML_Parser pParent, const char* context, const char* base,
+                                               const char* systemId, const char* publicId) {
+        return static_cast<Driver*>(XML_GetUserData(pParent))
+            ->externalEntity(pParent, context, base, systemId, publicId);
+    });
+    if (_parser._externalParameterEntities) {
+        XML_SetParamEntityParsing(pExpat, XML_PARAM_ENTITY_PARSING_ALWAYS);
+    }
+}
+
+void SAXParser::Driver::feed(XML_Parser pExpat, Input& input) {
+    bool isFinal = false;
+    while (!isFinal) {
+        const std::size_t size = input.nextSize();
+        void* pBuffer = XML_GetBuffer(pExpat, static_cast<int>(std::max<std::size_t>(size, 1)));
+        if (!pBuffer) {
+            throw std::bad_alloc();
+        }
+        const std::size_t count = input.read(static_cast<char*>(pBuffer), size);
+        isFinal = count < PIECE;
+        if (XML_ParseBuffer(pExpat, static_cast<int>(count), isFinal) != XML_STATUS_OK) {
+            if (_exception) {
+                std::rethrow_exception(_exception);
+            }
+            const XML_Error error = XML_GetErrorCode(pExpat);
+            if (error == XML_ERROR_NO_MEMORY) {
+                throw std::bad_alloc();
+            }
+            fail(XML_ErrorString(error));
+        }
+    }
+    // A callback behind the last one that Expat can be stopped in.
+    if (_exception) {
+        std::rethrow_exception(_exception);
+    }
+}
+
+void SAXParser::Driver::fail(const std::string& message) {
+    const SAXParseException exception(message, *this);
+    if (_parser._pErrorHandler) {
+        _parser._pErrorHandler->fatalError(exception);
+    }
+    throw exception;
+}
+
+template<class Event>
+void SAXParser::Driver::guarded(void* pUser, Event&& event) {
+    Driver& driver = *static_cast<Driver*>(pUser);
+    if (driver._exception) {
+        return; // Expat may deliver a few more events before it stops
+    }
+    try {
+        event(driver);
+    } catch (...) {
+        driver._exception = std::current_exception();
+        XML_StopParser(driver._entities.back().pExpat, XML_FALSE);
+    }
+}
+
+void SAXParser::Driver::startElement(const char* name, const char** attributes) {
+    flushText();
+    releaseHeld();
+    ContentHandler* pHandler = _parser._pContentHandler;
+    if (!pHandler) {
+        return;
+    }
+    _names.beginEvent();
+    const NameCache::QName& element = _names.find(name);
+    _attributes.clear();
+    for (; *attributes; attributes += 2) {
+        const NameCache::QName& attribute = _names.find(*attributes);
+        if (!_parser._namespaces && (attribute.qname == "xmlns" || attribute.qname.starts_with("xmlns:"))) {
+            continue;
+        }
+        const std::string& type = _types.empty() ? CDATA_TYPE : declaredType(element.qname, attribute.qname);
+        _attributes.add(attribute, type, attributes[1]);
+    }
+    pHandler->startElement(element.uri, element.localName, element.qname, _attributes);
+}
+
+void SAXParser::Driver::endElement(const char* name) {
+    flushText();
+    if (ContentHandler* pHandler = _parser._pContentHandler) {
+        _names.beginEvent();
+        const NameCache::QName& element = _names.find(name);
+        pHandler->endElement(element.uri, element.localName, element.qname);
+    }
+}
+
+void SAXParser::Driver::text(std::string_view text) {
+    while (_text.size() + text.size() > MAX_RUN) {
+        std::size_t room = MAX_RUN - _text.size();
+        while (room > 0 && (static_cast<unsigned char>(text[room]) & 0xC0) == 0x80) {
+            --room; // not inside a character
+        }
+        _text.append(text.substr(0, room));
+        text.remove_prefix(room);
+        flushText();
+    }
+    _text.append(text);
+}
+
+void SAXParser::Driver::flushText() {
+    if (!_text.empty()) {
+        if (ContentHandler* pHandler = _parser._pContentHandler) {
+            pHandler->characters(_text.data(), 0, static_cast<int>(_text.size()));
+        }
+        _text.clear();
+    }
+}
+
+void SAXParser::Driver::comment(std::string&& text) {
+    LexicalHandler* pHandler = _parser._pLexicalHandler;
+    if (_inDTD || !pHandler) {
+        return;
+    }
+    flushText();
+    if (_holding) {
+        _held.push_back({Held::COMMENT, std::move(text), {}, {}});
+    } else {
+        pHandler->comment(text.data(), 0, static_cast<int>(text.size()));
+    }
+}
+
+void SAXParser::Driver::processingInstruction(std::string&& target, std::string&& data) {
+    flushText();
+    if (_holding) {
+        _held.push_back({Held::PROCESSING_INSTRUCTION, std::move(target), std::move(data), {}});
+    } else if (ContentHandler* pHandler = _parser._pContentHandler) {
+        pHandler->processingInstruction(target, data);
+    }
+}
+
+void SAXParser::Driver::startDTD(const char* name, const char* systemId, const char* publicId) {
+    _inDTD = true;
+    const std::string publicText(publicId ? publicId : "");
+    const std::string systemText(systemId ? systemId : "");
+    if (_holding) {
+        _held.push_back({Held::START_DTD, name, publicText, systemText});
+    } else if (LexicalHandler* pHandler = _parser._pLexicalHandler) {
+        pHandler->startDTD(name, publicText, systemText);
+    }
+}
+
+void SAXParser::Driver::endDTD() {
+    _inDTD = false;
+    if (_holding) {
+        _held.push_back({Held::END_DTD, {}, {}, {}});
+        releaseHeld();
+    } else if (LexicalHandler* pHandler = _parser._pLexicalHandler) {
+        pHandler->endDTD();
+    }
+}
+
+void SAXParser::Driver::releaseHeld() {
+    if (!_holding) {
+        return;
+    }
+    _holding = false;
+    if (ContentHandler* pHandler = _parser._pContentHandler) {
+        pHandler->startDocument();
+    }
+    for (const Held& held : _held) {
+        ContentHandler* pContentHandler = _parser._pContentHandler;
+        LexicalHandler* pLexicalHandler = _parser._pLexicalHandler;
+        if (held.kind == Held::PROCESSING_INSTRUCTION) {
+            if (pContentHandler) {
+                pContentHandler->processingInstruction(held.first, held.second);
+            }
+        } else if (!pLexicalHandler) {
+            continue;
+        } else if (held.kind == Held::COMMENT) {
+            pLexicalHandler->comment(held.first.data(), 0, static_cast<int>(held.first.size()));
+        } else if (held.kind == Held::START_DTD) {
+            pLexicalHandler->startDTD(held.first, held.second, held.third);
+        } else {
+            pLexicalHandler->endDTD();
+        }
+    }
+    _held = {};
+}
+
+void SAXParser::Driver::entityDecl(const char* name, bool isParameter, const char* value, int length,
+                                   const char* systemId, const char* publicId, const char* notation) {
+    if (value) {
+        if (refersToEntity({value, static_cast<std::size_t>(length)}) &&
+            ++_referringEntities > MAX_REFERRING_ENTITIES) {
+            fail("too many entities that refer to other entities");
+        }
+    } else if (notation) {
+        if (DTDHandler* pHandler = _parser._pDTDHandler) {
+            const std::string publicText(publicId ? publicId : "");
+            pHandler->unparsedEntityDecl(name, publicId ? &publicText : nullptr, systemId ? systemId : EMPTY,
+                                         notation);
+        }
+    } else if (!isParameter) {
+        _externalEntities.emplace(name);
+    }
+}
+
+void SAXParser::Driver::attributeDecl(const char* element, const char* attribute, const char* type) {
+    // SAX knows neither enumerations nor the names that a notation attribute allows.
+    std::string_view saxType(type);
+    if (saxType.starts_with('(')) {
+        saxType = "NMTOKEN";
+    } else if (saxType.starts_with("NOTATION")) {
+        saxType = "NOTATION";
+    }
+    if (saxType != CDATA_TYPE) {
+        // The first declaration of an attribute is the one that holds.
+        _types.emplace(std::string(element).append(1, ' ').append(attribute), saxType);
+    }
+}
+
+const std::string& SAXParser::Driver::declaredType(const std::string& element, const std::string& attribute) {
+    _typeKey.assign(element).append(1, ' ').append(attribute);
+    const auto it = _types.find(_typeKey);
+    return it == _types.end() ? CDATA_TYPE : it->second;
+}
+
+void SAXParser::Driver::skippedEntity(const std::string& name) {
+    flushText();
+    if (_holding) {
+        return; // a parameter entity; nothing that the handlers could do with it
+    }
+    if (ContentHandler* pHandler = _parser._pContentHandler) {
+        pHandler->skippedEntity(name);
+    }
+}
+
+int SAXParser::Driver::externalEntity(XML_Parser pExpat, const char* context, const char* base,
+                                      const char* systemId, const char* publicId) {
+    guarded(this, [&](Driver&) {
+        if (context && !_parser._externalGeneralEntities) {
+            skippedEntity(nameFromContext(context));
+        } else {
+            parseExternal(pExpat, context, base, systemId, publicId);
+        }
+    });
+    return _exception ? XML_STATUS_ERROR : XML_STATUS_OK;
+}
+
+void SAXParser::Driver::parseExternal(XML_Parser pExpat, const char* context, const char* base,
+                                      const char* systemId, const char* publicId) {
+    if (_entities.size() > MAX_EXTERNAL_DEPTH) {
+        fail("external entities are nested too deeply");
+    }
+    const std::string publicText(publicId ? publicId : "");
+    const std::string systemText = absolute(base, systemId ? systemId : "");
+    const ResolvedSource source(_parser._pEntityResolver, publicId ? &publicText : nullptr, systemText);
+    if (!source.get()) {
+        fail("Cannot resolve system identifier: " + systemText);
+    }
+    const std::string encoding = encodingOf(*source.get());
+    const ParserPtr pChild(
+        XML_ExternalEntityParserCreate(pExpat, context, encoding.empty() ? nullptr : encoding.c_str()),
+        &XML_ParserFree);
+    if (!pChild || XML_SetBase(pChild.get(), systemText.c_str()) != XML_STATUS_OK) {
+        throw std::bad_alloc();
+    }
+    _entities.push_back({pChild.get(), publicText, systemText});
+    try {
+        Input input(*source.stream());
+        feed(pChild.get(), input);
+    } catch (...) {
+        _entities.pop_back();
+        throw;
+    }
+    _entities.pop_back();
+}
+
+std::string SAXParser::Driver::nameFromContext(std::string_view context) const {
+    // The context lists bindings ("prefix=name") and the entities that are open, in no particular order.
+    // Outside of external entities only one of these is external: the one that is being referred to.
+    constexpr char CONTEXT_SEPARATOR = '\f';
+    while (!context.empty()) {
+        const std::string name(context.substr(0, context.find(CONTEXT_SEPARATOR)));
+        if (_externalEntities.contains(name)) {
+            return name;
+        }
+        context.remove_prefix(std::min(context.size(), name.size() + 1));
+    }
+    return std::string();
+}
+
+int XMLCALL SAXParser::Driver::unknownEncoding(void*, const char* name, XML_Encoding* pInfo) {
+    try {
+        std::unique_ptr<LegacyEncoding> pEncoding = LegacyEncoding::create(name);
+        if (!pEncoding) {
+            return XML_STATUS_ERROR;
+        }
+        std::copy(pEncoding->map().begin(), pEncoding->map().end(), pInfo->map);
+        pInfo->convert = [](void* pData, const char* sequence) {
+            return static_cast<const LegacyEncoding*>(pData)->convert(sequence);
+        };
+        pInfo->release = [](void* pData) { delete static_cast<LegacyEncoding*>(pData); };
+        pInfo->data = pEncoding.release();
+        return XML_STATUS_OK;
+    } catch (...) {
+        return XML_STATUS_ERROR;
+    }
+}
+
+void SAXParser::setFeature(const std::string& name, bool value) {
+    if (name == FEATURE_NAMESPACES) {
+        _namespaces = value;
+    } else if (name == FEATURE_NAMESPACE_PREFIXES) {
+        _namespacePrefixes = value;
+    } else if (name == FEATURE_EXTERNAL_GENERAL_ENTITIES) {
+        _externalGeneralEntities = value;
+    } else if (name == FEATURE_EXTERNAL_PARAMETER_ENTITIES) {
+        _externalParameterEntities = value;
+    } else if (name == FEATURE_DECLARATIONS_FIRST) {
+        _declarationsFirst = value;
+    } else if (name == FEATURE_VALIDATION || name == FEATURE_STRING_INTERNING) {
+        if (value) {
+            throw SAXNotSupportedException(name);
+        }
+    } else {
+        throw SAXNotRecognizedException(name);
+    }
+}
+
+bool SAXParser::getFeature(const std::string& name) const {
+    if (name == FEATURE_NAMESPACES) {
+        return _namespaces;
+    }
+    if (name == FEATURE_NAMESPACE_PREFIXES) {
+        return _namespacePrefixes;
+    }
+    if (name == FEATURE_EXTERNAL_GENERAL_ENTITIES) {
+        return _externalGeneralEntities;
+    }
+    if (name == FEATURE_EXTERNAL_PARAMETER_ENTITIES) {
+        return _externalParameterEntities;
+    }
+    if (name == FEATURE_DECLARATIONS_FIRST) {
+        return _declarationsFirst;
+    }
+    if (name == FEATURE_VALIDATION || name == FEATURE_STRING_INTERNING) {
+        return false;
+    }
+    throw SAXNotRecognizedException(name);
+}
+
+void SAXParser::setProperty(const std::string& name, const std::string&) {
+    if (name == PROPERTY_LEXICAL_HANDLER || name == PROPERTY_DECLARATION_HANDLER) {
+        throw SAXNotSupportedException("property does not take a string value", name);
+    }
+    throw SAXNotRecognizedException(name);
+}
+
+void SAXParser::setProperty(const std::string& name, void* value) {
+    if (name == PROPERTY_LEXICAL_HANDLER) {
+        _pLexicalHandler = static_cast<LexicalHandler*>(value);
+    } else if (name == PROPERTY_DECLARATION_HANDLER) {
+        _pDeclarationHandler = value;
+    } else {
+        throw SAXNotRecognizedException(name);
+    }
+}
+
+void* SAXParser::getProperty(const std::string& name) const {
+    if (name == PROPERTY_LEXICAL_HANDLER) {
+        return _pLexicalHandler;
+    }
+    if (name == PROPERTY_DECLARATION_HANDLER) {
+        return _pDeclarationHandler;
+    }
+    throw SAXNotRecognizedException(name);
+}
+
+void SAXParser::parse(InputSource* pSource) {
+    tamo_check_ptr(pSource);
+    std::istream* pStream =
+        pSource->getByteStream() ? pSource->getByteStream() : pSource->getCharacterStream();
+    const std::string& systemId = pSource->getSystemId();
+    std::unique_ptr<ResolvedSource> pOpened;
+    if (!pStream) {
+        const std::string& publicId = pSource->getPublicId();
+        pOpened = std::make_unique<ResolvedSource>(nullptr, publicId.empty() ? nullptr : &publicId, systemId);
+        if (!pOpened->get()) {
+            throw SAXParseException("Cannot resolve system identifier: " + systemId, publicId, systemId, -1,
+                                    -1);
+        }
+        pStream = pOpened->stream();
+    }
+    Driver driver(*this, pSource->getPublicId(), systemId);
+    driver.run(Input(*pStream), encodingOf(*pSource));
+}
+
+void SAXParser::parse(const std::string& systemId) {
+    InputSource source(systemId);
+    parse(&source);
+}
+
+void SAXParser::parseMemoryNP(const char* xml, std::size_t size) {
+    tamo_assert(xml || size == 0);
+    Driver driver(*this, EMPTY, EMPTY);
+    driver.run(Input(xml, size), EMPTY);
+}
+
+} // namespace Tamo::XML

@@ -1,0 +1,371 @@
+#include "XMLOutput.h"
+#include "Tamo/XML/XMLException.h"
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string>
+
+namespace Tamo::XML {
+
+namespace {
+
+constexpr std::size_t BUFFER_SIZE = 64 * 1024;
+
+/// What the fast loops must stop at, and what ASCII names are made of.
+enum CharacterClass : std::uint8_t {
+    STOP_TEXT = 0x01,
+    STOP_VALUE = 0x02,
+    STOP_CDATA = 0x04,
+    STOP_CHECKED = 0x08, // comments, processing instructions, identifiers
+    NAME_START = 0x10,
+    NAME = 0x20,
+    PUBLIC_ID = 0x40
+};
+
+constexpr std::array<std::uint8_t, 256> makeClasses() {
+    std::array<std::uint8_t, 256> classes{};
+    const auto add = [&](std::string_view characters, int bits) {
+        for (const char c : characters) {
+            auto& entry = classes[static_cast<unsigned char>(c)];
+            entry = static_cast<std::uint8_t>(entry | bits);
+        }
+    };
+    for (std::size_t c = 0; c < 256; ++c) {
+        if (c < 0x20 || c >= 0x80) {
+            classes[c] = STOP_TEXT | STOP_VALUE | STOP_CDATA | STOP_CHECKED;
+        }
+    }
+    classes['\t'] = classes['\n'] = STOP_VALUE;
+    add("<&>", STOP_TEXT);
+    add("<&\"", STOP_VALUE);
+    add("]>", STOP_CDATA);
+    constexpr std::string_view LETTERS("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ");
+    add(LETTERS, NAME_START | NAME | PUBLIC_ID);
+    add("_", NAME_START | NAME | PUBLIC_ID);
+    add("0123456789-.", NAME | PUBLIC_ID);
+    add(" \r\n'()+,/:=?;!*#@$%", PUBLIC_ID);
+    return classes;
+}
+
+constexpr std::array<std::uint8_t, 256> CLASSES = makeClasses();
+
+inline unsigned int classOf(char c) {
+    return CLASSES[static_cast<unsigned char>(c)];
+}
+
+std::string inHex(std::uint32_t value, std::size_t digits) {
+    std::string text;
+    for (std::size_t i = digits; i-- > 0;) {
+        text += "0123456789ABCDEF"[(value >> (4 * i)) & 0xF];
+    }
+    return text;
+}
+
+/// The length of the well-formed UTF-8 sequence at p, or 0; gives the character.
+inline std::size_t decode(const char* p, const char* pEnd, std::uint32_t& character) {
+    const auto octet = [&](std::size_t i) {
+        return static_cast<std::uint32_t>(static_cast<unsigned char>(p[i]));
+    };
+    const auto left = static_cast<std::size_t>(pEnd - p);
+    const std::uint32_t lead = octet(0);
+    if (lead < 0x80) {
+        character = lead;
+        return 1;
+    }
+    if (lead >= 0xC2 && lead < 0xE0 && left >= 2 && (octet(1) & 0xC0) == 0x80) {
+        character = (lead & 0x1F) << 6 | (octet(1) & 0x3F);
+        return 2;
+    }
+    if (lead >= 0xE0 && lead < 0xF0 && left >= 3 && (octet(1) & 0xC0) == 0x80 && (octet(2) & 0xC0) == 0x80) {
+        character = (lead & 0x0F) << 12 | (octet(1) & 0x3F) << 6 | (octet(2) & 0x3F);
+        return character >= 0x800 && (character < 0xD800 || character > 0xDFFF) ? 3 : 0;
+    }
+    if (lead >= 0xF0 && lead < 0xF5 && left >= 4 && (octet(1) & 0xC0) == 0x80 && (octet(2) & 0xC0) == 0x80 &&
+        (octet(3) & 0xC0) == 0x80) {
+        character =
+            (lead & 0x07) << 18 | (octet(1) & 0x3F) << 12 | (octet(2) & 0x3F) << 6 | (octet(3) & 0x3F);
+        return character >= 0x10000 && character <= 0x10FFFF ? 4 : 0;
+    }
+    return 0;
+}
+
+/// The length of the character at p; throws when it is none that XML 1.0 allows.
+inline std::size_t checkedLength(const char* p, const char* pEnd, const char* what) {
+    std::uint32_t c = 0;
+    const std::size_t length = decode(p, pEnd, c);
+    if (length == 0) {
+        XMLOutput::refuse(what, "octet 0x" + inHex(static_cast<unsigned char>(*p), 2) + " is not UTF-8");
+    }
+    if ((c < 0x20 && c != '\t' && c != '\n' && c != '\r') || c == 0xFFFE || c == 0xFFFF) {
+        XMLOutput::refuse(what, "XML does not allow the character U+" + inHex(c, 4));
+    }
+    return length;
+}
+
+/// NameStartChar of XML 1.0 (fifth edition) beyond ASCII.
+bool isNameStart(std::uint32_t c) {
+    return (c >= 0xC0 && c <= 0x2FF && c != 0xD7 && c != 0xF7) || (c >= 0x370 && c <= 0x1FFF && c != 0x37E) ||
+           c == 0x200C || c == 0x200D || (c >= 0x2070 && c <= 0x218F) || (c >= 0x2C00 && c <= 0x2FEF) ||
+           (c >= 0x3001 && c <= 0xD7FF) || (c >= 0xF900 && c <= 0xFDCF) || (c >= 0xFDF0 && c <= 0xFFFD) ||
+           (c >= 0x10000 && c <= 0xEFFFF);
+}
+
+/// NameChar of XML 1.0 (fifth edition) beyond ASCII.
+bool isNameCharacter(std::uint32_t c) {
+    return isNameStart(c) || c == 0xB7 || (c >= 0x300 && c <= 0x36F) || c == 0x203F || c == 0x2040;
+}
+
+std::string_view reference(char c) {
+    switch (c) {
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '&':
+        return "&amp;";
+    case '"':
+        return "&quot;";
+    case '\t':
+        return "&#9;";
+    case '\n':
+        return "&#10;";
+    case '\r':
+        return "&#13;";
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+XMLOutput::XMLOutput(std::ostream* pStream) : _pStream(pStream) {
+    if (_pStream) {
+        _pBuffer.reset(new char[BUFFER_SIZE]);
+        _capacity = BUFFER_SIZE;
+    }
+}
+
+void XMLOutput::putText(std::string_view text) {
+    const char* p = text.data();
+    const char* const pEnd = p + text.size();
+    const char* pRun = p;
+    while (p != pEnd) {
+        if (!(classOf(*p) & STOP_TEXT)) {
+            ++p;
+        } else if (const std::string_view escaped = reference(*p); !escaped.empty()) {
+            put({pRun, static_cast<std::size_t>(p - pRun)});
+            put(escaped);
+            pRun = ++p;
+        } else {
+            p += checkedLength(p, pEnd, "text");
+        }
+    }
+    put({pRun, static_cast<std::size_t>(p - pRun)});
+}
+
+void XMLOutput::putCDATA(std::string_view text, std::size_t& brackets) {
+    const char* p = text.data();
+    const char* const pEnd = p + text.size();
+    const char* pRun = p;
+    while (p != pEnd) {
+        if (!(classOf(*p) & STOP_CDATA)) {
+            brackets = 0;
+            ++p;
+        } else if (*p == ']') {
+            ++brackets;
+            ++p;
+        } else if ((*p == '>' && brackets >= 2) || *p == '\r') {
+            put({pRun, static_cast<std::size_t>(p - pRun)});
+            // Between two sections a character reference keeps what line-end normalisation would change.
+            put(*p == '\r' ? "]]>&#13;<![CDATA[" : "]]><![CDATA[>");
+            brackets = 0;
+            pRun = ++p;
+        } else {
+            brackets = 0;
+            p += checkedLength(p, pEnd, "text");
+        }
+    }
+    put({pRun, static_cast<std::size_t>(p - pRun)});
+}
+
+void XMLOutput::putAttributeValue(std::string_view value, const char* what) {
+    const char* p = value.data();
+    const char* const pEnd = p + value.size();
+    const char* pRun = p;
+    while (p != pEnd) {
+        if (!(classOf(*p) & STOP_VALUE)) {
+            ++p;
+        } else if (const std::string_view escaped = reference(*p); !escaped.empty()) {
+            put({pRun, static_cast<std::size_t>(p - pRun)});
+            put(escaped);
+            pRun = ++p;
+        } else {
+            p += checkedLength(p, pEnd, what);
+        }
+    }
+    put({pRun, static_cast<std::size_t>(p - pRun)});
+}
+
+void XMLOutput::putQName(std::string_view name, const char* what) {
+    const std::size_t colon = name.find(':');
+    if (colon != std::string_view::npos) {
+        putNCName(name.substr(0, colon), what);
+        put(':');
+        name.remove_prefix(colon + 1);
+    }
+    putNCName(name, what);
+}
+
+void XMLOutput::putComment(std::string_view text) {
+    if (text.find("--") != std::string_view::npos) {
+        refuse("comment", "it contains \"--\"");
+    }
+    if (text.ends_with('-')) {
+        refuse("comment", "it ends with \"-\"");
+    }
+    put("<!--");
+    putChecked(text, "comment");
+    put("-->");
+}
+
+void XMLOutput::putProcessingInstruction(std::string_view target, std::string_view data) {
+    const char* const what = "processing instruction";
+    const auto is = [&](std::size_t i, char lower) { return (target[i] | 0x20) == lower; };
+    if (target.size() == 3 && is(0, 'x') && is(1, 'm') && is(2, 'l')) {
+        refuse("target of processing instruction", target, "is reserved");
+    }
+    if (data.find("?>") != std::string_view::npos) {
+        refuse(what, "its data contain \"?>\"");
+    }
+    if (!data.empty() && std::string_view(" \t\r\n").find(data.front()) != std::string_view::npos) {
+        refuse(what, "its data begin with white space");
+    }
+    put("<?");
+    putNCName(target, "target of processing instruction");
+    if (!data.empty()) {
+        put(' ');
+        putChecked(data, what);
+    }
+    put("?>");
+}
+
+void XMLOutput::putPublicId(std::string_view publicId) {
+    for (const char c : publicId) {
+        if (!(classOf(c) & PUBLIC_ID)) {
+            refuse("public identifier", publicId, "contains a character that XML does not allow there");
+        }
+    }
+    put('"'); // no public identifier contains it
+    put(publicId);
+    put('"');
+}
+
+void XMLOutput::putSystemId(std::string_view systemId) {
+    const char quote = systemId.find('"') == std::string_view::npos ? '"' : '\'';
+    if (systemId.find(quote) != std::string_view::npos) {
+        refuse("system identifier", systemId, "contains both kinds of quotation marks");
+    }
+    put(quote);
+    putChecked(systemId, "system identifier");
+    put(quote);
+}
+
+void XMLOutput::pass() {
+    if (_pStream && _size > 0) {
+        const std::size_t size = std::exchange(_size, 0);
+        _pStream->write(_pBuffer.get(), static_cast<std::streamsize>(size));
+        if (!_pStream->good()) {
+            throw IOException("Cannot write to the output stream");
+        }
+    }
+}
+
+void XMLOutput::checkNCName(std::string_view name, const char* what) {
+    if (!isNCName(name)) {
+        refuse(what, name, "is no XML name");
+    }
+}
+
+bool XMLOutput::isNCName(std::string_view name) {
+    if (name.empty()) {
+        return false;
+    }
+    const char* p = name.data();
+    const char* const pEnd = p + name.size();
+    if (classOf(*p) & NAME_START) {
+        do {
+            ++p;
+        } while (p != pEnd && (classOf(*p) & NAME));
+        if (p == pEnd) {
+            return true;
+        }
+    }
+    for (; p != pEnd;) {
+        std::uint32_t c = 0;
+        const std::size_t length = decode(p, pEnd, c);
+        const bool isFirst = p == name.data();
+        if (length == 0 || (length == 1 && !(classOf(*p) & (isFirst ? NAME_START : NAME))) ||
+            (length > 1 && !(isFirst ? isNameStart(c) : isNameCharacter(c)))) {
+            return false;
+        }
+        p += length;
+    }
+    return true;
+}
+
+void XMLOutput::refuse(const char* what, std::string_view reason) {
+    throw XMLException(std::string("Cannot write ").append(what).append(": ").append(reason));
+}
+
+void XMLOutput::refuse(const char* what, std::string_view value, std::string_view reason) {
+    constexpr std::size_t MAX_SHOWN = 60;
+    std::string text("\"");
+    for (const char c : value.substr(0, MAX_SHOWN)) {
+        text += c >= ' ' && c <= '~' ? c : '?';
+    }
+    text.append(value.size() > MAX_SHOWN ? "...\" " : "\" ").append(reason);
+    refuse(what, text);
+}
+
+void XMLOutput::makeRoom(std::size_t size) {
+    if (_pStream) {
+        pass();
+    } else {
+        const std::size_t capacity = std::max({_capacity * 2, _size + size, std::size_t{256}});
+        std::unique_ptr<char[]> pBuffer(new char[capacity]);
+        if (_size > 0) {
+            std::memcpy(pBuffer.get(), _pBuffer.get(), _size);
+        }
+        _pBuffer = std::move(pBuffer);
+        _capacity = capacity;
+    }
+}
+
+void XMLOutput::putLong(std::string_view markup) {
+    makeRoom(markup.size());
+    while (markup.size() > _capacity) { // only in front of a stream
+        std::memcpy(_pBuffer.get(), markup.data(), _capacity);
+        _size = _capacity;
+        markup.remove_prefix(_capacity);
+        pass();
+    }
+    std::memcpy(_pBuffer.get() + _size, markup.data(), markup.size());
+    _size += markup.size();
+}
+
+void XMLOutput::putChecked(std::string_view text, const char* what) {
+    const char* p = text.data();
+    const char* const pEnd = p + text.size();
+    while (p != pEnd) {
+        if (!(classOf(*p) & STOP_CHECKED)) {
+            ++p;
+        } else if (*p == '\r') {
+            refuse(what, "it contains a carriage return, which no parser would give back");
+        } else {
+            p += checkedLength(p, pEnd, what);
+        }
+    }
+    put(text);
+}
+
+} // namespace Tamo::XML

@@ -1,0 +1,588 @@
+#include "Tamo/XML/XMLWriter.h"
+#include "Tamo/Exception.h"
+#include "Tamo/XML/Attributes.h"
+#include "Tamo/XML/XMLException.h"
+#include "XMLOutput.h"
+#include <algorithm>
+#include <numeric>
+
+namespace Tamo::XML {
+
+namespace {
+
+const std::string XMLNS_PREFIX{"xmlns"};
+const std::string XMLNS_NAMESPACE{"http://www.w3.org/2000/xmlns/"};
+const std::string EMPTY;
+
+constexpr std::size_t MAX_INDENT = 32;
+
+const std::string& nameOf(const Attributes& attributes, int i) {
+    const std::string& localName = attributes.getLocalName(i);
+    return localName.empty() ? attributes.getQName(i) : localName;
+}
+
+std::string_view prefixOf(std::string_view qname) {
+    const std::size_t colon = qname.find(':');
+    return colon == std::string_view::npos ? std::string_view() : qname.substr(0, colon);
+}
+
+/// Whether a declaration may bind this prefix, which is not empty, to any namespace name of a document.
+bool isDeclarable(std::string_view prefix) {
+    return prefix != NamespaceSupport::XML_NAMESPACE_PREFIX && prefix != XMLNS_PREFIX &&
+           XMLOutput::isNCName(prefix);
+}
+
+void checkNamespaceName(const char* what, const std::string& uri) {
+    if (uri == XMLNS_NAMESPACE) {
+        XMLOutput::refuse(what, uri, "is a reserved namespace name");
+    }
+}
+
+bool isWhiteSpace(std::string_view text) {
+    return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
+} // namespace
+
+XMLWriter::XMLWriter(std::ostream& stream, int options)
+    : _pOutput(std::make_unique<XMLOutput>(&stream)),
+      _pSubset(std::make_unique<XMLOutput>(nullptr)),
+      _pAfterDTD(std::make_unique<XMLOutput>(nullptr)),
+      _pStream(&stream),
+      _options(options) {}
+
+XMLWriter::~XMLWriter() {
+    try {
+        _pOutput->pass();
+    } catch (...) {
+        // Nobody is left to be told.
+    }
+}
+
+template<class Event>
+void XMLWriter::guarded(Event&& event) {
+    if (_failed) [[unlikely]] {
+        throw XMLException("Cannot write: an earlier event of the document has failed");
+    }
+    try {
+        event();
+    } catch (...) {
+        _failed = true;
+        try {
+            _pOutput->pass();
+        } catch (const IOException&) {
+            // The first exception says what went wrong.
+        }
+        throw;
+    }
+}
+
+void XMLWriter::require(bool condition, const char* what, const char* reason) const {
+    if (!condition) [[unlikely]] {
+        XMLOutput::refuse(what, reason);
+    }
+}
+
+void XMLWriter::setDocumentLocator(const Locator*) {}
+
+void XMLWriter::startDocument() {
+    guarded([&] {
+        require(_state == State::BEFORE, "document", "one has been started already");
+        _state = State::PROLOG;
+        if (_options & WRITE_XML_DECLARATION) {
+            _pOutput->put("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
+        }
+    });
+}
+
+void XMLWriter::endDocument() {
+    guarded([&] {
+        require(_state != State::BEFORE, "document", "it ends without having been started");
+        require(_state != State::PROLOG && _state != State::DTD, "document", "it has no root element");
+        require(_state == State::EPILOG, "document", "it ends inside an element");
+        if (_options & PRETTY_PRINT) {
+            _pOutput->put('\n');
+        }
+        _pOutput->pass();
+        _pStream->flush();
+        if (!_pStream->good()) {
+            throw IOException("Cannot write to the output stream");
+        }
+        reset();
+    });
+}
+
+void XMLWriter::startElement(const std::string& uri, const std::string& localName, const std::string& qname,
+                             const Attributes& attributes) {
+    guarded([&] {
+        require(_state != State::EPILOG, "element", "the document has a root element already");
+        require(_state == State::PROLOG || _state == State::CONTENT, "element",
+                "it stands outside of content");
+        writeStartTag(uri, localName, qname, attributes);
+    });
+}
+
+void XMLWriter::endElement(const std::string&, const std::string&, const std::string&) {
+    guarded([&] {
+        require(_state == State::CONTENT, "end of element", "no element is open");
+        const Element element = _elements.back();
+        if (_startTagOpen) {
+            _pOutput->put("/>");
+            _startTagOpen = false;
+        } else {
+            if ((_options & PRETTY_PRINT) && element.hasChildren && !element.hasText && !element.preserve) {
+                breakLine(_elements.size() - 1);
+            }
+            _pOutput->put("</");
+            _pOutput->put(std::string_view(_openNames).substr(element.name));
+            _pOutput->put('>');
+        }
+        _openNames.resize(element.name);
+        _lastPrefix = element.lastPrefix;
+        _namespaces.popContext();
+        _elements.pop_back();
+        if (_elements.empty()) {
+            _state = State::EPILOG;
+        }
+    });
+}
+
+void XMLWriter::characters(const char ch[], int start, int length) {
+    guarded([&] {
+        if (length <= 0) {
+            return;
+        }
+        const std::string_view text(ch + start, static_cast<std::size_t>(length));
+        if (_state == State::CONTENT) [[likely]] {
+            closeStartTag();
+            _elements.back().hasText = true;
+            _pOutput->putText(text);
+        } else if (_state == State::CDATA) {
+            _pOutput->putCDATA(text, _brackets);
+        } else {
+            require(_state == State::PROLOG || _state == State::EPILOG, "text",
+                    "it stands outside of content");
+            require(isWhiteSpace(text), "text", "it stands outside of the root element");
+            prologOutput().put(text);
+        }
+    });
+}
+
+void XMLWriter::ignorableWhitespace(const char ch[], int start, int length) {
+    characters(ch, start, length);
+}
+
+void XMLWriter::processingInstruction(const std::string& target, const std::string& data) {
+    guarded([&] {
+        beginMisc("processing instruction").putProcessingInstruction(target, data);
+        endMisc();
+    });
+}
+
+void XMLWriter::comment(const char ch[], int start, int length) {
+    guarded([&] {
+        const std::string_view text =
+            length > 0 ? std::string_view(ch + start, static_cast<std::size_t>(length)) : std::string_view();
+        beginMisc("comment").putComment(text);
+        endMisc();
+    });
+}
+
+void XMLWriter::startPrefixMapping(const std::string& prefix, const std::string& uri) {
+    guarded([&] {
+        if (_mappingCount == _mappings.size()) {
+            _mappings.emplace_back();
+        }
+        Mapping& mapping = _mappings[_mappingCount++];
+        mapping.prefix = prefix;
+        mapping.uri = uri;
+    });
+}
+
+void XMLWriter::endPrefixMapping(const std::string&) {}
+
+void XMLWriter::skippedEntity(const std::string& name) {
+    guarded([&] {
+        if (name == "[dtd]" || name.starts_with('%')) {
+            return; // part of the document type declaration, whose content is not written
+        }
+        require(_state == State::CONTENT, "entity reference", "it stands outside of content");
+        if (!_externalSubset) {
+            XMLOutput::refuse("entity reference", name, "is declared nowhere");
+        }
+        closeStartTag();
+        _elements.back().hasText = true;
+        _pOutput->put('&');
+        _pOutput->putNCName(name, "entity reference");
+        _pOutput->put(';');
+    });
+}
+
+void XMLWriter::startDTD(const std::string& name, const std::string& publicId, const std::string& systemId) {
+    guarded([&] {
+        require(_state == State::PROLOG, "document type declaration", "it stands outside of the prolog");
+        require(!_hasDTD, "document type declaration", "the document has one already");
+        _hasDTD = true;
+        _state = State::DTD;
+        _dtdName = name;
+        _dtdPublicId = publicId;
+        _dtdSystemId = systemId;
+    });
+}
+
+void XMLWriter::endDTD() {
+    guarded([&] {
+        require(_state == State::DTD, "end of document type declaration", "none is open");
+        _state = State::PROLOG;
+        if (_dtdName.empty()) {
+            _heldDTD = true;
+        } else {
+            writeDTD(_dtdName);
+        }
+    });
+}
+
+void XMLWriter::startEntity(const std::string&) {}
+
+void XMLWriter::endEntity(const std::string&) {}
+
+void XMLWriter::startCDATA() {
+    guarded([&] {
+        require(_state == State::CONTENT, "CDATA section", "it stands outside of content");
+        closeStartTag();
+        _elements.back().hasText = true;
+        _pOutput->put("<![CDATA[");
+        _state = State::CDATA;
+        _brackets = 0;
+    });
+}
+
+void XMLWriter::endCDATA() {
+    guarded([&] {
+        require(_state == State::CDATA, "end of CDATA section", "none is open");
+        _pOutput->put("]]>");
+        _state = State::CONTENT;
+    });
+}
+
+void XMLWriter::notationDecl(const std::string& name, const std::string* publicId,
+                             const std::string* systemId) {
+    guarded([&] {
+        const char* const what = "notation";
+        requireDeclarable(what);
+        if (!publicId && !systemId) {
+            XMLOutput::refuse(what, name, "has no identifier");
+        }
+        _pSubset->put("<!NOTATION ");
+        _pSubset->putNCName(name, what);
+        _pSubset->put(publicId ? " PUBLIC " : " SYSTEM ");
+        if (publicId) {
+            _pSubset->putPublicId(*publicId);
+        }
+        if (systemId) {
+            if (publicId) {
+                _pSubset->put(' ');
+            }
+            _pSubset->putSystemId(*systemId);
+        }
+        _pSubset->put(">\n");
+    });
+}
+
+void XMLWriter::unparsedEntityDecl(const std::string& name, const std::string* publicId,
+                                   const std::string& systemId, const std::string& notationName) {
+    guarded([&] {
+        const char* const what = "unparsed entity";
+        requireDeclarable(what);
+        _pSubset->put("<!ENTITY ");
+        _pSubset->putNCName(name, what);
+        putExternalId(*_pSubset, publicId ? *publicId : EMPTY, systemId);
+        _pSubset->put(" NDATA ");
+        _pSubset->putNCName(notationName, "notation of unparsed entity");
+        _pSubset->put(">\n");
+    });
+}
+
+void XMLWriter::writeStartTag(const std::string& uri, const std::string& localName, const std::string& qname,
+                              const Attributes& attributes) {
+    const int count = attributes.getLength();
+    if (count > 1) {
+        checkDuplicates(attributes);
+    }
+    checkNamespaceName("element", uri);
+
+    // First all names are settled, with what must be declared for them; nothing is written before.
+    Element element{_openNames.size(), _lastPrefix, false, false,
+                    !_elements.empty() && _elements.back().preserve};
+    _namespaces.pushContext();
+    declareMappings(!uri.empty());
+    const std::string_view prefix = elementPrefix(uri, qname);
+    const std::size_t prefixLength = prefix.size();
+    if (!prefix.empty()) {
+        _openNames.append(prefix).append(1, ':');
+    }
+    const std::string& name = localName.empty() ? qname : localName;
+    XMLOutput::checkNCName(name, "element name");
+    _openNames.append(name);
+    const std::string_view written = std::string_view(_openNames).substr(element.name);
+    const std::string_view writtenPrefix = written.substr(0, prefixLength);
+    for (int i = 0; i < count; ++i) {
+        const std::string& attributeURI = attributes.getURI(i);
+        if (!attributeURI.empty()) {
+            attributePrefix(attributeURI, attributes.getQName(i), uri, writtenPrefix);
+        }
+    }
+
+    if (_state == State::PROLOG) {
+        if (_heldDTD || !_pSubset->collected().empty()) {
+            writeDTD(written);
+        }
+        _state = State::CONTENT;
+    } else {
+        closeStartTag();
+        beginChild();
+    }
+
+    XMLOutput& output = *_pOutput;
+    output.put('<');
+    output.put(written);
+    _namespaces.visitDeclared([&](const std::string& declared, const std::string& declaredURI) {
+        output.put(" xmlns");
+        if (!declared.empty()) {
+            output.put(':');
+            output.put(declared);
+        }
+        output.put("=\"");
+        output.putAttributeValue(declaredURI, "namespace name");
+        output.put('"');
+    });
+    for (int i = 0; i < count; ++i) {
+        const std::string& attributeURI = attributes.getURI(i);
+        const std::string& attributeName = nameOf(attributes, i);
+        const std::string& value = attributes.getValue(i);
+        output.put(' ');
+        if (!attributeURI.empty()) {
+            output.put(attributePrefix(attributeURI, attributes.getQName(i), uri, writtenPrefix));
+            output.put(':');
+            if (attributeName == "space" && attributeURI == NamespaceSupport::XML_NAMESPACE) {
+                element.preserve = value == "preserve";
+            }
+        } else if (attributeName == XMLNS_PREFIX) {
+            XMLOutput::refuse("attribute name", attributeName, "is reserved for namespace declarations");
+        }
+        output.putNCName(attributeName, "attribute name");
+        output.put("=\"");
+        output.putAttributeValue(value, "attribute value");
+        output.put('"');
+    }
+    _startTagOpen = true;
+    _elements.push_back(element);
+}
+
+void XMLWriter::declareMappings(bool elementHasNamespace) {
+    for (std::size_t i = 0; i < _mappingCount; ++i) {
+        const auto& [prefix, uri] = _mappings[i];
+        const bool isLegal =
+            uri != NamespaceSupport::XML_NAMESPACE && uri != XMLNS_NAMESPACE &&
+            (prefix.empty() ? uri.empty() || elementHasNamespace : !uri.empty() && isDeclarable(prefix));
+        if (isLegal) {
+            _namespaces.declarePrefix(prefix, uri);
+        }
+    }
+    _mappingCount = 0;
+}
+
+std::string_view XMLWriter::elementPrefix(const std::string& uri, const std::string& qname) {
+    const std::string& defaultURI = _namespaces.getURI(std::string_view());
+    if (uri.empty()) {
+        if (!defaultURI.empty()) {
+            _namespaces.declarePrefix(EMPTY, EMPTY);
+        }
+        return {};
+    }
+    if (uri == NamespaceSupport::XML_NAMESPACE) {
+        return NamespaceSupport::XML_NAMESPACE_PREFIX;
+    }
+    const std::string_view hint = prefixOf(qname);
+    if (!qname.empty() && _namespaces.getURI(hint) == uri) {
+        return hint;
+    }
+    if (defaultURI == uri) {
+        return {};
+    }
+    const std::string& bound = _namespaces.getAttributePrefix(uri);
+    if (!bound.empty()) {
+        return bound;
+    }
+    if (!_namespaces.isDeclared(hint) && (hint.empty() || isDeclarable(hint))) {
+        _scratch = hint;
+        _namespaces.declarePrefix(_scratch, uri);
+        return hint;
+    }
+    return generatePrefix(uri);
+}
+
+std::string_view XMLWriter::attributePrefix(const std::string& uri, const std::string& qname,
+                                            const std::string& elementURI, std::string_view elementPrefix) {
+    checkNamespaceName("attribute", uri);
+    if (uri == NamespaceSupport::XML_NAMESPACE) {
+        return NamespaceSupport::XML_NAMESPACE_PREFIX;
+    }
+    const std::string_view hint = prefixOf(qname);
+    if (!hint.empty() && _namespaces.getURI(hint) == uri) {
+        return hint;
+    }
+    if (!elementPrefix.empty() && elementURI == uri) {
+        return elementPrefix;
+    }
+    const std::string& bound = _namespaces.getAttributePrefix(uri);
+    if (!bound.empty()) {
+        return bound;
+    }
+    // A prefix that is bound already, here or outside, may be in use on this element.
+    if (!hint.empty() && _namespaces.getURI(hint).empty() && isDeclarable(hint)) {
+        _scratch = hint;
+        _namespaces.declarePrefix(_scratch, uri);
+        return hint;
+    }
+    return generatePrefix(uri);
+}
+
+std::string_view XMLWriter::generatePrefix(const std::string& uri) {
+    do {
+        _scratch.assign("ns").append(std::to_string(++_lastPrefix));
+    } while (!_namespaces.getURI(_scratch).empty());
+    _namespaces.declarePrefix(_scratch, uri);
+    return _scratch;
+}
+
+void XMLWriter::checkDuplicates(const Attributes& attributes) const {
+    constexpr int FEW = 12;
+    const int count = attributes.getLength();
+    const auto fail = [&](int i) {
+        XMLOutput::refuse("attribute", nameOf(attributes, i), "stands twice on one element");
+    };
+    if (count <= FEW) {
+        for (int i = 1; i < count; ++i) {
+            const std::string& name = nameOf(attributes, i);
+            for (int j = 0; j < i; ++j) {
+                if (nameOf(attributes, j) == name && attributes.getURI(j) == attributes.getURI(i)) {
+                    fail(i);
+                }
+            }
+        }
+        return;
+    }
+    std::vector<int> sorted(static_cast<std::size_t>(count));
+    std::iota(sorted.begin(), sorted.end(), 0);
+    const auto compare = [&](int i, int j) {
+        const int order = nameOf(attributes, i).compare(nameOf(attributes, j));
+        return order != 0 ? order : attributes.getURI(i).compare(attributes.getURI(j));
+    };
+    std::sort(sorted.begin(), sorted.end(), [&](int i, int j) { return compare(i, j) < 0; });
+    const auto twin =
+        std::adjacent_find(sorted.begin(), sorted.end(), [&](int i, int j) { return compare(i, j) == 0; });
+    if (twin != sorted.end()) {
+        fail(*twin);
+    }
+}
+
+void XMLWriter::closeStartTag() {
+    if (_startTagOpen) {
+        _pOutput->put('>');
+        _startTagOpen = false;
+    }
+}
+
+void XMLWriter::beginChild() {
+    Element& parent = _elements.back();
+    parent.hasChildren = true;
+    if ((_options & PRETTY_PRINT) && !parent.hasText && !parent.preserve) {
+        breakLine(_elements.size());
+    }
+}
+
+void XMLWriter::breakLine(std::size_t depth) {
+    constexpr std::string_view SPACES("                                ");
+    _pOutput->put('\n');
+    for (std::size_t i = std::min(depth, MAX_INDENT); i > 0;) {
+        const std::size_t levels = std::min(i, SPACES.size() / 2);
+        _pOutput->put(SPACES.substr(0, 2 * levels));
+        i -= levels;
+    }
+}
+
+void XMLWriter::requireDeclarable(const char* what) const {
+    const bool isWritten = _hasDTD && _state == State::PROLOG && !_heldDTD;
+    require((_state == State::BEFORE || _state == State::PROLOG || _state == State::DTD) && !isWritten, what,
+            "the document type declaration has been written already");
+}
+
+void XMLWriter::putExternalId(XMLOutput& output, const std::string& publicId, const std::string& systemId) {
+    output.put(publicId.empty() ? " SYSTEM " : " PUBLIC ");
+    if (!publicId.empty()) {
+        output.putPublicId(publicId);
+        output.put(' ');
+    }
+    output.putSystemId(systemId);
+}
+
+void XMLWriter::writeDTD(std::string_view name) {
+    XMLOutput& output = *_pOutput;
+    output.put("<!DOCTYPE ");
+    output.putQName(name, "name of document type");
+    _externalSubset = !_dtdPublicId.empty() || !_dtdSystemId.empty();
+    if (_externalSubset) {
+        putExternalId(output, _dtdPublicId, _dtdSystemId);
+    }
+    if (!_pSubset->collected().empty()) {
+        output.put(" [\n");
+        output.put(_pSubset->collected());
+        output.put(']');
+    }
+    output.put(">\n");
+    output.put(_pAfterDTD->collected());
+    _pSubset->clear();
+    _pAfterDTD->clear();
+    _heldDTD = false;
+}
+
+XMLOutput& XMLWriter::prologOutput() {
+    return _heldDTD ? *_pAfterDTD : *_pOutput;
+}
+
+XMLOutput& XMLWriter::beginMisc(const char* what) {
+    require(_state != State::BEFORE && _state != State::CDATA, what, "it stands outside of content");
+    if (_state == State::DTD) {
+        return *_pSubset;
+    }
+    if (_state == State::CONTENT) {
+        closeStartTag();
+        beginChild();
+    } else if (_state == State::EPILOG) {
+        _pOutput->put('\n');
+    }
+    return prologOutput();
+}
+
+void XMLWriter::endMisc() {
+    if (_state == State::DTD) {
+        _pSubset->put('\n');
+    } else if (_state == State::PROLOG) {
+        prologOutput().put('\n');
+    }
+}
+
+void XMLWriter::reset() {
+    _state = State::BEFORE;
+    _hasDTD = false;
+    _externalSubset = false;
+    _dtdName.clear();
+    _dtdPublicId.clear();
+    _dtdSystemId.clear();
+    _namespaces.reset();
+    _mappingCount = 0;
+    _lastPrefix = 0;
+}
+
+} // namespace Tamo::XML
