@@ -1,0 +1,192 @@
+#ifndef TAMO_FASTINFOSET_BITSTREAMREADER_H
+#define TAMO_FASTINFOSET_BITSTREAMREADER_H
+
+#include "Tamo/Bugcheck.h"
+#include "Tamo/FastInfoset/Utility.h"
+#include "Tamo/Types.h"
+#include <cstddef>
+#include <iosfwd>
+#include <limits>
+#include <memory>
+#include <string>
+
+namespace Tamo::FastInfoset {
+
+/// Reads a byte stream or a memory block as a sequence of bits, most significant bit of each octet first.
+///
+/// A stream is read through a buffer of 1024 octets, so it may be read further than the document goes; a
+/// memory block is read in place and must outlive the reader. Neither source is owned. Every read and peek
+/// returns true while input lasts (`!eof()`); a read that straddles the end of a stream delivers zero bits
+/// for what is missing. A memory block that runs out fails the assertion "_pStream". Used by one thread at a
+/// time.
+///
+/// The narrow reads are inline: the branch taken while two whole octets are buffered neither refills nor
+/// checks for the end; everything else goes the careful way (`peekSlow`).
+class BitStreamReader {
+public:
+    /// Octets read from a stream at a time.
+    static constexpr std::size_t BUFFER_SIZE = 1024;
+
+    /// A reader over a stream; nothing is read yet.
+    explicit BitStreamReader(std::istream& istr);
+
+    /// A reader over size octets at pBuffer.
+    BitStreamReader(const char* pBuffer, std::size_t size);
+
+    BitStreamReader(const BitStreamReader&) = delete;
+    BitStreamReader& operator=(const BitStreamReader&) = delete;
+    ~BitStreamReader();
+
+    /// Reads one bit.
+    bool read(bool& value) {
+        unsigned char bit = 0;
+        const bool ok = peekBits(bit, 1);
+        ++_bitOffset;
+        value = bit != 0;
+        return ok;
+    }
+
+    /// Reads numBits bits (1 to 8) without advancing; other counts fail an assertion.
+    bool peek(unsigned char& value, int numBits) {
+        tamo_assert(checkInputParams(Utility::SIZEOFCHARINBIT, numBits));
+        return peekBits(value, numBits);
+    }
+    bool peek(char& value, int numBits) {
+        unsigned char bits = 0;
+        const bool ok = peek(bits, numBits);
+        value = static_cast<char>(bits);
+        return ok;
+    }
+
+    /// Reads numBits bits (1 to 8) and advances by them, also at the end of the stream.
+    bool read(unsigned char& value, int numBits) {
+        const bool ok = peek(value, numBits);
+        _bitOffset += static_cast<UInt64>(numBits);
+        return ok;
+    }
+    bool read(char& value, int numBits) {
+        const bool ok = peek(value, numBits);
+        _bitOffset += static_cast<UInt64>(numBits);
+        return ok;
+    }
+
+    /// Reads numBits bits (1 to 16).
+    bool read(unsigned short& value, int numBits);
+    bool read(short& value, int numBits);
+
+    /// Reads numBits bits (1 to 32).
+    bool read(unsigned int& value, int numBits);
+    bool read(int& value, int numBits);
+
+    /// Reads numBits bits (1 to 64).
+    bool read(unsigned long& value, int numBits);
+    bool read(long& value, int numBits);
+
+    /// Reads numOctets whole octets into value, replacing it. From an octet boundary this is a block copy,
+    /// and input that ends too early throws FISParseException; memory grows with what is really there.
+    bool read(std::string& value, std::size_t numOctets);
+
+    /// Advances by numBits bits. At most one buffer beyond the cached bits can be passed; a skip past the end
+    /// of a memory block throws FISParseException.
+    void skip(int numBits) {
+        if (numBits >= 0 && unreadBits() > numBits) [[likely]] {
+            _bitOffset += static_cast<UInt64>(numBits);
+        } else {
+            skipSlow(numBits);
+        }
+    }
+
+    /// Advances to the next octet boundary if not on one.
+    void skipToByteStart() {
+        _bitOffset = (_bitOffset + 7) & ~static_cast<UInt64>(7);
+        tamo_assert(cachedBits() >= 0);
+        tamo_assert(_bitOffset % Utility::SIZEOFCHARINBIT == 0);
+    }
+
+    /// Bit position within the current octet, 0 (most significant) to 7.
+    int bitPos() const noexcept { return static_cast<int>(_bitOffset & 7u); }
+
+    /// Unread bits in the buffer; negative after a read past the end, limited to the range of int.
+    int cachedBits() const noexcept {
+        const Int64 bits = unreadBits();
+        constexpr Int64 most = std::numeric_limits<int>::max();
+        return static_cast<int>(bits < most ? bits : most);
+    }
+
+    /// True when the buffer is empty and the source has ended.
+    bool eof() const;
+
+    /// Discards the buffer and fills it from the stream.
+    void refillBuffer();
+
+    /// Fills the buffer from the stream, keeping the unread bits, when fewer than numBits are unread.
+    void refillBufferIfLessThan(int numBits) {
+        if (unreadBits() < numBits) {
+            refillBufferIfLessThanImpl(cachedBits());
+        }
+    }
+
+    /// Reads up to n octets from the stream into buf and returns their number, 0 at the end of the stream;
+    /// throws IOException when the stream fails.
+    std::streamsize readFromStream(char* buf, std::streamsize n);
+
+    /// True when 1 <= numBits <= maxBits.
+    bool checkInputParams(int maxBits, int& numBits) const noexcept {
+        return numBits >= 1 && numBits <= maxBits;
+    }
+
+    /// Position of the next bit, in bits from the start of the source.
+    UInt64 position() const noexcept { return _discardedBits + _bitOffset; }
+
+    /// The octets from the current one on that are surely there, when the reader stands on an octet boundary:
+    /// their number, and in pOctets their address. Nothing is read or advanced.
+    std::size_t cachedOctets(const unsigned char*& pOctets) const noexcept {
+        pOctets = _pBuffer + (_bitOffset >> 3);
+        return unreadBits() > 0 ? static_cast<std::size_t>(unreadBits() >> 3) : 0;
+    }
+
+    /// The octet that holds the next bit when it and all of the following octet are cached, else -1.
+    int currentOctet() const noexcept { return unreadBits() >= 16 ? _pBuffer[_bitOffset >> 3] : -1; }
+
+    /// True when a whole octet can be read; fills the buffer when needed and never fails an assertion.
+    bool hasOctet() {
+        if (_pStream && unreadBits() >= 0) {
+            refillBufferIfLessThan(Utility::SIZEOFCHARINBIT);
+        }
+        return unreadBits() >= Utility::SIZEOFCHARINBIT;
+    }
+
+    /// Advances by numBits bits that the caller has seen to be cached.
+    void advance(UInt64 numBits) noexcept { _bitOffset += numBits; }
+
+private:
+    Int64 unreadBits() const noexcept { return static_cast<Int64>(_cachedBits - _bitOffset); }
+
+    bool peekBits(unsigned char& value, int numBits) {
+        if (unreadBits() >= 16) [[likely]] {
+            const unsigned char* p = _pBuffer + (_bitOffset >> 3);
+            const unsigned int pair = (static_cast<unsigned int>(p[0]) << 8) | p[1];
+            const int shift = 16 - bitPos() - numBits;
+            value = static_cast<unsigned char>((pair >> shift) & Utility::lowBitMask[numBits]);
+            return true;
+        }
+        return peekSlow(value, numBits);
+    }
+
+    bool peekSlow(unsigned char& value, int numBits);
+    void skipSlow(int numBits);
+    void refillBufferIfLessThanImpl(int unreadBits);
+    void fillFrom(std::size_t keep);
+    bool readUnaligned(std::string& value, std::size_t numOctets);
+
+    std::istream* _pStream;
+    UInt64 _cachedBits = 0;
+    UInt64 _bitOffset = 0;
+    UInt64 _discardedBits = 0;
+    const unsigned char* _pBuffer;
+    std::unique_ptr<unsigned char[]> _pOwnBuffer;
+};
+
+} // namespace Tamo::FastInfoset
+
+#endif

@@ -1,0 +1,111 @@
+#ifndef TAMO_FASTINFOSET_BITSTREAMWRITER_H
+#define TAMO_FASTINFOSET_BITSTREAMWRITER_H
+
+#include "Tamo/Bugcheck.h"
+#include "Tamo/FastInfoset/Utility.h"
+#include "Tamo/Types.h"
+#include <cstddef>
+#include <ios>
+#include <iosfwd>
+#include <string>
+
+namespace Tamo::FastInfoset {
+
+/// Packs values of 1 to 64 bits and octet strings into octets, most significant bit first.
+///
+/// Whole octets go to the stream's buffer as soon as they are complete; at most one partial octet is pending
+/// between operations. The stream is borrowed, never closed, and flushed by complete() only. A stream that is
+/// in any error state after a write or flush gives IOException. Used by one thread at a time.
+class BitStreamWriter {
+public:
+    /// A writer over ostr that pads with fillBit in complete().
+    BitStreamWriter(std::ostream& ostr, bool fillBit);
+
+    BitStreamWriter(const BitStreamWriter&) = delete;
+    BitStreamWriter& operator=(const BitStreamWriter&) = delete;
+
+    /// Completes the last octet; lets nothing out.
+    virtual ~BitStreamWriter();
+
+    /// Appends one bit.
+    void write(bool bit) { append(bit ? 1u : 0u, 1); }
+
+    /// Appends count copies of bit.
+    void writeBits(int count, bool bit);
+
+    /// Appends the low numOfBits bits of value: 1 to 8, 16, 32 or 64 by the type; other counts fail an
+    /// assertion.
+    void write(unsigned char value, int numOfBits) {
+        tamo_assert(checkInputParams(Utility::SIZEOFCHARINBIT, numOfBits));
+        append(value, numOfBits);
+    }
+    void write(signed char value, int numOfBits) { write(static_cast<unsigned char>(value), numOfBits); }
+    void write(unsigned short value, int numOfBits) {
+        tamo_assert(checkInputParams(Utility::SIZEOFINT16INBIT, numOfBits));
+        append(value, numOfBits);
+    }
+    void write(short value, int numOfBits) { write(static_cast<unsigned short>(value), numOfBits); }
+    void write(unsigned int value, int numOfBits) {
+        tamo_assert(checkInputParams(Utility::SIZEOFINT32INBIT, numOfBits));
+        append(value, numOfBits);
+    }
+    void write(int value, int numOfBits) { write(static_cast<unsigned int>(value), numOfBits); }
+    void write(unsigned long value, int numOfBits) {
+        tamo_assert(checkInputParams(Utility::SIZEOFINT64INBIT, numOfBits));
+        if (numOfBits > Utility::SIZEOFINT32INBIT) {
+            append(static_cast<UInt64>(value) >> 32, numOfBits - Utility::SIZEOFINT32INBIT);
+            numOfBits = Utility::SIZEOFINT32INBIT;
+        }
+        append(value, numOfBits);
+    }
+    void write(long value, int numOfBits) { write(static_cast<unsigned long>(value), numOfBits); }
+
+    /// Appends whole octets; nothing for an empty string.
+    void write(const std::string& octets) { write(octets.data(), octets.size()); }
+
+    /// Appends the octets of a zero-terminated string without its terminator; nothing for null.
+    void write(const char* str);
+
+    /// Appends n octets; nothing when n is 0 or data is null.
+    void write(const char* data, std::size_t n);
+
+    /// Pads the partial octet with fillBit bits and flushes the stream.
+    void complete(bool fillBit);
+
+    /// Pads with the constructor's fill bit and flushes the stream.
+    void complete() { complete(_fillBit); }
+
+    /// Bit number in the current octet that the next bit takes, 7 (most significant) to 0.
+    int curBitOffsetInByte() const noexcept { return 7 - _pendingBits; }
+
+    /// The pending octet: the bits written so far, left-aligned, the rest zero.
+    char* curByte() noexcept { return &_octet; }
+
+    /// Bit position within the current octet, 0 (most significant) to 7.
+    int bitPos() const noexcept { return _pendingBits; }
+
+    /// Sends complete octets to the stream; there are none left between operations.
+    void writeFullBytes() noexcept {}
+
+    /// Writes n octets to the stream past the pending bits.
+    void writeToStream(const char* data, std::streamsize n);
+
+    /// True when 1 <= numOfBits <= maxBits.
+    bool checkInputParams(int maxBits, int& numOfBits) const noexcept {
+        return numOfBits >= 1 && numOfBits <= maxBits;
+    }
+
+private:
+    void append(UInt64 value, int numOfBits);
+    void writeUnaligned(const char* data, std::size_t n);
+    void flush();
+
+    std::ostream* _pStream;
+    bool _fillBit;
+    int _pendingBits = 0;
+    char _octet = 0;
+};
+
+} // namespace Tamo::FastInfoset
+
+#endif

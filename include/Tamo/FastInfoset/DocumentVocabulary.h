@@ -1,0 +1,174 @@
+#ifndef TAMO_FASTINFOSET_DOCUMENTVOCABULARY_H
+#define TAMO_FASTINFOSET_DOCUMENTVOCABULARY_H
+
+#include "Tamo/FastInfoset/DecodingAlgorithm.h"
+#include "Tamo/FastInfoset/DocumentRestrictedAlphabet.h"
+#include "Tamo/FastInfoset/EncodingAlgorithm.h"
+#include "Tamo/FastInfoset/QualifiedNameVocabulary.h"
+#include "Tamo/FastInfoset/Vocabulary.h"
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Tamo::FastInfoset {
+
+/// All vocabulary tables of one document (ITU-T X.891, clause 8), and the URI by which documents can refer to
+/// them as an external vocabulary.
+///
+/// A parser or writer owns one and fills it as the document goes; an application can prepare one and hand it
+/// over. Copies are deep. Misuse (a table that does not exist) fails an assertion; the tables' own failures
+/// pass through. Used by one thread at a time.
+class DocumentVocabulary {
+public:
+    /// The tables. Deliberate: OTHER_STRING stands before CONTENT_CHARACTER_CHUNK, unlike in the standard;
+    /// code that walks the header's tables maps between the two orders.
+    enum ID {
+        RESTRICTED_ALPHABET = 0,
+        ENCODING_ALGORITHM = 1,
+        PREFIX = 2,
+        NAMESPACE_NAME = 3,
+        LOCAL_NAME = 4,
+        OTHER_NCNAME = 5,
+        OTHER_URI = 6,
+        ATTRIBUTE_VALUE = 7,
+        OTHER_STRING = 8,
+        CONTENT_CHARACTER_CHUNK = 9,
+        ELEMENT_NAME = 10,
+        ATTRIBUTE_NAME = 11
+    };
+
+    /// The kinds of tables.
+    enum VocabularyImpl {
+        VOC_HASH = 0,  ///< HashVocabulary: fixed limits (40009 local names, 65521 character chunks, ...)
+        VOC_MAP = 1,   ///< MapVocabulary: no limits
+        VOC_VECTOR = 2 ///< VectorVocabulary: for parsers
+    };
+
+    /// The two-bit selector of an encoded character string (ITU-T X.891, 7.17.6).
+    enum CharacterStringForm { UTF8 = 0, UTF16 = 1, RESTRICTEDALPHABET = 2, ENCODINGALGORITHM = 3 };
+
+    /// Tag of the constructor that builds no tables.
+    struct DontInitialize {};
+
+    /// Tables of one kind with the predefined entries: the prefix "xml" and its namespace name.
+    explicit DocumentVocabulary(VocabularyImpl impl);
+
+    /// The same, as an external vocabulary with this URI.
+    DocumentVocabulary(const std::string& uri, VocabularyImpl impl);
+
+    /// No tables.
+    explicit DocumentVocabulary(DontInitialize);
+
+    /// The entries of other, at the same indexes, in tables of another kind; an entry that occurs twice in
+    /// other throws InvalidArgumentException unless the kind is VOC_VECTOR.
+    DocumentVocabulary(const DocumentVocabulary& other, VocabularyImpl impl);
+
+    /// Everything but the parser-side algorithms, which are the built-in ones in the copy.
+    DocumentVocabulary(const DocumentVocabulary& other);
+
+    /// The same; the parser-side algorithms stay as they are.
+    DocumentVocabulary& operator=(const DocumentVocabulary& other);
+
+    ~DocumentVocabulary();
+
+    /// Returns the tables to the predefined entries. Alphabets, algorithms and URI stay.
+    void reset();
+
+    /// Deletes all tables. Alphabets, algorithms and URI stay.
+    void clear();
+
+    /// The table of strings for id, PREFIX to CONTENT_CHARACTER_CHUNK.
+    Vocabulary<std::string>& vocabulary(ID voc) {
+        checkTable(voc);
+        return *_vocabularies[voc];
+    }
+    const Vocabulary<std::string>& vocabulary(ID voc) const {
+        checkTable(voc);
+        return *_vocabularies[voc];
+    }
+
+    /// The string at index of a table of strings.
+    const std::string& value(ID vocabulary, unsigned int index) const;
+
+    /// The index of s in a table of strings, adding it when absent.
+    unsigned int index(ID vocabulary, const std::string& s, bool& found);
+
+    /// The index of s in a table of strings, or 0xFFFFFFFF.
+    unsigned int exists(ID vocabulary, const std::string& s, bool& found) const;
+
+    /// Puts a table, which is taken over, in the place of the one for id.
+    void initialize(ID vocabulary, Vocabulary<std::string>* table);
+
+    /// The table of element names.
+    Vocabulary<QualifiedNameEntry>& elementVocabulary() {
+        tamo_assert(_pElementVocabulary);
+        return *_pElementVocabulary;
+    }
+    const Vocabulary<QualifiedNameEntry>& elementVocabulary() const {
+        tamo_assert(_pElementVocabulary);
+        return *_pElementVocabulary;
+    }
+
+    /// The table of attribute names.
+    Vocabulary<QualifiedNameEntry>& attributeVocabulary() {
+        tamo_assert(_pAttributeVocabulary);
+        return *_pAttributeVocabulary;
+    }
+    const Vocabulary<QualifiedNameEntry>& attributeVocabulary() const {
+        tamo_assert(_pAttributeVocabulary);
+        return *_pAttributeVocabulary;
+    }
+
+    /// The restricted alphabets.
+    DocumentRestrictedAlphabet& restrictedAlphabets() noexcept { return _alphabets; }
+    const DocumentRestrictedAlphabet& restrictedAlphabets() const noexcept { return _alphabets; }
+
+    /// The writer-side algorithms.
+    EncodingAlgorithm& encodings() noexcept { return _encodings; }
+    const EncodingAlgorithm& encodings() const noexcept { return _encodings; }
+
+    /// The parser-side algorithms.
+    DecodingAlgorithm& decodings() noexcept { return _decodings; }
+    const DecodingAlgorithm& decodings() const noexcept { return _decodings; }
+
+    /// The kind of the tables.
+    VocabularyImpl impl() const noexcept { return _impl; }
+
+    /// The URI as an external vocabulary; empty when none.
+    const std::string& getURI() const noexcept { return _uri; }
+
+    /// Makes this the external vocabulary with a URI.
+    void setURI(const std::string& uri) { _uri = uri; }
+
+    /// What this vocabulary holds beyond other: tables without placeholder that list the entries to announce,
+    /// in their order. A table that other does not reach fails an assertion.
+    DocumentVocabulary operator-(const DocumentVocabulary& other) const;
+
+private:
+    using StringTable = Vocabulary<std::string>;
+    using NameTable = Vocabulary<QualifiedNameEntry>;
+
+    template<class Strings, class Names>
+    void create();
+    void init();
+    void copy(const DocumentVocabulary& other);
+    void checkTable(ID voc) const {
+        tamo_assert(voc > DocumentVocabulary::ENCODING_ALGORITHM && voc < DocumentVocabulary::ELEMENT_NAME);
+        tamo_assert(voc < _vocabularies.size());
+        tamo_check_ptr(_vocabularies[voc]);
+    }
+
+    VocabularyImpl _impl = VOC_HASH;
+    std::vector<std::unique_ptr<StringTable>> _vocabularies;
+    DocumentRestrictedAlphabet _alphabets;
+    EncodingAlgorithm _encodings;
+    DecodingAlgorithm _decodings;
+    std::unique_ptr<NameTable> _pElementVocabulary;
+    std::unique_ptr<NameTable> _pAttributeVocabulary;
+    std::string _uri;
+    bool _ownTables = false; // every table was built here with its own limit, so that reset() may keep it
+};
+
+} // namespace Tamo::FastInfoset
+
+#endif

@@ -1,0 +1,40 @@
+#ifndef TAMO_FASTINFOSET_ENCODINGALGORITHM_H
+#define TAMO_FASTINFOSET_ENCODINGALGORITHM_H
+
+#include "Tamo/FastInfoset/Encoding.h"
+#include <string>
+#include <vector>
+
+namespace Tamo::FastInfoset {
+
+/// The writer's table of encoding algorithms (ITU-T X.891, 8.3): 1 to 10 are built in, 11 to 31 reserved, the
+/// application's own follow from 32 on. A plain value; parser and writer must register an application's
+/// algorithms in the same order.
+class EncodingAlgorithm {
+public:
+    /// The index of the first algorithm that an application adds.
+    static constexpr unsigned int USER_DEFINED = 32;
+
+    /// The built-in algorithms.
+    EncodingAlgorithm();
+
+    /// Appends an algorithm; the first one gets the index USER_DEFINED.
+    void add(Encoding::EncodeMethod encodeMethod, Encoding::CheckMethod checkMethod);
+
+    /// Writes the encoding of text by algorithm index; an index that is not in use throws FISException
+    /// "Invalid encoding defined".
+    void encode(unsigned int index, BitStreamWriter& writer, const std::string& text) const;
+
+    /// The algorithm that encodes text in the fewest octets, the lower index of equals; 0 when none can.
+    unsigned int findEncoding(const std::string& text) const;
+
+private:
+    void initializeEncodings();
+
+    std::vector<Encoding::EncodeMethod> _encodings;
+    std::vector<Encoding::CheckMethod> _checks;
+};
+
+} // namespace Tamo::FastInfoset
+
+#endif

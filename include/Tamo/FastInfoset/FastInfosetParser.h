@@ -1,0 +1,185 @@
+#ifndef TAMO_FASTINFOSET_FASTINFOSETPARSER_H
+#define TAMO_FASTINFOSET_FASTINFOSETPARSER_H
+
+#include "Tamo/AutoPtr.h"
+#include "Tamo/FastInfoset/Decoder.h"
+#include "Tamo/FastInfoset/DocumentVocabulary.h"
+#include "Tamo/FastInfoset/VerbTable.h"
+#include "Tamo/XML/AttributesImpl.h"
+#include "Tamo/XML/XMLReader.h"
+#include <array>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace Tamo::XML {
+class LexicalHandler;
+class XMLWriter;
+} // namespace Tamo::XML
+
+namespace Tamo::FastInfoset {
+
+class BitStreamReader;
+class ExternalVocabularyLoader;
+class FastInfosetWriter;
+class FISContentHandler;
+class FISDocumentHandler;
+
+/// Reads a Fast Infoset document (ITU-T X.891) and reports it as SAX2 events.
+///
+/// Use it like any SAX2 reader: set handlers, then parse. A content handler that is a FISContentHandler
+/// receives typed data as values, any other one as text. Handlers are borrowed and called on the parsing
+/// thread; what they throw passes through. A parser reads any number of documents, one at a time, also after
+/// an exception; it is used by one thread at a time.
+///
+/// Each document's header sets the vocabulary up anew, with one exception: when the document names the
+/// external vocabulary that this parser was built over (DocumentVocabulary::getURI), nothing is loaded and
+/// nothing is reset, so the entries of an earlier document stay and shift the indexes. To read a series of
+/// such documents build a parser for each, or use one parser whose loader supplies the vocabulary
+/// (setExternalVocabularyLoader).
+///
+/// Exceptions: FISParseException for input that ends too early or a source that cannot be resolved,
+/// FISEncodingException for bits that form no valid construct, FISException for header errors,
+/// std::out_of_range for an index past the end of its table, AssertionViolationException for the conditions
+/// that are assertions by interface, among them a memory block that ends early ("_pStream"), IOException for
+/// a failing stream.
+class FastInfosetParser : public XML::XMLReader {
+public:
+    /// A parser with tables of its own; VOC_VECTOR is the fastest kind.
+    explicit FastInfosetParser(DocumentVocabulary::VocabularyImpl impl = DocumentVocabulary::VOC_VECTOR);
+
+    /// A parser over a copy of a prepared vocabulary.
+    explicit FastInfosetParser(const DocumentVocabulary& vocabulary);
+
+    FastInfosetParser(const FastInfosetParser&) = delete;
+    FastInfosetParser& operator=(const FastInfosetParser&) = delete;
+
+    /// Stored and returned only; system identifiers are resolved by the parser's own resolver.
+    void setEntityResolver(XML::EntityResolver* pResolver) override;
+    XML::EntityResolver* getEntityResolver() const override;
+    void setDTDHandler(XML::DTDHandler* pDTDHandler) override;
+    XML::DTDHandler* getDTDHandler() const override;
+    void setContentHandler(XML::ContentHandler* pContentHandler) override;
+    XML::ContentHandler* getContentHandler() const override;
+    /// Stored and returned only; errors are exceptions.
+    void setErrorHandler(XML::ErrorHandler* pErrorHandler) override;
+    XML::ErrorHandler* getErrorHandler() const override;
+
+    /// Namespaces are always on; the namespace-prefixes feature (on) says whether elements get qualified
+    /// names.
+    void setFeature(const std::string& name, bool value) override;
+    bool getFeature(const std::string& name) const override;
+
+    /// The lexical handler and the declaration handler, as pointers.
+    void setProperty(const std::string& name, const std::string& value) override;
+    void setProperty(const std::string& name, void* value) override;
+    void* getProperty(const std::string& name) const override;
+
+    /// Parses the byte stream of source, else its character stream, else its system identifier.
+    void parse(XML::InputSource* pSource) override;
+    void parse(const std::string& systemId) override;
+
+    /// Parses size octets at data, in place.
+    void parseMemoryNP(const char* data, std::size_t size) override;
+
+    ~FastInfosetParser() override;
+
+    /// The handler that is told what the document says of itself; borrowed, may be null.
+    void setDocumentHandler(FISDocumentHandler* pDocumentHandler);
+    FISDocumentHandler* getDocumentHandler() const;
+
+    /// What yields external vocabularies; borrowed. Null, the default, opens the URIs that documents name.
+    void setExternalVocabularyLoader(ExternalVocabularyLoader* pLoader);
+    ExternalVocabularyLoader* getExternalVocabularyLoader() const;
+
+    /// The vocabulary as the last document left it.
+    const DocumentVocabulary& vocabulary() const;
+
+    /// The table of algorithms, to which an application adds its own; it outlives the documents.
+    DecodingAlgorithm& decodingAlgorithms();
+
+    /// Sets a writer as all of the handlers: the document is re-encoded event by event, typed data intact.
+    /// The parser's tables must not be of kind VOC_VECTOR then. A null writer is left out.
+    void initialize(FastInfosetWriter* pWriter);
+
+    /// Sets a writer of XML text as all of the handlers. A null writer is left out.
+    void initialize(XML::XMLWriter* pWriter);
+
+    /// What absent parts of names refer to.
+    static const std::string EMPTY_STRING;
+
+private:
+    // The strings of a decoded name: entries of the tables, which never move, or EMPTY_STRING.
+    struct ResolvedQualName {
+        const std::string* pPrefix = nullptr;
+        const std::string* pUri = nullptr;
+        const std::string* pLocalName = nullptr;
+    };
+
+    // A decoded value: text, or a typed value kept in _pTyped.
+    struct Value {
+        const std::string* pText = nullptr;
+        bool typed = false;
+    };
+
+    bool parseDocument(BitStreamReader& reader);
+    void parseDocumentChildren(BitStreamReader& reader, const Decoder::OpenHeaderParts& parts);
+    bool parseElementChildren(BitStreamReader& reader);
+    void parseElementChild(BitStreamReader& reader);
+    void parseElement(BitStreamReader& reader);
+    void endElement();
+    void parseNamespaceAttributes(BitStreamReader& reader);
+    void parseNamespaceAttribute(BitStreamReader& reader);
+    void parseAttributes(BitStreamReader& reader);
+    void parseAttribute(BitStreamReader& reader);
+    void parseQualifiedNameOrIndex(BitStreamReader& reader, ResolvedQualName& result, bool isElement);
+    void parseQualifiedName(BitStreamReader& reader, ResolvedQualName& result, bool isElement);
+    const std::string& parseIdentifyingStringOrIndex(BitStreamReader& reader, DocumentVocabulary::ID id,
+                                                     unsigned int& index);
+    const std::string& parseIdentifyingStringOrIndex(BitStreamReader& reader, DocumentVocabulary::ID id);
+    const std::string& parseCondIdentifyingStringOrIndex(BitStreamReader& reader, bool present,
+                                                         DocumentVocabulary::ID id);
+    Value parseNonIdentifyingStringOrIndex(BitStreamReader& reader, DocumentVocabulary::ID id);
+    const std::string& parseNonIdentifyingStringOrIndexXML(BitStreamReader& reader,
+                                                           DocumentVocabulary::ID id);
+    Value parseEncodedCharacterString(BitStreamReader& reader);
+    void parseCharacterChunk(BitStreamReader& reader);
+    void parseTypedChunk();
+    void parseComment(BitStreamReader& reader);
+    void parseProcessingInstruction(BitStreamReader& reader);
+    void parseUnexpandedEntityReference(BitStreamReader& reader);
+    void parseDocumentTypeDeclaration(BitStreamReader& reader);
+    void parseNotation(BitStreamReader& reader);
+    void parseUnparsedEntity(BitStreamReader& reader);
+
+    void bindTables();
+    Vocabulary<QualifiedNameEntry>& getQNameVocabulary(bool isElement);
+    const std::string& tableValue(DocumentVocabulary::ID id, unsigned int index) const;
+    const std::string& namePart(DocumentVocabulary::ID id, unsigned int index) const;
+    const std::string& qualifiedName(const ResolvedQualName& name);
+
+    XML::EntityResolver* _pEntityResolver = nullptr;
+    XML::DTDHandler* _pDTDHandler = nullptr;
+    XML::ContentHandler* _pContentHandler = nullptr;
+    FISContentHandler* _pTypedContentHandler = nullptr;
+    XML::ErrorHandler* _pErrorHandler = nullptr;
+    void* _pDeclarationHandler = nullptr;
+    XML::LexicalHandler* _pLexicalHandler = nullptr;
+    FISDocumentHandler* _pDocumentHandler = nullptr;
+    ExternalVocabularyLoader* _pLoader = nullptr;
+    bool _namespacePrefixes = true;
+    DocumentVocabulary _vocabulary;
+    std::array<const VerbTable<std::string>*, DocumentVocabulary::ELEMENT_NAME> _tables{};
+    XML::AttributesImpl _attributes;
+    std::vector<const std::string*> _declaredPrefixes;
+    std::vector<ResolvedQualName> _openElements;
+    std::string _scratch;
+    std::string _octets;
+    std::string _text;
+    std::string _qname;
+    AutoPtr<Encoding> _pTyped;
+};
+
+} // namespace Tamo::FastInfoset
+
+#endif

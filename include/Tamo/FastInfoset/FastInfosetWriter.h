@@ -1,0 +1,252 @@
+#ifndef TAMO_FASTINFOSET_FASTINFOSETWRITER_H
+#define TAMO_FASTINFOSET_FASTINFOSETWRITER_H
+
+#include "Tamo/AutoPtr.h"
+#include "Tamo/FastInfoset/BitStreamWriter.h"
+#include "Tamo/FastInfoset/DocumentVocabulary.h"
+#include "Tamo/FastInfoset/Encoding.h"
+#include "Tamo/FastInfoset/EncodingAlgorithm.h"
+#include "Tamo/FastInfoset/FISContentHandler.h"
+#include "Tamo/FastInfoset/FISDocumentHandler.h"
+#include "Tamo/FastInfoset/Notation.h"
+#include "Tamo/FastInfoset/UnparsedEntity.h"
+#include "Tamo/XML/DTDHandler.h"
+#include "Tamo/XML/LexicalHandler.h"
+#include "Tamo/XML/NamespaceSupport.h"
+#include <iosfwd>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Tamo::XML {
+class Attributes;
+}
+
+namespace Tamo::FastInfoset {
+
+/// Turns SAX2 events into one Fast Infoset document (ITU-T X.891) on a stream.
+///
+/// Each event is encoded as it arrives; only typed data waits for the next structural event, and notations
+/// and unparsed entities, which must be declared before startDocument, for the header. Names are always
+/// indexed, other strings up to setMaxIndexedStringLength octets. The stream is borrowed and flushed at the
+/// start of every construct: put a DeferredFlushOutputStream in front of a file.
+///
+/// Expected order: setters and declarations; startDocument; optionally startDTD to endDTD; the content;
+/// endDocument. A writer writes one document and is used by one thread at a time.
+///
+/// Exceptions: FISException for misuse ("Tag mismatch", "Cannot nest CDATA sections"), FISEncodingException
+/// for values that cannot be encoded, AssertionViolationException for declarations that come too late,
+/// PoolOverflowException ("Vocabulary hash table full") when a VOC_HASH table is full, IOException for a
+/// failing stream. What was written stays in the stream.
+class FastInfosetWriter : public FISContentHandler,
+                          public XML::LexicalHandler,
+                          public XML::DTDHandler,
+                          public FISDocumentHandler {
+public:
+    /// A writer with VOC_HASH tables and no XML declaration.
+    explicit FastInfosetWriter(std::ostream& str);
+
+    /// A writer with tables of its own.
+    FastInfosetWriter(std::ostream& str, bool writeXMLDeclaration, DocumentVocabulary::VocabularyImpl impl);
+
+    /// A writer over a copy of a vocabulary, whose entries the header announces beyond the external
+    /// vocabulary.
+    FastInfosetWriter(std::ostream& str, bool writeXMLDeclaration, const DocumentVocabulary& vocabulary);
+
+    FastInfosetWriter(const FastInfosetWriter&) = delete;
+    FastInfosetWriter& operator=(const FastInfosetWriter&) = delete;
+
+    /// Not used.
+    void setDocumentLocator(const XML::Locator* pLocator) override;
+    /// Writes the header.
+    void startDocument() override;
+    /// Writes the end of the document and flushes the stream.
+    void endDocument() override;
+    /// Starts an element. Its name is namespace and local name; the qualified name's prefix is kept where it
+    /// is or can be bound to the namespace. A qualified name alone (namespace processing off) becomes the
+    /// local name.
+    void startElement(const std::string& uri, const std::string& localName, const std::string& qname,
+                      const XML::Attributes& attributes) override;
+    /// Ends the open element; the names are not compared.
+    void endElement(const std::string& uri, const std::string& localName, const std::string& qname) override;
+    /// Writes ch from start on, up to length octets or the first NUL octet of ch.
+    void characters(const char ch[], int start, int length) override;
+    /// The same as characters.
+    void ignorableWhitespace(const char ch[], int start, int length) override;
+    void processingInstruction(const std::string& target, const std::string& data) override;
+    /// Binds a prefix for the next element; the prefix "xml" is left out.
+    void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
+    void endPrefixMapping(const std::string& prefix) override;
+    /// Nothing is written.
+    void skippedEntity(const std::string& name) override;
+    ~FastInfosetWriter() override;
+
+    /// Typed data: consecutive values of one type form one array. binaryData writes base64 data.
+    void binaryData(const char* data, std::size_t size) override;
+    void encodedData(Int16 value) override;
+    void encodedData(Int32 value) override;
+    void encodedData(Int64 value) override;
+    void encodedData(bool value) override;
+    void encodedData(float value) override;
+    void encodedData(double value) override;
+    void encodedData(const UUID& value) override;
+
+    /// Character data up to endCDATA is marked as a CDATA section.
+    void startCDATA() override;
+    void endCDATA() override;
+    void comment(const char ch[], int start, int length) override;
+    /// Starts the document type declaration; its name is not carried by the format.
+    void startDTD(const std::string& name, const std::string& publicId, const std::string& systemId) override;
+    void endDTD() override;
+    /// Nothing is written.
+    void startEntity(const std::string& name) override;
+    void endEntity(const std::string& name) override;
+
+    /// Declarations for the header; after startDocument they fail the assertion "_states.back() ==
+    /// UNINITIALIZED".
+    void notationDecl(const std::string& name, const std::string* publicId,
+                      const std::string* systemId) override;
+    void unparsedEntityDecl(const std::string& name, const std::string* publicId, const std::string& systemId,
+                            const std::string& notationName) override;
+
+    /// Replaces the document's vocabulary by a copy; one of kind VOC_VECTOR throws InvalidArgumentException.
+    void setDocumentVocabulary(const DocumentVocabulary& vocabulary) override;
+    /// The document's vocabulary itself, which may be filled before startDocument. Deliberate: the header can
+    /// announce up to 128 entries each of the tables of prefixes, namespace names, local names, NCNames and
+    /// URIs; prepared attribute values, character chunks, other strings and names cannot be written
+    /// (startDocument throws) unless they belong to the external vocabulary.
+    DocumentVocabulary& getDocumentVocabulary() override;
+    const DocumentVocabulary& getDocumentVocabulary() const override;
+    /// Whether the document starts with an XML declaration.
+    void setWriteXMLDeclaration(bool flag) override;
+    /// Makes the header refer to an external vocabulary and announce only what the document's vocabulary
+    /// holds beyond it. Build the writer over a copy of the same vocabulary, so that its entries are used.
+    void setExternalVocabulary(const std::string& uri, const DocumentVocabulary& vocabulary) override;
+
+    /// Writes text as character data.
+    void characters(const std::string& text);
+
+    /// An element without attributes.
+    void startElement(const std::string& uri, const std::string& localName, const std::string& qname);
+
+    /// An element without content.
+    void emptyElement(const std::string& uri, const std::string& localName, const std::string& qname);
+    void emptyElement(const std::string& uri, const std::string& localName, const std::string& qname,
+                      const XML::Attributes& attributes);
+
+    /// An element with text and up to three attributes; an attribute without name is left out.
+    void dataElement(const std::string& uri, const std::string& localName, const std::string& qname,
+                     const std::string& data, const std::string& attr1 = std::string(),
+                     const std::string& value1 = std::string(), const std::string& attr2 = std::string(),
+                     const std::string& value2 = std::string(), const std::string& attr3 = std::string(),
+                     const std::string& value3 = std::string());
+
+    /// Throw FISException: whole documents only.
+    void startFragment();
+    void endFragment();
+
+    /// The length in octets up to which strings are added to their tables (16); negative: all strings.
+    void setMaxIndexedStringLength(int length);
+
+    /// Adds typed data, merged into the value before it when that is of the same kind.
+    void insertEncoding(const AutoPtr<Encoding>& encoding);
+
+    /// The table of algorithms, to which an application adds its own.
+    EncodingAlgorithm& encodingAlgorithms();
+
+private:
+    enum State { UNINITIALIZED, DOCUMENT, ELEMENT, CDATA, DTD };
+
+    // One attribute on its way out; the strings belong to the attribute list and the namespace bindings.
+    struct AttributeValue {
+        const std::string* pPrefix = nullptr;
+        const std::string* pValue = nullptr;
+        const std::string* pUri = nullptr;
+        const std::string* pLocalName = nullptr;
+        std::string ownLocalName;
+    };
+
+    struct NamespaceAttribute {
+        const std::string* pPrefix;
+        const std::string* pUri;
+    };
+
+    using ID = DocumentVocabulary::ID;
+
+    void writeHeader();
+    void writeInitialVocabulary(const DocumentVocabulary& voc);
+    void writeExternalVocabulary(const std::string& uri);
+    void writeRestrictedAlphabet(const DocumentRestrictedAlphabet& alphabets);
+    void writeVocabulary(const Vocabulary<std::string>& voc);
+    void writeEncodedVocabulary(const Vocabulary<std::string>& voc);
+    void writeNameSurrogates(const Vocabulary<QualifiedNameEntry>& voc, bool isElement);
+    void writeNotations(const std::vector<Notation>& notations);
+    void writeUnparsedEntities(const std::vector<UnparsedEntity>& unparsedEntities);
+
+    const std::string& elementPrefix(const std::string& uri, const std::string& localName,
+                                     const std::string& qname);
+    std::string newPrefix();
+    void handleNamespaces(const XML::Attributes& attributes, const std::string& uri);
+    void declareAttributeNamespaces(const XML::Attributes& attributes);
+    void addNamespaceAttributes();
+    void addAttributes(const XML::Attributes& attributes, const std::string& elementURI);
+    void writeElement(const std::string& prefix, const std::string& uri, const std::string& localName);
+    void writeNamespaceAttribute(const std::string& prefix, const std::string& uri);
+    void writeAttribute(const AttributeValue& attribute);
+    void writeQualifiedNameOrIndex(const std::string& prefix, const std::string& uri,
+                                   const std::string& localName, bool isElement);
+    void writeQualifiedName(const std::string& prefix, const std::string& uri, const std::string& localName,
+                            bool isElement);
+    void writeQualifiedName(const QualifiedNameEntry& entry, bool isElement);
+    void insertQualifiedName(const QualifiedNameEntry& qne, bool isElement);
+    Vocabulary<QualifiedNameEntry>& getQNameVocabulary(bool isElement);
+
+    void writeCharacterChunk(const std::string& text);
+    void writeComment(const std::string& text);
+    void writeProcessingInstruction(const std::string& target, const std::string& data);
+    void writeDocumentTypeDeclaration(const std::string& publicId, const std::string& systemId);
+    void writeNotation(const std::string& name, const std::string* publicId, const std::string* systemId);
+    void writeUnparsedEntity(const std::string& name, const std::string* publicId,
+                             const std::string& systemId, const std::string& notationName);
+    void writeUnexpandedEntityReference(const std::string& name, const std::string* systemId,
+                                        const std::string* publicId);
+
+    unsigned int writeIdentifyingStringOrIndex(const std::string& s, ID id);
+    void writeIdentifyingStringIndex(unsigned int index);
+    void writeIdentifyingString(const std::string& s, ID id);
+    void writeNonIdentifyingStringOrIndex(const std::string& s, ID id);
+    void writeNonIdentifyingStringOrIndex(const AutoPtr<Encoding>& e, ID id);
+    void writeEncodedCharacterString(const std::string& s, unsigned int algorithm);
+    void writeEncodedCharacterString(const AutoPtr<Encoding>& e);
+    void handleEncodedData();
+    bool isIndexed(const std::string& s) const noexcept;
+    template<class E, class T>
+    void insertValue(const T& value);
+    void popState();
+
+    BitStreamWriter _writer;
+    bool _writeXMLDeclaration = false;
+    DocumentVocabulary _vocabulary;
+    std::vector<State> _states{UNINITIALIZED};
+    int _prefixCounter = 0;
+    XML::NamespaceSupport _namespaces;
+    std::vector<AutoPtr<Encoding>> _encodedData;
+    std::vector<Notation> _notations;
+    std::vector<UnparsedEntity> _unparsedEntities;
+    std::unique_ptr<DocumentVocabulary> _pExternalVocabulary; // null until one is set
+    std::string _externalVocabularyURI;
+    EncodingAlgorithm _encodingAlgorithm;
+    int _maxIndexedStringLength = 16;
+
+    // Kept for their capacity from element to element.
+    std::vector<AttributeValue> _attributeValues;
+    std::size_t _attributeCount = 0;
+    std::vector<NamespaceAttribute> _namespaceAttributes;
+    std::string _text;
+    std::string _prefix;
+    std::string _localPart;
+};
+
+} // namespace Tamo::FastInfoset
+
+#endif

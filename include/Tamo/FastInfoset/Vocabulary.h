@@ -1,0 +1,71 @@
+#ifndef TAMO_FASTINFOSET_VOCABULARY_H
+#define TAMO_FASTINFOSET_VOCABULARY_H
+
+#include "Tamo/FastInfoset/VerbTable.h"
+#include <cstddef>
+#include <memory>
+
+namespace Tamo::FastInfoset {
+
+/// One indexed table of a vocabulary (ITU-T X.891, clause 8): values and the small integers that stand for
+/// them.
+///
+/// The kinds differ in what they can do and cost: VectorVocabulary appends and reads by index only,
+/// MapVocabulary and HashVocabulary find a value that is already there. Index 0 is a placeholder (the empty
+/// value) unless the table was made with DontInitialize; real entries start at 1. Stored values never move. A
+/// table is used by one thread at a time.
+template<class T>
+class Vocabulary {
+public:
+    /// What an absent value's look-up returns.
+    static constexpr unsigned int NOT_FOUND = 0xFFFFFFFF;
+
+    virtual ~Vocabulary() = default;
+
+    /// The index of value, which is added when absent; found tells whether it was there.
+    virtual unsigned int index(const T& value, bool& found) = 0;
+
+    /// The index of value, or NOT_FOUND with found false.
+    virtual unsigned int exists(const T& value, bool& found) const = 0;
+
+    /// The value at index; past the end std::out_of_range or, in map and hash tables, an assertion first.
+    virtual const T& value(unsigned int index) const = 0;
+
+    /// Number of values, the placeholder included.
+    virtual std::size_t size() const = 0;
+
+    /// True when there is not even a placeholder.
+    virtual bool empty() const = 0;
+
+    /// The values of this table that other lacks, in their order and numbered from 0; the caller owns the
+    /// result.
+    virtual Vocabulary<T>* subtract(const Vocabulary<T>& other) const = 0;
+
+    /// A deep copy of the same kind; the caller owns it.
+    virtual Vocabulary<T>* clone() const = 0;
+
+    /// Returns the table to what its ordinary constructor makes of it: the placeholder alone.
+    virtual void reset() = 0;
+
+    /// The values by index, for readers that check the range themselves or take std::out_of_range.
+    const VerbTable<T>& values() const noexcept { return _index; }
+
+protected:
+    /// Adds to result the values of this table that other lacks.
+    void subtractInto(Vocabulary<T>& result, const Vocabulary<T>& other) const {
+        for (std::size_t i = 0; i < _index.size(); ++i) {
+            const T& candidate = _index[i];
+            bool found = false;
+            other.exists(candidate, found);
+            if (!found) {
+                result.index(candidate, found);
+            }
+        }
+    }
+
+    VerbTable<T> _index;
+};
+
+} // namespace Tamo::FastInfoset
+
+#endif

@@ -1,0 +1,57 @@
+#include "Tamo/FastInfoset/Converter.h"
+#include "Tamo/DeferredFlushStream.h"
+#include "Tamo/FastInfoset/FastInfosetParser.h"
+#include "Tamo/FastInfoset/FastInfosetWriter.h"
+#include "Tamo/XML/InputSource.h"
+#include "Tamo/XML/SAXParser.h"
+#include "Tamo/XML/WhitespaceFilter.h"
+#include "Tamo/XML/XMLWriter.h"
+#include <ostream>
+
+namespace Tamo::FastInfoset {
+
+namespace {
+
+void parseInto(XML::XMLReader& reader, FastInfosetWriter& writer, XML::InputSource& source) {
+    reader.setContentHandler(&writer);
+    reader.setDTDHandler(&writer);
+    reader.setProperty(XML::XMLReader::PROPERTY_LEXICAL_HANDLER,
+                       static_cast<void*>(static_cast<XML::LexicalHandler*>(&writer)));
+    reader.parse(&source);
+}
+
+} // namespace
+
+void Converter::convertToFIS(std::istream& in, std::ostream& out, int maxIndexedStringLength, int options) {
+    // The writer flushes at every construct; a file must not see that.
+    DeferredFlushOutputStream buffer(out);
+    {
+        FastInfosetWriter writer(buffer, false, DocumentVocabulary::VOC_MAP);
+        writer.setMaxIndexedStringLength(maxIndexedStringLength);
+        XML::SAXParser parser;
+        parser.setFeature(XML::XMLReader::FEATURE_NAMESPACES, true);
+        parser.setFeature(XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, true);
+        parser.setFeature(XML::SAXParser::FEATURE_DECLARATIONS_FIRST, true);
+        XML::InputSource source(in);
+        if (options & STRIP_WHITESPACE) {
+            XML::WhitespaceFilter filter(&parser);
+            parseInto(filter, writer, source);
+        } else {
+            parseInto(parser, writer, source);
+        }
+    }
+    buffer.finish();
+    if (!buffer) {
+        throw IOException("error while writing Fast Infoset document to stream");
+    }
+}
+
+void Converter::convertToXML(std::istream& in, std::ostream& out, int options) {
+    XML::XMLWriter writer(out, options);
+    FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR);
+    parser.initialize(&writer);
+    XML::InputSource source(in);
+    parser.parse(&source);
+}
+
+} // namespace Tamo::FastInfoset

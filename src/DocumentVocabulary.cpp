@@ -1,0 +1,182 @@
+#include "Tamo/FastInfoset/DocumentVocabulary.h"
+#include "Tamo/Exception.h"
+#include "Tamo/FastInfoset/HashVocabulary.h"
+#include "Tamo/FastInfoset/MapVocabulary.h"
+#include "Tamo/FastInfoset/VectorVocabulary.h"
+#include "Tamo/XML/NamespaceSupport.h"
+
+namespace Tamo::FastInfoset {
+
+namespace {
+
+// How many entries the tables with a limit accept, the placeholder included.
+constexpr unsigned long ELEMENT_NAME_LIMIT = 10009;
+constexpr unsigned long ATTRIBUTE_NAME_LIMIT = 10009;
+
+// In the order of the identifiers, from PREFIX to CONTENT_CHARACTER_CHUNK.
+constexpr unsigned long STRING_LIMITS[] = {251, 251, 40009, 40009, 19, 40009, 19, 65521};
+
+// Enters the values of from, placeholder aside, at the indexes that they have there.
+template<class T>
+void enterAll(const Vocabulary<T>& from, Vocabulary<T>& to) {
+    for (std::size_t i = to.size(); i < from.size(); ++i) {
+        bool found = false;
+        to.index(from.values()[i], found);
+        if (found) {
+            throw InvalidArgumentException("A vocabulary in which an entry occurs twice cannot be searched",
+                                           "index " + std::to_string(i));
+        }
+    }
+}
+
+} // namespace
+
+DocumentVocabulary::DocumentVocabulary(VocabularyImpl impl) : _impl(impl) {
+    reset();
+}
+
+DocumentVocabulary::DocumentVocabulary(const std::string& uri, VocabularyImpl impl) : _impl(impl), _uri(uri) {
+    reset();
+}
+
+DocumentVocabulary::DocumentVocabulary(DontInitialize) {}
+
+DocumentVocabulary::DocumentVocabulary(const DocumentVocabulary& other, VocabularyImpl impl)
+    : _impl(impl), _alphabets(other._alphabets), _encodings(other._encodings), _uri(other._uri) {
+    reset();
+    for (std::size_t id = PREFIX; id <= CONTENT_CHARACTER_CHUNK; ++id) {
+        enterAll(other.vocabulary(static_cast<ID>(id)), *_vocabularies[id]);
+    }
+    enterAll(other.elementVocabulary(), *_pElementVocabulary);
+    enterAll(other.attributeVocabulary(), *_pAttributeVocabulary);
+}
+
+DocumentVocabulary::DocumentVocabulary(const DocumentVocabulary& other) {
+    copy(other);
+}
+
+DocumentVocabulary& DocumentVocabulary::operator=(const DocumentVocabulary& other) {
+    if (this != &other) {
+        clear();
+        copy(other);
+    }
+    return *this;
+}
+
+DocumentVocabulary::~DocumentVocabulary() = default;
+
+void DocumentVocabulary::reset() {
+    if (_ownTables) {
+        // Emptying the tables is the same as building them anew, and costs a small document nothing.
+        for (std::size_t id = PREFIX; id < _vocabularies.size(); ++id) {
+            _vocabularies[id]->reset();
+        }
+        _pElementVocabulary->reset();
+        _pAttributeVocabulary->reset();
+        init();
+        return;
+    }
+    clear();
+    _vocabularies.resize(PREFIX);
+    switch (_impl) {
+    case VOC_VECTOR:
+        create<VectorVocabulary<std::string>, VectorVocabulary<QualifiedNameEntry>>();
+        break;
+    case VOC_MAP:
+        create<MapVocabulary<std::string>, MapVocabulary<QualifiedNameEntry>>();
+        break;
+    case VOC_HASH:
+        create<HashVocabulary<std::string>, HashVocabulary<QualifiedNameEntry>>();
+        break;
+    }
+    init();
+    _ownTables = true;
+}
+
+void DocumentVocabulary::clear() {
+    _vocabularies.clear();
+    _pElementVocabulary.reset();
+    _pAttributeVocabulary.reset();
+    _ownTables = false;
+}
+
+template<class Strings, class Names>
+void DocumentVocabulary::create() {
+    _pElementVocabulary = std::make_unique<Names>(ELEMENT_NAME_LIMIT);
+    _pAttributeVocabulary = std::make_unique<Names>(ATTRIBUTE_NAME_LIMIT);
+    _vocabularies.reserve(ELEMENT_NAME);
+    for (const unsigned long limit : STRING_LIMITS) {
+        _vocabularies.push_back(std::make_unique<Strings>(limit));
+    }
+}
+
+void DocumentVocabulary::init() {
+    bool dummy = false;
+    tamo_assert(_vocabularies[DocumentVocabulary::PREFIX]->index("xml", dummy) == 1);
+    tamo_assert(_vocabularies[DocumentVocabulary::NAMESPACE_NAME]->index(XML::NamespaceSupport::XML_NAMESPACE,
+                                                                         dummy) == 1);
+}
+
+const std::string& DocumentVocabulary::value(ID vocabulary, unsigned int index) const {
+    tamo_assert(vocabulary > DocumentVocabulary::ENCODING_ALGORITHM &&
+                vocabulary < DocumentVocabulary::ELEMENT_NAME);
+    return this->vocabulary(vocabulary).value(index);
+}
+
+unsigned int DocumentVocabulary::index(ID vocabulary, const std::string& s, bool& found) {
+    tamo_assert(vocabulary > DocumentVocabulary::ENCODING_ALGORITHM &&
+                vocabulary < DocumentVocabulary::ELEMENT_NAME);
+    return this->vocabulary(vocabulary).index(s, found);
+}
+
+unsigned int DocumentVocabulary::exists(ID vocabulary, const std::string& s, bool& found) const {
+    tamo_assert(vocabulary > DocumentVocabulary::ENCODING_ALGORITHM &&
+                vocabulary < DocumentVocabulary::ELEMENT_NAME);
+    return this->vocabulary(vocabulary).exists(s, found);
+}
+
+void DocumentVocabulary::initialize(ID vocabulary, Vocabulary<std::string>* table) {
+    std::unique_ptr<StringTable> pTable(table);
+    tamo_assert(vocabulary > DocumentVocabulary::ENCODING_ALGORITHM &&
+                vocabulary < DocumentVocabulary::ELEMENT_NAME);
+    if (_vocabularies.size() <= static_cast<std::size_t>(vocabulary)) {
+        _vocabularies.resize(static_cast<std::size_t>(vocabulary) + 1);
+    }
+    _vocabularies[vocabulary] = std::move(pTable);
+    _ownTables = false;
+}
+
+void DocumentVocabulary::copy(const DocumentVocabulary& other) {
+    _impl = other._impl;
+    _uri = other._uri;
+    _vocabularies.reserve(other._vocabularies.size());
+    for (const auto& pTable : other._vocabularies) {
+        _vocabularies.emplace_back(pTable ? pTable->clone() : nullptr);
+    }
+    _alphabets = other._alphabets;
+    _encodings = other._encodings;
+    _pElementVocabulary.reset(other._pElementVocabulary ? other._pElementVocabulary->clone() : nullptr);
+    _pAttributeVocabulary.reset(other._pAttributeVocabulary ? other._pAttributeVocabulary->clone() : nullptr);
+    _ownTables = other._ownTables;
+}
+
+DocumentVocabulary DocumentVocabulary::operator-(const DocumentVocabulary& doc) const {
+    DocumentVocabulary result{DontInitialize()};
+    result._impl = _impl;
+    auto itDoc = doc._vocabularies.begin();
+    for (const auto& pTable : _vocabularies) {
+        tamo_assert(itDoc != doc._vocabularies.end());
+        if (!pTable) {
+            result._vocabularies.emplace_back();
+        } else {
+            result._vocabularies.emplace_back(*itDoc ? pTable->subtract(**itDoc) : pTable->clone());
+        }
+        ++itDoc;
+    }
+    result._alphabets = _alphabets - doc._alphabets;
+    result._pElementVocabulary.reset(elementVocabulary().subtract(doc.elementVocabulary()));
+    result._pAttributeVocabulary.reset(attributeVocabulary().subtract(doc.attributeVocabulary()));
+    return result;
+}
+
+} // namespace Tamo::FastInfoset

@@ -1,0 +1,81 @@
+#include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
+#include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/FastInfoset/FastInfosetParser.h"
+#include "Tamo/FastInfoset/FastInfosetWriter.h"
+#include "Tamo/NullStream.h"
+#include "Tamo/Path.h"
+#include "Tamo/URI.h"
+#include "Tamo/URIStreamOpener.h"
+#include "Tamo/XML/InputSource.h"
+#include "Tamo/XML/SAXParser.h"
+#include <algorithm>
+#include <istream>
+#include <memory>
+
+namespace Tamo::FastInfoset {
+
+namespace {
+
+// The extension of the resource's file name, in lower case whatever the locale.
+std::string extensionOf(const std::string& uri) {
+    std::string extension = Path(URI(uri).getPath()).getExtension();
+    for (char& c : extension) {
+        if (c >= 'A' && c <= 'Z') {
+            c = static_cast<char>(c - 'A' + 'a');
+        }
+    }
+    return extension;
+}
+
+} // namespace
+
+ExternalVocabularyLoader::~ExternalVocabularyLoader() = default;
+
+DocumentVocabulary ExternalVocabularyLoader::vocabulary(const std::string& uri) {
+    if (std::find(_loading.begin(), _loading.end(), uri) != _loading.end()) {
+        throw FISException("An external vocabulary names itself", uri);
+    }
+    // One resource can go by many names: the depth is bounded too.
+    if (_loading.size() >= MAX_NESTING) {
+        throw FISException("Too many external vocabularies name one another", uri);
+    }
+    struct Entered {
+        std::vector<std::string>& loading;
+        ~Entered() { loading.pop_back(); }
+    };
+    _loading.push_back(uri);
+    const Entered entered{_loading};
+    return load(uri);
+}
+
+DocumentVocabulary ExternalVocabularyLoader::load(const std::string& uri) {
+    const std::unique_ptr<std::istream> pStream(URIStreamOpener::defaultOpener().open(uri));
+    return extensionOf(uri) == "xml" ? loadXML(*pStream) : loadFastInfoset(*pStream, *this);
+}
+
+DocumentVocabulary ExternalVocabularyLoader::loadXML(std::istream& istr) {
+    NullOutputStream null;
+    FastInfosetWriter writer(null);
+    XML::SAXParser parser;
+    parser.setFeature(XML::XMLReader::FEATURE_NAMESPACES, true);
+    parser.setFeature(XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, true);
+    parser.setFeature(XML::SAXParser::FEATURE_DECLARATIONS_FIRST, true);
+    parser.setContentHandler(&writer);
+    parser.setDTDHandler(&writer);
+    parser.setProperty(XML::XMLReader::PROPERTY_LEXICAL_HANDLER,
+                       static_cast<void*>(static_cast<XML::LexicalHandler*>(&writer)));
+    XML::InputSource source(istr);
+    parser.parse(&source);
+    return writer.getDocumentVocabulary();
+}
+
+DocumentVocabulary ExternalVocabularyLoader::loadFastInfoset(std::istream& istr,
+                                                             ExternalVocabularyLoader& loader) {
+    FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR);
+    parser.setExternalVocabularyLoader(&loader);
+    XML::InputSource source(istr);
+    parser.parse(&source);
+    return parser.vocabulary();
+}
+
+} // namespace Tamo::FastInfoset

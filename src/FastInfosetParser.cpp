@@ -1,0 +1,722 @@
+#include "Tamo/FastInfoset/FastInfosetParser.h"
+#include "Tamo/FastInfoset/BitStreamReader.h"
+#include "Tamo/FastInfoset/CDataEncoding.h"
+#include "Tamo/FastInfoset/Encoding.h"
+#include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
+#include "Tamo/FastInfoset/FISContentHandler.h"
+#include "Tamo/FastInfoset/FISDocumentHandler.h"
+#include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/FastInfoset/FastInfosetWriter.h"
+#include "Tamo/FastInfoset/StringDecoder.h"
+#include "Tamo/XML/DTDHandler.h"
+#include "Tamo/XML/EntityResolverImpl.h"
+#include "Tamo/XML/InputSource.h"
+#include "Tamo/XML/LexicalHandler.h"
+#include "Tamo/XML/SAXException.h"
+#include "Tamo/XML/XMLWriter.h"
+
+namespace Tamo::FastInfoset {
+
+namespace {
+
+// The four bits that end a list, an element or the document.
+constexpr unsigned char TERMINATOR = 0x0F;
+
+void readBit(BitStreamReader& reader, bool& bit, const char* message) {
+    if (!reader.read(bit)) [[unlikely]] {
+        throw FISParseException(message);
+    }
+}
+
+unsigned char readBits(BitStreamReader& reader, int numBits, const char* message) {
+    unsigned char bits = 0;
+    if (!reader.read(bits, numBits)) [[unlikely]] {
+        throw FISParseException(message);
+    }
+    return bits;
+}
+
+unsigned char peekBits(BitStreamReader& reader, int numBits, const char* message) {
+    unsigned char bits = 0;
+    if (!reader.peek(bits, numBits)) [[unlikely]] {
+        throw FISParseException(message);
+    }
+    return bits;
+}
+
+void skipBits(BitStreamReader& reader, int numBits, const char* message) {
+    reader.skip(numBits);
+    if (reader.cachedBits() < 0) [[unlikely]] {
+        throw FISParseException(message);
+    }
+}
+
+void requirePosition(bool holds, const char* message) {
+    if (!holds) [[unlikely]] {
+        throw FISEncodingException(message);
+    }
+}
+
+int lengthOf(const std::string& text) {
+    return static_cast<int>(text.size());
+}
+
+} // namespace
+
+const std::string FastInfosetParser::EMPTY_STRING;
+
+FastInfosetParser::FastInfosetParser(DocumentVocabulary::VocabularyImpl impl) : _vocabulary(impl) {}
+
+FastInfosetParser::FastInfosetParser(const DocumentVocabulary& vocabulary) : _vocabulary(vocabulary) {}
+
+FastInfosetParser::~FastInfosetParser() = default;
+
+void FastInfosetParser::setEntityResolver(XML::EntityResolver* pResolver) {
+    _pEntityResolver = pResolver;
+}
+
+XML::EntityResolver* FastInfosetParser::getEntityResolver() const {
+    return _pEntityResolver;
+}
+
+void FastInfosetParser::setDTDHandler(XML::DTDHandler* pDTDHandler) {
+    _pDTDHandler = pDTDHandler;
+}
+
+XML::DTDHandler* FastInfosetParser::getDTDHandler() const {
+    return _pDTDHandler;
+}
+
+void FastInfosetParser::setContentHandler(XML::ContentHandler* pContentHandler) {
+    _pContentHandler = pContentHandler;
+    _pTypedContentHandler = dynamic_cast<FISContentHandler*>(pContentHandler);
+}
+
+XML::ContentHandler* FastInfosetParser::getContentHandler() const {
+    return _pContentHandler;
+}
+
+void FastInfosetParser::setErrorHandler(XML::ErrorHandler* pErrorHandler) {
+    _pErrorHandler = pErrorHandler;
+}
+
+XML::ErrorHandler* FastInfosetParser::getErrorHandler() const {
+    return _pErrorHandler;
+}
+
+void FastInfosetParser::setFeature(const std::string& name, bool value) {
+    if (name == FEATURE_NAMESPACES) {
+        if (!value) {
+            throw XML::SAXNotSupportedException("namespace support cannot be disabled");
+        }
+    } else if (name == FEATURE_NAMESPACE_PREFIXES) {
+        _namespacePrefixes = value;
+    } else {
+        throw XML::SAXNotRecognizedException(name);
+    }
+}
+
+bool FastInfosetParser::getFeature(const std::string& name) const {
+    if (name == FEATURE_NAMESPACES) {
+        return true;
+    }
+    if (name == FEATURE_NAMESPACE_PREFIXES) {
+        return _namespacePrefixes;
+    }
+    throw XML::SAXNotRecognizedException(name);
+}
+
+void FastInfosetParser::setProperty(const std::string& name, const std::string&) {
+    if (name == PROPERTY_DECLARATION_HANDLER || name == PROPERTY_LEXICAL_HANDLER) {
+        throw XML::SAXNotSupportedException("property does not take a string value: " + name);
+    }
+    throw XML::SAXNotRecognizedException(name);
+}
+
+void FastInfosetParser::setProperty(const std::string& name, void* value) {
+    if (name == PROPERTY_DECLARATION_HANDLER) {
+        _pDeclarationHandler = value;
+    } else if (name == PROPERTY_LEXICAL_HANDLER) {
+        _pLexicalHandler = static_cast<XML::LexicalHandler*>(value);
+    } else {
+        throw XML::SAXNotRecognizedException(name);
+    }
+}
+
+void* FastInfosetParser::getProperty(const std::string& name) const {
+    if (name == PROPERTY_DECLARATION_HANDLER) {
+        return _pDeclarationHandler;
+    }
+    if (name == PROPERTY_LEXICAL_HANDLER) {
+        return _pLexicalHandler;
+    }
+    throw XML::SAXNotRecognizedException(name);
+}
+
+void FastInfosetParser::parse(XML::InputSource* pSource) {
+    tamo_check_ptr(pSource);
+    if (pSource->getByteStream()) {
+        BitStreamReader reader(*pSource->getByteStream());
+        parseDocument(reader);
+    } else if (pSource->getCharacterStream()) {
+        BitStreamReader reader(*pSource->getCharacterStream());
+        parseDocument(reader);
+    } else {
+        parse(pSource->getSystemId());
+    }
+}
+
+void FastInfosetParser::parse(const std::string& systemId) {
+    XML::EntityResolverImpl resolver;
+    struct Resolved {
+        XML::EntityResolverImpl& resolver;
+        XML::InputSource* pSource;
+        ~Resolved() {
+            if (pSource) {
+                resolver.releaseInputSource(pSource);
+            }
+        }
+    };
+    const Resolved resolved{resolver, resolver.resolveEntity(nullptr, systemId)};
+    if (!resolved.pSource) {
+        throw FISParseException("Cannot resolve system identifier", systemId);
+    }
+    parse(resolved.pSource);
+}
+
+void FastInfosetParser::parseMemoryNP(const char* data, std::size_t size) {
+    BitStreamReader reader(data, size);
+    parseDocument(reader);
+}
+
+void FastInfosetParser::setDocumentHandler(FISDocumentHandler* pDocumentHandler) {
+    _pDocumentHandler = pDocumentHandler;
+}
+
+FISDocumentHandler* FastInfosetParser::getDocumentHandler() const {
+    return _pDocumentHandler;
+}
+
+void FastInfosetParser::setExternalVocabularyLoader(ExternalVocabularyLoader* pLoader) {
+    _pLoader = pLoader;
+}
+
+ExternalVocabularyLoader* FastInfosetParser::getExternalVocabularyLoader() const {
+    return _pLoader;
+}
+
+const DocumentVocabulary& FastInfosetParser::vocabulary() const {
+    return _vocabulary;
+}
+
+DecodingAlgorithm& FastInfosetParser::decodingAlgorithms() {
+    return _vocabulary.decodings();
+}
+
+void FastInfosetParser::initialize(FastInfosetWriter* pWriter) {
+    if (!pWriter) {
+        return;
+    }
+    setContentHandler(pWriter);
+    setDocumentHandler(pWriter);
+    setDTDHandler(pWriter);
+    setProperty(PROPERTY_LEXICAL_HANDLER, static_cast<void*>(static_cast<XML::LexicalHandler*>(pWriter)));
+}
+
+void FastInfosetParser::initialize(XML::XMLWriter* pWriter) {
+    if (!pWriter) {
+        return;
+    }
+    setContentHandler(pWriter);
+    setDocumentHandler(dynamic_cast<FISDocumentHandler*>(pWriter));
+    setDTDHandler(pWriter);
+    setProperty(PROPERTY_LEXICAL_HANDLER, static_cast<void*>(static_cast<XML::LexicalHandler*>(pWriter)));
+}
+
+bool FastInfosetParser::parseDocument(BitStreamReader& reader) {
+    _openElements.clear();
+    _declaredPrefixes.clear();
+    Decoder::documentPreHeader(reader, _scratch);
+    if (_pDocumentHandler) {
+        _pDocumentHandler->setWriteXMLDeclaration(!_scratch.empty());
+    }
+    const Decoder::OpenHeaderParts parts =
+        Decoder::documentHeader(reader, _vocabulary, _pDocumentHandler, _pLoader);
+    bindTables();
+    if (_pDocumentHandler) {
+        _pDocumentHandler->setDocumentVocabulary(_vocabulary);
+    }
+    parseDocumentChildren(reader, parts);
+    if (_pContentHandler) {
+        _pContentHandler->startDocument();
+    }
+    const bool complete = parseElementChildren(reader);
+    if (_pContentHandler) {
+        _pContentHandler->endDocument();
+    }
+    return complete;
+}
+
+void FastInfosetParser::parseDocumentChildren(BitStreamReader& reader,
+                                              const Decoder::OpenHeaderParts& parts) {
+    static constexpr const char* NOTATIONS_END = "Unexpected end of stream while parsing notations";
+    static constexpr const char* ENTITIES_END = "Unexpected end of stream while parsing unparsed entities";
+    static constexpr const char* HEADER_END = "Unexpected end of stream while parsing document header";
+    if (parts.notations) {
+        for (;;) {
+            const unsigned char id = readBits(reader, 6, NOTATIONS_END);
+            if (id != 0x30) {
+                tamo_assert(id == 60);
+                skipBits(reader, 2, NOTATIONS_END);
+                break;
+            }
+            parseNotation(reader);
+        }
+    }
+    if (parts.unparsedEntities) {
+        for (;;) {
+            const unsigned char id = readBits(reader, 7, ENTITIES_END);
+            if (id != 0x68) {
+                tamo_assert(id == 120);
+                skipBits(reader, 1, ENTITIES_END);
+                break;
+            }
+            parseUnparsedEntity(reader);
+        }
+    }
+    if (parts.characterEncodingScheme) {
+        skipBits(reader, 1, HEADER_END);
+        Decoder::nonEmptyOctetString(reader, _scratch);
+    }
+    if (parts.standalone) {
+        skipBits(reader, 7, HEADER_END);
+        readBits(reader, 1, HEADER_END);
+    }
+    if (parts.version) {
+        parseNonIdentifyingStringOrIndexXML(reader, DocumentVocabulary::OTHER_STRING);
+    }
+}
+
+// The children of the document and, through the stack of open elements, of every element below it.
+bool FastInfosetParser::parseElementChildren(BitStreamReader& reader) {
+    static constexpr const char* END = "Unexpected end of stream while parsing element children";
+    for (;;) {
+        if (peekBits(reader, 4, END) != TERMINATOR) {
+            parseElementChild(reader);
+        } else if (_openElements.empty()) {
+            return true;
+        } else {
+            reader.advance(4);
+            endElement();
+        }
+    }
+}
+
+void FastInfosetParser::parseElementChild(BitStreamReader& reader) {
+    reader.skipToByteStart();
+    const unsigned char b = peekBits(reader, 8, "Unexpected end of stream while parsing element children");
+    if (b < 0x80) {
+        reader.advance(1);
+        parseElement(reader);
+    } else if (b < 0xC0) {
+        reader.advance(2);
+        parseCharacterChunk(reader);
+    } else if (b < 0xE0) {
+        reader.advance(6);
+        if ((b & 0xFC) == 0xC4) {
+            parseDocumentTypeDeclaration(reader);
+        } else if ((b & 0xFC) == 0xC8) {
+            parseUnexpandedEntityReference(reader);
+        } else {
+            throw FISEncodingException("Invalid child element");
+        }
+    } else {
+        if (b == 0xE1) {
+            reader.advance(8);
+            parseProcessingInstruction(reader);
+        } else if (b == 0xE2) {
+            reader.advance(8);
+            parseComment(reader);
+        } else {
+            throw FISEncodingException("Parse error: unknown element child code");
+        }
+    }
+}
+
+void FastInfosetParser::parseElement(BitStreamReader& reader) {
+    static constexpr const char* END = "Unexpected end of stream while parsing element";
+    requirePosition(reader.bitPos() == 1, "Illegal startposition for an Element value");
+    bool hasAttributes = false;
+    readBit(reader, hasAttributes, END);
+    // Deliberate: one list for all elements, so that an element ends the mappings of the element started
+    // last. Handlers that rely on balanced endPrefixMapping calls would have to count themselves.
+    _declaredPrefixes.clear();
+    if (peekBits(reader, 6, END) == 0x38) {
+        parseNamespaceAttributes(reader);
+    }
+    ResolvedQualName name;
+    parseQualifiedNameOrIndex(reader, name, true);
+    _attributes.clear();
+    if (hasAttributes) {
+        parseAttributes(reader);
+    }
+    _openElements.push_back(name);
+    if (_pContentHandler) {
+        _pContentHandler->startElement(*name.pUri, *name.pLocalName, qualifiedName(name), _attributes);
+    }
+}
+
+void FastInfosetParser::endElement() {
+    const ResolvedQualName name = _openElements.back();
+    _openElements.pop_back();
+    if (_pContentHandler) {
+        _pContentHandler->endElement(*name.pUri, *name.pLocalName, qualifiedName(name));
+        for (const std::string* pPrefix : _declaredPrefixes) {
+            _pContentHandler->endPrefixMapping(*pPrefix);
+        }
+    }
+}
+
+void FastInfosetParser::parseNamespaceAttributes(BitStreamReader& reader) {
+    static constexpr const char* END = "Unexpected end of stream while parsing element";
+    skipBits(reader, 6, END);
+    while (readBits(reader, 4, END) != TERMINATOR) {
+        // Deliberate: any other four bits are taken for 1100.
+        skipBits(reader, 2, END);
+        parseNamespaceAttribute(reader);
+    }
+    skipBits(reader, 6, END);
+}
+
+void FastInfosetParser::parseNamespaceAttribute(BitStreamReader& reader) {
+    static constexpr const char* END = "Unexpected end of stream while parsing namespace attribute";
+    requirePosition(reader.bitPos() == 6, "Illegal startposition for a NamespaceAttribute value");
+    bool hasPrefix = false;
+    bool hasNamespace = false;
+    readBit(reader, hasPrefix, END);
+    readBit(reader, hasNamespace, END);
+    const std::string& prefix =
+        parseCondIdentifyingStringOrIndex(reader, hasPrefix, DocumentVocabulary::PREFIX);
+    const std::string& uri =
+        parseCondIdentifyingStringOrIndex(reader, hasNamespace, DocumentVocabulary::NAMESPACE_NAME);
+    _declaredPrefixes.push_back(&prefix);
+    if (_pContentHandler) {
+        _pContentHandler->startPrefixMapping(prefix, uri);
+    }
+}
+
+void FastInfosetParser::parseAttributes(BitStreamReader& reader) {
+    static constexpr const char* END = "Unexpected end of stream while parsing attributes";
+    bool last = false;
+    for (readBit(reader, last, END); !last; readBit(reader, last, END)) {
+        parseAttribute(reader);
+    }
+    skipBits(reader, 3, END);
+}
+
+void FastInfosetParser::parseAttribute(BitStreamReader& reader) {
+    requirePosition(reader.bitPos() == 1, "Illegal startposition for a Attribute value");
+    ResolvedQualName name;
+    parseQualifiedNameOrIndex(reader, name, false);
+    const std::string& value =
+        parseNonIdentifyingStringOrIndexXML(reader, DocumentVocabulary::ATTRIBUTE_VALUE);
+    _attributes.addAttribute(*name.pUri, *name.pLocalName, EMPTY_STRING, EMPTY_STRING, value);
+}
+
+void FastInfosetParser::parseQualifiedNameOrIndex(BitStreamReader& reader, ResolvedQualName& result,
+                                                  bool isElement) {
+    const int position = reader.bitPos();
+    requirePosition(position == 1 || position == 2,
+                    "Illegal startposition for a parseQualifiedNameOrIndex value");
+    const unsigned char bits =
+        peekBits(reader, 4, "Unexpected end of stream while parsing qualified name or index");
+    if (bits == TERMINATOR) {
+        skipBits(reader, position == 1 ? 5 : 4, "Unexpected end of stream while parsing qualified name");
+        parseQualifiedName(reader, result, isElement);
+    } else {
+        unsigned int index = 0;
+        Decoder::integer(reader, index);
+        const Vocabulary<QualifiedNameEntry>& names = getQNameVocabulary(isElement);
+        const QualifiedNameEntry* pEntry = names.values().find(index);
+        const QualifiedNameEntry& entry = pEntry ? *pEntry : names.value(index); // the latter throws
+        result.pPrefix = &namePart(DocumentVocabulary::PREFIX, entry.prefixId());
+        result.pUri = &namePart(DocumentVocabulary::NAMESPACE_NAME, entry.namespaceId());
+        result.pLocalName = &namePart(DocumentVocabulary::LOCAL_NAME, entry.localNameId());
+    }
+}
+
+void FastInfosetParser::parseQualifiedName(BitStreamReader& reader, ResolvedQualName& qualName,
+                                           bool isElement) {
+    static constexpr const char* END = "Unexpected end of stream while parsing qualified name";
+    bool hasPrefix = false;
+    bool hasNamespace = false;
+    readBit(reader, hasPrefix, END);
+    readBit(reader, hasNamespace, END);
+    unsigned int prefix = 0;
+    unsigned int namespaceName = 0;
+    unsigned int localName = 0;
+    qualName.pPrefix = hasPrefix ? &parseIdentifyingStringOrIndex(reader, DocumentVocabulary::PREFIX, prefix)
+                                 : &EMPTY_STRING;
+    qualName.pUri = hasNamespace ? &parseIdentifyingStringOrIndex(reader, DocumentVocabulary::NAMESPACE_NAME,
+                                                                  namespaceName)
+                                 : &EMPTY_STRING;
+    qualName.pLocalName = &parseIdentifyingStringOrIndex(reader, DocumentVocabulary::LOCAL_NAME, localName);
+    bool added = false;
+    getQNameVocabulary(isElement).index(QualifiedNameEntry(prefix, namespaceName, localName), added);
+}
+
+const std::string& FastInfosetParser::parseIdentifyingStringOrIndex(BitStreamReader& reader,
+                                                                    DocumentVocabulary::ID id,
+                                                                    unsigned int& index) {
+    requirePosition(reader.bitPos() == 0, "Illegal startposition for an parseIdentifyingStringOrIndex");
+    bool isIndex = false;
+    readBit(reader, isIndex, "Unexpected end of stream while parsing identifying string or index");
+    if (isIndex) {
+        Decoder::integer(reader, index);
+    } else {
+        Decoder::nonEmptyOctetString(reader, _scratch);
+        bool added = false;
+        index = _vocabulary.index(id, _scratch, added);
+    }
+    return tableValue(id, index);
+}
+
+const std::string& FastInfosetParser::parseIdentifyingStringOrIndex(BitStreamReader& reader,
+                                                                    DocumentVocabulary::ID id) {
+    unsigned int index = 0;
+    return parseIdentifyingStringOrIndex(reader, id, index);
+}
+
+const std::string& FastInfosetParser::parseCondIdentifyingStringOrIndex(BitStreamReader& reader, bool present,
+                                                                        DocumentVocabulary::ID id) {
+    return present ? parseIdentifyingStringOrIndex(reader, id) : EMPTY_STRING;
+}
+
+// The typed form: text, or a typed value as the document carries it.
+FastInfosetParser::Value FastInfosetParser::parseNonIdentifyingStringOrIndex(BitStreamReader& reader,
+                                                                             DocumentVocabulary::ID id) {
+    const int position = reader.bitPos();
+    requirePosition(position == 0 || position == 2,
+                    "Illegal startposition for a NonIdentifyingStringOrIndex value");
+    bool isIndex = false;
+    readBit(reader, isIndex, "Unexpected end of stream whil parsing non identifying string or index");
+    if (isIndex) {
+        unsigned int index = 0;
+        Decoder::integer(reader, index);
+        return {&tableValue(id, index), false};
+    }
+    bool addToTable = false;
+    readBit(reader, addToTable, "Unexpected end of stream whil parsing encoded character string");
+    const Value value = parseEncodedCharacterString(reader);
+    if (addToTable) {
+        bool added = false;
+        _vocabulary.index(id, value.typed ? StringDecoder::textOf(*_pTyped) : *value.pText, added);
+    }
+    return value;
+}
+
+// The text form: typed values become their text.
+const std::string& FastInfosetParser::parseNonIdentifyingStringOrIndexXML(BitStreamReader& reader,
+                                                                          DocumentVocabulary::ID id) {
+    const int position = reader.bitPos();
+    requirePosition(position == 0 || position == 2,
+                    "Illegal startposition for a NonIdentifyingStringOrIndex value");
+    bool isIndex = false;
+    readBit(reader, isIndex, "Unexpected end of stream while parsing non identifying string or index");
+    if (isIndex) {
+        unsigned int index = 0;
+        Decoder::integer(reader, index);
+        return tableValue(id, index);
+    }
+    bool addToTable = false;
+    readBit(reader, addToTable, "Unexpected end of stream while parsing encoded character string");
+    if (parseEncodedCharacterString(reader).typed) {
+        _text = StringDecoder::textOf(*_pTyped);
+    }
+    if (addToTable) {
+        bool added = false;
+        _vocabulary.index(id, _text, added);
+    }
+    return _text;
+}
+
+FastInfosetParser::Value FastInfosetParser::parseEncodedCharacterString(BitStreamReader& reader) {
+    const int position = reader.bitPos();
+    requirePosition(position == 2 || position == 4, "Illegal startposition for an encodedCharacterString");
+    const unsigned char enc =
+        readBits(reader, 2, "Unexpected end of stream while parsing encoded character string");
+    switch (enc) {
+    case DocumentVocabulary::UTF8:
+        Decoder::nonEmptyOctetString(reader, _text);
+        break;
+    case DocumentVocabulary::UTF16:
+        Decoder::nonEmptyOctetString(reader, _octets);
+        StringDecoder::decodeUTF16(_octets, _text);
+        break;
+    case DocumentVocabulary::RESTRICTEDALPHABET: {
+        unsigned int index = 0;
+        Decoder::integer(reader, index);
+        Decoder::nonEmptyOctetString(reader, _octets);
+        StringDecoder::decodeAlphabet(_octets, _vocabulary.restrictedAlphabets().alphabet(index), _text);
+        break;
+    }
+    default: {
+        tamo_assert(enc == DocumentVocabulary::ENCODINGALGORITHM);
+        unsigned int index = 0;
+        Decoder::integer(reader, index);
+        _pTyped = _vocabulary.decodings().read(static_cast<int>(index), reader);
+        return {nullptr, true};
+    }
+    }
+    return {&_text, false};
+}
+
+void FastInfosetParser::parseCharacterChunk(BitStreamReader& reader) {
+    requirePosition(reader.bitPos() == 2, "Illegal startposition for a CharacterChunk value");
+    const Value value = parseNonIdentifyingStringOrIndex(reader, DocumentVocabulary::CONTENT_CHARACTER_CHUNK);
+    if (value.typed) {
+        parseTypedChunk();
+    } else if (_pContentHandler) {
+        _pContentHandler->characters(value.pText->data(), 0, lengthOf(*value.pText));
+    }
+}
+
+void FastInfosetParser::parseTypedChunk() {
+    const bool inCDATA = _pLexicalHandler && _pTyped->type() == CDataEncoding::TYPE;
+    if (inCDATA) {
+        _pLexicalHandler->startCDATA();
+    }
+    if (_pTypedContentHandler) {
+        _pTyped->handle(_pTypedContentHandler);
+    } else if (_pContentHandler) {
+        _pTyped->createContent();
+        _pTyped->handle(_pContentHandler);
+    }
+    if (inCDATA) {
+        _pLexicalHandler->endCDATA();
+    }
+}
+
+void FastInfosetParser::parseComment(BitStreamReader& reader) {
+    requirePosition(reader.bitPos() == 0, "Illegal startposition for a Comment value");
+    const std::string& text = parseNonIdentifyingStringOrIndexXML(reader, DocumentVocabulary::OTHER_STRING);
+    if (_pLexicalHandler) {
+        _pLexicalHandler->comment(text.data(), 0, lengthOf(text));
+    }
+}
+
+void FastInfosetParser::parseProcessingInstruction(BitStreamReader& reader) {
+    const std::string& target = parseIdentifyingStringOrIndex(reader, DocumentVocabulary::OTHER_NCNAME);
+    const std::string& data = parseNonIdentifyingStringOrIndexXML(reader, DocumentVocabulary::OTHER_STRING);
+    if (_pContentHandler) {
+        _pContentHandler->processingInstruction(target, data);
+    }
+}
+
+void FastInfosetParser::parseUnexpandedEntityReference(BitStreamReader& reader) {
+    static constexpr const char* END = "Unexpected end of stream while parsing unexpanded entity reference";
+    requirePosition(reader.bitPos() == 6, "Illegal startposition for a Notation value");
+    bool hasSystemId = false;
+    bool hasPublicId = false;
+    readBit(reader, hasSystemId, END);
+    readBit(reader, hasPublicId, END);
+    parseIdentifyingStringOrIndex(reader, DocumentVocabulary::OTHER_NCNAME);
+    parseCondIdentifyingStringOrIndex(reader, hasSystemId, DocumentVocabulary::OTHER_URI);
+    parseCondIdentifyingStringOrIndex(reader, hasPublicId, DocumentVocabulary::OTHER_URI);
+}
+
+void FastInfosetParser::parseDocumentTypeDeclaration(BitStreamReader& reader) {
+    static constexpr const char* END = "Unexpected end of stream while parsing document type declaration";
+    requirePosition(reader.bitPos() == 6, "Illegal startposition for a DocumentTypeDeclaration value");
+    bool hasSystemId = false;
+    bool hasPublicId = false;
+    readBit(reader, hasSystemId, END);
+    readBit(reader, hasPublicId, END);
+    const std::string& systemId =
+        parseCondIdentifyingStringOrIndex(reader, hasSystemId, DocumentVocabulary::OTHER_URI);
+    const std::string& publicId =
+        parseCondIdentifyingStringOrIndex(reader, hasPublicId, DocumentVocabulary::OTHER_URI);
+    if (_pLexicalHandler) {
+        _pLexicalHandler->startDTD(EMPTY_STRING, publicId, systemId);
+    }
+    unsigned char stat = readBits(reader, 4, END);
+    if (stat == 0x0E) {
+        // Deliberate: within the list every four bits but the terminator open a processing instruction.
+        do {
+            skipBits(reader, 4, END);
+            parseProcessingInstruction(reader);
+            stat = readBits(reader, 4, END);
+        } while (stat != TERMINATOR);
+    }
+    tamo_assert(stat == 0x0f);
+    if (_pLexicalHandler) {
+        _pLexicalHandler->endDTD();
+    }
+}
+
+void FastInfosetParser::parseNotation(BitStreamReader& reader) {
+    static constexpr const char* END = "Unexpected end of stream while parsing notation";
+    requirePosition(reader.bitPos() == 6, "Illegal startposition for a Notation value");
+    bool hasSystemId = false;
+    bool hasPublicId = false;
+    readBit(reader, hasSystemId, END);
+    readBit(reader, hasPublicId, END);
+    const std::string& name = parseIdentifyingStringOrIndex(reader, DocumentVocabulary::OTHER_NCNAME);
+    const std::string& systemId =
+        parseCondIdentifyingStringOrIndex(reader, hasSystemId, DocumentVocabulary::OTHER_URI);
+    const std::string& publicId =
+        parseCondIdentifyingStringOrIndex(reader, hasPublicId, DocumentVocabulary::OTHER_URI);
+    if (_pDTDHandler) {
+        _pDTDHandler->notationDecl(name, hasPublicId ? &publicId : nullptr,
+                                   hasSystemId ? &systemId : nullptr);
+    }
+}
+
+void FastInfosetParser::parseUnparsedEntity(BitStreamReader& reader) {
+    requirePosition(reader.bitPos() == 7, "Illegal startposition for an UnparsedEntity value");
+    bool hasPublicId = false;
+    readBit(reader, hasPublicId, "Unexpected end of stream while parsing unparsed entity");
+    const std::string& name = parseIdentifyingStringOrIndex(reader, DocumentVocabulary::OTHER_NCNAME);
+    const std::string& systemId = parseIdentifyingStringOrIndex(reader, DocumentVocabulary::OTHER_URI);
+    const std::string& publicId =
+        parseCondIdentifyingStringOrIndex(reader, hasPublicId, DocumentVocabulary::OTHER_URI);
+    const std::string& notationName = parseIdentifyingStringOrIndex(reader, DocumentVocabulary::OTHER_NCNAME);
+    if (_pDTDHandler) {
+        _pDTDHandler->unparsedEntityDecl(name, hasPublicId ? &publicId : nullptr, systemId, notationName);
+    }
+}
+
+// The tables stay in place for the whole document, so their stores are looked up once.
+void FastInfosetParser::bindTables() {
+    for (int id = DocumentVocabulary::PREFIX; id < DocumentVocabulary::ELEMENT_NAME; ++id) {
+        _tables[static_cast<std::size_t>(id)] =
+            &_vocabulary.vocabulary(static_cast<DocumentVocabulary::ID>(id)).values();
+    }
+}
+
+Vocabulary<QualifiedNameEntry>& FastInfosetParser::getQNameVocabulary(bool isElement) {
+    return isElement ? _vocabulary.elementVocabulary() : _vocabulary.attributeVocabulary();
+}
+
+const std::string& FastInfosetParser::tableValue(DocumentVocabulary::ID id, unsigned int index) const {
+    const std::string* pValue = _tables[id]->find(index);
+    return pValue ? *pValue : _vocabulary.value(id, index); // the latter throws what its kind of table does
+}
+
+// A part of a name table's entry, which a name surrogate may mark as absent.
+const std::string& FastInfosetParser::namePart(DocumentVocabulary::ID id, unsigned int index) const {
+    return index == QualifiedNameEntry::ABSENT ? EMPTY_STRING : tableValue(id, index);
+}
+
+// The prefix, a colon and the local name; empty for a name without prefix, and when the feature is off.
+const std::string& FastInfosetParser::qualifiedName(const ResolvedQualName& name) {
+    if (_namespacePrefixes) {
+        _qname.clear();
+        if (!name.pPrefix->empty()) {
+            _qname.append(*name.pPrefix).append(1, ':').append(*name.pLocalName);
+        }
+    }
+    return _qname;
+}
+
+} // namespace Tamo::FastInfoset

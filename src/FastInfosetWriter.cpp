@@ -1,0 +1,889 @@
+#include "Tamo/FastInfoset/FastInfosetWriter.h"
+#include "Tamo/Exception.h"
+#include "Tamo/FastInfoset/BoolEncoding.h"
+#include "Tamo/FastInfoset/CDataEncoding.h"
+#include "Tamo/FastInfoset/DWordEncoding.h"
+#include "Tamo/FastInfoset/DoubleEncoding.h"
+#include "Tamo/FastInfoset/Encoder.h"
+#include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/FastInfoset/FloatEncoding.h"
+#include "Tamo/FastInfoset/IntEncoding.h"
+#include "Tamo/FastInfoset/LongEncoding.h"
+#include "Tamo/FastInfoset/NullEncoding.h"
+#include "Tamo/FastInfoset/ShortEncoding.h"
+#include "Tamo/FastInfoset/UUIDEncoding.h"
+#include "Tamo/XML/AttributesImpl.h"
+#include "Tamo/XML/Name.h"
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+#include <typeinfo>
+
+namespace Tamo::FastInfoset {
+
+namespace {
+
+using XML::NamespaceSupport;
+
+const XML::AttributesImpl EMPTY_ATTRIBUTES;
+
+void requirePosition(bool holds, const char* message) {
+    if (!holds) [[unlikely]] {
+        throw FISEncodingException(message);
+    }
+}
+
+const std::string& nameToString(const std::string& localName, const std::string& qname) {
+    return qname.empty() ? localName : qname;
+}
+
+std::string_view prefixOf(const std::string& qname) {
+    const std::size_t colon = qname.find(':');
+    return colon == std::string::npos ? std::string_view() : std::string_view(qname).substr(0, colon);
+}
+
+// An empty identifier counts as absent.
+const std::string* presentOrNull(const std::string& identifier) {
+    return identifier.empty() ? nullptr : &identifier;
+}
+
+std::string valueOrEmpty(const std::string* pIdentifier) {
+    return pIdentifier ? *pIdentifier : std::string();
+}
+
+} // namespace
+
+FastInfosetWriter::FastInfosetWriter(std::ostream& str)
+    : FastInfosetWriter(str, false, DocumentVocabulary::VOC_HASH) {}
+
+FastInfosetWriter::FastInfosetWriter(std::ostream& str, bool writeXMLDeclaration,
+                                     DocumentVocabulary::VocabularyImpl impl)
+    : _writer(str, false), _writeXMLDeclaration(writeXMLDeclaration), _vocabulary(impl) {}
+
+FastInfosetWriter::FastInfosetWriter(std::ostream& str, bool writeXMLDeclaration,
+                                     const DocumentVocabulary& vocabulary)
+    : _writer(str, false), _writeXMLDeclaration(writeXMLDeclaration), _vocabulary(vocabulary) {}
+
+FastInfosetWriter::~FastInfosetWriter() = default;
+
+// ---- options
+
+void FastInfosetWriter::setDocumentVocabulary(const DocumentVocabulary& vocabulary) {
+    if (vocabulary.impl() == DocumentVocabulary::VOC_VECTOR) {
+        throw InvalidArgumentException(
+            "A DocumentVocabulary with VOC_VECTOR implementation cannot be used by FastInfosetWriter");
+    }
+    _vocabulary = vocabulary;
+}
+
+DocumentVocabulary& FastInfosetWriter::getDocumentVocabulary() {
+    return _vocabulary;
+}
+
+const DocumentVocabulary& FastInfosetWriter::getDocumentVocabulary() const {
+    return _vocabulary;
+}
+
+void FastInfosetWriter::setWriteXMLDeclaration(bool flag) {
+    _writeXMLDeclaration = flag;
+}
+
+void FastInfosetWriter::setExternalVocabulary(const std::string& uri, const DocumentVocabulary& vocabulary) {
+    _pExternalVocabulary = std::make_unique<DocumentVocabulary>(vocabulary);
+    _externalVocabularyURI = uri;
+}
+
+void FastInfosetWriter::setMaxIndexedStringLength(int length) {
+    _maxIndexedStringLength = length;
+}
+
+EncodingAlgorithm& FastInfosetWriter::encodingAlgorithms() {
+    return _encodingAlgorithm;
+}
+
+// ---- document
+
+void FastInfosetWriter::setDocumentLocator(const XML::Locator*) {}
+
+void FastInfosetWriter::skippedEntity(const std::string&) {}
+
+void FastInfosetWriter::startEntity(const std::string&) {}
+
+void FastInfosetWriter::endEntity(const std::string&) {}
+
+void FastInfosetWriter::startFragment() {
+    throw FISException("startFragment() not allowed");
+}
+
+void FastInfosetWriter::endFragment() {
+    throw FISException("endFragment() not allowed");
+}
+
+void FastInfosetWriter::startDocument() {
+    writeHeader();
+    _states.push_back(DOCUMENT);
+    _namespaces.reset();
+    _namespaces.pushContext();
+}
+
+void FastInfosetWriter::endDocument() {
+    handleEncodedData();
+    _writer.writeBits(4, true);
+    _writer.complete();
+    popState();
+}
+
+void FastInfosetWriter::popState() {
+    tamo_assert(!_states.empty());
+    _states.pop_back();
+}
+
+// ---- header
+
+void FastInfosetWriter::writeHeader() {
+    Encoder::documentPreHeader(_writer, _writeXMLDeclaration);
+    const bool hasAdditionalData = false;
+    const bool hasCharacterEncodingScheme = false;
+    const bool standalone = false;
+    const bool hasVersion = false;
+    const bool hasNotations = !_notations.empty();
+    const bool hasUnparsedEntities = !_unparsedEntities.empty();
+
+    static const DocumentVocabulary DEFAULT(DocumentVocabulary::VOC_HASH);
+    const bool hasExternal = !_externalVocabularyURI.empty();
+    const DocumentVocabulary difference = _vocabulary - (hasExternal ? *_pExternalVocabulary : DEFAULT);
+    bool hasInitialVocabulary = hasExternal || !difference.restrictedAlphabets().alphabets().empty() ||
+                                !difference.elementVocabulary().empty() ||
+                                !difference.attributeVocabulary().empty();
+    for (int id = DocumentVocabulary::PREFIX; id < DocumentVocabulary::ELEMENT_NAME; ++id) {
+        hasInitialVocabulary = hasInitialVocabulary || !difference.vocabulary(static_cast<ID>(id)).empty();
+    }
+
+    tamo_assert(_writer.bitPos() == 1);
+    _writer.write(hasAdditionalData);
+    _writer.write(hasInitialVocabulary);
+    _writer.write(hasNotations);
+    _writer.write(hasUnparsedEntities);
+    _writer.write(hasCharacterEncodingScheme);
+    _writer.write(standalone);
+    _writer.write(hasVersion);
+
+    tamo_assert(!hasAdditionalData);
+    if (hasInitialVocabulary) {
+        writeInitialVocabulary(difference);
+    }
+    if (hasNotations) {
+        writeNotations(_notations);
+    }
+    if (hasUnparsedEntities) {
+        writeUnparsedEntities(_unparsedEntities);
+    }
+    tamo_assert(!hasCharacterEncodingScheme);
+    tamo_assert(!standalone);
+    tamo_assert(!hasVersion);
+}
+
+void FastInfosetWriter::writeInitialVocabulary(const DocumentVocabulary& voc) {
+    // The order of the standard, in which content character chunks precede other strings.
+    static constexpr ID TABLES[] = {DocumentVocabulary::PREFIX,
+                                    DocumentVocabulary::NAMESPACE_NAME,
+                                    DocumentVocabulary::LOCAL_NAME,
+                                    DocumentVocabulary::OTHER_NCNAME,
+                                    DocumentVocabulary::OTHER_URI,
+                                    DocumentVocabulary::ATTRIBUTE_VALUE,
+                                    DocumentVocabulary::CONTENT_CHARACTER_CHUNK,
+                                    DocumentVocabulary::OTHER_STRING};
+    const bool hasAlphabets = !voc.restrictedAlphabets().alphabets().empty();
+    _writer.writeBits(3, false);
+    _writer.write(!_externalVocabularyURI.empty());
+    _writer.write(hasAlphabets);
+    _writer.write(false); // encoding algorithms
+    for (const ID id : TABLES) {
+        _writer.write(!voc.vocabulary(id).empty());
+    }
+    _writer.write(!voc.elementVocabulary().empty());
+    _writer.write(!voc.attributeVocabulary().empty());
+
+    if (!_externalVocabularyURI.empty()) {
+        writeExternalVocabulary(_externalVocabularyURI);
+    }
+    if (hasAlphabets) {
+        writeRestrictedAlphabet(voc.restrictedAlphabets());
+    }
+    for (const ID id : TABLES) {
+        const Vocabulary<std::string>& table = voc.vocabulary(id);
+        if (table.empty()) {
+            continue;
+        }
+        if (id <= DocumentVocabulary::OTHER_URI) {
+            writeVocabulary(table);
+        } else {
+            writeEncodedVocabulary(table);
+        }
+    }
+    if (!voc.elementVocabulary().empty()) {
+        writeNameSurrogates(voc.elementVocabulary(), true);
+    }
+    if (!voc.attributeVocabulary().empty()) {
+        writeNameSurrogates(voc.attributeVocabulary(), false);
+    }
+}
+
+void FastInfosetWriter::writeExternalVocabulary(const std::string& uri) {
+    _writer.write(false);
+    Encoder::nonEmptyOctetString(_writer, uri);
+}
+
+void FastInfosetWriter::writeRestrictedAlphabet(const DocumentRestrictedAlphabet& alphabets) {
+    const std::size_t numEntries = alphabets.alphabets().size();
+    tamo_assert(numEntries > 0);
+    Encoder::lengthOfSequence(_writer, static_cast<unsigned int>(numEntries));
+    for (const RestrictedAlphabet& alphabet : alphabets.alphabets()) {
+        _writer.write(false);
+        Encoder::nonEmptyOctetString(_writer, alphabet.characters());
+    }
+}
+
+void FastInfosetWriter::writeVocabulary(const Vocabulary<std::string>& voc) {
+    const VerbTable<std::string>& index = voc.values();
+    const std::size_t numEntries = index.size();
+    tamo_assert(voc.size() == index.size());
+    tamo_assert(numEntries > 0);
+    Encoder::lengthOfSequence(_writer, static_cast<unsigned int>(numEntries));
+    for (std::size_t i = 0; i < numEntries; ++i) {
+        _writer.write(false);
+        Encoder::nonEmptyOctetString(_writer, index[i]);
+    }
+}
+
+void FastInfosetWriter::writeEncodedVocabulary(const Vocabulary<std::string>& voc) {
+    const VerbTable<std::string>& index = voc.values();
+    const std::size_t numEntries = index.size();
+    tamo_assert(voc.size() == index.size());
+    tamo_assert(numEntries > 0);
+    Encoder::lengthOfSequence(_writer, static_cast<unsigned int>(numEntries));
+    for (std::size_t i = 0; i < numEntries; ++i) {
+        // Deliberate: no bits are asked for, which the bit writer refuses. Tables of encoded strings are for
+        // the external vocabulary; a header that had to carry one is never written.
+        _writer.write(2u, 0);
+        writeEncodedCharacterString(index[i], CDataEncoding::TYPE);
+    }
+}
+
+void FastInfosetWriter::writeNameSurrogates(const Vocabulary<QualifiedNameEntry>& voc, bool isElement) {
+    const VerbTable<QualifiedNameEntry>& index = voc.values();
+    const std::size_t numEntries = index.size();
+    tamo_assert(voc.size() == index.size());
+    tamo_assert(numEntries > 0);
+    Encoder::lengthOfSequence(_writer, static_cast<unsigned int>(numEntries));
+    for (std::size_t i = 0; i < numEntries; ++i) {
+        writeQualifiedName(index[i], isElement);
+    }
+}
+
+void FastInfosetWriter::writeNotations(const std::vector<Notation>& notations) {
+    tamo_assert(!notations.empty());
+    for (const Notation& notation : notations) {
+        _writer.write(0x30u, 6);
+        writeNotation(notation.getName(), presentOrNull(notation.getPublicId()),
+                      presentOrNull(notation.getSystemId()));
+    }
+    _writer.write(0xF0u, 8);
+}
+
+void FastInfosetWriter::writeUnparsedEntities(const std::vector<UnparsedEntity>& unparsedEntities) {
+    tamo_assert(!unparsedEntities.empty());
+    for (const UnparsedEntity& entity : unparsedEntities) {
+        _writer.write(0x68u, 7);
+        writeUnparsedEntity(entity.getName(), presentOrNull(entity.getPublicId()), entity.getSystemId(),
+                            entity.getNotationName());
+    }
+    _writer.write(0xF0u, 8);
+}
+
+// ---- elements
+
+void FastInfosetWriter::startElement(const std::string& uri, const std::string& localName,
+                                     const std::string& qname, const XML::Attributes& attributes) {
+    handleEncodedData();
+    _writer.complete(false);
+    _writer.write(false);
+    // Copied, because the attributes' declarations can move the bindings.
+    _prefix = elementPrefix(uri, localName, qname);
+    handleNamespaces(attributes, uri);
+    writeElement(_prefix, uri, localName.empty() ? qname : localName);
+    _states.push_back(ELEMENT);
+}
+
+const std::string& FastInfosetWriter::elementPrefix(const std::string& uri, const std::string& localName,
+                                                    const std::string& qname) {
+    if (!localName.empty() && (qname.empty() || qname == localName)) {
+        if (!uri.empty() && !_namespaces.isMapped(uri)) {
+            _namespaces.declarePrefix(newPrefix(), uri);
+        }
+        return _namespaces.getPrefix(uri);
+    }
+    if (uri.empty() && localName.empty() && !qname.empty()) {
+        _text.clear(); // a name without namespace processing has no prefix
+        return _text;
+    }
+    if (localName.empty() || qname.empty()) {
+        throw FISException("Tag mismatch", nameToString(localName, qname));
+    }
+    XML::Name::split(qname, _text, _localPart);
+    if (_text.empty()) {
+        _text = _namespaces.getPrefix(uri);
+    }
+    const std::string& bound = _namespaces.getURI(_text);
+    if ((bound.empty() || bound != uri) && !uri.empty()) {
+        _namespaces.declarePrefix(_text, uri);
+    }
+    return _text;
+}
+
+void FastInfosetWriter::endElement(const std::string&, const std::string&, const std::string&) {
+    handleEncodedData();
+    _writer.write(0x0Fu, 4);
+    popState();
+    _namespaces.popContext();
+}
+
+void FastInfosetWriter::startElement(const std::string& uri, const std::string& localName,
+                                     const std::string& qname) {
+    startElement(uri, localName, qname, EMPTY_ATTRIBUTES);
+}
+
+void FastInfosetWriter::emptyElement(const std::string& uri, const std::string& localName,
+                                     const std::string& qname) {
+    emptyElement(uri, localName, qname, EMPTY_ATTRIBUTES);
+}
+
+void FastInfosetWriter::emptyElement(const std::string& uri, const std::string& localName,
+                                     const std::string& qname, const XML::Attributes& attributes) {
+    startElement(uri, localName, qname, attributes);
+    endElement(uri, localName, qname);
+}
+
+void FastInfosetWriter::dataElement(const std::string& uri, const std::string& localName,
+                                    const std::string& qname, const std::string& data,
+                                    const std::string& attr1, const std::string& value1,
+                                    const std::string& attr2, const std::string& value2,
+                                    const std::string& attr3, const std::string& value3) {
+    static const std::string EMPTY;
+    static const std::string TYPE("CDATA");
+    XML::AttributesImpl attributes;
+    const std::string* const pairs[][2] = {{&attr1, &value1}, {&attr2, &value2}, {&attr3, &value3}};
+    for (const auto& pair : pairs) {
+        if (!pair[0]->empty()) {
+            attributes.addAttribute(EMPTY, EMPTY, *pair[0], TYPE, *pair[1]);
+        }
+    }
+    if (data.empty()) {
+        emptyElement(uri, localName, qname, attributes);
+    } else {
+        startElement(uri, localName, qname, attributes);
+        characters(data);
+        endElement(uri, localName, qname);
+    }
+}
+
+void FastInfosetWriter::startPrefixMapping(const std::string& prefix, const std::string& uri) {
+    if (prefix != NamespaceSupport::XML_NAMESPACE_PREFIX) {
+        _namespaces.declarePrefix(prefix, uri);
+    }
+}
+
+void FastInfosetWriter::endPrefixMapping(const std::string& prefix) {
+    if (prefix != NamespaceSupport::XML_NAMESPACE_PREFIX) {
+        _namespaces.undeclarePrefix(prefix);
+    }
+}
+
+std::string FastInfosetWriter::newPrefix() {
+    return "ns" + std::to_string(++_prefixCounter);
+}
+
+void FastInfosetWriter::handleNamespaces(const XML::Attributes& attributes, const std::string& uri) {
+    declareAttributeNamespaces(attributes);
+    addNamespaceAttributes();
+    addAttributes(attributes, uri);
+    _namespaces.pushContext();
+}
+
+void FastInfosetWriter::declareAttributeNamespaces(const XML::Attributes& attributes) {
+    const int count = attributes.getLength();
+    for (int i = 0; i < count; ++i) {
+        const std::string& uri = attributes.getURI(i);
+        if (uri.empty()) {
+            continue;
+        }
+        std::string_view prefix = prefixOf(attributes.getQName(i));
+        if (prefix.empty()) {
+            prefix = _namespaces.getPrefix(uri);
+        }
+        if (_namespaces.getURI(prefix) != uri) {
+            // Deliberate: no prefix is generated; a name without one binds the default namespace.
+            _namespaces.declarePrefix(std::string(prefix), uri);
+        }
+    }
+}
+
+void FastInfosetWriter::addNamespaceAttributes() {
+    _namespaceAttributes.clear();
+    _namespaces.visitDeclared([this](const std::string& prefix, const std::string& uri) {
+        _namespaceAttributes.push_back({&prefix, &uri});
+    });
+    if (_namespaceAttributes.size() > 1) {
+        std::sort(_namespaceAttributes.begin(), _namespaceAttributes.end(),
+                  [](const auto& a, const auto& b) { return *a.pPrefix < *b.pPrefix; });
+    }
+}
+
+void FastInfosetWriter::addAttributes(const XML::Attributes& attributes, const std::string& elementURI) {
+    static const std::string EMPTY;
+    _attributeCount = static_cast<std::size_t>(attributes.getLength());
+    if (_attributeValues.size() < _attributeCount) {
+        _attributeValues.resize(_attributeCount);
+    }
+    for (std::size_t n = 0; n < _attributeCount; ++n) {
+        const int i = static_cast<int>(n);
+        AttributeValue& attribute = _attributeValues[n];
+        attribute.pUri = &attributes.getURI(i);
+        attribute.pLocalName = &attributes.getLocalName(i);
+        attribute.pValue = &attributes.getValue(i);
+        if (attribute.pLocalName->empty()) {
+            XML::Name::split(attributes.getQName(i), _localPart, attribute.ownLocalName);
+            attribute.pLocalName = &attribute.ownLocalName;
+        }
+        attribute.pPrefix = *attribute.pUri != elementURI ? &_namespaces.getPrefix(*attribute.pUri) : &EMPTY;
+    }
+}
+
+void FastInfosetWriter::writeElement(const std::string& prefix, const std::string& uri,
+                                     const std::string& localName) {
+    requirePosition(_writer.bitPos() == 1, "Illegal startposition for an Element value");
+    _writer.write(_attributeCount != 0);
+    if (!_namespaceAttributes.empty()) {
+        _writer.write(0x38u, 6);
+        for (const NamespaceAttribute& declaration : _namespaceAttributes) {
+            _writer.write(0x33u, 6);
+            writeNamespaceAttribute(*declaration.pPrefix, *declaration.pUri);
+        }
+        _writer.write(0x0Fu, 4);
+        _writer.writeBits(6, false);
+    }
+    writeQualifiedNameOrIndex(prefix, uri, localName, true);
+    if (_attributeCount != 0) {
+        for (std::size_t i = 0; i < _attributeCount; ++i) {
+            _writer.write(false);
+            writeAttribute(_attributeValues[i]);
+        }
+        _writer.write(0x0Fu, 4);
+    }
+}
+
+void FastInfosetWriter::writeNamespaceAttribute(const std::string& prefix, const std::string& uri) {
+    requirePosition(_writer.bitPos() == 6, "Illegal startposition for a NamespaceAttribute value");
+    _writer.write(!prefix.empty());
+    _writer.write(!uri.empty());
+    if (!prefix.empty()) {
+        writeIdentifyingStringOrIndex(prefix, DocumentVocabulary::PREFIX);
+    }
+    if (!uri.empty()) {
+        writeIdentifyingStringOrIndex(uri, DocumentVocabulary::NAMESPACE_NAME);
+    }
+}
+
+void FastInfosetWriter::writeAttribute(const AttributeValue& attribute) {
+    requirePosition(_writer.bitPos() == 1, "Illegal startposition for a Attribute value");
+    writeQualifiedNameOrIndex(*attribute.pPrefix, *attribute.pUri, *attribute.pLocalName, false);
+    writeNonIdentifyingStringOrIndex(*attribute.pValue, DocumentVocabulary::ATTRIBUTE_VALUE);
+    tamo_assert(_writer.bitPos() == 0);
+}
+
+// ---- names
+
+void FastInfosetWriter::writeQualifiedNameOrIndex(const std::string& prefix, const std::string& uri,
+                                                  const std::string& localName, bool isElement) {
+    const int position = _writer.bitPos();
+    requirePosition(position == 1 || position == 2,
+                    "Illegal startposition for a writeQualifiedNameOrIndex value");
+    tamo_assert(!localName.empty());
+    bool prefixFound = false;
+    bool uriFound = false;
+    bool localNameFound = false;
+    const unsigned int prefixId = _vocabulary.exists(DocumentVocabulary::PREFIX, prefix, prefixFound);
+    const unsigned int uriId = _vocabulary.exists(DocumentVocabulary::NAMESPACE_NAME, uri, uriFound);
+    const unsigned int localNameId =
+        _vocabulary.exists(DocumentVocabulary::LOCAL_NAME, localName, localNameFound);
+    if (prefixFound && uriFound && localNameFound) {
+        bool found = false;
+        const unsigned int index =
+            getQNameVocabulary(isElement).exists(QualifiedNameEntry(prefixId, uriId, localNameId), found);
+        if (found) {
+            Encoder::integer(_writer, index);
+            tamo_assert(_writer.bitPos() == 0);
+            return;
+        }
+    }
+    _writer.write(0x0Fu, 4);
+    if (position == 1) {
+        _writer.write(false);
+    }
+    writeQualifiedName(prefix, uri, localName, isElement);
+    tamo_assert(_writer.bitPos() == 0);
+}
+
+void FastInfosetWriter::writeQualifiedName(const std::string& prefix, const std::string& uri,
+                                           const std::string& localName, bool isElement) {
+    tamo_assert(!localName.empty());
+    _writer.write(!prefix.empty());
+    _writer.write(!uri.empty());
+    unsigned int prefixId = 0;
+    unsigned int uriId = 0;
+    if (!prefix.empty()) {
+        prefixId = writeIdentifyingStringOrIndex(prefix, DocumentVocabulary::PREFIX);
+    }
+    if (!uri.empty()) {
+        uriId = writeIdentifyingStringOrIndex(uri, DocumentVocabulary::NAMESPACE_NAME);
+    }
+    const unsigned int localNameId = writeIdentifyingStringOrIndex(localName, DocumentVocabulary::LOCAL_NAME);
+    insertQualifiedName(QualifiedNameEntry(prefixId, uriId, localNameId), isElement);
+}
+
+void FastInfosetWriter::writeQualifiedName(const QualifiedNameEntry& entry, bool isElement) {
+    const auto part = [this](ID id, unsigned int index) {
+        return index == QualifiedNameEntry::ABSENT ? std::string() : _vocabulary.value(id, index);
+    };
+    writeQualifiedName(part(DocumentVocabulary::PREFIX, entry.prefixId()),
+                       part(DocumentVocabulary::NAMESPACE_NAME, entry.namespaceId()),
+                       part(DocumentVocabulary::LOCAL_NAME, entry.localNameId()), isElement);
+}
+
+void FastInfosetWriter::insertQualifiedName(const QualifiedNameEntry& qne, bool isElement) {
+    bool qneExists = false;
+    getQNameVocabulary(isElement).index(qne, qneExists);
+    tamo_assert(!qneExists);
+}
+
+Vocabulary<QualifiedNameEntry>& FastInfosetWriter::getQNameVocabulary(bool isElement) {
+    return isElement ? _vocabulary.elementVocabulary() : _vocabulary.attributeVocabulary();
+}
+
+// ---- content
+
+void FastInfosetWriter::characters(const char ch[], int start, int length) {
+    tamo_assert(start >= 0 && length >= 0);
+    // The text ends at the first NUL of ch, but nothing behind start + length is looked at.
+    const auto end = static_cast<std::size_t>(start) + static_cast<std::size_t>(length);
+    const void* pNul = end != 0 ? std::memchr(ch, 0, end) : nullptr;
+    const std::size_t stop = pNul ? static_cast<std::size_t>(static_cast<const char*>(pNul) - ch) : end;
+    const std::size_t begin = std::min(static_cast<std::size_t>(start), stop);
+    _text.assign(ch + begin, stop - begin);
+    characters(_text);
+}
+
+void FastInfosetWriter::ignorableWhitespace(const char ch[], int start, int length) {
+    characters(ch, start, length);
+}
+
+void FastInfosetWriter::characters(const std::string& text) {
+    handleEncodedData();
+    _writer.complete(false);
+    _writer.write(0x02u, 2);
+    writeCharacterChunk(text);
+}
+
+void FastInfosetWriter::writeCharacterChunk(const std::string& text) {
+    requirePosition(_writer.bitPos() == 2, "Illegal startposition for a CharacterChunk value");
+    writeNonIdentifyingStringOrIndex(text, DocumentVocabulary::CONTENT_CHARACTER_CHUNK);
+}
+
+void FastInfosetWriter::comment(const char ch[], int start, int length) {
+    handleEncodedData();
+    _writer.complete(false);
+    _writer.write(0xE2u, 8);
+    _text.assign(ch + start, static_cast<std::size_t>(length));
+    writeComment(_text);
+}
+
+void FastInfosetWriter::writeComment(const std::string& text) {
+    requirePosition(_writer.bitPos() == 0, "Illegal startposition for a Comment value");
+    writeNonIdentifyingStringOrIndex(text, DocumentVocabulary::OTHER_STRING);
+}
+
+void FastInfosetWriter::processingInstruction(const std::string& target, const std::string& data) {
+    handleEncodedData();
+    _writer.complete(false);
+    _writer.write(0xE1u, 8);
+    writeProcessingInstruction(target, data);
+}
+
+void FastInfosetWriter::writeProcessingInstruction(const std::string& target, const std::string& data) {
+    writeIdentifyingStringOrIndex(target, DocumentVocabulary::OTHER_NCNAME);
+    writeNonIdentifyingStringOrIndex(data, DocumentVocabulary::OTHER_STRING);
+}
+
+void FastInfosetWriter::startCDATA() {
+    tamo_assert(!_states.empty());
+    if (_states.back() == CDATA) {
+        throw FISException("Cannot nest CDATA sections");
+    }
+    _states.push_back(CDATA);
+}
+
+void FastInfosetWriter::endCDATA() {
+    handleEncodedData();
+    popState();
+}
+
+// ---- document type declaration
+
+void FastInfosetWriter::startDTD(const std::string&, const std::string& publicId,
+                                 const std::string& systemId) {
+    _states.push_back(DTD);
+    _writer.complete(false);
+    _writer.write(0x31u, 6);
+    writeDocumentTypeDeclaration(publicId, systemId);
+}
+
+void FastInfosetWriter::endDTD() {
+    _writer.write(0x0Fu, 4);
+    tamo_assert(_writer.bitPos() == 4);
+    popState();
+}
+
+void FastInfosetWriter::writeDocumentTypeDeclaration(const std::string& publicId,
+                                                     const std::string& systemId) {
+    requirePosition(_writer.bitPos() == 6, "Illegal startposition for a DocumentTypeDeclaration value");
+    _writer.write(!systemId.empty());
+    _writer.write(!publicId.empty());
+    if (!systemId.empty()) {
+        writeIdentifyingStringOrIndex(systemId, DocumentVocabulary::OTHER_URI);
+    }
+    if (!publicId.empty()) {
+        writeIdentifyingStringOrIndex(publicId, DocumentVocabulary::OTHER_URI);
+    }
+}
+
+void FastInfosetWriter::notationDecl(const std::string& name, const std::string* publicId,
+                                     const std::string* systemId) {
+    tamo_assert(_states.back() == UNINITIALIZED);
+    _notations.emplace_back(name, valueOrEmpty(publicId), valueOrEmpty(systemId));
+}
+
+void FastInfosetWriter::unparsedEntityDecl(const std::string& name, const std::string* publicId,
+                                           const std::string& systemId, const std::string& notationName) {
+    tamo_assert(_states.back() == UNINITIALIZED);
+    _unparsedEntities.emplace_back(name, valueOrEmpty(publicId), systemId, notationName);
+}
+
+void FastInfosetWriter::writeNotation(const std::string& name, const std::string* publicId,
+                                      const std::string* systemId) {
+    requirePosition(_writer.bitPos() == 6, "Illegal startposition for a Notation value");
+    _writer.write(systemId != nullptr);
+    _writer.write(publicId != nullptr);
+    writeIdentifyingStringOrIndex(name, DocumentVocabulary::OTHER_NCNAME);
+    if (systemId) {
+        writeIdentifyingStringOrIndex(*systemId, DocumentVocabulary::OTHER_URI);
+    }
+    if (publicId) {
+        writeIdentifyingStringOrIndex(*publicId, DocumentVocabulary::OTHER_URI);
+    }
+}
+
+void FastInfosetWriter::writeUnparsedEntity(const std::string& name, const std::string* publicId,
+                                            const std::string& systemId, const std::string& notationName) {
+    requirePosition(_writer.bitPos() == 7, "Illegal startposition for an UnparsedEntity value");
+    _writer.write(publicId != nullptr);
+    writeIdentifyingStringOrIndex(name, DocumentVocabulary::OTHER_NCNAME);
+    writeIdentifyingStringOrIndex(systemId, DocumentVocabulary::OTHER_URI);
+    if (publicId) {
+        writeIdentifyingStringOrIndex(*publicId, DocumentVocabulary::OTHER_URI);
+    }
+    writeIdentifyingStringOrIndex(notationName, DocumentVocabulary::OTHER_NCNAME);
+}
+
+// ---- strings
+
+unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(const std::string& s, ID id) {
+    bool found = false;
+    const unsigned int index = _vocabulary.index(id, s, found);
+    if (found) {
+        writeIdentifyingStringIndex(index);
+    } else {
+        writeIdentifyingString(s, id);
+    }
+    return index;
+}
+
+void FastInfosetWriter::writeIdentifyingStringIndex(unsigned int index) {
+    requirePosition(_writer.bitPos() == 0, "Illegal startposition for an writeIdentifyingStringIndex");
+    _writer.write(true);
+    Encoder::integer(_writer, index);
+}
+
+void FastInfosetWriter::writeIdentifyingString(const std::string& s, ID) {
+    requirePosition(_writer.bitPos() == 0, "Illegal startposition for an writeIdentifyingString");
+    _writer.write(false);
+    Encoder::nonEmptyOctetString(_writer, s);
+}
+
+bool FastInfosetWriter::isIndexed(const std::string& s) const noexcept {
+    // The limit is widened with its sign: a negative one is greater than every size.
+    return s.size() <= static_cast<std::size_t>(static_cast<std::ptrdiff_t>(_maxIndexedStringLength));
+}
+
+void FastInfosetWriter::writeNonIdentifyingStringOrIndex(const std::string& s, ID id) {
+    requirePosition(_writer.bitPos() == 0 || _writer.bitPos() == 2,
+                    "Illegal startposition for a NonIdentifyingStringOrIndex value");
+    const bool addToTable = isIndexed(s);
+    bool found = false;
+    const unsigned int index = addToTable ? _vocabulary.index(id, s, found) : 0;
+    _writer.write(found);
+    if (found) {
+        Encoder::integer(_writer, index);
+        return;
+    }
+    _writer.write(addToTable);
+    writeEncodedCharacterString(s, NullEncoding::TYPE);
+}
+
+void FastInfosetWriter::writeNonIdentifyingStringOrIndex(const AutoPtr<Encoding>& e, ID id) {
+    requirePosition(_writer.bitPos() == 0 || _writer.bitPos() == 2,
+                    "Illegal startposition for a NonIdentifyingStringOrIndex value");
+    const Encoding& value = *e;
+    const bool isText = value.type() == CDataEncoding::TYPE || value.type() == NullEncoding::TYPE;
+    const bool addToTable = isText && isIndexed(value.content());
+    bool found = false;
+    const unsigned int index = addToTable ? _vocabulary.index(id, value.content(), found) : 0;
+    _writer.write(found);
+    if (found) {
+        Encoder::integer(_writer, index);
+        return;
+    }
+    _writer.write(addToTable);
+    writeEncodedCharacterString(e);
+}
+
+void FastInfosetWriter::writeEncodedCharacterString(const std::string& s, unsigned int algorithm) {
+    requirePosition(_writer.bitPos() == 2 || _writer.bitPos() == 4,
+                    "Illegal startposition for a writeEncodedCharacterString");
+    if (!_states.empty() && _states.back() == CDATA) {
+        _writer.write(0x03u, 2);
+        Encoder::integer(_writer, CDataEncoding::TYPE);
+        Encoder::nonEmptyOctetString(_writer, s);
+    } else if (algorithm == NullEncoding::TYPE || algorithm == CDataEncoding::TYPE) {
+        _writer.write(0x00u, 2);
+        Encoder::nonEmptyOctetString(_writer, s);
+    } else {
+        _writer.write(0x03u, 2);
+        Encoder::integer(_writer, algorithm);
+        _encodingAlgorithm.encode(algorithm, _writer, s);
+    }
+}
+
+void FastInfosetWriter::writeEncodedCharacterString(const AutoPtr<Encoding>& e) {
+    requirePosition(_writer.bitPos() == 2 || _writer.bitPos() == 4,
+                    "Illegal startposition for a writeEncodedCharacterString");
+    const Encoding& value = *e;
+    if (value.type() == NullEncoding::TYPE) {
+        _writer.write(0x00u, 2);
+        Encoder::nonEmptyOctetString(_writer, value.content());
+    } else {
+        _writer.write(0x03u, 2);
+        Encoder::integer(_writer, value.type());
+        value.write(_writer);
+    }
+}
+
+void FastInfosetWriter::writeUnexpandedEntityReference(const std::string& name, const std::string* systemId,
+                                                       const std::string* publicId) {
+    requirePosition(_writer.bitPos() == 6, "Illegal startposition for a UnexpandedEntityReference value");
+    _writer.write(systemId != nullptr);
+    _writer.write(publicId != nullptr);
+    writeIdentifyingStringOrIndex(name, DocumentVocabulary::OTHER_NCNAME);
+    if (systemId) {
+        writeIdentifyingStringOrIndex(*systemId, DocumentVocabulary::OTHER_URI);
+    }
+    if (publicId) {
+        writeIdentifyingStringOrIndex(*publicId, DocumentVocabulary::OTHER_URI);
+    }
+}
+
+// ---- typed data
+
+template<class E, class T>
+void FastInfosetWriter::insertValue(const T& value) {
+    // A run of single values grows the last array in place; only a class of the application's own needs
+    // merge().
+    if (!_encodedData.empty()) {
+        Encoding& last = *_encodedData.back();
+        if (typeid(last) == typeid(E)) {
+            static_cast<E&>(last).append(value);
+            return;
+        }
+    }
+    insertEncoding(AutoPtr<Encoding>(new E(value)));
+}
+
+void FastInfosetWriter::binaryData(const char* data, std::size_t size) {
+    insertEncoding(AutoPtr<Encoding>(new DWordEncoding(data, size)));
+}
+
+void FastInfosetWriter::encodedData(Int16 value) {
+    insertValue<ShortEncoding>(value);
+}
+
+void FastInfosetWriter::encodedData(Int32 value) {
+    insertValue<IntEncoding>(value);
+}
+
+void FastInfosetWriter::encodedData(Int64 value) {
+    insertValue<LongEncoding>(value);
+}
+
+void FastInfosetWriter::encodedData(bool value) {
+    insertValue<BoolEncoding>(value);
+}
+
+void FastInfosetWriter::encodedData(float value) {
+    insertValue<FloatEncoding>(value);
+}
+
+void FastInfosetWriter::encodedData(double value) {
+    insertValue<DoubleEncoding>(value);
+}
+
+void FastInfosetWriter::encodedData(const UUID& value) {
+    insertValue<UUIDEncoding>(value);
+}
+
+void FastInfosetWriter::insertEncoding(const AutoPtr<Encoding>& encoding) {
+    if (_encodedData.empty() || !_encodedData.back()->merge(*encoding)) {
+        _encodedData.push_back(encoding);
+    }
+}
+
+void FastInfosetWriter::handleEncodedData() {
+    if (_encodedData.empty()) {
+        return;
+    }
+    _writer.complete(false);
+    for (const AutoPtr<Encoding>& e : _encodedData) {
+        Encoding& value = *e;
+        // The built-in arrays are written from their values: their text would be built for nothing.
+        if (value.type() == NullEncoding::TYPE || value.type() >= CDataEncoding::TYPE) {
+            value.createContent();
+        }
+        _writer.write(0x02u, 2);
+        if (value.type() == CDataEncoding::TYPE) {
+            writeCharacterChunk(value.content());
+        } else {
+            writeNonIdentifyingStringOrIndex(e, DocumentVocabulary::CONTENT_CHARACTER_CHUNK);
+        }
+    }
+    _encodedData.clear();
+}
+
+} // namespace Tamo::FastInfoset
