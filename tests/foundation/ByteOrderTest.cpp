@@ -14,9 +14,8 @@ void checkBulk() {
     std::string octets(67 * sizeof(T), '\0');
     std::generate(octets.begin(), octets.end(), [i = 1]() mutable { return static_cast<char>(i += 37); });
     std::string expected(octets);
-    for (auto it = expected.begin(); std::endian::native == std::endian::little && it != expected.end();) {
-        std::reverse(it, it + sizeof(T));
-        it += sizeof(T);
+    for (std::size_t i = 0; std::endian::native == std::endian::little && i < 67; ++i) {
+        std::reverse(&expected[i * sizeof(T)], &expected[i * sizeof(T)] + sizeof(T));
     }
     for (const std::size_t count : {0U, 1U, 15U, 67U}) {
         std::vector<T> values(count + 1);

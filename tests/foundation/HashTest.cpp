@@ -6,15 +6,15 @@
 using namespace Tamo;
 
 TEST(Hash, DependsOnEveryOctetAndOnNothingElse) {
+    const std::string text(35, 'x');
     for (std::size_t length = 0; length <= 33; ++length) {
-        const std::string text(length, 'x');
-        const std::string shifted = "#" + text; // the same octets at another alignment
-        EXPECT_EQ(hash(std::string_view(shifted).substr(1)), hash(text));
-        EXPECT_NE(hash(text + std::string(1, '\0')), hash(text));
+        const std::string part(text, 0, length);
+        EXPECT_EQ(hash(std::string_view(text).substr(1, length)), hash(part)) << "at another alignment";
+        EXPECT_NE(hash(part + std::string(1, '\0')), hash(part));
         for (std::size_t i = 0; i < length; ++i) {
-            std::string changed(text);
+            std::string changed(part);
             changed[i] = 'y';
-            EXPECT_NE(hash(changed), hash(text)) << "length " << length << " octet " << i;
+            EXPECT_NE(hash(changed), hash(part)) << length << ' ' << i;
         }
     }
 }

@@ -30,16 +30,14 @@ struct Recorder : std::streambuf {
 } // namespace
 
 TEST(MemoryInputStream, ReadsAndSeeksWithinItsBlock) {
-    MemoryInputStream stream("ab\0\xFF"
-                             "e",
-                             5);
+    MemoryInputStream stream("ab\0\xFF!", 5);
     stream.seekg(2);
     EXPECT_EQ(stream.get(), 0);
     EXPECT_EQ(stream.get(), 0xFF);
-    stream.seekg(-2, std::ios::cur);
-    EXPECT_EQ(stream.tellg(), 2);
+    stream.seekg(-3, std::ios::cur);
+    EXPECT_EQ(stream.get(), 'b');
     stream.seekg(-1, std::ios::end);
-    EXPECT_EQ(stream.get(), 'e');
+    EXPECT_EQ(stream.get(), '!');
     EXPECT_EQ(stream.get(), EOF);
     for (const int offset : {-6, 1}) {
         stream.clear();
@@ -71,17 +69,12 @@ TEST(DeferredFlushOutputStream, PassesWholeBlocksAndNoFlush) {
         EXPECT_EQ(recorder.octets, expected += "yz");
         stream << "tail";
     }
-    EXPECT_EQ(recorder.octets, expected += "tail") << "the destructor passes on the rest";
+    EXPECT_EQ(recorder.octets, expected + "tail") << "the destructor passes on the rest";
     EXPECT_EQ(recorder.flushes, 1);
-    DeferredFlushOutputStream tiny(target, 0);
-    tiny << 'p' << 'q' << "rs";
-    tiny.finish();
-    EXPECT_EQ(recorder.octets, expected + "pqrs");
 }
 
 TEST(DeferredFlushOutputStream, FailingTargetMakesItBad) {
-    // Whether the target reports by its state or by an exception, in a small write or a big one or at the
-    // end.
+    // The target reports by its state or by an exception, in a small write, in a big one or at the end.
     for (const auto exceptions : {std::ios::goodbit, std::ios::badbit}) {
         for (const std::size_t size : {1U, 8U, 100U}) {
             Recorder recorder(8);

@@ -31,10 +31,5 @@ TEST(UUID, EveryDamagedTextIsRefused) {
                                      std::string("6ba7b8109-dad-11d1-80b4-00c04fd430cf")}) {
         EXPECT_TRUE(refused(other)) << other;
     }
-    try {
-        UUID wrong("nonsense");
-        FAIL();
-    } catch (const SyntaxException& e) {
-        EXPECT_EQ(e.message(), "Not a UUID: \"nonsense\"");
-    }
+    EXPECT_THROW(UUID wrong("nonsense"), SyntaxException);
 }
