@@ -7,14 +7,14 @@ class ContractTest : public FinfTest {
 protected:
     ContractTest() {
         write("a.xml", DOCUMENT);
-        write("bad.xml", "<a>\n <b>text\n </c>\n</a>\n");
+        write("tags.xml", "<a>\n <b>text\n </c>\n</a>\n");
         write("entity.xml", "<!DOCTYPE a SYSTEM 'a.dtd'>\n<a>\n&outside;</a>");
         write("bad.finf", std::string("\xE0\x00\x00\x02\x00", 5));
         must("finf encode a.xml -o good.finf; head -c 12 good.finf >short.finf; mkdir dir");
     }
 
     static constexpr char DOCUMENT[] = "<a xmlns='urn:a'>some text, long enough<b c='d'/></a>";
-    static constexpr char FILES[] = "a.xml bad.finf bad.xml dir entity.xml good.finf short.finf";
+    static constexpr char FILES[] = "a.xml bad.finf dir entity.xml good.finf short.finf tags.xml";
 };
 
 struct Failure {
@@ -26,9 +26,9 @@ struct Failure {
 const Failure FAILURES[] = {
     {"finf encode none.xml", 1, "finf: none.xml: cannot open: No such file or directory\n"},
     {"finf encode dir", 1, "finf: dir: cannot read: Is a directory\n"},
-    {"finf encode bad.xml", 1, "finf: bad.xml: line 3, column 4: mismatched tag\n"},
-    {"finf encode <bad.xml >/dev/null", 1, "finf: standard input: line 3, column 4: mismatched tag\n"},
-    {"finf encode good.finf -o x", 1, "finf: good.finf: line 1, column 1: *"},
+    {"finf encode tags.xml", 1, "finf: tags.xml: line 3, column 4: mismatched tag\n"},
+    {"finf encode <tags.xml >/dev/null", 1, "finf: standard input: line 3, column 4: mismatched tag\n"},
+    {"finf encode good.finf -o x", 1, "finf: good.finf: line 1, column *"},
     {"finf encode entity.xml", 1, "finf: entity.xml: line 3, column 1: entity outside is declared outside*"},
     {"finf decode a.xml -o x", 1, "finf: a.xml: Not a valid Fast Infoset document (invalid header)\n"},
     {"finf decode bad.finf", 1, "finf: bad.finf: Unsupported Fast Infoset document version\n"},
@@ -79,9 +79,7 @@ TEST_F(ContractTest, FailuresHaveOneLineAndAStatusAndLeaveNothingBehind) {
 TEST_F(ContractTest, NamesOutputAfterInputAndOverwritesByForceOnly) {
     must("finf encode a.xml");
     EXPECT_EQ(read("a.finf"), read("good.finf"));
-    must("mv a.xml original; finf decode a.finf; finf encode original; finf decode short.finf -o /dev/null "
-         "|| true"
-         " 2>/dev/null; rm original");
+    must("mv a.xml original; finf decode a.finf; finf encode original; rm original");
     EXPECT_EQ(read("original.finf"), read("good.finf"));
     EXPECT_EQ(read("a.xml"), must("finf decode <good.finf"));
 
@@ -95,13 +93,13 @@ TEST_F(ContractTest, NamesOutputAfterInputAndOverwritesByForceOnly) {
 TEST_F(ContractTest, RemovesTheTemporaryFileWhenTerminated) {
     const Result result = run("mkfifo in; finf encode in -o out & exec 3>in; printf '<a>' >&3\n"
                               "until ls .finf-*.tmp >/dev/null 2>&1; do sleep 0.02; done\n"
-                              "kill -TERM $!; wait $!");
+                              "kill -TERM $!; wait $!; status=$?; rm in; exit $status");
     EXPECT_EQ(result.status, 128 + 15);
-    EXPECT_EQ(files(), std::string(FILES) + " in");
+    EXPECT_EQ(files(), FILES);
 }
 
 TEST_F(ContractTest, HelpAndVersion) {
-    EXPECT_TRUE(must("finf --version").starts_with("finf "));
+    EXPECT_EQ(must("finf --version"), "finf " FINF_VERSION "\n");
     for (const char* option : {"--force", "--max-indexed-length", "--strip-whitespace", "--xml-declaration",
                                "--typed", "--external-vocabulary", "--output"}) {
         EXPECT_NE(must("finf encode --help").find(option), std::string::npos) << option;

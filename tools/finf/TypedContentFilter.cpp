@@ -64,7 +64,7 @@ Tamo::AutoPtr<Encoding> readBack(unsigned int index, const std::string& text) {
 
     const std::string written = octets.str();
     BitStreamReader reader(written.data(), written.size());
-    reader.skipBits(BITS_BEFORE);
+    reader.skip(BITS_BEFORE);
     Tamo::AutoPtr<Encoding> pEncoding = DecodingAlgorithm().read(static_cast<int>(index), reader);
     pEncoding->createContent();
     return pEncoding;

@@ -94,6 +94,9 @@ int main(int argc, char** argv) {
 
     try {
         app.parse(argc, argv);
+    } catch (const CLI::CallForVersion& e) {
+        std::cout << e.what() << '\n';
+        return DONE;
     } catch (const CLI::Success& e) {
         return app.exit(e);
     } catch (const CLI::Error& e) {
