@@ -53,7 +53,7 @@ bool decodeCharacter(unsigned value, Sink& sink, Base64::State& state) noexcept 
     if (value == WHITE_SPACE) {
         return true;
     }
-    if (state.ended || value == INVALID) {
+    if (value == INVALID) {
         return false;
     }
     if (value == PADDING) {
@@ -68,7 +68,6 @@ bool decodeCharacter(unsigned value, Sink& sink, Base64::State& state) noexcept 
     state.bits = state.bits << 6 | value;
     if (++state.digits == 4) {
         state.digits = 0;
-        state.ended = state.padding > 0;
         sink.put(state.bits >> 16 & 0xFF);
         if (state.padding < 2) {
             sink.put(state.bits >> 8 & 0xFF);
@@ -86,7 +85,7 @@ bool decodeAll(std::string_view text, Sink& sink, Base64::State& state) noexcept
     const char* const pEnd = p + text.size();
     while (p != pEnd) {
         // Whole groups without white space or padding need no state.
-        while (state.digits == 0 && !state.ended && pEnd - p >= 4) {
+        while (state.digits == 0 && state.padding == 0 && pEnd - p >= 4) {
             const unsigned a = meaning(p[0]), b = meaning(p[1]), c = meaning(p[2]), d = meaning(p[3]);
             if ((a | b | c | d) > 63) {
                 break;

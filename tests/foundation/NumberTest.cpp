@@ -50,7 +50,7 @@ TEST(NumberFormatter, IntegersAndHexAreAppendedToWhatIsThere) {
     NumberFormatter::append(text, 2.5);
     NumberFormatter::appendHex(text, 0xBEEF, 6);
     EXPECT_EQ(text, "x-21474836481234567-9223372036854775808-INF2.500BEEF");
-    EXPECT_EQ(NumberFormatter::formatHex(0, 0) + NumberFormatter::formatHex(0xABC, 2), "0ABC");
+    EXPECT_EQ(NumberFormatter::formatHex(0, -1) + NumberFormatter::formatHex(0xABC, 2), "0ABC");
     EXPECT_EQ(NumberFormatter::formatHex(~UInt64(0), 18), "00FFFFFFFFFFFFFFFF");
 }
 

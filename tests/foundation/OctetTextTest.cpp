@@ -124,10 +124,10 @@ TEST(Base64, RoundTripsThroughBlocksAndStreams) {
 }
 
 TEST(Base64, RefusesEverythingElse) {
-    for (const std::string& text : StringTokenizer(
-             "Z|Zg|Zm8|Zg=|Zm9vYg|Zm9vYg=|=|==|====|Z===|Zg===|Zm9v=|Zg=o|Zg==Zg==|Zg== =|Zg==x|Zm8=Zm8=|"
-             "Zm9\xC3|Zm9-|Zm9_|Zm9.|Zm9v\v|Zm9v\f|Zm9v!",
-             "|")) {
+    for (const std::string& text : StringTokenizer("Z|Zg|Zm8|Zg=|Zm9vYg|Zm9vYg=|=|==|====|Z===|Zg===|Zm9v=|"
+                                                   "Zg=o|Zg==Zg==|Zg==Zm9v|Zg== =|Zg==x|Zm8=Zm8=|"
+                                                   "Zm9\xC3|Zm9-|Zm9_|Zm9.|Zm9v\v|Zm9v\f|Zm9v!",
+                                                   "|")) {
         check<Base>(text, nullptr);
     }
     check<Base>(std::string_view("Zm9\0", 4), nullptr);

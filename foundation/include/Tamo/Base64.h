@@ -19,10 +19,9 @@ class Base64 {
 public:
     /// What decoding in pieces has to remember from one piece to the next.
     struct State {
-        UInt32 bits = 0;    ///< the bits of the group that is not complete
-        int digits = 0;     ///< the alphabet characters in it
-        int padding = 0;    ///< the padding characters in it; with padding, digits counts these too
-        bool ended = false; ///< a padded group is complete: only white space may follow
+        UInt32 bits = 0; ///< the bits of the group that is not complete
+        int digits = 0;  ///< the characters in it, padding included
+        int padding = 0; ///< the padding so far; after a padded group only white space may follow
     };
 
     /// Appends the base64 form of octets to text, with padding and without line breaks.
