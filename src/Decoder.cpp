@@ -164,6 +164,9 @@ void Decoder::nonEmptyStringLength(BitStreamReader& aReader, std::size_t& strLen
     }
     tamo_assert(strLen > 0);
     tamo_assert(aReader.bitPos() == 0);
+    if (strLen > aReader.maxStringLength()) {
+        throw FISException("Limit exceeded: string length", std::to_string(aReader.maxStringLength()));
+    }
 }
 
 void Decoder::nonEmptyOctetString(BitStreamReader& aReader, std::string& octets) {

@@ -57,6 +57,10 @@ void requirePosition(bool holds, const char* message) {
     }
 }
 
+[[noreturn]] void throwLimitExceeded(const char* message, UInt64 limit) {
+    throw FISException(message, std::to_string(limit));
+}
+
 int lengthOf(const std::string& text) {
     return static_cast<int>(text.size());
 }
@@ -205,6 +209,14 @@ ExternalVocabularyLoader* FastInfosetParser::getExternalVocabularyLoader() const
     return _pLoader;
 }
 
+void FastInfosetParser::setLimits(const ParserLimits& limits) {
+    _limits = limits;
+}
+
+const ParserLimits& FastInfosetParser::limits() const {
+    return _limits;
+}
+
 const DocumentVocabulary& FastInfosetParser::vocabulary() const {
     return _vocabulary;
 }
@@ -236,6 +248,8 @@ void FastInfosetParser::initialize(XML::XMLWriter* pWriter) {
 bool FastInfosetParser::parseDocument(BitStreamReader& reader) {
     _openElements.clear();
     _declaredPrefixes.clear();
+    _deliveredOctets = 0;
+    reader.setMaxStringLength(_limits.maxStringLength);
     Decoder::documentPreHeader(reader, _scratch);
     if (_pDocumentHandler) {
         _pDocumentHandler->setWriteXMLDeclaration(!_scratch.empty());
@@ -360,8 +374,13 @@ void FastInfosetParser::parseElement(BitStreamReader& reader) {
     if (hasAttributes) {
         parseAttributes(reader);
     }
+    if (_openElements.size() >= _limits.maxDepth) [[unlikely]] {
+        throwLimitExceeded("Limit exceeded: element depth", _limits.maxDepth);
+    }
     _openElements.push_back(name);
     if (_pContentHandler) {
+        // The name is handed out twice, here and at the end.
+        deliver(2 * (name.pUri->size() + name.pPrefix->size() + name.pLocalName->size()));
         _pContentHandler->startElement(*name.pUri, *name.pLocalName, qualifiedName(name), _attributes);
     }
 }
@@ -401,6 +420,7 @@ void FastInfosetParser::parseNamespaceAttribute(BitStreamReader& reader) {
         parseCondIdentifyingStringOrIndex(reader, hasNamespace, DocumentVocabulary::NAMESPACE_NAME);
     _declaredPrefixes.push_back(&prefix);
     if (_pContentHandler) {
+        deliver(prefix.size() + uri.size());
         _pContentHandler->startPrefixMapping(prefix, uri);
     }
 }
@@ -420,6 +440,7 @@ void FastInfosetParser::parseAttribute(BitStreamReader& reader) {
     parseQualifiedNameOrIndex(reader, name, false);
     const std::string& value =
         parseNonIdentifyingStringOrIndexXML(reader, DocumentVocabulary::ATTRIBUTE_VALUE);
+    deliver(name.pUri->size() + name.pLocalName->size() + value.size());
     _attributes.addAttribute(*name.pUri, *name.pLocalName, EMPTY_STRING, EMPTY_STRING, value);
 }
 
@@ -461,8 +482,12 @@ void FastInfosetParser::parseQualifiedName(BitStreamReader& reader, ResolvedQual
                                                                   namespaceName)
                                  : &EMPTY_STRING;
     qualName.pLocalName = &parseIdentifyingStringOrIndex(reader, DocumentVocabulary::LOCAL_NAME, localName);
-    bool added = false;
-    getQNameVocabulary(isElement).index(QualifiedNameEntry(prefix, namespaceName, localName), added);
+    bool found = false;
+    Vocabulary<QualifiedNameEntry>& names = getQNameVocabulary(isElement);
+    names.index(QualifiedNameEntry(prefix, namespaceName, localName), found);
+    if (names.values().size() > _limits.maxTableEntries) [[unlikely]] {
+        throwLimitExceeded("Limit exceeded: table entries", _limits.maxTableEntries);
+    }
 }
 
 const std::string& FastInfosetParser::parseIdentifyingStringOrIndex(BitStreamReader& reader,
@@ -475,8 +500,7 @@ const std::string& FastInfosetParser::parseIdentifyingStringOrIndex(BitStreamRea
         Decoder::integer(reader, index);
     } else {
         Decoder::nonEmptyOctetString(reader, _scratch);
-        bool added = false;
-        index = _vocabulary.index(id, _scratch, added);
+        index = addToTable(id, _scratch);
     }
     return tableValue(id, index);
 }
@@ -505,12 +529,11 @@ FastInfosetParser::Value FastInfosetParser::parseNonIdentifyingStringOrIndex(Bit
         Decoder::integer(reader, index);
         return {&tableValue(id, index), false};
     }
-    bool addToTable = false;
-    readBit(reader, addToTable, "Unexpected end of stream whil parsing encoded character string");
+    bool isAdded = false;
+    readBit(reader, isAdded, "Unexpected end of stream whil parsing encoded character string");
     const Value value = parseEncodedCharacterString(reader);
-    if (addToTable) {
-        bool added = false;
-        _vocabulary.index(id, value.typed ? StringDecoder::textOf(*_pTyped) : *value.pText, added);
+    if (isAdded) {
+        addToTable(id, value.typed ? StringDecoder::textOf(*_pTyped) : *value.pText);
     }
     return value;
 }
@@ -528,14 +551,13 @@ const std::string& FastInfosetParser::parseNonIdentifyingStringOrIndexXML(BitStr
         Decoder::integer(reader, index);
         return tableValue(id, index);
     }
-    bool addToTable = false;
-    readBit(reader, addToTable, "Unexpected end of stream while parsing encoded character string");
+    bool isAdded = false;
+    readBit(reader, isAdded, "Unexpected end of stream while parsing encoded character string");
     if (parseEncodedCharacterString(reader).typed) {
         _text = StringDecoder::textOf(*_pTyped);
     }
-    if (addToTable) {
-        bool added = false;
-        _vocabulary.index(id, _text, added);
+    if (isAdded) {
+        addToTable(id, _text);
     }
     return _text;
 }
@@ -577,6 +599,7 @@ void FastInfosetParser::parseCharacterChunk(BitStreamReader& reader) {
     if (value.typed) {
         parseTypedChunk();
     } else if (_pContentHandler) {
+        deliver(value.pText->size());
         _pContentHandler->characters(value.pText->data(), 0, lengthOf(*value.pText));
     }
 }
@@ -590,6 +613,7 @@ void FastInfosetParser::parseTypedChunk() {
         _pTyped->handle(_pTypedContentHandler);
     } else if (_pContentHandler) {
         _pTyped->createContent();
+        deliver(static_cast<const Encoding&>(*_pTyped).content().size());
         _pTyped->handle(_pContentHandler);
     }
     if (inCDATA) {
@@ -601,6 +625,7 @@ void FastInfosetParser::parseComment(BitStreamReader& reader) {
     requirePosition(reader.bitPos() == 0, "Illegal startposition for a Comment value");
     const std::string& text = parseNonIdentifyingStringOrIndexXML(reader, DocumentVocabulary::OTHER_STRING);
     if (_pLexicalHandler) {
+        deliver(text.size());
         _pLexicalHandler->comment(text.data(), 0, lengthOf(text));
     }
 }
@@ -609,6 +634,7 @@ void FastInfosetParser::parseProcessingInstruction(BitStreamReader& reader) {
     const std::string& target = parseIdentifyingStringOrIndex(reader, DocumentVocabulary::OTHER_NCNAME);
     const std::string& data = parseNonIdentifyingStringOrIndexXML(reader, DocumentVocabulary::OTHER_STRING);
     if (_pContentHandler) {
+        deliver(target.size() + data.size());
         _pContentHandler->processingInstruction(target, data);
     }
 }
@@ -691,6 +717,22 @@ void FastInfosetParser::bindTables() {
     for (int id = DocumentVocabulary::PREFIX; id < DocumentVocabulary::ELEMENT_NAME; ++id) {
         _tables[static_cast<std::size_t>(id)] =
             &_vocabulary.vocabulary(static_cast<DocumentVocabulary::ID>(id)).values();
+    }
+}
+
+unsigned int FastInfosetParser::addToTable(DocumentVocabulary::ID id, const std::string& s) {
+    bool found = false;
+    const unsigned int index = _vocabulary.index(id, s, found);
+    if (_tables[id]->size() > _limits.maxTableEntries) [[unlikely]] {
+        throwLimitExceeded("Limit exceeded: table entries", _limits.maxTableEntries);
+    }
+    return index;
+}
+
+void FastInfosetParser::deliver(std::size_t octets) {
+    _deliveredOctets += octets;
+    if (_deliveredOctets > _limits.maxDeliveredOctets) [[unlikely]] {
+        throwLimitExceeded("Limit exceeded: delivered octets", _limits.maxDeliveredOctets);
     }
 }
 

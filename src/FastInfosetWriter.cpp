@@ -25,7 +25,10 @@ namespace {
 
 using XML::NamespaceSupport;
 
-const XML::AttributesImpl EMPTY_ATTRIBUTES;
+const XML::Attributes& emptyAttributes() {
+    static const XML::AttributesImpl EMPTY;
+    return EMPTY;
+}
 
 void requirePosition(bool holds, const char* message) {
     if (!holds) [[unlikely]] {
@@ -131,6 +134,11 @@ void FastInfosetWriter::endDocument() {
     _writer.writeBits(4, true);
     _writer.complete();
     popState();
+}
+
+FastInfosetWriter::State FastInfosetWriter::topState() const {
+    tamo_assert(!_states.empty());
+    return _states.back();
 }
 
 void FastInfosetWriter::popState() {
@@ -350,12 +358,12 @@ void FastInfosetWriter::endElement(const std::string&, const std::string&, const
 
 void FastInfosetWriter::startElement(const std::string& uri, const std::string& localName,
                                      const std::string& qname) {
-    startElement(uri, localName, qname, EMPTY_ATTRIBUTES);
+    startElement(uri, localName, qname, emptyAttributes());
 }
 
 void FastInfosetWriter::emptyElement(const std::string& uri, const std::string& localName,
                                      const std::string& qname) {
-    emptyElement(uri, localName, qname, EMPTY_ATTRIBUTES);
+    emptyElement(uri, localName, qname, emptyAttributes());
 }
 
 void FastInfosetWriter::emptyElement(const std::string& uri, const std::string& localName,
@@ -600,6 +608,7 @@ void FastInfosetWriter::writeCharacterChunk(const std::string& text) {
 }
 
 void FastInfosetWriter::comment(const char ch[], int start, int length) {
+    tamo_assert(start >= 0 && length >= 0);
     handleEncodedData();
     _writer.complete(false);
     _writer.write(0xE2u, 8);
@@ -625,8 +634,7 @@ void FastInfosetWriter::writeProcessingInstruction(const std::string& target, co
 }
 
 void FastInfosetWriter::startCDATA() {
-    tamo_assert(!_states.empty());
-    if (_states.back() == CDATA) {
+    if (topState() == CDATA) {
         throw FISException("Cannot nest CDATA sections");
     }
     _states.push_back(CDATA);
@@ -668,12 +676,14 @@ void FastInfosetWriter::writeDocumentTypeDeclaration(const std::string& publicId
 
 void FastInfosetWriter::notationDecl(const std::string& name, const std::string* publicId,
                                      const std::string* systemId) {
+    tamo_assert(!_states.empty());
     tamo_assert(_states.back() == UNINITIALIZED);
     _notations.emplace_back(name, valueOrEmpty(publicId), valueOrEmpty(systemId));
 }
 
 void FastInfosetWriter::unparsedEntityDecl(const std::string& name, const std::string* publicId,
                                            const std::string& systemId, const std::string& notationName) {
+    tamo_assert(!_states.empty());
     tamo_assert(_states.back() == UNINITIALIZED);
     _unparsedEntities.emplace_back(name, valueOrEmpty(publicId), systemId, notationName);
 }
@@ -734,12 +744,24 @@ bool FastInfosetWriter::isIndexed(const std::string& s) const noexcept {
     return s.size() <= static_cast<std::size_t>(static_cast<std::ptrdiff_t>(_maxIndexedStringLength));
 }
 
+// The index of a string that is short enough. A table that holds all the entries that an index can name takes
+// no more (X.891, 7.14.7): its other strings are written literally each time.
+unsigned int FastInfosetWriter::tableIndex(const std::string& s, ID id, bool& found, bool& added) {
+    Vocabulary<std::string>& table = _vocabulary.vocabulary(id);
+    if (table.values().size() > Encoder::MAXINT20) [[unlikely]] {
+        added = false;
+        return table.exists(s, found);
+    }
+    added = true;
+    return table.index(s, found);
+}
+
 void FastInfosetWriter::writeNonIdentifyingStringOrIndex(const std::string& s, ID id) {
     requirePosition(_writer.bitPos() == 0 || _writer.bitPos() == 2,
                     "Illegal startposition for a NonIdentifyingStringOrIndex value");
-    const bool addToTable = isIndexed(s);
     bool found = false;
-    const unsigned int index = addToTable ? _vocabulary.index(id, s, found) : 0;
+    bool addToTable = false;
+    const unsigned int index = isIndexed(s) ? tableIndex(s, id, found, addToTable) : 0;
     _writer.write(found);
     if (found) {
         Encoder::integer(_writer, index);
@@ -754,9 +776,10 @@ void FastInfosetWriter::writeNonIdentifyingStringOrIndex(const AutoPtr<Encoding>
                     "Illegal startposition for a NonIdentifyingStringOrIndex value");
     const Encoding& value = *e;
     const bool isText = value.type() == CDataEncoding::TYPE || value.type() == NullEncoding::TYPE;
-    const bool addToTable = isText && isIndexed(value.content());
     bool found = false;
-    const unsigned int index = addToTable ? _vocabulary.index(id, value.content(), found) : 0;
+    bool addToTable = false;
+    const unsigned int index =
+        isText && isIndexed(value.content()) ? tableIndex(value.content(), id, found, addToTable) : 0;
     _writer.write(found);
     if (found) {
         Encoder::integer(_writer, index);
@@ -769,7 +792,7 @@ void FastInfosetWriter::writeNonIdentifyingStringOrIndex(const AutoPtr<Encoding>
 void FastInfosetWriter::writeEncodedCharacterString(const std::string& s, unsigned int algorithm) {
     requirePosition(_writer.bitPos() == 2 || _writer.bitPos() == 4,
                     "Illegal startposition for a writeEncodedCharacterString");
-    if (!_states.empty() && _states.back() == CDATA) {
+    if (topState() == CDATA) {
         _writer.write(0x03u, 2);
         Encoder::integer(_writer, CDataEncoding::TYPE);
         Encoder::nonEmptyOctetString(_writer, s);

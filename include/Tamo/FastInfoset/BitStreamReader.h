@@ -135,6 +135,11 @@ public:
         return numBits >= 1 && numBits <= maxBits;
     }
 
+    /// The longest octet string or array, in octets, that Decoder reads through this reader; no limit by
+    /// default.
+    std::size_t maxStringLength() const noexcept { return _maxStringLength; }
+    void setMaxStringLength(std::size_t maxStringLength) noexcept { _maxStringLength = maxStringLength; }
+
     /// Position of the next bit, in bits from the start of the source.
     UInt64 position() const noexcept { return _discardedBits + _bitOffset; }
 
@@ -183,6 +188,7 @@ private:
     UInt64 _cachedBits = 0;
     UInt64 _bitOffset = 0;
     UInt64 _discardedBits = 0;
+    std::size_t _maxStringLength = std::numeric_limits<std::size_t>::max();
     const unsigned char* _pBuffer;
     std::unique_ptr<unsigned char[]> _pOwnBuffer;
 };

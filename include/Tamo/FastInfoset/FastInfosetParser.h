@@ -4,6 +4,7 @@
 #include "Tamo/AutoPtr.h"
 #include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
+#include "Tamo/FastInfoset/ParserLimits.h"
 #include "Tamo/FastInfoset/VerbTable.h"
 #include "Tamo/XML/AttributesImpl.h"
 #include "Tamo/XML/XMLReader.h"
@@ -92,6 +93,10 @@ public:
     void setExternalVocabularyLoader(ExternalVocabularyLoader* pLoader);
     ExternalVocabularyLoader* getExternalVocabularyLoader() const;
 
+    /// What the parser accepts of a document; to be set between documents.
+    void setLimits(const ParserLimits& limits);
+    const ParserLimits& limits() const;
+
     /// The vocabulary as the last document left it.
     const DocumentVocabulary& vocabulary() const;
 
@@ -153,6 +158,8 @@ private:
     void parseUnparsedEntity(BitStreamReader& reader);
 
     void bindTables();
+    unsigned int addToTable(DocumentVocabulary::ID id, const std::string& s);
+    void deliver(std::size_t octets);
     Vocabulary<QualifiedNameEntry>& getQNameVocabulary(bool isElement);
     const std::string& tableValue(DocumentVocabulary::ID id, unsigned int index) const;
     const std::string& namePart(DocumentVocabulary::ID id, unsigned int index) const;
@@ -173,6 +180,8 @@ private:
     XML::AttributesImpl _attributes;
     std::vector<const std::string*> _declaredPrefixes;
     std::vector<ResolvedQualName> _openElements;
+    ParserLimits _limits;
+    UInt64 _deliveredOctets = 0;
     std::string _scratch;
     std::string _octets;
     std::string _text;

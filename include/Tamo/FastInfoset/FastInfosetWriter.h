@@ -220,8 +220,10 @@ private:
     void writeEncodedCharacterString(const AutoPtr<Encoding>& e);
     void handleEncodedData();
     bool isIndexed(const std::string& s) const noexcept;
+    unsigned int tableIndex(const std::string& s, ID id, bool& found, bool& added);
     template<class E, class T>
     void insertValue(const T& value);
+    State topState() const;
     void popState();
 
     BitStreamWriter _writer;
