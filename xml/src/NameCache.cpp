@@ -1,5 +1,7 @@
 #include "NameCache.h"
+#include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 namespace Tamo::XML {
 
@@ -30,20 +32,19 @@ const NameCache::QName& NameCache::find(std::string_view key) {
 }
 
 std::size_t NameCache::hash(std::string_view key) {
+    // Names differ at their end: the namespace name comes first and is often long. Should many names share
+    // their last octets and their length, find() looks at MAX_PROBES of them and no more.
     constexpr std::uint64_t MULTIPLIER = 0x9E3779B97F4A7C15;
-    std::uint64_t h = key.size() * MULTIPLIER;
-    const char* p = key.data();
-    std::size_t left = key.size();
-    for (; left >= 8; left -= 8, p += 8) {
-        std::uint64_t word;
-        std::memcpy(&word, p, 8);
+    constexpr std::size_t TAIL = 24;
+    std::uint64_t words[TAIL / 8] = {};
+    const std::size_t length = std::min(key.size(), TAIL);
+    std::memcpy(words, key.data() + (key.size() - length), length);
+    std::uint64_t h = key.size();
+    for (const std::uint64_t word : words) {
         h = (h ^ word) * MULTIPLIER;
         h ^= h >> 32;
     }
-    std::uint64_t word = 0;
-    std::memcpy(&word, p, left);
-    h = (h ^ word) * MULTIPLIER;
-    return static_cast<std::size_t>(h ^ (h >> 32));
+    return static_cast<std::size_t>(h);
 }
 
 void NameCache::split(std::string_view key, QName& name) const {

@@ -2,7 +2,6 @@
 #define TAMO_XML_NAMECACHE_H
 
 #include <cstddef>
-#include <cstring>
 #include <deque>
 #include <memory>
 #include <string>

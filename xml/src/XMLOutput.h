@@ -38,8 +38,10 @@ public:
             putLong(markup);
             return;
         }
-        std::memcpy(_pBuffer.get() + _size, markup.data(), markup.size());
-        _size += markup.size();
+        if (!markup.empty()) { // an empty view need not point anywhere
+            std::memcpy(_pBuffer.get() + _size, markup.data(), markup.size());
+            _size += markup.size();
+        }
     }
 
     /// Character data of an element.

@@ -1,0 +1,123 @@
+#include "Tamo/XML/NamespaceSupport.h"
+#include "Tamo/Bugcheck.h"
+#include "Trace.h"
+#include <gtest/gtest.h>
+#include <map>
+#include <random>
+
+using namespace Tamo::XML;
+
+TEST(NamespaceSupport, PrefersTheDefaultNamespaceAndNeverAReboundPrefix) {
+    NamespaceSupport scope;
+    scope.pushContext();
+    scope.declarePrefix("a", "u1");
+    scope.declarePrefix("", "u1");
+    EXPECT_EQ(scope.getPrefix("u1"), "");
+    EXPECT_EQ(scope.getAttributePrefix("u1"), "a");
+    scope.pushContext();
+    scope.declarePrefix("", "u2");
+    EXPECT_EQ(scope.getPrefix("u1"), "a");
+    scope.pushContext();
+    scope.declarePrefix("a", "u3");
+    EXPECT_FALSE(scope.isMapped("u1"));
+    EXPECT_EQ(scope.getPrefix("u1"), "");
+    EXPECT_FALSE(scope.undeclarePrefix("")) << "declared outside";
+    EXPECT_TRUE(scope.undeclarePrefix("a"));
+    EXPECT_EQ(scope.getPrefix("u1"), "a");
+    scope.popContext();
+    scope.popContext();
+    EXPECT_EQ(scope.getURI(""), "u1");
+}
+
+TEST(NamespaceSupport, KeepsXmlBoundAndUndeclared) {
+    NamespaceSupport scope;
+    EXPECT_FALSE(scope.declarePrefix("xml", "u"));
+    EXPECT_FALSE(scope.undeclarePrefix("xml"));
+    EXPECT_EQ(scope.getURI("xml"), NamespaceSupport::XML_NAMESPACE);
+    EXPECT_EQ(scope.getPrefix(NamespaceSupport::XML_NAMESPACE), "xml");
+    scope.declarePrefix("p", "u");
+    scope.reset();
+    EXPECT_EQ(scope.getURI("p"), "");
+    EXPECT_TRUE(scope.getDeclaredPrefixes().empty());
+    EXPECT_THROW(scope.popContext(), Tamo::AssertionViolationException);
+}
+
+/// The same operations on contexts that are plain maps; few and many prefixes, so that scans and index are
+/// met.
+TEST(NamespaceSupport, AgreesWithPlainMapsOverRandomOperations) {
+    using Context = std::map<std::string, std::string>;
+    for (const unsigned int names : {3u, 12u, 200u}) {
+        std::mt19937 random(names);
+        NamespaceSupport scope;
+        std::vector<Context> model(1);
+        const auto prefix = [&] { return random() % 5 ? numbered("p", random() % names) : std::string(); };
+        const auto uri = [&] { return numbered("u", random() % (names / 2 + 1)); };
+        for (int step = 0; step < 20000; ++step) {
+            const std::string p = prefix();
+            const unsigned int action = random() % 16;
+            if (action < 8) {
+                const std::string u = uri();
+                scope.declarePrefix(p, u);
+                model.back()[p] = u;
+            } else if (action < 12) {
+                ASSERT_EQ(scope.undeclarePrefix(p), model.back().erase(p) == 1);
+            } else if (action < 14 && model.size() < 60) {
+                scope.pushContext();
+                model.emplace_back();
+            } else if (action >= 14 && model.size() > 1) {
+                scope.popContext();
+                model.pop_back();
+            }
+
+            std::map<std::string, std::pair<std::string, std::size_t>> inForce; // prefix: name and depth
+            for (std::size_t depth = 0; depth < model.size(); ++depth) {
+                for (const auto& [bound, name] : model[depth]) {
+                    inForce[bound] = {name, depth};
+                }
+            }
+            const std::string asked = prefix();
+            ASSERT_EQ(scope.getURI(asked), inForce.contains(asked) ? inForce[asked].first : "");
+            const std::string wanted = uri();
+            std::size_t innermost = 0;
+            bool isMapped = false;
+            bool hasPrefix = false;
+            for (const auto& [bound, where] : inForce) {
+                if (where.first == wanted) {
+                    isMapped = true;
+                    if (!bound.empty()) {
+                        hasPrefix = true;
+                        innermost = std::max(innermost, where.second);
+                    }
+                }
+            }
+            ASSERT_EQ(scope.isMapped(wanted), isMapped);
+            const std::string found = scope.getAttributePrefix(wanted);
+            ASSERT_EQ(!found.empty(), hasPrefix);
+            if (hasPrefix) {
+                ASSERT_EQ(inForce[found], std::make_pair(wanted, innermost));
+            }
+            const bool isDefault = inForce.contains("") && inForce[""].first == wanted;
+            ASSERT_EQ(scope.getPrefix(wanted), isDefault ? "" : found);
+            const std::vector<std::string> declared = scope.getDeclaredPrefixes();
+            ASSERT_EQ(declared.size(), model.back().size());
+            for (const std::string& one : declared) {
+                ASSERT_TRUE(model.back().contains(one));
+            }
+        }
+    }
+}
+
+TEST(NamespaceSupport, StaysFastInADeepScope) {
+    NamespaceSupport scope;
+    constexpr int DEPTH = 200000; // a scan for each look-up would take minutes
+    for (int i = 0; i < DEPTH; ++i) {
+        scope.pushContext();
+        scope.declarePrefix(numbered("p", i), numbered("u", i));
+        ASSERT_EQ(scope.getURI(numbered("p", i / 2)), numbered("u", i / 2));
+        ASSERT_FALSE(scope.isMapped("unknown"));
+    }
+    for (int i = DEPTH; i-- > 0;) {
+        scope.popContext();
+    }
+    EXPECT_FALSE(scope.isMapped("u0"));
+}
