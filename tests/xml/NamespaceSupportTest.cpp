@@ -7,28 +7,6 @@
 
 using namespace Tamo::XML;
 
-TEST(NamespaceSupport, PrefersTheDefaultNamespaceAndNeverAReboundPrefix) {
-    NamespaceSupport scope;
-    scope.pushContext();
-    scope.declarePrefix("a", "u1");
-    scope.declarePrefix("", "u1");
-    EXPECT_EQ(scope.getPrefix("u1"), "");
-    EXPECT_EQ(scope.getAttributePrefix("u1"), "a");
-    scope.pushContext();
-    scope.declarePrefix("", "u2");
-    EXPECT_EQ(scope.getPrefix("u1"), "a");
-    scope.pushContext();
-    scope.declarePrefix("a", "u3");
-    EXPECT_FALSE(scope.isMapped("u1"));
-    EXPECT_EQ(scope.getPrefix("u1"), "");
-    EXPECT_FALSE(scope.undeclarePrefix("")) << "declared outside";
-    EXPECT_TRUE(scope.undeclarePrefix("a"));
-    EXPECT_EQ(scope.getPrefix("u1"), "a");
-    scope.popContext();
-    scope.popContext();
-    EXPECT_EQ(scope.getURI(""), "u1");
-}
-
 TEST(NamespaceSupport, KeepsXmlBoundAndUndeclared) {
     NamespaceSupport scope;
     EXPECT_FALSE(scope.declarePrefix("xml", "u"));
@@ -105,19 +83,4 @@ TEST(NamespaceSupport, AgreesWithPlainMapsOverRandomOperations) {
             }
         }
     }
-}
-
-TEST(NamespaceSupport, StaysFastInADeepScope) {
-    NamespaceSupport scope;
-    constexpr int DEPTH = 200000; // a scan for each look-up would take minutes
-    for (int i = 0; i < DEPTH; ++i) {
-        scope.pushContext();
-        scope.declarePrefix(numbered("p", i), numbered("u", i));
-        ASSERT_EQ(scope.getURI(numbered("p", i / 2)), numbered("u", i / 2));
-        ASSERT_FALSE(scope.isMapped("unknown"));
-    }
-    for (int i = DEPTH; i-- > 0;) {
-        scope.popContext();
-    }
-    EXPECT_FALSE(scope.isMapped("u0"));
 }

@@ -36,7 +36,9 @@ void Trace::startElement(const std::string& uri, const std::string& localName, c
                          const Attributes& attributes) {
     std::set<std::string> texts; // the order of attributes is no information
     for (int i = 0; i < attributes.getLength(); ++i) {
+        const bool showType = _detail == EVERYTHING && attributes.getType(i) != "CDATA";
         texts.insert(nameOf(attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i))
+                         .append(showType ? ":" + attributes.getType(i) : "")
                          .append("=")
                          .append(attributes.getValue(i)));
     }
