@@ -1,0 +1,53 @@
+#ifndef TAMO_BENCHMARKS_DOCUMENTSET_H
+#define TAMO_BENCHMARKS_DOCUMENTSET_H
+
+#include "Recording.h"
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Tamo::Benchmarks {
+
+/// One document in all the forms that the jobs need.
+struct Document {
+    std::string name;
+    /// The XML text.
+    std::string xml;
+    /// Its events, as Expat reports them.
+    Recording recording;
+    /// The Fast Infoset document, strings of up to 16 octets indexed.
+    std::string fastInfoset;
+};
+
+/// Documents of one kind, which are measured together.
+class DocumentSet {
+public:
+    /// Reads the documents of a directory, in the order of their names, and prepares them.
+    explicit DocumentSet(const std::filesystem::path& directory);
+
+    /// The directories below root that hold documents, in the order of their names.
+    static std::vector<std::filesystem::path> find(const std::filesystem::path& root);
+
+    /// Encodes a recording with VOC_MAP tables.
+    static std::string encode(const Recording& recording, int maxIndexedStringLength);
+
+    const std::string& name() const { return _name; }
+    /// Documents, octets, elements, attributes and text in words.
+    std::string description() const;
+    const std::vector<std::unique_ptr<Document>>& documents() const { return _documents; }
+
+    /// Proves that every way through the library keeps the events that Expat reports; throws
+    /// std::runtime_error with the first difference.
+    void prove() const;
+
+private:
+    std::string _name;
+    std::string _description;
+    std::vector<std::unique_ptr<Document>> _documents;
+};
+
+} // namespace Tamo::Benchmarks
+
+#endif
