@@ -127,15 +127,17 @@ void Recording::replayWithCopies(XML::ContentHandler& content, XML::LexicalHandl
     });
 }
 
-std::string Recording::difference(const Recording& other) const {
-    // The declarations of an element are a set.
-    const auto mappings = [](const Recording& recording, std::size_t& i) {
+std::string Recording::difference(const Recording& other, Scope scope) const {
+    // The declarations of an element are a set; what is not compared is passed over here.
+    const auto mappings = [scope](const Recording& recording, std::size_t& i) {
         std::vector<std::pair<std::string, std::string>> found;
         for (; i < recording._events.size(); ++i) {
             const Event& event = recording._events[i];
             if (event.kind == Kind::START_MAPPING) {
                 found.emplace_back(*event.pFirst, *event.pSecond);
-            } else if (event.kind != Kind::END_MAPPING) {
+            } else if (event.kind != Kind::END_MAPPING &&
+                       (scope == EVERYTHING ||
+                        (event.kind != Kind::START_DTD && event.kind != Kind::END_DTD))) {
                 break;
             }
         }

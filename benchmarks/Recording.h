@@ -22,6 +22,9 @@ public:
     Recording(const Recording&) = delete;
     Recording& operator=(const Recording&) = delete;
 
+    /// What a comparison looks at.
+    enum Scope { EVERYTHING, WITHOUT_DOCUMENT_TYPE_DECLARATION };
+
     /// Reports everything; the attribute list that handlers see is the recording's own.
     void replay(XML::ContentHandler& content, XML::LexicalHandler& lexical) const;
 
@@ -31,7 +34,7 @@ public:
     /// Describes the first event in which other differs; empty when the recordings carry the same
     /// information. Free are what the Fast Infoset side does not promise: the order of an element's namespace
     /// declarations and when their scopes end, qualified names beyond an element's prefix.
-    std::string difference(const Recording& other) const;
+    std::string difference(const Recording& other, Scope scope = EVERYTHING) const;
 
     /// The number of events, without attributes.
     std::size_t events() const { return _events.size(); }

@@ -4,6 +4,7 @@
 #include "Comparison.h"
 #include "ChecksumHandler.h"
 #include "ExpatPeer.h"
+#include "PeerJobs.h"
 #include "TamoJobs.h"
 #include <algorithm>
 #include <cmath>
@@ -116,7 +117,7 @@ Job expatSax2() {
 std::vector<Job> chooseJobs(const Options& options) {
     std::vector<Job> jobs{yardstick()};
     std::vector<Job> others{expatSax2()};
-    for (auto&& more : {TamoJobs::all()}) {
+    for (auto&& more : {TamoJobs::all(), PeerJobs::all()}) {
         others.insert(others.end(), more.begin(), more.end());
     }
     for (Job& job : others) {
@@ -195,6 +196,7 @@ void run(const Options& options) {
         }
         if (options.proof) {
             set.prove();
+            PeerJobs::prove(set);
         }
         rows.push_back({set.name(), comparison.measure(set)});
         if (options.details) {
