@@ -14,6 +14,7 @@
 #include "Tamo/XML/LexicalHandler.h"
 #include "Tamo/XML/SAXException.h"
 #include "Tamo/XML/XMLWriter.h"
+#include <limits>
 
 namespace Tamo::FastInfoset {
 
@@ -62,6 +63,10 @@ void requirePosition(bool holds, const char* message) {
 }
 
 int lengthOf(const std::string& text) {
+    constexpr int MOST = std::numeric_limits<int>::max();
+    if (text.size() > static_cast<std::size_t>(MOST)) [[unlikely]] {
+        throwLimitExceeded("Limit exceeded: string length", MOST);
+    }
     return static_cast<int>(text.size());
 }
 

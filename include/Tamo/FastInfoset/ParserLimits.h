@@ -17,8 +17,9 @@ struct ParserLimits {
     /// memory here, and handlers keep books of their own.
     std::size_t maxDepth = 4194304;
 
-    /// The octets of one string or array as the document carries it. SAX2 counts characters in int.
-    std::size_t maxStringLength = 0x40000000;
+    /// The octets of one string or array as the document carries it; by default what the format can express.
+    /// Text beyond the range of int is refused in any case, because SAX2 counts characters so.
+    std::size_t maxStringLength = 0xFFFFFFFFu + std::size_t{321};
 
     /// The entries of one vocabulary table, the placeholder included. The standard's indexes end at 2^20.
     std::size_t maxTableEntries = 1048577;

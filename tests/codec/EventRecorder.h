@@ -1,0 +1,116 @@
+#ifndef TAMO_TESTS_EVENTRECORDER_H
+#define TAMO_TESTS_EVENTRECORDER_H
+
+#include "Tamo/FastInfoset/FISContentHandler.h"
+#include "Tamo/FastInfoset/FISDocumentHandler.h"
+#include "Tamo/XML/DTDHandler.h"
+#include "Tamo/XML/LexicalHandler.h"
+#include "Tamo/XML/XMLReader.h"
+#include <string>
+#include <vector>
+
+namespace Tamo::FastInfoset::Test {
+
+/// Writes down the events that it receives, one token each, with '|' between them:
+///
+///     ^  $             the document starts, ends       'text          characters
+///     <{uri}p:e a="v"  an element starts               #text          a comment
+///     >                the innermost element ends      ?target data   a processing instruction
+///     +p=uri  -p       a prefix mapping starts, ends   [  ]           a CDATA section starts, ends
+///     !n,p,s  ~        a DTD starts (name, public and system identifier), ends
+///     Nn,p,s  Un,p,s,m a notation, an unparsed entity; an absent identifier is a '-'
+///     =int 5           a typed value
+///
+/// A name is the qualified name, or the local name when there is none; an end that does not fit its element
+/// is written with its name. The base is the interface of the content handler, plain or typed.
+template<class Base>
+class ContentRecorder : public Base, public XML::LexicalHandler, public XML::DTDHandler {
+public:
+    /// What is written down.
+    enum Detail {
+        EVERYTHING,
+        INFORMATION ///< no prefixes of attributes, prefix mappings or DTD names
+    };
+
+    explicit ContentRecorder(Detail detail = EVERYTHING) : _detail(detail) {}
+
+    /// Becomes the content, lexical and DTD handler of the reader.
+    void connect(XML::XMLReader& reader);
+
+    /// Throws RuntimeException "handler" in place of event number count from now on.
+    void failAt(std::size_t count) { _eventsLeft = count; }
+
+    const std::string& events() const { return _events; }
+    /// Forgets the events, and the elements left open.
+    void clear();
+
+    void setDocumentLocator(const XML::Locator*) override {}
+    void startDocument() override { event("^"); }
+    void endDocument() override { event("$"); }
+    void startElement(const std::string& uri, const std::string& localName, const std::string& qname,
+                      const XML::Attributes& attributes) override;
+    void endElement(const std::string& uri, const std::string& localName, const std::string& qname) override;
+    void characters(const char ch[], int start, int length) override { event("'" + text(ch, start, length)); }
+    void ignorableWhitespace(const char ch[], int start, int length) override {
+        characters(ch, start, length);
+    }
+    void processingInstruction(const std::string& target, const std::string& data) override;
+    void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
+    void endPrefixMapping(const std::string& prefix) override;
+    void skippedEntity(const std::string& name) override { event("*" + name); }
+    void startDTD(const std::string& name, const std::string& publicId, const std::string& systemId) override;
+    void endDTD() override { event("~"); }
+    void startEntity(const std::string&) override {}
+    void endEntity(const std::string&) override {}
+    void startCDATA() override { event("["); }
+    void endCDATA() override { event("]"); }
+    void comment(const char ch[], int start, int length) override { event("#" + text(ch, start, length)); }
+    void notationDecl(const std::string& name, const std::string* publicId,
+                      const std::string* systemId) override;
+    void unparsedEntityDecl(const std::string& name, const std::string* publicId, const std::string& systemId,
+                            const std::string& notationName) override;
+
+protected:
+    void event(const std::string& token);
+
+private:
+    static std::string text(const char ch[], int start, int length);
+
+    Detail _detail;
+    std::string _events;
+    std::vector<std::string> _open;
+    std::size_t _eventsLeft = static_cast<std::size_t>(-1);
+};
+
+using EventRecorder = ContentRecorder<XML::ContentHandler>;
+
+/// Writes down typed values as such.
+class TypedEventRecorder : public ContentRecorder<FISContentHandler> {
+public:
+    void binaryData(const char* data, std::size_t length) override;
+    void encodedData(Int16 value) override { event("=short " + std::to_string(value)); }
+    void encodedData(Int32 value) override { event("=int " + std::to_string(value)); }
+    void encodedData(Int64 value) override { event("=long " + std::to_string(value)); }
+    void encodedData(bool value) override { event(value ? "=bool true" : "=bool false"); }
+    void encodedData(float value) override;
+    void encodedData(double value) override;
+    void encodedData(const UUID& value) override { event("=uuid " + value.toString()); }
+};
+
+/// Writes down what a document says of itself: "declaration 1|external URI|vocabulary".
+class DocumentRecorder : public FISDocumentHandler {
+public:
+    std::string calls;
+
+    void setDocumentVocabulary(const DocumentVocabulary&) override { calls += "vocabulary"; }
+    [[noreturn]] DocumentVocabulary& getDocumentVocabulary() override;
+    [[noreturn]] const DocumentVocabulary& getDocumentVocabulary() const override;
+    void setWriteXMLDeclaration(bool flag) override { calls += flag ? "declaration|" : "none|"; }
+    void setExternalVocabulary(const std::string& uri, const DocumentVocabulary&) override {
+        calls += "external " + uri + "|";
+    }
+};
+
+} // namespace Tamo::FastInfoset::Test
+
+#endif

@@ -1,0 +1,204 @@
+// What the parser makes of documents assembled octet by octet, among them many that our writer never writes.
+#include "DocumentTest.h"
+#include "Tamo/Exception.h"
+#include "Tamo/XML/EntityResolverImpl.h"
+#include "Tamo/XML/InputSource.h"
+#include "Tamo/XML/SAXException.h"
+#include <cstdio>
+#include <fstream>
+
+namespace Tamo::FastInfoset::Test {
+namespace {
+
+using XML::XMLReader;
+
+TEST(ParserTest, HandlersFeaturesAndProperties) {
+    FastInfosetParser parser;
+    EXPECT_TRUE(!parser.getContentHandler() && !parser.getDTDHandler() && !parser.getEntityResolver() &&
+                !parser.getErrorHandler() && !parser.getDocumentHandler());
+    std::ostringstream stream;
+    FastInfosetWriter writer(stream);
+    parser.initialize(static_cast<FastInfosetWriter*>(nullptr));
+    EXPECT_FALSE(parser.getContentHandler());
+    parser.initialize(&writer);
+    EXPECT_EQ(parser.getContentHandler(), &writer);
+    EXPECT_EQ(parser.getDTDHandler(), &writer);
+    EXPECT_EQ(parser.getDocumentHandler(), &writer);
+    EXPECT_EQ(static_cast<XML::LexicalHandler*>(parser.getProperty(XMLReader::PROPERTY_LEXICAL_HANDLER)),
+              &writer);
+    XML::EntityResolverImpl resolver;
+    parser.setEntityResolver(&resolver);
+    EXPECT_EQ(parser.getEntityResolver(), &resolver);
+    parser.setProperty(XMLReader::PROPERTY_DECLARATION_HANDLER, static_cast<void*>(&stream));
+    EXPECT_EQ(parser.getProperty(XMLReader::PROPERTY_DECLARATION_HANDLER), &stream);
+
+    parser.setFeature(XMLReader::FEATURE_NAMESPACES, true);
+    EXPECT_FAILURE("SAXNotSupportedException: namespace support cannot be disabled",
+                   parser.setFeature(XMLReader::FEATURE_NAMESPACES, false));
+    EXPECT_TRUE(parser.getFeature(XMLReader::FEATURE_NAMESPACES));
+    EXPECT_TRUE(parser.getFeature(XMLReader::FEATURE_NAMESPACE_PREFIXES));
+    EXPECT_FAILURE("SAXNotRecognizedException: f", parser.setFeature("f", true));
+    EXPECT_FAILURE("SAXNotRecognizedException: f", parser.getFeature("f"));
+    EXPECT_FAILURE("SAXNotRecognizedException: p", parser.setProperty("p", nullptr));
+    EXPECT_FAILURE("SAXNotRecognizedException: p", parser.setProperty("p", std::string("v")));
+    EXPECT_FAILURE("SAXNotRecognizedException: p", parser.getProperty("p"));
+    for (const std::string& name :
+         {XMLReader::PROPERTY_DECLARATION_HANDLER, XMLReader::PROPERTY_LEXICAL_HANDLER}) {
+        EXPECT_FAILURE("SAXNotSupportedException: property does not take a string value: " + name,
+                       parser.setProperty(name, std::string("v")));
+    }
+}
+
+TEST(ParserTest, Sources) {
+    const std::string good = document("00 3C 00 61 FF");
+    const std::string path = testing::TempDir() + "tamo-parser-source.finf";
+    std::ofstream(path, std::ios::binary) << good;
+    std::istringstream bytes(good);
+    std::istringstream characters(good);
+    XML::InputSource source(path);
+    FastInfosetParser parser;
+    EventRecorder recorder;
+    recorder.connect(parser);
+    const auto parse = [&] {
+        recorder.clear();
+        parser.parse(&source);
+        return recorder.events();
+    };
+    EXPECT_EQ(parse(), "^|<a|>|$"); // by the system identifier
+    source.setCharacterStream(characters);
+    EXPECT_EQ(parse(), "^|<a|>|$");
+    source.setByteStream(bytes);
+    EXPECT_EQ(parse(), "^|<a|>|$");
+    source.setSystemId("file:/no/such/file");
+    EXPECT_FAILURE("FISException: Not a valid Fast Infoset document (invalid header)", parse()); // read before
+    EXPECT_FAILURE("FISParseException: Cannot resolve system identifier: /no/such/file",
+                   parser.parse(std::string("/no/such/file")));
+    std::remove(path.c_str());
+}
+
+TEST(ParserTest, ReadsWhatTheWriterNeverWrites) {
+    const struct {
+        const char* name;
+        const char* body;
+        const char* events;
+    } rows[] = {
+        {"text and two elements at the top", "91 78 79 3C 00 61 F0 00 FF", "'xy|<a|>|<a|>"},
+        {"octets behind the end", "3C 00 61 FF FF 00 12", "<a|>"},
+        {"a prefix without namespace name", "3E 00 70 00 61 FF", "<p:a|>"},
+        {"any namespace nibble stands for 1100", "38 03 00 70 00 75 F0 3C 00 61 FF", "+p=u|<a|>|-p"},
+        {"a prefix without namespace name declared", "38 CE 00 70 F0 3C 00 61 FF", "+p=|<a|>|-p"},
+        {"padding that is not zero", "78 CF 00 70 00 75 FF FC 00 61 7C 00 62 40 63 F5 3C 00 63 FF F0",
+         R"(+p=u|<a b="c"|<c|>|>)"},
+        {"an empty attribute list", "7C 00 61 FF F0", "<a|>"},
+        {"the empty string by its index", "7C 00 61 78 00 62 FF FF E2 FF F0", R"(<a b=""|>|#)"},
+        {"UTF-16, supplementary plane and lone surrogate", "85 00 E9 86 01 D8 3D DE 00 85 DC 00 F0",
+         "'\xC3\xA9|'\xF0\x9F\x98\x80|'?"},
+        {"restricted alphabets", "98 01 12 3F A0 88 05 1B 2F F0", "'123|'123|'1:2"},
+        {"octets enter the table as text", "9C 01 0A 1B A0 9C 04 FF A1 F0",
+         "=binary 0A 1B|'0A1B|=binary FF|'/w=="},
+        {"numbers enter the table as text", "9C 0E 01 00 00 00 2A A0 F0", "=int 42|'42"},
+        {"CDATA enters the table as text", "9C 24 78 A0 F0", "[|'x|]|'x"},
+        {"a typed attribute value", "7C 00 61 78 00 62 70 33 00 00 00 05 78 00 63 80 FF F0",
+         R"(<a b="5" c="5"|>)"},
+        {"octets as comment and data", "E2 70 10 FF E1 00 74 80 E2 70 01 0A 1B E2 81 F0",
+         "#/w==|?t /w==|#0A1B|#0A1B"},
+        {"UTF-16 and an alphabet as values", "7C 00 61 78 00 62 11 00 E9 78 00 63 20 01 12 3F FF F0",
+         "<a b=\"\xC3\xA9\" c=\"123\"|>"},
+        {"an entity reference fills its tables", "CB 00 65 00 73 00 70 E1 80 40 64 C7 80 81 FF",
+         "?e d|!,p,s|~"},
+        {"entity references without identifiers", "C8 00 65 CA 80 00 73 C9 80 00 70 F0", ""},
+        {"a declaration in an element", "3C 00 61 C6 00 73 FF F0", "<a|!,,s|~|>"},
+        {"a declaration's items are not told apart", "C4 E1 00 74 40 64 00 80 80 FF", "!,,|?t d|?t d|~"}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const std::string events = row.events;
+        expectEvents(document(std::string("00 ") + row.body), "^|" + events + (events.empty() ? "$" : "|$"));
+    }
+}
+
+TEST(ParserTest, HandlersThatAreAbsent) {
+    // A prefix, a typed value that is added, CDATA, a comment, a declaration with a processing instruction.
+    const std::string all = document("00 38 CF 00 70 00 75 F0 3F 81 81 00 61 9C 0E 01 00 00 00 2A 9C 24 78 "
+                                     "E2 40 63 C4 E1 00 74 40 64 FF F0");
+    FastInfosetParser parser;
+    parseMemory(parser, all);
+    EXPECT_EQ(parser.vocabulary().value(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, 1), "42");
+    EXPECT_EQ(parser.vocabulary().value(DocumentVocabulary::OTHER_STRING, 2), "d");
+    EventRecorder recorder;
+    parser.setContentHandler(&recorder);
+    parser.setFeature(XMLReader::FEATURE_NAMESPACE_PREFIXES, false);
+    parseMemory(parser, all);
+    EXPECT_EQ(recorder.events(), "^|+p=u|<{u}a|'42|'x|?t d|>|-p|$");
+    EventRecorder lexical;
+    lexical.connect(parser);
+    parser.setContentHandler(nullptr);
+    parseMemory(parser, all);
+    EXPECT_EQ(lexical.events(), "[|]|#c|!,,|~");
+    // The tables are those of the last document.
+    EXPECT_FAILURE("out_of_range: index out of range", parseMemory(parser, document("00 A0 F0")));
+}
+
+TEST(ParserTest, Refusals) {
+    const std::string end = "FISParseException: Unexpected end of stream while ";
+    const std::string identifying = end + "parsing identifying string or index";
+    const std::string nonIdentifying = end + "parsing non identifying string or index";
+    const std::string children = end + "parsing element children";
+    const struct {
+        const char* body;
+        std::string fromMemory;
+        std::string fromStream = {}; ///< empty: the same
+    } rows[] = {
+        {"C0", "FISEncodingException: Invalid child element"},
+        {"3C 00 61 DF", "FISEncodingException: Invalid child element"},
+        {"E3", "FISEncodingException: Parse error: unknown element child code"},
+        {"3C 00 61 F0 F0", "FISEncodingException: Parse error: unknown element child code"},
+        {"C4 00", "AssertionViolationException: stat == 0x0f"},
+        {"8C 28 00 00", "FISException: Invalid decoding defined"},
+        {"8C 7C 00 00", "FISException: Invalid decoding defined"},
+        {"8C 0C 00 00", "FISEncodingException: Illegal size entry for Tamo::Int32 value"},
+        {"7C 00 61 78 00 62 30 50 50", "FISEncodingException: Illegal size entry for bool value"},
+        {"88 08 12 34", "FISEncodingException: Illegal restricted alphabet: the index is reserved"},
+        {"88 3C 12 34", "AssertionViolationException: vocabulary > 0 && vocabulary <= _alphabets.size()"},
+        {"", MEMORY_END, children},
+        {"3C 00 61", MEMORY_END, children},
+        {"38", MEMORY_END, end + "parsing element"},
+        {"38 CF", MEMORY_END, identifying},
+        {"3C", MEMORY_END, identifying},
+        {"3C C0", MEMORY_END, end + "reading integer"},
+        {"3C 40", MEMORY_END, end + "parsing string length"},
+        {"7C 00 61", MEMORY_END, end + "parsing attributes"},
+        {"7C 00 61 78 00 62", MEMORY_END, nonIdentifying},
+        {"E1", MEMORY_END, identifying},
+        {"E1 00 74", MEMORY_END, nonIdentifying},
+        {"E2", MEMORY_END, nonIdentifying},
+        {"C4", MEMORY_END, end + "parsing document type declaration"},
+        {"C8", MEMORY_END, identifying},
+        {"88", MEMORY_END, "AssertionViolationException: unreadBits >= 0"},
+        {"3C 01 61", OCTETS_END},
+        {"80", OCTETS_END},
+        {"3C 60 20 00 00 00 61", OCTETS_END},
+        {"8C 0F 20 00 00 01 00 00 00 01 00", OCTETS_END}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.body);
+        expectFailure(document(std::string("00 ") + row.body), row.fromMemory,
+                      row.fromStream.empty() ? row.fromMemory : row.fromStream);
+    }
+}
+
+// Which failure it is depends on the kind of the tables.
+TEST(ParserTest, IndexesPastTheirTables) {
+    for (const char* const body : {"A0", "00", "3C 80", "3E 82 00 61", "3D 82 00 61", "7C 00 61 00 80",
+                                   "7C 00 61 78 00 62 80", "E2 80", "E1 80 FF", "C6 80"}) {
+        for (const auto impl : ALL_KINDS) {
+            FastInfosetParser parser(impl);
+            EXPECT_FAILURE(impl == DocumentVocabulary::VOC_VECTOR
+                               ? "out_of_range: index out of range"
+                               : "AssertionViolationException: this->_index.size() > idx",
+                           parseMemory(parser, document(std::string("00 ") + body)))
+                << body;
+        }
+    }
+}
+
+} // namespace
+} // namespace Tamo::FastInfoset::Test

@@ -1,0 +1,144 @@
+#include "Tamo/FastInfoset/DocumentVocabulary.h"
+#include "Tamo/FastInfoset/HashVocabulary.h"
+#include "Tamo/FastInfoset/MapVocabulary.h"
+#include "Tamo/FastInfoset/StringDecoder.h"
+#include "Tamo/FastInfoset/VectorVocabulary.h"
+#include "TestSupport.h"
+
+namespace Tamo::FastInfoset::Test {
+namespace {
+
+template<class Table>
+class Tables : public testing::Test {};
+using Kinds =
+    testing::Types<VectorVocabulary<std::string>, MapVocabulary<std::string>, HashVocabulary<std::string>>;
+TYPED_TEST_SUITE(Tables, Kinds);
+
+constexpr bool isVector(const VectorVocabulary<std::string>*) {
+    return true;
+}
+constexpr bool isVector(const void*) {
+    return false;
+}
+
+TYPED_TEST(Tables, IndexesFindAndGrow) {
+    TypeParam table(65521ul);
+    bool found = false;
+    EXPECT_EQ(table.size(), 1u);
+    EXPECT_EQ(table.exists("", found), 0u);
+    EXPECT_TRUE(found);
+    EXPECT_EQ(table.index("a", found), 1u);
+    EXPECT_FALSE(found);
+    EXPECT_EQ(table.exists("b", found), 0xFFFFFFFFu);
+    EXPECT_FALSE(found);
+    EXPECT_EQ(table.index("a", found), isVector(&table) ? 2u : 1u);
+    EXPECT_EQ(found, !isVector(&table));
+
+    TypeParam large(65521ul);
+    large.index("first", found);
+    const std::string* const pFirst = &large.value(1);
+    for (int i = 2; i < 5000; ++i) {
+        ASSERT_EQ(large.index(std::to_string(i), found), static_cast<unsigned int>(i));
+    }
+    EXPECT_EQ(&large.value(1), pFirst); // nothing ever moved
+    for (const unsigned int edge : {255u, 256u, 767u, 768u, 4999u}) {
+        EXPECT_EQ(large.value(edge), std::to_string(edge));
+        EXPECT_EQ(large.exists(std::to_string(edge), found), edge);
+    }
+    const std::unique_ptr<Vocabulary<std::string>> pCopy(large.clone());
+    const std::unique_ptr<Vocabulary<std::string>> pNothing(large.subtract(*pCopy));
+    EXPECT_EQ(pNothing->size(), 0u);
+    EXPECT_TRUE(pNothing->empty());
+    pCopy->index("only in the copy", found);
+    const std::unique_ptr<Vocabulary<std::string>> pRest(pCopy->subtract(large));
+    EXPECT_EQ(pRest->size(), 1u);
+    EXPECT_EQ(pRest->value(0), "only in the copy");
+    EXPECT_FAILURE(isVector(&table) ? "out_of_range: index out of range"
+                                    : "AssertionViolationException: this->_index.size() > idx",
+                   large.value(5000));
+    large.reset();
+    EXPECT_EQ(large.size(), 1u);
+    EXPECT_EQ(large.exists("first", found), 0xFFFFFFFFu);
+}
+
+TEST(HashTable, AcceptsAsManyEntriesAsItHasSlots) {
+    HashVocabulary<std::string> table(19ul);
+    bool found = false;
+    for (int i = 0; i < 18; ++i) {
+        table.index(std::to_string(i), found);
+    }
+    EXPECT_FAILURE("PoolOverflowException: Vocabulary hash table full", table.index("one more", found));
+    EXPECT_EQ(table.size(), 19u);
+    EXPECT_EQ(table.index("17", found), 18u);
+}
+
+TEST(NameTable, HashesAndOrders) {
+    const QualifiedNameEntry entry(1, 2, 3);
+    const UInt32 product = (1u ^ 1000003u) * (2u ^ 1000003u) * (3u ^ 1000003u);
+    EXPECT_EQ(HashFunction<QualifiedNameEntry>()(entry, 10009), product % 10009);
+    EXPECT_TRUE(QualifiedNameEntry(1, 9, 9) < QualifiedNameEntry(2, 0, 0));
+    EXPECT_TRUE(QualifiedNameEntry(1, 2, 2) < entry);
+    EXPECT_FALSE(entry < entry);
+}
+
+TEST(DocumentVocabularyTest, PredefinedEntriesResetCopyAndDifference) {
+    for (const auto impl :
+         {DocumentVocabulary::VOC_HASH, DocumentVocabulary::VOC_MAP, DocumentVocabulary::VOC_VECTOR}) {
+        DocumentVocabulary vocabulary("urn:v", impl);
+        bool found = false;
+        EXPECT_EQ(vocabulary.value(DocumentVocabulary::PREFIX, 1), "xml");
+        EXPECT_EQ(vocabulary.value(DocumentVocabulary::NAMESPACE_NAME, 1),
+                  "http://www.w3.org/XML/1998/namespace");
+        vocabulary.index(DocumentVocabulary::LOCAL_NAME, "a", found);
+        vocabulary.elementVocabulary().index(QualifiedNameEntry(0, 0, 1), found);
+        vocabulary.restrictedAlphabets().add("abc");
+        const DocumentVocabulary copy(vocabulary);
+        EXPECT_EQ(copy.getURI(), "urn:v");
+        const DocumentVocabulary added = copy - DocumentVocabulary(impl);
+        EXPECT_TRUE(added.vocabulary(DocumentVocabulary::PREFIX).empty());
+        EXPECT_EQ(added.value(DocumentVocabulary::LOCAL_NAME, 0), "a");
+        EXPECT_EQ(added.restrictedAlphabets().alphabets().size(), 1u);
+        EXPECT_TRUE((vocabulary - vocabulary).elementVocabulary().empty());
+        vocabulary.reset();
+        EXPECT_EQ(vocabulary.vocabulary(DocumentVocabulary::LOCAL_NAME).size(), 1u);
+        EXPECT_EQ(vocabulary.vocabulary(DocumentVocabulary::PREFIX).size(), 2u);
+        EXPECT_EQ(vocabulary.elementVocabulary().size(), 1u);
+        EXPECT_EQ(copy.vocabulary(DocumentVocabulary::LOCAL_NAME).size(), 2u);
+        EXPECT_FAILURE("AssertionViolationException: voc > DocumentVocabulary::ENCODING_ALGORITHM && "
+                       "voc < DocumentVocabulary::ELEMENT_NAME",
+                       vocabulary.vocabulary(DocumentVocabulary::ENCODING_ALGORITHM));
+        EXPECT_FAILURE("AssertionViolationException: vocabulary > DocumentVocabulary::ENCODING_ALGORITHM && "
+                       "vocabulary < DocumentVocabulary::ELEMENT_NAME",
+                       vocabulary.value(DocumentVocabulary::ELEMENT_NAME, 1));
+    }
+}
+
+TEST(Alphabet, DecodesCodesUntilTheEnd) {
+    DocumentRestrictedAlphabet alphabets;
+    alphabets.add("abc");
+    alphabets.add("0123456789");
+    alphabets.add("\xC3\xA4");
+    EXPECT_EQ(alphabets.alphabet(2).characters(), "0123456789-:TZ ");
+    EXPECT_EQ(alphabets.alphabet(17).bitSize(), 3u);
+    const struct {
+        unsigned int index;
+        const char* hex;
+        const char* text;
+    } rows[] = {{1, "12 3F", "123"},   {1, "12 34", "1234"},         {16, "1B", "abc"},
+                {16, "18 FF", "abca"}, {17, "05 39 77", "01234567"}, {18, "1F", "\xC3\xA4\xC3\xA4\xC3\xA4"}};
+    for (const auto& row : rows) {
+        std::string text("old");
+        StringDecoder::decodeAlphabet(octets(row.hex), alphabets.alphabet(row.index), text);
+        EXPECT_EQ(text, row.text) << row.hex;
+    }
+    std::string text;
+    EXPECT_FAILURE("FISEncodingException: Illegal restricted alphabet: the index is reserved",
+                   StringDecoder::decodeAlphabet("x", alphabets.alphabet(3), text));
+    EXPECT_FAILURE("AssertionViolationException: vocabulary > 0 && vocabulary <= _alphabets.size()",
+                   alphabets.alphabet(19));
+    StringDecoder::decodeUTF16(octets("00 41 D8 3D DE 00 DC 00 20 AC 00"), text);
+    EXPECT_EQ(text, "A\xF0\x9F\x98\x80?\xE2\x82\xAC?");
+}
+
+} // namespace
+} // namespace Tamo::FastInfoset::Test
