@@ -384,6 +384,9 @@ void Decoder::handleExternalVocabulary(BitStreamReader& aReader, DocumentVocabul
         ExternalVocabularyLoader loader;
         vocabulary = loader.vocabulary(uri);
     }
+    // Only a vocabulary given in advance carries its URI: one that was loaded is loaded anew for the next
+    // document.
+    vocabulary.setURI(std::string());
     if (pHandler) {
         pHandler->setExternalVocabulary(uri, vocabulary);
     }

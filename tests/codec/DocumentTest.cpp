@@ -209,7 +209,8 @@ void expectDocument(const DocumentRow& row) {
     expectRewritten(expected, row.maxIndexedStringLength);
 }
 
-void expectFailure(const std::string& document, const std::string& fromMemory, const std::string& fromStream) {
+void expectFailure(const std::string& document, const std::string& fromMemory,
+                   const std::string& fromStream) {
     for (const auto impl : ALL_KINDS) {
         SCOPED_TRACE("tables of kind " + std::to_string(impl));
         FastInfosetParser parser(impl);

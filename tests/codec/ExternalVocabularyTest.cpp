@@ -88,15 +88,15 @@ TEST_F(ExternalVocabularyTest, AnnouncedWithTheDifference) {
     writer.getDocumentVocabulary().index(DocumentVocabulary::PREFIX, "p", found);
     writer.getDocumentVocabulary().index(DocumentVocabulary::LOCAL_NAME, "b", found);
     play("^|+p=u|<a|<{u}p:b|>|>|-p|$", writer);
-    EXPECT_EQ(hex(stream.str()),
-              hex(document("20 12 80 04 75 72 6E 3A 76 00 00 70 00 00 62"
-                           "38 CF 81 00 75 F0 00 3F 81 81 81 FF F0")));
+    EXPECT_EQ(hex(stream.str()), hex(document("20 12 80 04 75 72 6E 3A 76 00 00 70 00 00 62"
+                                              "38 CF 81 00 75 F0 00 3F 81 81 81 FF F0")));
     FastInfosetParser parser(shared);
     EXPECT_EQ(read(parser, stream.str()), "none|vocabulary|^|+p=u|<a|<{u}p:b|>|>|$");
 }
 
 TEST_F(ExternalVocabularyTest, LoadedFromXMLAndFastInfoset) {
-    const std::string xml = "<?xml version='1.0'?><!DOCTYPE a [<!NOTATION n SYSTEM 's'>]><a b='1'>x<?t d?></a>";
+    const std::string xml =
+        "<?xml version='1.0'?><!DOCTYPE a [<!NOTATION n SYSTEM 's'>]><a b='1'>x<?t d?></a>";
     const std::string fastInfoset = document([](auto& w) { play(R"(^|<a b="1"|'x|?t d|>|$)", w); });
     const std::string inner = store("inner.finf", fastInfoset);
     const std::string outer = store("outer", naming(inner, "3C 00 63 FF"));
@@ -105,12 +105,13 @@ TEST_F(ExternalVocabularyTest, LoadedFromXMLAndFastInfoset) {
     const struct {
         std::string uri;
         std::string octets;
-    } rows[] = {{store("v.xml", xml), bodyOfXML}, {store("w.XmL", xml), bodyOfXML}, {inner, body}, {outer, body}};
+    } rows[] = {
+        {store("v.xml", xml), bodyOfXML}, {store("w.XmL", xml), bodyOfXML}, {inner, body}, {outer, body}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.uri);
         const std::string document = naming(row.uri, row.octets);
         const std::string events = R"(^|<a b="1"|'x|?t d|>|$)";
-        expectEvents(document, events);  // without document handler, and twice by one parser
+        expectEvents(document, events); // without document handler, and twice by one parser
         for (const auto impl : ALL_KINDS) {
             EXPECT_EQ(read(document, impl), "none|external " + row.uri + "|vocabulary|" + events);
         }
@@ -121,9 +122,10 @@ TEST_F(ExternalVocabularyTest, LoadedFromXMLAndFastInfoset) {
     FastInfosetWriter writer(stream);
     FastInfosetParser parser;
     parser.initialize(&writer);
-    EXPECT_FAILURE("InvalidArgumentException: A DocumentVocabulary with VOC_VECTOR implementation cannot be used "
-                   "by FastInfosetWriter",
-                   parseMemory(parser, naming(inner, body)));
+    EXPECT_FAILURE(
+        "InvalidArgumentException: A DocumentVocabulary with VOC_VECTOR implementation cannot be used "
+        "by FastInfosetWriter",
+        parseMemory(parser, naming(inner, body)));
 }
 
 TEST_F(ExternalVocabularyTest, ResourcesThatCannotBeRead) {
@@ -146,7 +148,8 @@ TEST_F(ExternalVocabularyTest, NamingItself) {
     EXPECT_EQ(read(parser, document("00 3C 00 61 FF")), "none|vocabulary|^|<a|>|$");
     // As many in a row as are allowed, and one more.
     for (int i = 1; i <= 9; ++i) {
-        store(std::to_string(i), i == 1 ? document("00 3C 00 61 FF") : naming(uriOf(std::to_string(i - 1)), "F0"));
+        store(std::to_string(i),
+              i == 1 ? document("00 3C 00 61 FF") : naming(uriOf(std::to_string(i - 1)), "F0"));
     }
     EXPECT_EQ(read(naming(uriOf("8"), "00 FF")), "none|external " + uriOf("8") + "|vocabulary|^|<a|>|$");
     EXPECT_EQ(read(naming(uriOf("9"), "00 FF")),

@@ -70,7 +70,8 @@ TEST(ParserTest, Sources) {
     source.setByteStream(bytes);
     EXPECT_EQ(parse(), "^|<a|>|$");
     source.setSystemId("file:/no/such/file");
-    EXPECT_FAILURE("FISException: Not a valid Fast Infoset document (invalid header)", parse()); // read before
+    EXPECT_FAILURE("FISException: Not a valid Fast Infoset document (invalid header)",
+                   parse()); // read before
     EXPECT_FAILURE("FISParseException: Cannot resolve system identifier: /no/such/file",
                    parser.parse(std::string("/no/such/file")));
     std::remove(path.c_str());

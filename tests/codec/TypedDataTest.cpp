@@ -27,27 +27,29 @@ TEST(TypedDataTest, EveryTypeTypedAndPlain) {
         const char* written;
         const char* octets; ///< the chunks
         const char* plain;
-    } rows[] = {
-        {"=short -2|=short 7", "8C 0A 01 FF FE 00 07", "'-2 7"},
-        {"=int 42", "8C 0E 01 00 00 00 2A", "'42"},
-        {"=long -9223372036854775808", "8C 12 05 80 00 00 00 00 00 00 00", "'-9223372036854775808"},
-        {"=bool true|=bool false|=bool true|=bool true|=bool true", "8C 15 7B 80", "'true false true true true"},
-        {"=float 1.5|=float -0", "8C 1A 05 3F C0 00 00 80 00 00 00", "'1.5 -0"},
-        {"=double 0.1", "8C 1E 05 3F B9 99 99 99 99 99 9A", "'0.1"},
-        {"=uuid 6BA7B810-9DAD-11D1-80B4-00C04FD430C8",
-         "8C 22 0D 6B A7 B8 10 9D AD 11 D1 80 B4 00 C0 4F D4 30 C8", "'6BA7B810-9DAD-11D1-80B4-00C04FD430C8"},
-        {"=binary 01 02 03", "8C 06 00 01 02 03", "'AQID"},
-        {"=short 1|=int 1|=short 1", "8C 09 00 01 8C 0E 01 00 00 00 01 8C 09 00 01", "'1|'1|'1"},
-        // What stands between them is one chunk of its own.
-        {"=bool true|'x|=bool true", "8C 14 38 90 78 8C 14 38", "'true|'x|'true"}};
+    } rows[] = {{"=short -2|=short 7", "8C 0A 01 FF FE 00 07", "'-2 7"},
+                {"=int 42", "8C 0E 01 00 00 00 2A", "'42"},
+                {"=long -9223372036854775808", "8C 12 05 80 00 00 00 00 00 00 00", "'-9223372036854775808"},
+                {"=bool true|=bool false|=bool true|=bool true|=bool true", "8C 15 7B 80",
+                 "'true false true true true"},
+                {"=float 1.5|=float -0", "8C 1A 05 3F C0 00 00 80 00 00 00", "'1.5 -0"},
+                {"=double 0.1", "8C 1E 05 3F B9 99 99 99 99 99 9A", "'0.1"},
+                {"=uuid 6BA7B810-9DAD-11D1-80B4-00C04FD430C8",
+                 "8C 22 0D 6B A7 B8 10 9D AD 11 D1 80 B4 00 C0 4F D4 30 C8",
+                 "'6BA7B810-9DAD-11D1-80B4-00C04FD430C8"},
+                {"=binary 01 02 03", "8C 06 00 01 02 03", "'AQID"},
+                {"=short 1|=int 1|=short 1", "8C 09 00 01 8C 0E 01 00 00 00 01 8C 09 00 01", "'1|'1|'1"},
+                // What stands between them is one chunk of its own.
+                {"=bool true|'x|=bool true", "8C 14 38 90 78 8C 14 38", "'true|'x|'true"}};
     for (const auto& row : rows) {
         const std::string written = std::string("^|<a|") + row.written + "|>|$";
         const std::string octets = std::string("00 3C 00 61 ") + row.octets + " FF";
         const bool isUUID = std::string(row.plain).find(UUID_TEXT) != std::string::npos;
         std::string typed = written;
         if (isUUID) { // a UUID object spells itself in lower case
-            std::transform(typed.begin(), typed.end(), typed.begin(),
-                           [](char c) { return c >= 'A' && c <= 'F' ? static_cast<char>(c - 'A' + 'a') : c; });
+            std::transform(typed.begin(), typed.end(), typed.begin(), [](char c) {
+                return c >= 'A' && c <= 'F' ? static_cast<char>(c - 'A' + 'a') : c;
+            });
         }
         expectDocument({row.written, written.c_str(), octets.c_str(), typed.c_str()});
         EXPECT_EQ(plainEventsOf(document(octets)), std::string("^|<a|") + row.plain + "|>|$");

@@ -34,8 +34,8 @@ TEST(WriterTest, Namespaces) {
          "00 3C 00 61 38 CF 00 70 00 75 F0 3F 81 81 00 62 FF F0", "^|<a|+p=u|<{u}p:b|>|-p|>|-p|$"},
         {"ascending prefixes, never xml", "^|+q=v|+xml=w|+p=u|<e|>|-p|-q|-xml|$",
          "00 38 CF 00 70 00 75 CF 00 71 00 76 F0 3C 00 65 FF", "^|+p=u|+q=v|<e|>|-p|-q|$"},
-        {"a prefix that the name alone declares", "^|<{u}p:e|>|$", "00 38 CF 00 70 00 75 F0 3F 81 81 00 65 FF",
-         "^|+p=u|<{u}p:e|>|-p|$"},
+        {"a prefix that the name alone declares", "^|<{u}p:e|>|$",
+         "00 38 CF 00 70 00 75 F0 3F 81 81 00 65 FF", "^|+p=u|<{u}p:e|>|-p|$"},
         {"a prefix that the name binds anew", "^|+p=u|<{v}p:e|>|-p|$",
          "00 38 CF 00 70 00 76 F0 3F 81 81 00 65 FF", "^|+p=v|<{v}p:e|>|-p|$"},
         {"generated prefixes, for siblings too", "^|<r|<{u}e|>|<{u}e|>|<{v}f|>|>|$",
@@ -72,16 +72,17 @@ TEST(WriterTest, Content) {
         {"longer than that", twice17.c_str(), kept17.c_str()},
         {"everything is indexed", twice17.c_str(), added17.c_str(), nullptr, -1},
         {"nothing is indexed", "^|'s|'s|$", kept1.c_str(), nullptr, 0},
-        {"the empty value is indexed all the same", R"(^|<a b=""|>|$)", "00 7C 00 61 78 00 62 FF FF F0", nullptr,
-         0},
+        {"the empty value is indexed all the same", R"(^|<a b=""|>|$)", "00 7C 00 61 78 00 62 FF FF F0",
+         nullptr, 0},
         {"comments", "^|#c|#c|#|$", "00 E2 40 63 E2 80 E2 FF F0"},
         {"processing instructions share strings with comments", "^|?t d|?t d|#d|?t|$",
          "00 E1 00 74 40 64 E1 80 80 E2 80 E1 80 FF F0"},
-        {"CDATA, and text that was there before", "^|<a|[|'x|]|[|'x|]|[|]|>|$",
-         "00 3C 00 61 9C 24 78 A0 FF", "^|<a|[|'x|]|'x|>|$"},
+        {"CDATA, and text that was there before", "^|<a|[|'x|]|[|'x|]|[|]|>|$", "00 3C 00 61 9C 24 78 A0 FF",
+         "^|<a|[|'x|]|'x|>|$"},
         {"typed values, one chunk a type", "^|<a|=int 1|=int -2|=short 3|'x|>|$",
          "00 3C 00 61 8C 0E 05 00 00 00 01 FF FF FF FE 8C 09 00 03 90 78 FF"},
-        {"typed values wait for any event", "^|<a|=bool true|<b|=bool false|>|=bool true|#c|=bool true|?t|>|$",
+        {"typed values wait for any event",
+         "^|<a|=bool true|<b|=bool false|>|=bool true|#c|=bool true|?t|>|$",
          "00 3C 00 61 8C 14 38 3C 00 62 8C 14 30 F0 8C 14 38 E2 40 63 8C 14 38 E1 00 74 FF FF"},
         {"typed values at the end of CDATA", "^|[|=bool true|]|$", "00 8C 14 38 F0", "^|=bool true|$"}};
     for (const DocumentRow& row : rows) {
@@ -128,7 +129,9 @@ TEST(WriterTest, Conveniences) {
         {"white space", [](auto& w) { w.ignorableWhitespace("a  b", 1, 2); }, "'  "},
         {"a comment across a NUL", [](auto& w) { w.comment("a-\0c", 1, 3); }, nullptr},
         {"events that leave nothing",
-         [](auto& w) { w.setDocumentLocator(nullptr), w.skippedEntity("e"), w.startEntity("e"), w.endEntity("e"); },
+         [](auto& w) {
+             w.setDocumentLocator(nullptr), w.skippedEntity("e"), w.startEntity("e"), w.endEntity("e");
+         },
          ""}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -164,9 +167,10 @@ TEST(WriterTest, OptionsAndLifecycle) {
     EXPECT_EQ(eventsOf(stream.str()), "^|+ns2=u|<{u}ns2:a|>|-ns2|$");
     // Only setDocumentVocabulary refuses tables that cannot be searched quickly.
     const DocumentVocabulary vector(DocumentVocabulary::VOC_VECTOR);
-    EXPECT_FAILURE("InvalidArgumentException: A DocumentVocabulary with VOC_VECTOR implementation cannot be used "
-                   "by FastInfosetWriter",
-                   writer.setDocumentVocabulary(vector));
+    EXPECT_FAILURE(
+        "InvalidArgumentException: A DocumentVocabulary with VOC_VECTOR implementation cannot be used "
+        "by FastInfosetWriter",
+        writer.setDocumentVocabulary(vector));
     std::ostringstream other;
     FastInfosetWriter vectorWriter(other, false, vector);
     play("^|<a|>|<a|>|$", vectorWriter);
@@ -185,10 +189,13 @@ TEST(WriterTest, Refusals) {
         {[](auto& w) { w.startFragment(); }, "FISException: startFragment() not allowed"},
         {[](auto& w) { w.endFragment(); }, "FISException: endFragment() not allowed"},
         {[](auto& w) { play("^|[|[", w); }, "FISException: Cannot nest CDATA sections"},
-        {[](auto& w) { w.startDocument(), w.startElement("u", "", "p:a"); }, "FISException: Tag mismatch: p:a"},
+        {[](auto& w) { w.startDocument(), w.startElement("u", "", "p:a"); },
+         "FISException: Tag mismatch: p:a"},
         {[](auto& w) { w.startDocument(), w.startElement("u", "", ""); }, "FISException: Tag mismatch"},
-        {[](auto& w) { play("^|Nn,p,s", w); }, "AssertionViolationException: _states.back() == UNINITIALIZED"},
-        {[](auto& w) { play("^|Ue,p,s,n", w); }, "AssertionViolationException: _states.back() == UNINITIALIZED"},
+        {[](auto& w) { play("^|Nn,p,s", w); },
+         "AssertionViolationException: _states.back() == UNINITIALIZED"},
+        {[](auto& w) { play("^|Ue,p,s,n", w); },
+         "AssertionViolationException: _states.back() == UNINITIALIZED"},
         {[](auto& w) { play("^|!,,|<a|>|~", w); }, "AssertionViolationException: _writer.bitPos() == 4"},
         {[](auto& w) { w.startDocument(), w.characters(""); },
          "FISEncodingException: Value zero must start on the second bit of a byte"},
