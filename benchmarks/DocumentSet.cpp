@@ -10,6 +10,7 @@
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 namespace Tamo::Benchmarks {
 
@@ -72,21 +73,32 @@ DocumentSet::DocumentSet(const std::filesystem::path& directory) : _name(directo
     }
     std::sort(files.begin(), files.end());
     for (const auto& file : files) {
-        auto pDocument = std::make_unique<Document>();
-        pDocument->name = file.string();
-        pDocument->xml = contentOf(file);
-        try {
-            ExpatPeer::parse(pDocument->xml, pDocument->recording, pDocument->recording);
-        } catch (const std::exception& e) {
-            throw std::runtime_error(pDocument->name + ": " + e.what());
-        }
-        pDocument->fastInfoset = encode(pDocument->recording, 16);
-        _documents.push_back(std::move(pDocument));
+        add(file);
     }
     if (std::filesystem::exists(directory / DESCRIPTION)) {
         _description = contentOf(directory / DESCRIPTION);
         _description.erase(_description.find_last_not_of('\n') + 1);
     }
+}
+
+DocumentSet::DocumentSet(std::string name, const std::vector<std::filesystem::path>& files)
+    : _name(std::move(name)) {
+    for (const auto& file : files) {
+        add(file);
+    }
+}
+
+void DocumentSet::add(const std::filesystem::path& file) {
+    auto pDocument = std::make_unique<Document>();
+    pDocument->name = file.string();
+    pDocument->xml = contentOf(file);
+    try {
+        ExpatPeer::parse(pDocument->xml, pDocument->recording, pDocument->recording);
+    } catch (const std::exception& e) {
+        throw std::runtime_error(pDocument->name + ": " + e.what());
+    }
+    pDocument->fastInfoset = encode(pDocument->recording, 16);
+    _documents.push_back(std::move(pDocument));
 }
 
 std::vector<std::filesystem::path> DocumentSet::find(const std::filesystem::path& root) {

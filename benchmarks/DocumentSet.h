@@ -27,6 +27,9 @@ public:
     /// Reads the documents of a directory, in the order of their names, and prepares them.
     explicit DocumentSet(const std::filesystem::path& directory);
 
+    /// Reads and prepares these documents.
+    DocumentSet(std::string name, const std::vector<std::filesystem::path>& files);
+
     /// The directories below root that hold documents, in the order of their names.
     static std::vector<std::filesystem::path> find(const std::filesystem::path& root);
 
@@ -43,6 +46,8 @@ public:
     void prove() const;
 
 private:
+    void add(const std::filesystem::path& file);
+
     std::string _name;
     std::string _description;
     std::vector<std::unique_ptr<Document>> _documents;
