@@ -14,8 +14,7 @@ using namespace Tamo::Benchmarks;
 
 namespace {
 
-const std::string
-    COUNTED(" parse parse-stream write-hash write-map to-fis to-xml sax-parser xml-writer ");
+const std::string COUNTED(" parse parse-stream write-hash write-map to-fis to-xml sax-parser xml-writer ");
 
 } // namespace
 

@@ -32,6 +32,7 @@ template<class Base>
 void ContentRecorder<Base>::clear() {
     _events.clear();
     _open.clear();
+    _eventsLeft = static_cast<std::size_t>(-1);
 }
 
 template<class Base>

@@ -41,7 +41,7 @@ public:
     void failAt(std::size_t count) { _eventsLeft = count; }
 
     const std::string& events() const { return _events; }
-    /// Forgets the events, and the elements left open.
+    /// Forgets the events, the elements left open and failAt.
     void clear();
 
     void setDocumentLocator(const XML::Locator*) override {}
