@@ -1,9 +1,7 @@
 #include "Conversion.h"
 #include "DocumentWriter.h"
-#include "FinfError.h"
 #include "InputFile.h"
 #include "OutputFile.h"
-#include "Tamo/Exception.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/XML/InputSource.h"
 #include "Tamo/XML/SAXParser.h"
@@ -12,7 +10,6 @@
 #include "TypedContentFilter.h"
 #include <filesystem>
 #include <memory>
-#include <stdexcept>
 
 namespace finf {
 
@@ -62,7 +59,7 @@ void run(const std::string& inputPath, const std::string& outputPath, bool force
 }
 
 void encode(std::istream& in, std::ostream& out, const Options& options) {
-    VocabularyFiles vocabularies(options.vocabularies);
+    VocabularyFiles vocabularies(options.vocabularies, options.limits);
     std::unique_ptr<DocumentWriter> pWriter;
     if (options.vocabularies.empty()) {
         pWriter = std::make_unique<DocumentWriter>(out, options.xmlDeclaration,
@@ -97,10 +94,11 @@ void encode(std::istream& in, std::ostream& out, const Options& options) {
 }
 
 void decode(std::istream& in, std::ostream& out, const Options& options) {
-    VocabularyFiles vocabularies(options.vocabularies);
+    VocabularyFiles vocabularies(options.vocabularies, options.limits);
     XMLWriter writer(out, XMLWriter::WRITE_XML_DECLARATION);
     FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR);
     parser.setExternalVocabularyLoader(&vocabularies);
+    parser.setLimits(options.limits);
     parser.initialize(&writer);
     InputSource source(in);
     parser.parse(&source);
@@ -114,18 +112,8 @@ void encode(const Options& options) {
 }
 
 void decode(const Options& options) {
-    // Some conditions of the format are assertions, which alone tell the user of the tool little.
-    const auto damaged = [](const std::exception& e) {
-        return FinfError("damaged Fast Infoset document (" + FinfError::reason(e) + ")");
-    };
-    try {
-        run(options.input, outputPath(options, ".finf", ".xml"), options.force,
-            [&](std::istream& in, std::ostream& out) { decode(in, out, options); });
-    } catch (const Tamo::LogicException& e) {
-        throw damaged(e);
-    } catch (const std::out_of_range& e) {
-        throw damaged(e);
-    }
+    run(options.input, outputPath(options, ".finf", ".xml"), options.force,
+        [&](std::istream& in, std::ostream& out) { decode(in, out, options); });
 }
 
 } // namespace finf

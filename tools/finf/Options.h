@@ -1,6 +1,7 @@
 #ifndef TAMO_FINF_OPTIONS_H
 #define TAMO_FINF_OPTIONS_H
 
+#include "Tamo/FastInfoset/ParserLimits.h"
 #include "VocabularyFiles.h"
 #include <string>
 
@@ -12,6 +13,7 @@ struct Options {
     std::string output;      ///< a path, "-" for standard output, empty for the default
     bool force = false;      ///< overwrite an existing output file
     VocabularyFiles::List vocabularies;
+    Tamo::FastInfoset::ParserLimits limits; ///< on Fast Infoset that is read
 
     // Of `encode` only.
     int maxIndexedLength = 16;

@@ -1,7 +1,9 @@
 #include "VocabularyFiles.h"
 #include "FinfError.h"
 #include "InputFile.h"
+#include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/MemoryStream.h"
+#include "Tamo/XML/InputSource.h"
 #include <algorithm>
 #include <iterator>
 #include <string_view>
@@ -9,6 +11,7 @@
 namespace finf {
 
 using Tamo::FastInfoset::DocumentVocabulary;
+using Tamo::FastInfoset::FastInfosetParser;
 
 namespace {
 
@@ -38,12 +41,23 @@ DocumentVocabulary VocabularyFiles::load(const std::string& uri) {
                         uri + "=FILE");
     }
     try {
-        const std::string octets = readAll(entry->file);
-        Tamo::MemoryInputStream stream(octets.data(), octets.size());
-        return isFastInfoset(octets) ? loadFastInfoset(stream, *this) : loadXML(stream);
+        return read(readAll(entry->file));
     } catch (const std::exception& e) {
         throw FinfError("external vocabulary " + entry->file + ": " + FinfError::reason(e));
     }
+}
+
+DocumentVocabulary VocabularyFiles::read(const std::string& octets) {
+    Tamo::MemoryInputStream stream(octets.data(), octets.size());
+    if (!isFastInfoset(octets)) {
+        return loadXML(stream);
+    }
+    FastInfosetParser parser;
+    parser.setExternalVocabularyLoader(this);
+    parser.setLimits(_limits);
+    Tamo::XML::InputSource source(stream);
+    FinfError::explainDamage([&] { parser.parse(&source); });
+    return parser.vocabulary();
 }
 
 DocumentVocabulary VocabularyFiles::loadForWriting(const std::string& uri) {

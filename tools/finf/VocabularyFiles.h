@@ -3,6 +3,7 @@
 
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
+#include "Tamo/FastInfoset/ParserLimits.h"
 #include <string>
 #include <vector>
 
@@ -18,8 +19,9 @@ public:
     };
     using List = std::vector<Entry>;
 
-    /// The entries are borrowed.
-    explicit VocabularyFiles(const List& entries) : _entries(entries) {}
+    /// The entries are borrowed; the limits hold for files in Fast Infoset.
+    VocabularyFiles(const List& entries, const Tamo::FastInfoset::ParserLimits& limits)
+        : _entries(entries), _limits(limits) {}
 
     /// The vocabulary of the file that belongs to uri, XML or Fast Infoset by its content. Throws FinfError
     /// for a URI that the command line does not give, for a file that cannot be used and for a vocabulary
@@ -30,7 +32,10 @@ public:
     Tamo::FastInfoset::DocumentVocabulary loadForWriting(const std::string& uri);
 
 private:
+    Tamo::FastInfoset::DocumentVocabulary read(const std::string& octets);
+
     const List& _entries;
+    const Tamo::FastInfoset::ParserLimits _limits;
 };
 
 } // namespace finf

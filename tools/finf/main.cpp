@@ -1,13 +1,15 @@
-#include "Conversion.h"
+#include "Command.h"
+#include "DecodeCommand.h"
+#include "EncodeCommand.h"
 #include "FinfError.h"
-#include <CLI/CLI.hpp>
+#include "StandardOutput.h"
 #include <algorithm>
 #include <csignal>
 #include <iostream>
+#include <iterator>
+#include <memory>
 
 namespace {
-
-enum ExitStatus { DONE = 0, NOT_CONVERTED = 1, WRONG_USAGE = 2 };
 
 const char DESCRIPTION[] = "Converts XML text to Fast Infoset (ITU-T X.891) and back.";
 
@@ -16,104 +18,54 @@ const char EPILOGUE[] =
     "Without -o, a.xml is encoded to a.finf and a.finf decoded to a.xml, beside the input.\n"
     "Exit status: 0 done, 1 the input could not be converted, 2 wrong usage.";
 
-/// The message on one line of printable characters, whatever a document has put into it.
-std::string oneLine(std::string message) {
-    std::replace_if(
-        message.begin(), message.end(),
-        [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, '?');
-    return message;
-}
-
-/// Splits URI=FILE at the last equals sign, since URIs hold one more often than file names.
-std::string addVocabulary(const std::string& argument, finf::Options& options) {
-    const std::size_t equals = argument.rfind('=');
-    if (equals == std::string::npos || equals == 0 || equals + 1 == argument.size()) {
-        return "--external-vocabulary takes URI=FILE, not " + argument;
-    }
-    const std::string uri = argument.substr(0, equals);
-    for (const auto& vocabulary : options.vocabularies) {
-        if (vocabulary.uri == uri) {
-            return "--external-vocabulary names " + uri + " twice";
-        }
-    }
-    options.vocabularies.push_back({uri, argument.substr(equals + 1)});
-    return {};
-}
-
-void addCommonOptions(CLI::App& command, finf::Options& options, const char* inputKind) {
-    command.add_option("INPUT", options.input, std::string(inputKind) + "; - or nothing is standard input")
-        ->type_name("");
-    command.add_option("-o,--output", options.output, "Where to write to; - is standard output")
-        ->type_name("OUTPUT");
-    command.add_flag("-f,--force", options.force, "Overwrite an existing output file");
-    command
-        .add_option_function<std::vector<std::string>>(
-            "--external-vocabulary",
-            [&options](const std::vector<std::string>& arguments) {
-                for (const std::string& argument : arguments) {
-                    const std::string error = addVocabulary(argument, options);
-                    if (!error.empty()) {
-                        throw CLI::ValidationError(error, CLI::ExitCodes::ValidationError);
-                    }
-                }
-            },
-            "Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated")
-        ->type_name("URI=FILE")
-        ->type_size(1)
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-}
-
-} // namespace
-
-int main(int argc, char** argv) {
-    // A reader that goes away is a failed write with a message and an exit status.
-    std::signal(SIGPIPE, SIG_IGN);
-
-    finf::Options options;
+/// Does what the command line asks for.
+finf::ExitStatus run(int argc, char** argv) {
     CLI::App app(DESCRIPTION, "finf");
     app.footer(EPILOGUE);
     app.set_version_flag("--version", "finf " FINF_VERSION);
     app.require_subcommand(1);
-
-    CLI::App& encode = *app.add_subcommand("encode", "XML text -> Fast Infoset");
-    addCommonOptions(encode, options, "XML text");
-    encode
-        .add_option("--max-indexed-length", options.maxIndexedLength,
-                    "Longest string, in octets, that is indexed; -1 indexes all")
-        ->type_name("N")
-        ->capture_default_str();
-    encode.add_flag("--strip-whitespace", options.stripWhitespace,
-                    "Drop text that is nothing but white space");
-    encode.add_flag("--xml-declaration", options.xmlDeclaration, "Begin with an XML declaration");
-    encode.add_flag("--typed", options.typed,
-                    "Write numbers, booleans, UUIDs and octets in element text in binary");
-
-    CLI::App& decode = *app.add_subcommand("decode", "Fast Infoset -> XML text");
-    addCommonOptions(decode, options, "A Fast Infoset document");
+    const std::unique_ptr<finf::Command> commands[] = {
+        std::make_unique<finf::EncodeCommand>(app),
+        std::make_unique<finf::DecodeCommand>(app),
+    };
 
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForVersion& e) {
         std::cout << e.what() << '\n';
-        return DONE;
+        return finf::DONE;
     } catch (const CLI::Success& e) {
-        return app.exit(e);
+        app.exit(e);
+        return finf::DONE;
     } catch (const CLI::Error& e) {
-        std::cerr << "finf: " << oneLine(e.what()) << "; finf --help shows the usage\n";
-        return WRONG_USAGE;
+        std::cerr << "finf: " << finf::FinfError::oneLine(e.what()) << "; finf --help shows the usage\n";
+        return finf::WRONG_USAGE;
     }
 
+    const std::string name = app.get_subcommands().front()->get_name();
     try {
-        if (encode.parsed()) {
-            finf::encode(options);
-        } else {
-            finf::decode(options);
-        }
-        return DONE;
+        const auto chosen = std::find_if(std::begin(commands), std::end(commands),
+                                         [](const auto& pCommand) { return pCommand->parsed(); });
+        return (*chosen)->run();
     } catch (const std::exception& e) {
-        const std::string input = options.input == "-" ? "standard input" : options.input;
-        std::cerr << oneLine("finf: " + input + ": " + finf::FinfError::reason(e)) << '\n';
-        return NOT_CONVERTED;
+        finf::FinfError::report(name, e);
+        return finf::FAILED;
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    // A reader that goes away is a failed write, after which nothing half-written is left.
+    std::signal(SIGPIPE, SIG_IGN);
+
+    finf::StandardOutput output;
+    const finf::ExitStatus status = run(argc, argv);
+    try {
+        output.finish();
+        return status;
+    } catch (const finf::FinfError& e) {
+        finf::FinfError::report("standard output", e);
+        return finf::FAILED;
     }
 }

@@ -1,0 +1,90 @@
+#include "CommonOptions.h"
+#include <charconv>
+#include <limits>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace finf {
+
+namespace {
+
+/// Splits URI=FILE at the last equals sign, since URIs hold one more often than file names.
+void addVocabulary(const std::string& argument, VocabularyFiles::List& vocabularies) {
+    const auto wrong = [](const std::string& message) {
+        return CLI::ValidationError(message, CLI::ExitCodes::ValidationError);
+    };
+    const std::size_t equals = argument.rfind('=');
+    if (equals == std::string::npos || equals == 0 || equals + 1 == argument.size()) {
+        throw wrong("--external-vocabulary takes URI=FILE, not " + argument);
+    }
+    const std::string uri = argument.substr(0, equals);
+    for (const auto& vocabulary : vocabularies) {
+        if (vocabulary.uri == uri) {
+            throw wrong("--external-vocabulary names " + uri + " twice");
+        }
+    }
+    vocabularies.push_back({uri, argument.substr(equals + 1)});
+}
+
+template<class Number>
+void addLimit(CLI::App& command, const char* name, Number& limit, const char* description) {
+    command
+        .add_option_function<std::string>(
+            name,
+            [&limit, name](const std::string& text) {
+                // Signs and spaces, which the option's own conversion lets pass, would be other numbers.
+                const auto* const last = text.data() + text.size();
+                Number number = 0;
+                const auto [end, error] = std::from_chars(text.data(), last, number);
+                if (error != std::errc() || end != last) {
+                    throw CLI::ValidationError(std::string(name) + " takes a number from 0 to " +
+                                                   std::to_string(std::numeric_limits<Number>::max()) +
+                                                   ", not " + text,
+                                               CLI::ExitCodes::ValidationError);
+                }
+                limit = number;
+            },
+            description)
+        ->type_name("N")
+        ->default_str(std::to_string(limit))
+        ->group("Limits on Fast Infoset that is read");
+}
+
+} // namespace
+
+void addVocabularyOption(CLI::App& command, VocabularyFiles::List& vocabularies) {
+    command
+        .add_option_function<std::vector<std::string>>(
+            "--external-vocabulary",
+            [&vocabularies](const std::vector<std::string>& arguments) {
+                for (const std::string& argument : arguments) {
+                    addVocabulary(argument, vocabularies);
+                }
+            },
+            "Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated")
+        ->type_name("URI=FILE")
+        ->type_size(1)
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+void addLimitOptions(CLI::App& command, Tamo::FastInfoset::ParserLimits& limits) {
+    addLimit(command, "--max-depth", limits.maxDepth, "Elements that may be open at a time");
+    addLimit(command, "--max-string-length", limits.maxStringLength, "Octets of one string or array");
+    addLimit(command, "--max-table-entries", limits.maxTableEntries, "Entries of one vocabulary table");
+    addLimit(command, "--max-output", limits.maxDeliveredOctets,
+             "Octets of all names, values and texts that come out of one document");
+}
+
+void addConversionOptions(CLI::App& command, Options& options, const char* inputKind) {
+    command.add_option("INPUT", options.input, std::string(inputKind) + "; - or nothing is standard input")
+        ->type_name("");
+    command.add_option("-o,--output", options.output, "Where to write to; - is standard output")
+        ->type_name("OUTPUT");
+    command.add_flag("-f,--force", options.force, "Overwrite an existing output file");
+    addVocabularyOption(command, options.vocabularies);
+    addLimitOptions(command, options.limits);
+}
+
+} // namespace finf

@@ -1,0 +1,33 @@
+#ifndef TAMO_FINF_STANDARDOUTPUT_H
+#define TAMO_FINF_STANDARDOUTPUT_H
+
+#include "FileDescriptorBuf.h"
+#include "Tamo/DeferredFlushStream.h"
+#include <ostream>
+
+namespace finf {
+
+/// Puts a buffer behind std::cout that remembers why a write has failed. One object, in main().
+class StandardOutput {
+public:
+    StandardOutput();
+
+    /// Gives std::cout its own buffer back.
+    ~StandardOutput();
+
+    StandardOutput(const StandardOutput&) = delete;
+    StandardOutput& operator=(const StandardOutput&) = delete;
+
+    /// Writes the rest out; throws FinfError when that, or an earlier write, has failed.
+    void finish();
+
+private:
+    FileDescriptorBuf _buf;
+    std::ostream _direct;
+    Tamo::DeferredFlushOutputStream _stream;
+    std::streambuf* _pPrevious;
+};
+
+} // namespace finf
+
+#endif
