@@ -1,0 +1,149 @@
+// XML text to Fast Infoset and back.
+#include "Tamo/FastInfoset/Converter.h"
+#include "DocumentTest.h"
+#include "Tamo/FastInfoset/Utility.h"
+#include "Tamo/XML/InputSource.h"
+#include "Tamo/XML/SAXParser.h"
+
+namespace Tamo::FastInfoset::Test {
+namespace {
+
+std::string toFastInfoset(const std::string& xml, int maxIndexedStringLength = 16, int options = 0) {
+    std::istringstream in(xml);
+    std::ostringstream out;
+    Converter::convertToFIS(in, out, maxIndexedStringLength, options);
+    return out.str();
+}
+
+std::string toXML(const std::string& fastInfoset, int options = 0) {
+    std::istringstream in(fastInfoset);
+    std::ostringstream out;
+    Converter::convertToXML(in, out, options);
+    return out.str();
+}
+
+template<class Reader>
+std::string informationOf(Reader& reader, const std::string& document) {
+    EventRecorder recorder(EventRecorder::INFORMATION);
+    recorder.connect(reader);
+    std::istringstream stream(document);
+    XML::InputSource source(stream);
+    reader.parse(&source);
+    return recorder.events();
+}
+
+std::string informationInXML(const std::string& xml) {
+    XML::SAXParser parser;
+    parser.setFeature(XML::SAXParser::FEATURE_DECLARATIONS_FIRST, true);
+    return informationOf(parser, xml);
+}
+
+TEST(ConverterTest, TheInformationComesBack) {
+    const struct {
+        const char* name;
+        const char* xml;
+    } rows[] = {{"the least", "<a/>"},
+                {"text and attributes", R"(<a b="1" c="">x<d/>y</a>)"},
+                {"default namespace declared, redeclared, undeclared",
+                 R"(<a xmlns="u"><b xmlns="v"><c xmlns=""/></b><d/></a>)"},
+                {"two prefixes for one namespace", R"(<p:a xmlns:p="u" xmlns:q="u"><q:b/><p:c/></p:a>)"},
+                {"prefix and default for one namespace", R"(<a xmlns="u" xmlns:p="u"><p:b p:c="1"/></a>)"},
+                {"a namespaced attribute in the element's namespace", R"(<p:a xmlns:p="u" p:b="1" c="2"/>)"},
+                {"attributes in two namespaces", R"(<a xmlns:p="u" xmlns:q="v" p:b="1" q:b="2" b="3"/>)"},
+                {"a prefix bound anew", R"(<p:a xmlns:p="u"><p:b xmlns:p="v" p:c="1"/><p:d/></p:a>)"},
+                {"xml attributes", R"(<a xml:lang="en" xml:space="preserve"> </a>)"},
+                {"siblings with declarations", R"(<a><p:b xmlns:p="u"/><p:b xmlns:p="u"/><c/></a>)"},
+                {"comments, processing instructions, CDATA",
+                 "<!--c--><?t d?><a><!----><?t?><![CDATA[<&]]>x</a><?t d?>"},
+                {"characters", "<a b=\"&#9;&#10;&quot;&lt;\">]]&gt;&#13;\xF0\x9F\x98\x80&amp;</a>"},
+                {"white space", "<a>\n  <b> </b>\n</a>"},
+                {"identifiers", R"(<!DOCTYPE a PUBLIC "p" "s"><a/>)"},
+                {"declarations",
+                 R"(<!DOCTYPE a [<!NOTATION n PUBLIC "p"><!NOTATION m SYSTEM "s">)"
+                 R"(<!ENTITY e SYSTEM "s" NDATA n><!ENTITY f PUBLIC "q" "t" NDATA m><?t d?>]><a/>)"},
+                {"entities, defaults and comments of the declaration",
+                 R"(<!DOCTYPE a [<!ENTITY i "x<b/>y"><!--gone--><!ATTLIST a c CDATA "d">]><a>&i;&i;</a>)"}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const std::string information = informationInXML(row.xml);
+        for (const int maxIndexedStringLength : {16, 0, -1}) {
+            const std::string fastInfoset = toFastInfoset(row.xml, maxIndexedStringLength);
+            FastInfosetParser parser;
+            EXPECT_EQ(informationOf(parser, fastInfoset), information);
+            EXPECT_EQ(informationInXML(toXML(fastInfoset)), information);
+        }
+    }
+}
+
+// A document as a technical report was marked up: what is information survives, entities and defaults are
+// resolved, and the text that comes out is pinned.
+TEST(ConverterTest, DeclarationsAndReferences) {
+    const char* const xml = R"(<?xml version="1.0" encoding="ISO-8859-1" standalone="no"?>
+<!-- before -->
+<!DOCTYPE r:report PUBLIC "-//T//DTD Report//EN" "report.dtd" [
+  <!-- not reported -->
+  <!NOTATION gif PUBLIC "-//T//NOTATION GIF//EN">
+  <!NOTATION png PUBLIC "-//T//NOTATION PNG//EN" "png.exe">
+  <!ENTITY figure SYSTEM "figure.gif" NDATA gif>
+  <!ENTITY photo PUBLIC "-//T//Photo//EN" "photo.png" NDATA png>
+  <!ENTITY name "F&#233;d&#233;ration">
+  <!ENTITY para '<p>&name; &amp; others</p>'>
+  <!ATTLIST p class CDATA "plain" xml:lang NMTOKEN "fr">
+  <!ATTLIST image src ENTITY #REQUIRED>
+  <?style compact?>
+]>
+<?xml-stylesheet href="a.css"?>
+<r:report xmlns:r="urn:r" xmlns="urn:x" r:status="WD" date='2&#xB0;'>&para;<image src="figure"/>
+<code><![CDATA[if (a<b && c]]>]]&gt;</code>&#x1F600;</r:report>
+<!-- after -->)";
+    EXPECT_EQ(toXML(toFastInfoset(xml)), R"(<!-- before -->
+<!DOCTYPE r:report PUBLIC "-//T//DTD Report//EN" "report.dtd" [
+<!NOTATION gif PUBLIC "-//T//NOTATION GIF//EN">
+<!NOTATION png PUBLIC "-//T//NOTATION PNG//EN" "png.exe">
+<!ENTITY figure SYSTEM "figure.gif" NDATA gif>
+<!ENTITY photo PUBLIC "-//T//Photo//EN" "photo.png" NDATA png>
+<?style compact?>
+]>
+<?xml-stylesheet href="a.css"?>
+<r:report xmlns="urn:x" xmlns:r="urn:r" r:status="WD" date="2°"><p class="plain" xml:lang="fr">Fédération &amp; others</p><image src="figure"/>
+<code><![CDATA[if (a<b && c]]>]]&gt;</code>😀</r:report>
+<!-- after -->)");
+}
+
+TEST(ConverterTest, Options) {
+    const std::string xml = "<a>\n  <b> x </b>\n</a>";
+    const std::string all = toFastInfoset(xml);
+    EXPECT_EQ(eventsOf(all), "^|<a|'\n  |<b|' x |>|'\n|>|$");
+    const std::string stripped = toFastInfoset(xml, 16, 1);
+    EXPECT_EQ(eventsOf(stripped), "^|<a|<b|' x |>|>|$");
+    EXPECT_EQ(toFastInfoset(xml, 16, 0x80), stripped);
+    EXPECT_EQ(toFastInfoset(xml, 16, 0x7E), all);
+    std::istringstream in(xml);
+    std::ostringstream out;
+    Utility::convertToFIS(in, out, 16);
+    EXPECT_EQ(out.str(), all);
+    std::istringstream back(all);
+    std::ostringstream text;
+    Utility::convertToXML(back, text);
+    EXPECT_EQ(text.str(), toXML(all, 1));
+    EXPECT_TRUE(text.str().starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>"));
+    EXPECT_EQ(toXML(all), xml);
+    const std::string twice = "<a>" + std::string(20, 'x') + "<b/>" + std::string(20, 'x') + "</a>";
+    EXPECT_EQ(toFastInfoset(twice).size(), toFastInfoset(twice, -1).size() + 21);
+}
+
+TEST(ConverterTest, Failures) {
+    std::istringstream in("<a>\n<b></a>");
+    std::ostringstream out;
+    EXPECT_FAILURE("SAXParseException: mismatched tag", Utility::convertToFIS(in, out, 16));
+    EXPECT_FAILURE("FISException: Not a valid Fast Infoset document (invalid header)", toXML("<a/>"));
+    EXPECT_FAILURE("XMLException: Cannot write element name: \" \" is no XML name",
+                   toXML(document("00 3C 00 20 FF")));
+    BoundedStream full(3);
+    std::istringstream good("<a/>");
+    EXPECT_FAILURE("IOException: error while writing Fast Infoset document to stream",
+                   Utility::convertToFIS(good, full, 16));
+}
+
+} // namespace
+} // namespace Tamo::FastInfoset::Test
