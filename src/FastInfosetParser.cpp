@@ -23,6 +23,8 @@ namespace {
 // The four bits that end a list, an element or the document.
 constexpr unsigned char TERMINATOR = 0x0F;
 
+constexpr const char* DTD_END = "Unexpected end of stream while parsing document type declaration";
+
 void readBit(BitStreamReader& reader, bool& bit, const char* message) {
     if (!reader.read(bit)) [[unlikely]] {
         throw FISParseException(message);
@@ -250,9 +252,18 @@ void FastInfosetParser::initialize(XML::XMLWriter* pWriter) {
     setProperty(PROPERTY_LEXICAL_HANDLER, static_cast<void*>(static_cast<XML::LexicalHandler*>(pWriter)));
 }
 
-bool FastInfosetParser::parseDocument(BitStreamReader& reader) {
+void FastInfosetParser::parseDocument(BitStreamReader& reader) {
+    beginDocument(reader);
+    parseItems(reader, true);
+    if (_pContentHandler) {
+        _pContentHandler->endDocument();
+    }
+}
+
+void FastInfosetParser::beginDocument(BitStreamReader& reader) {
     _openElements.clear();
     _declaredPrefixes.clear();
+    _inDTD = false;
     _deliveredOctets = 0;
     reader.setMaxStringLength(_limits.maxStringLength);
     Decoder::documentPreHeader(reader, _scratch);
@@ -269,11 +280,6 @@ bool FastInfosetParser::parseDocument(BitStreamReader& reader) {
     if (_pContentHandler) {
         _pContentHandler->startDocument();
     }
-    const bool complete = parseElementChildren(reader);
-    if (_pContentHandler) {
-        _pContentHandler->endDocument();
-    }
-    return complete;
 }
 
 void FastInfosetParser::parseDocumentChildren(BitStreamReader& reader,
@@ -316,19 +322,23 @@ void FastInfosetParser::parseDocumentChildren(BitStreamReader& reader,
     }
 }
 
-// The children of the document and, through the stack of open elements, of every element below it.
-bool FastInfosetParser::parseElementChildren(BitStreamReader& reader) {
+// The children of the document and, through the stack of open elements, of every element below it: all that
+// are left, or one item (a child or an end) only. False when the document has ended.
+bool FastInfosetParser::parseItems(BitStreamReader& reader, bool all) {
     static constexpr const char* END = "Unexpected end of stream while parsing element children";
-    for (;;) {
-        if (peekBits(reader, 4, END) != TERMINATOR) {
+    do {
+        if (_inDTD) [[unlikely]] {
+            parseDTDItem(reader);
+        } else if (peekBits(reader, 4, END) != TERMINATOR) {
             parseElementChild(reader);
         } else if (_openElements.empty()) {
-            return true;
+            return false;
         } else {
             reader.advance(4);
             endElement();
         }
-    }
+    } while (all);
+    return true;
 }
 
 void FastInfosetParser::parseElementChild(BitStreamReader& reader) {
@@ -657,12 +667,11 @@ void FastInfosetParser::parseUnexpandedEntityReference(BitStreamReader& reader) 
 }
 
 void FastInfosetParser::parseDocumentTypeDeclaration(BitStreamReader& reader) {
-    static constexpr const char* END = "Unexpected end of stream while parsing document type declaration";
     requirePosition(reader.bitPos() == 6, "Illegal startposition for a DocumentTypeDeclaration value");
     bool hasSystemId = false;
     bool hasPublicId = false;
-    readBit(reader, hasSystemId, END);
-    readBit(reader, hasPublicId, END);
+    readBit(reader, hasSystemId, DTD_END);
+    readBit(reader, hasPublicId, DTD_END);
     const std::string& systemId =
         parseCondIdentifyingStringOrIndex(reader, hasSystemId, DocumentVocabulary::OTHER_URI);
     const std::string& publicId =
@@ -670,16 +679,22 @@ void FastInfosetParser::parseDocumentTypeDeclaration(BitStreamReader& reader) {
     if (_pLexicalHandler) {
         _pLexicalHandler->startDTD(EMPTY_STRING, publicId, systemId);
     }
-    unsigned char stat = readBits(reader, 4, END);
-    if (stat == 0x0E) {
-        // Deliberate: within the list every four bits but the terminator open a processing instruction.
-        do {
-            skipBits(reader, 4, END);
-            parseProcessingInstruction(reader);
-            stat = readBits(reader, 4, END);
-        } while (stat != TERMINATOR);
+    const unsigned char stat = peekBits(reader, 4, DTD_END);
+    if (stat != 0x0E) {
+        tamo_assert(stat == 0x0f);
     }
-    tamo_assert(stat == 0x0f);
+    _inDTD = true;
+}
+
+// A processing instruction of the document type declaration, or its end.
+void FastInfosetParser::parseDTDItem(BitStreamReader& reader) {
+    // Deliberate: within the list every four bits but the terminator open a processing instruction.
+    if (readBits(reader, 4, DTD_END) != TERMINATOR) {
+        skipBits(reader, 4, DTD_END);
+        parseProcessingInstruction(reader);
+        return;
+    }
+    _inDTD = false;
     if (_pLexicalHandler) {
         _pLexicalHandler->endDTD();
     }

@@ -127,9 +127,10 @@ private:
         bool typed = false;
     };
 
-    bool parseDocument(BitStreamReader& reader);
+    void parseDocument(BitStreamReader& reader);
+    void beginDocument(BitStreamReader& reader);
     void parseDocumentChildren(BitStreamReader& reader, const Decoder::OpenHeaderParts& parts);
-    bool parseElementChildren(BitStreamReader& reader);
+    bool parseItems(BitStreamReader& reader, bool all);
     void parseElementChild(BitStreamReader& reader);
     void parseElement(BitStreamReader& reader);
     void endElement();
@@ -154,6 +155,7 @@ private:
     void parseProcessingInstruction(BitStreamReader& reader);
     void parseUnexpandedEntityReference(BitStreamReader& reader);
     void parseDocumentTypeDeclaration(BitStreamReader& reader);
+    void parseDTDItem(BitStreamReader& reader);
     void parseNotation(BitStreamReader& reader);
     void parseUnparsedEntity(BitStreamReader& reader);
 
@@ -175,6 +177,7 @@ private:
     FISDocumentHandler* _pDocumentHandler = nullptr;
     ExternalVocabularyLoader* _pLoader = nullptr;
     bool _namespacePrefixes = true;
+    bool _inDTD = false;
     DocumentVocabulary _vocabulary;
     std::array<const VerbTable<std::string>*, DocumentVocabulary::ELEMENT_NAME> _tables{};
     XML::AttributesImpl _attributes;
