@@ -1,8 +1,8 @@
 #include "EventRecorder.h"
+#include "Octets.h"
 #include "Tamo/Exception.h"
 #include "Tamo/NumberFormatter.h"
 #include "Tamo/XML/Attributes.h"
-#include "TestSupport.h"
 
 namespace Tamo::FastInfoset::Test {
 

@@ -1,29 +1,7 @@
 #include "TestSupport.h"
-#include "Tamo/Exception.h"
-#include "Tamo/HexBinary.h"
 #include <algorithm>
-#include <stdexcept>
 
 namespace Tamo::FastInfoset::Test {
-
-std::string octets(std::string_view hex) {
-    std::string digits(hex);
-    std::erase(digits, ' ');
-    std::string result;
-    if (!HexBinary::decode(digits, result)) {
-        throw std::invalid_argument("not hexadecimal: " + digits);
-    }
-    return result;
-}
-
-std::string hex(std::string_view octets) {
-    std::string result;
-    for (const char octet : octets) {
-        result += result.empty() ? "" : " ";
-        HexBinary::encode(std::string_view(&octet, 1), result);
-    }
-    return result;
-}
 
 std::string written(const std::function<void(BitStreamWriter&)>& use) {
     std::ostringstream stream;
@@ -60,42 +38,11 @@ void withReaders(const std::string& octets, const std::function<void(BitStreamRe
     }
 }
 
-std::string failureOf(const std::function<void()>& use) {
-    try {
-        use();
-    } catch (const LogicException& e) {
-        // An assertion counts by its condition: the place in the source changes too often.
-        static const std::string START("Assertion violation: ");
-        const std::string name = e.className();
-        const std::string text = e.message();
-        const std::size_t start = text.compare(0, START.size(), START) == 0 ? START.size() : 0;
-        return name.substr(name.rfind(':') + 1) + ": " + text.substr(start, text.find(" [in file") - start);
-    } catch (const Exception& e) {
-        const std::string name = e.className();
-        return name.substr(name.rfind(':') + 1) + ": " + e.message();
-    } catch (const std::out_of_range& e) {
-        return std::string("out_of_range: ") + e.what();
-    }
-    return "";
-}
-
 std::string encoded(const Encoding& encoding) {
     return written([&](BitStreamWriter& writer) {
         writer.writeBits(4, false);
         encoding.write(writer);
     });
-}
-
-int DribblingStream::underflow() {
-    if (_position >= _failAfter) {
-        throw std::runtime_error("the device is gone");
-    }
-    if (_position >= _octets.size()) {
-        return EOF;
-    }
-    _octet = _octets[_position++];
-    setg(&_octet, &_octet, &_octet + 1);
-    return static_cast<unsigned char>(_octet);
 }
 
 int BoundedStream::overflow(int c) {

@@ -1,6 +1,9 @@
 #ifndef TAMO_TESTS_TESTSUPPORT_H
 #define TAMO_TESTS_TESTSUPPORT_H
 
+#include "DribblingStream.h"
+#include "Failure.h"
+#include "Octets.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/BitStreamWriter.h"
 #include "Tamo/FastInfoset/Encoding.h"
@@ -15,12 +18,6 @@
 
 namespace Tamo::FastInfoset::Test {
 
-/// The octets that pairs of hexadecimal digits stand for; spaces between pairs are ignored.
-std::string octets(std::string_view hex);
-
-/// Octets as pairs of upper-case hexadecimal digits with a space between them.
-std::string hex(std::string_view octets);
-
 /// What use writes, its last octet completed with zero bits, as hex() gives it.
 std::string written(const std::function<void(BitStreamWriter&)>& use);
 
@@ -28,31 +25,12 @@ std::string written(const std::function<void(BitStreamWriter&)>& use);
 /// stream that dribbles, and over streams in which the reader's buffer ends at each of the first octets.
 void withReaders(const std::string& octets, const std::function<void(BitStreamReader&)>& use);
 
-/// How use fails: the class without namespaces, ": " and the message; for an assertion the message is the
-/// condition alone. Empty when nothing is thrown.
-std::string failureOf(const std::function<void()>& use);
-
 /// Expects that the statement throws the class and the message of expected ("FISException: Tag mismatch",
 /// "AssertionViolationException: size > 0").
 #define EXPECT_FAILURE(expected, ...) EXPECT_EQ(failureOf([&] { __VA_ARGS__; }), expected)
 
 /// The octets of an encoding object, its length at bit position 4 behind four zero bits.
 std::string encoded(const Encoding& encoding);
-
-/// An input stream whose buffer hands out one octet at a time and throws behind octet number failAfter.
-class DribblingStream : private std::streambuf, public std::istream {
-public:
-    explicit DribblingStream(const std::string& octets, std::size_t failAfter = std::string::npos)
-        : std::istream(this), _octets(octets), _failAfter(failAfter) {}
-
-private:
-    int underflow() override;
-
-    std::string _octets;
-    std::size_t _failAfter;
-    std::size_t _position = 0;
-    char _octet = 0;
-};
 
 /// An output stream that takes no more than capacity octets and counts how often it is flushed.
 class BoundedStream : private std::streambuf, public std::ostream {

@@ -1,0 +1,17 @@
+#ifndef TAMO_TESTS_OCTETS_H
+#define TAMO_TESTS_OCTETS_H
+
+#include <string>
+#include <string_view>
+
+namespace Tamo::FastInfoset::Test {
+
+/// The octets that pairs of hexadecimal digits stand for; spaces between pairs are ignored.
+std::string octets(std::string_view hex);
+
+/// Octets as pairs of upper-case hexadecimal digits with a space between them.
+std::string hex(std::string_view octets);
+
+} // namespace Tamo::FastInfoset::Test
+
+#endif
