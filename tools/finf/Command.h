@@ -26,7 +26,7 @@ public:
     bool parsed() const { return _app.parsed(); }
 
     /// Does what the command line asks for and reports failures on standard error. Exceptions that pass
-    /// through are reported without the name of an input.
+    /// through are reported without the name of an input; CLI::Error is wrong usage.
     virtual ExitStatus run() = 0;
 
 protected:

@@ -78,11 +78,21 @@ void addLimitOptions(CLI::App& command, Tamo::FastInfoset::ParserLimits& limits)
 }
 
 void addConversionOptions(CLI::App& command, Options& options, const char* inputKind) {
-    command.add_option("INPUT", options.input, std::string(inputKind) + "; - or nothing is standard input")
+    command.add_option("INPUT", options.inputs, std::string(inputKind) + "; - or nothing is standard input")
         ->type_name("");
     command.add_option("-o,--output", options.output, "Where to write to; - is standard output")
         ->type_name("OUTPUT");
-    command.add_flag("-f,--force", options.force, "Overwrite an existing output file");
+    command
+        .add_option("--output-directory", options.outputDirectory,
+                    "Write below DIR, which is made when missing, not beside the inputs")
+        ->type_name("DIR");
+    command.add_flag("-f,--force", options.force, "Overwrite existing output files");
+    command.add_flag("-r,--recursive", options.recursive, "Convert the documents in directories, too");
+    command.add_option("-j,--jobs", options.jobs, "Documents converted at a time; 0: one for each processor")
+        ->type_name("N")
+        ->check(CLI::Range(0, 256).description(""))
+        ->capture_default_str();
+    command.add_flag("-q,--quiet", options.quiet, "Show no progress, which a terminal does");
     addVocabularyOption(command, options.vocabularies);
     addLimitOptions(command, options.limits);
 }

@@ -1,17 +1,24 @@
 #ifndef TAMO_FINF_CONVERSION_H
 #define TAMO_FINF_CONVERSION_H
 
-#include "Options.h"
+#include <istream>
+#include <ostream>
 
 namespace finf {
 
-/// Converts XML text to a Fast Infoset document. Throws what FinfError::reason explains; no output is left
-/// then.
-void encode(const Options& options);
+/// Converts documents, one after the other. An object is used by one thread at a time; different objects
+/// share nothing.
+class Conversion {
+public:
+    Conversion() = default;
+    virtual ~Conversion() = default;
 
-/// Converts a Fast Infoset document to XML text. Throws what FinfError::reason explains; no output is left
-/// then.
-void decode(const Options& options);
+    Conversion(const Conversion&) = delete;
+    Conversion& operator=(const Conversion&) = delete;
+
+    /// Reads a document from in and writes it to out. Throws what FinfError::reason explains.
+    virtual void convert(std::istream& in, std::ostream& out) = 0;
+};
 
 } // namespace finf
 

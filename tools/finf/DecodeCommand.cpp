@@ -1,6 +1,8 @@
 #include "DecodeCommand.h"
+#include "Batch.h"
 #include "CommonOptions.h"
-#include "Conversion.h"
+#include "FastInfosetToXML.h"
+#include <memory>
 
 namespace finf {
 
@@ -9,7 +11,8 @@ DecodeCommand::DecodeCommand(CLI::App& parent) : Command(parent, "decode", "Fast
 }
 
 ExitStatus DecodeCommand::run() {
-    return attemptToRead(_options.input, [&] { decode(_options); });
+    return Batch(_options, {".finf", ".xml"}, [&] { return std::make_unique<FastInfosetToXML>(_options); })
+        .run();
 }
 
 } // namespace finf

@@ -1,6 +1,8 @@
 #include "EncodeCommand.h"
+#include "Batch.h"
 #include "CommonOptions.h"
-#include "Conversion.h"
+#include "XMLToFastInfoset.h"
+#include <memory>
 
 namespace finf {
 
@@ -19,7 +21,8 @@ EncodeCommand::EncodeCommand(CLI::App& parent) : Command(parent, "encode", "XML 
 }
 
 ExitStatus EncodeCommand::run() {
-    return attempt(_options.input, [&] { encode(_options); });
+    return Batch(_options, {".xml", ".finf"}, [&] { return std::make_unique<XMLToFastInfoset>(_options); })
+        .run();
 }
 
 } // namespace finf

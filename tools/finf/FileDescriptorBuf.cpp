@@ -24,6 +24,9 @@ FileDescriptorBuf::int_type FileDescriptorBuf::underflow() {
         }
         return traits_type::eof();
     }
+    if (_pOctetsRead) {
+        *_pOctetsRead += static_cast<std::uintmax_t>(size);
+    }
     setg(_pInput.get(), _pInput.get(), _pInput.get() + size);
     return traits_type::to_int_type(*gptr());
 }

@@ -1,6 +1,8 @@
 #ifndef TAMO_FINF_FILEDESCRIPTORBUF_H
 #define TAMO_FINF_FILEDESCRIPTORBUF_H
 
+#include <atomic>
+#include <cstdint>
 #include <memory>
 #include <streambuf>
 
@@ -9,10 +11,11 @@ namespace finf {
 /// A stream buffer over a file descriptor that remembers why a read or write failed.
 ///
 /// Reading goes through a buffer; writing does not, so that a buffering stream belongs in front of it. The
-/// descriptor is borrowed.
+/// descriptor is borrowed, and so is the counter of octets read, which may be null.
 class FileDescriptorBuf : public std::streambuf {
 public:
-    explicit FileDescriptorBuf(int descriptor) : _descriptor(descriptor) {}
+    explicit FileDescriptorBuf(int descriptor, std::atomic<std::uintmax_t>* pOctetsRead = nullptr)
+        : _descriptor(descriptor), _pOctetsRead(pOctetsRead) {}
 
     /// The errno of the first read or write that failed, 0 when none has.
     int error() const noexcept { return _error; }
@@ -24,6 +27,7 @@ protected:
 
 private:
     int _descriptor;
+    std::atomic<std::uintmax_t>* _pOctetsRead;
     int _error = 0;
     std::unique_ptr<char[]> _pInput;
 };

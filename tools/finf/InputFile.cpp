@@ -18,8 +18,8 @@ int openForReading(const std::string& path) {
 
 } // namespace
 
-InputFile::InputFile(const std::string& path)
-    : _descriptor(openForReading(path)), _buf(_descriptor), _stream(&_buf) {}
+InputFile::InputFile(const std::string& path, std::atomic<std::uintmax_t>* pOctetsRead)
+    : _descriptor(openForReading(path)), _buf(_descriptor, pOctetsRead), _stream(&_buf) {}
 
 InputFile::~InputFile() {
     if (_descriptor != STDIN_FILENO) {

@@ -11,7 +11,8 @@ namespace finf {
 class InputFile {
 public:
     /// Opens the file at path, or standard input for "-"; throws FinfError when that is impossible.
-    explicit InputFile(const std::string& path);
+    /// What is read advances the counter, which is borrowed.
+    explicit InputFile(const std::string& path, std::atomic<std::uintmax_t>* pOctetsRead = nullptr);
     ~InputFile();
 
     InputFile(const InputFile&) = delete;

@@ -4,14 +4,19 @@
 #include "Tamo/FastInfoset/ParserLimits.h"
 #include "VocabularyFiles.h"
 #include <string>
+#include <vector>
 
 namespace finf {
 
-/// What the command line asks for.
+/// What the command line asks of a conversion.
 struct Options {
-    std::string input = "-"; ///< a path, or "-" for standard input
-    std::string output;      ///< a path, "-" for standard output, empty for the default
-    bool force = false;      ///< overwrite an existing output file
+    std::vector<std::string> inputs; ///< paths, "-" for standard input; none for that alone
+    std::string output;              ///< a path, "-" for standard output, empty for the default
+    std::string outputDirectory;     ///< where the outputs belong, empty for beside the inputs
+    bool recursive = false;          ///< convert the documents in directories
+    bool force = false;              ///< overwrite existing output files
+    bool quiet = false;              ///< no progress
+    unsigned int jobs = 1;           ///< conversions at the same time, 0 for one for each processor
     VocabularyFiles::List vocabularies;
     Tamo::FastInfoset::ParserLimits limits; ///< on Fast Infoset that is read
 

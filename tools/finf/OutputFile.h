@@ -11,11 +11,15 @@ namespace finf {
 /// A file that appears complete or not at all, or standard output.
 ///
 /// What is written goes to a temporary file in the directory of the result, which commit() renames. Until
-/// then the temporary file is removed by the destructor and when the process is interrupted or terminated.
-/// What is no regular file (a device, a pipe) is written directly. The stream flushes nothing before
-/// commit(). One object at a time.
+/// then the temporary file is removed by the destructor and, after removeTemporariesOnSignals(), when the
+/// process is interrupted or terminated. What is no regular file (a device, a pipe) is written directly. The
+/// stream flushes nothing before commit(). An object is used by one thread; there may be several objects.
 class OutputFile {
 public:
+    /// Makes interruption and termination remove what was not committed. To be called by the first thread,
+    /// before there are others.
+    static void removeTemporariesOnSignals();
+
     /// Prepares to write to path, or to standard output for "-". A regular file that exists is refused unless
     /// force is true. Throws FinfError.
     OutputFile(const std::string& path, bool force);
@@ -39,7 +43,6 @@ private:
     static std::string resolve(const std::string& path, bool force);
     int open();
     int createTemporary();
-    void rename();
     void discard() noexcept;
 
     std::string _path;

@@ -16,7 +16,7 @@ const char DESCRIPTION[] = "Converts XML text to Fast Infoset (ITU-T X.891) and 
 const char EPILOGUE[] =
     "No INPUT or - is standard input; -o - is standard output, also without INPUT and -o.\n"
     "Without -o, a.xml is encoded to a.finf and a.finf decoded to a.xml, beside the input.\n"
-    "Exit status: 0 done, 1 the input could not be converted, 2 wrong usage.";
+    "Exit status: 0 done, 1 an input could not be converted, 2 wrong usage.";
 
 /// Does what the command line asks for.
 finf::ExitStatus run(int argc, char** argv) {
@@ -31,6 +31,9 @@ finf::ExitStatus run(int argc, char** argv) {
 
     try {
         app.parse(argc, argv);
+        const auto chosen = std::find_if(std::begin(commands), std::end(commands),
+                                         [](const auto& pCommand) { return pCommand->parsed(); });
+        return (*chosen)->run();
     } catch (const CLI::CallForVersion& e) {
         std::cout << e.what() << '\n';
         return finf::DONE;
@@ -40,15 +43,8 @@ finf::ExitStatus run(int argc, char** argv) {
     } catch (const CLI::Error& e) {
         std::cerr << "finf: " << finf::FinfError::oneLine(e.what()) << "; finf --help shows the usage\n";
         return finf::WRONG_USAGE;
-    }
-
-    const std::string name = app.get_subcommands().front()->get_name();
-    try {
-        const auto chosen = std::find_if(std::begin(commands), std::end(commands),
-                                         [](const auto& pCommand) { return pCommand->parsed(); });
-        return (*chosen)->run();
     } catch (const std::exception& e) {
-        finf::FinfError::report(name, e);
+        finf::FinfError::report(app.get_subcommands().front()->get_name(), e);
         return finf::FAILED;
     }
 }

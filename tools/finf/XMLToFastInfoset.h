@@ -1,0 +1,27 @@
+#ifndef TAMO_FINF_XMLTOFASTINFOSET_H
+#define TAMO_FINF_XMLTOFASTINFOSET_H
+
+#include "Conversion.h"
+#include "Options.h"
+#include <optional>
+
+namespace finf {
+
+/// XML text -> Fast Infoset.
+class XMLToFastInfoset : public Conversion {
+public:
+    /// The options are borrowed.
+    explicit XMLToFastInfoset(const Options& options)
+        : _options(options), _vocabularies(options.vocabularies, options.limits) {}
+
+    void convert(std::istream& in, std::ostream& out) override;
+
+private:
+    const Options& _options;
+    VocabularyFiles _vocabularies;
+    std::optional<Tamo::FastInfoset::DocumentVocabulary> _vocabulary; // read for the first document
+};
+
+} // namespace finf
+
+#endif
