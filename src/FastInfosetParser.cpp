@@ -1,4 +1,5 @@
 #include "Tamo/FastInfoset/FastInfosetParser.h"
+#include "CommonForms.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/CDataEncoding.h"
 #include "Tamo/FastInfoset/Encoding.h"
@@ -273,6 +274,7 @@ void FastInfosetParser::beginDocument(BitStreamReader& reader) {
     const Decoder::OpenHeaderParts parts =
         Decoder::documentHeader(reader, _vocabulary, _pDocumentHandler, _pLoader);
     bindTables();
+    forgetNames();
     if (_pDocumentHandler) {
         _pDocumentHandler->setDocumentVocabulary(_vocabulary);
     }
@@ -341,8 +343,11 @@ bool FastInfosetParser::parseItems(BitStreamReader& reader, bool all) {
     return true;
 }
 
-void FastInfosetParser::parseElementChild(BitStreamReader& reader) {
+inline void FastInfosetParser::parseElementChild(BitStreamReader& reader) {
     reader.skipToByteStart();
+    if (parseCommonChild(reader)) [[likely]] {
+        return;
+    }
     const unsigned char b = peekBits(reader, 8, "Unexpected end of stream while parsing element children");
     if (b < 0x80) {
         reader.advance(1);
@@ -372,6 +377,76 @@ void FastInfosetParser::parseElementChild(BitStreamReader& reader) {
     }
 }
 
+// The hot path: what most documents consist of, read octet by octet from what the reader surely has. The
+// operations named parseCommon... take the usual forms only and give way, nothing consumed, when they meet
+// anything else: a name for the first time, a rarer encoding, a long index, octets that are not there yet, a
+// limit. The operations that take every form, bit by bit, do the rest and are the ones to read for the format.
+inline bool FastInfosetParser::parseCommonChild(BitStreamReader& reader) {
+    CommonForms octets(reader);
+    const unsigned char b = octets.first();
+    if (b >= 0xC0) {
+        return false;
+    }
+    if (b >= 0x80) {
+        return parseCommonCharacterChunk(reader, octets);
+    }
+    unsigned int index = 0;
+    if (octets.integerAtPosition2(index) && _elementNames.find(index)) [[likely]] {
+        reader.advance(octets.consumedBits());
+        _declaredPrefixes.clear();
+    } else if ((b & 0x3C) == 0x3C) {
+        reader.advance(6);
+        _declaredPrefixes.clear();
+        index = parseQualifiedName(reader, true);
+    } else {
+        return false;
+    }
+    _attributes.clear();
+    if (b & 0x40) {
+        parseAttributes(reader);
+    }
+    startElement(index);
+    return true;
+}
+
+inline bool FastInfosetParser::parseCommonCharacterChunk(BitStreamReader& reader, CommonForms& octets) {
+    const unsigned char b = octets.first();
+    if (b & 0x20) {
+        unsigned int index = 0;
+        const std::string* pText = nullptr;
+        if (!octets.integerAtPosition3(index) ||
+            !(pText = _tables[DocumentVocabulary::CONTENT_CHARACTER_CHUNK]->find(index))) {
+            return false;
+        }
+        reader.advance(octets.consumedBits());
+        reportCharacters(pText->data(), pText->size());
+        return true;
+    }
+    std::size_t size = 0;
+    if ((b & 0x0C) != DocumentVocabulary::UTF8 || !octets.lengthAtPosition6(size) ||
+        size > _limits.maxStringLength || size > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
+        return false;
+    }
+    const char* pText = octets.string(size);
+    if (!pText) {
+        return false;
+    }
+    reader.advance(octets.consumedBits());
+    if (b & 0x10) {
+        StringDecoder::decodeUTF8(pText, size, _text);
+        addToTable(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, _text);
+    }
+    reportCharacters(pText, size);
+    return true;
+}
+
+inline void FastInfosetParser::reportCharacters(const char* pText, std::size_t size) {
+    if (_pContentHandler) {
+        deliver(size);
+        _pContentHandler->characters(pText, 0, static_cast<int>(size));
+    }
+}
+
 void FastInfosetParser::parseElement(BitStreamReader& reader) {
     static constexpr const char* END = "Unexpected end of stream while parsing element";
     requirePosition(reader.bitPos() == 1, "Illegal startposition for an Element value");
@@ -383,28 +458,33 @@ void FastInfosetParser::parseElement(BitStreamReader& reader) {
     if (peekBits(reader, 6, END) == 0x38) {
         parseNamespaceAttributes(reader);
     }
-    ResolvedQualName name;
-    parseQualifiedNameOrIndex(reader, name, true);
+    const unsigned int name = parseQualifiedNameOrIndex(reader, true);
     _attributes.clear();
     if (hasAttributes) {
         parseAttributes(reader);
     }
+    startElement(name);
+}
+
+inline void FastInfosetParser::startElement(unsigned int index) {
     if (_openElements.size() >= _limits.maxDepth) [[unlikely]] {
         throwLimitExceeded("Limit exceeded: element depth", _limits.maxDepth);
     }
-    _openElements.push_back(name);
+    _openElements.push_back(index);
     if (_pContentHandler) {
+        const ResolvedNames::Name& name = *_elementNames.find(index);
         // The name is handed out twice, here and at the end.
         deliver(2 * (name.pUri->size() + name.pPrefix->size() + name.pLocalName->size()));
-        _pContentHandler->startElement(*name.pUri, *name.pLocalName, qualifiedName(name), _attributes);
+        _pContentHandler->startElement(*name.pUri, *name.pLocalName, qualifiedName(index), _attributes);
     }
 }
 
-void FastInfosetParser::endElement() {
-    const ResolvedQualName name = _openElements.back();
+inline void FastInfosetParser::endElement() {
+    const unsigned int index = _openElements.back();
     _openElements.pop_back();
     if (_pContentHandler) {
-        _pContentHandler->endElement(*name.pUri, *name.pLocalName, qualifiedName(name));
+        const ResolvedNames::Name& name = *_elementNames.find(index);
+        _pContentHandler->endElement(*name.pUri, *name.pLocalName, qualifiedName(index));
         for (const std::string* pPrefix : _declaredPrefixes) {
             _pContentHandler->endPrefixMapping(*pPrefix);
         }
@@ -442,25 +522,97 @@ void FastInfosetParser::parseNamespaceAttribute(BitStreamReader& reader) {
 
 void FastInfosetParser::parseAttributes(BitStreamReader& reader) {
     static constexpr const char* END = "Unexpected end of stream while parsing attributes";
-    bool last = false;
-    for (readBit(reader, last, END); !last; readBit(reader, last, END)) {
-        parseAttribute(reader);
+    for (;;) {
+        CommonForms octets(reader);
+        if (octets.first() & 0x80) {
+            bool last = false;
+            readBit(reader, last, END);
+            if (last) {
+                skipBits(reader, 3, END);
+                return;
+            }
+            parseAttribute(reader);
+            continue;
+        }
+        unsigned int index = 0;
+        const ResolvedNames::Name* pName = nullptr;
+        if (octets.integerAtPosition1(index) && (pName = _attributeNames.find(index))) [[likely]] {
+            reader.advance(octets.consumedBits());
+            parseAttributeValue(reader, *pName);
+        } else {
+            reader.advance(1);
+            parseAttribute(reader);
+        }
     }
-    skipBits(reader, 3, END);
 }
 
 void FastInfosetParser::parseAttribute(BitStreamReader& reader) {
     requirePosition(reader.bitPos() == 1, "Illegal startposition for a Attribute value");
-    ResolvedQualName name;
-    parseQualifiedNameOrIndex(reader, name, false);
-    const std::string& value =
-        parseNonIdentifyingStringOrIndexXML(reader, DocumentVocabulary::ATTRIBUTE_VALUE);
-    deliver(name.pUri->size() + name.pLocalName->size() + value.size());
-    _attributes.addAttribute(*name.pUri, *name.pLocalName, EMPTY_STRING, EMPTY_STRING, value);
+    const unsigned int index = parseQualifiedNameOrIndex(reader, false);
+    parseAttributeValue(reader, *_attributeNames.find(index));
 }
 
-void FastInfosetParser::parseQualifiedNameOrIndex(BitStreamReader& reader, ResolvedQualName& result,
-                                                  bool isElement) {
+inline void FastInfosetParser::parseAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name) {
+    if (parseCommonAttributeValue(reader, name)) [[likely]] {
+        return;
+    }
+    const std::string& value =
+        parseNonIdentifyingStringOrIndexXML(reader, DocumentVocabulary::ATTRIBUTE_VALUE);
+    if (&value == &_text) {
+        addAttribute(name, value.data(), value.size());
+    } else {
+        addAttribute(name, value);
+    }
+}
+
+// A value by index or as UTF-8.
+inline bool FastInfosetParser::parseCommonAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name) {
+    CommonForms octets(reader);
+    const unsigned char b = octets.first();
+    if (b & 0x80) {
+        unsigned int index = 0;
+        const std::string* pValue = nullptr;
+        if (!octets.integerAtPosition1(index) ||
+            !(pValue = _tables[DocumentVocabulary::ATTRIBUTE_VALUE]->find(index))) {
+            return false;
+        }
+        reader.advance(octets.consumedBits());
+        addAttribute(name, *pValue);
+        return true;
+    }
+    std::size_t size = 0;
+    if ((b & 0x30) != DocumentVocabulary::UTF8 || !octets.lengthAtPosition4(size) ||
+        size > _limits.maxStringLength) {
+        return false;
+    }
+    const char* pValue = octets.string(size);
+    if (!pValue) {
+        return false;
+    }
+    reader.advance(octets.consumedBits());
+    if (b & 0x40) {
+        StringDecoder::decodeUTF8(pValue, size, _text);
+        addAttribute(name, *_tables[DocumentVocabulary::ATTRIBUTE_VALUE]->find(
+                               addToTable(DocumentVocabulary::ATTRIBUTE_VALUE, _text)));
+    } else {
+        addAttribute(name, pValue, size);
+    }
+    return true;
+}
+
+// A value that belongs to a table.
+inline void FastInfosetParser::addAttribute(const ResolvedNames::Name& name, const std::string& value) {
+    deliver(name.pUri->size() + name.pLocalName->size() + value.size());
+    _attributes.add(*name.pUri, *name.pLocalName, value);
+}
+
+inline void FastInfosetParser::addAttribute(const ResolvedNames::Name& name, const char* pValue, std::size_t size) {
+    deliver(name.pUri->size() + name.pLocalName->size() + size);
+    _attributes.add(*name.pUri, *name.pLocalName, pValue, size);
+}
+
+// The index of the name in its table, from which it has then been resolved.
+unsigned int FastInfosetParser::parseQualifiedNameOrIndex(BitStreamReader& reader, bool isElement) {
     const int position = reader.bitPos();
     requirePosition(position == 1 || position == 2,
                     "Illegal startposition for a parseQualifiedNameOrIndex value");
@@ -468,46 +620,78 @@ void FastInfosetParser::parseQualifiedNameOrIndex(BitStreamReader& reader, Resol
         peekBits(reader, 4, "Unexpected end of stream while parsing qualified name or index");
     if (bits == TERMINATOR) {
         skipBits(reader, position == 1 ? 5 : 4, "Unexpected end of stream while parsing qualified name");
-        parseQualifiedName(reader, result, isElement);
-    } else {
-        unsigned int index = 0;
-        Decoder::integer(reader, index);
+        return parseQualifiedName(reader, isElement);
+    }
+    unsigned int index = 0;
+    Decoder::integer(reader, index);
+    ResolvedNames& resolved = resolvedNames(isElement);
+    if (!resolved.find(index)) {
         const Vocabulary<QualifiedNameEntry>& names = getQNameVocabulary(isElement);
         const QualifiedNameEntry* pEntry = names.values().find(index);
         const QualifiedNameEntry& entry = pEntry ? *pEntry : names.value(index); // the latter throws
-        result.pPrefix = &namePart(DocumentVocabulary::PREFIX, entry.prefixId());
-        result.pUri = &namePart(DocumentVocabulary::NAMESPACE_NAME, entry.namespaceId());
-        result.pLocalName = &namePart(DocumentVocabulary::LOCAL_NAME, entry.localNameId());
+        resolved.enter(index, namePart(DocumentVocabulary::PREFIX, entry.prefixId()),
+                       namePart(DocumentVocabulary::NAMESPACE_NAME, entry.namespaceId()),
+                       namePart(DocumentVocabulary::LOCAL_NAME, entry.localNameId()));
     }
+    return index;
 }
 
-void FastInfosetParser::parseQualifiedName(BitStreamReader& reader, ResolvedQualName& qualName,
-                                           bool isElement) {
+unsigned int FastInfosetParser::parseQualifiedName(BitStreamReader& reader, bool isElement) {
     static constexpr const char* END = "Unexpected end of stream while parsing qualified name";
     bool hasPrefix = false;
     bool hasNamespace = false;
     readBit(reader, hasPrefix, END);
     readBit(reader, hasNamespace, END);
-    unsigned int prefix = 0;
-    unsigned int namespaceName = 0;
-    unsigned int localName = 0;
-    qualName.pPrefix = hasPrefix ? &parseIdentifyingStringOrIndex(reader, DocumentVocabulary::PREFIX, prefix)
-                                 : &EMPTY_STRING;
-    qualName.pUri = hasNamespace ? &parseIdentifyingStringOrIndex(reader, DocumentVocabulary::NAMESPACE_NAME,
-                                                                  namespaceName)
-                                 : &EMPTY_STRING;
-    qualName.pLocalName = &parseIdentifyingStringOrIndex(reader, DocumentVocabulary::LOCAL_NAME, localName);
+    unsigned int prefixId = 0;
+    unsigned int namespaceId = 0;
+    unsigned int localNameId = 0;
+    const std::string& prefix =
+        hasPrefix ? parseIdentifyingStringOrIndex(reader, DocumentVocabulary::PREFIX, prefixId) : EMPTY_STRING;
+    const std::string& uri =
+        hasNamespace ? parseIdentifyingStringOrIndex(reader, DocumentVocabulary::NAMESPACE_NAME, namespaceId)
+                     : EMPTY_STRING;
+    const std::string& localName =
+        parseIdentifyingStringOrIndex(reader, DocumentVocabulary::LOCAL_NAME, localNameId);
     bool found = false;
     Vocabulary<QualifiedNameEntry>& names = getQNameVocabulary(isElement);
-    names.index(QualifiedNameEntry(prefix, namespaceName, localName), found);
+    const unsigned int index = names.index(QualifiedNameEntry(prefixId, namespaceId, localNameId), found);
     if (names.values().size() > _limits.maxTableEntries) [[unlikely]] {
         throwLimitExceeded("Limit exceeded: table entries", _limits.maxTableEntries);
     }
+    resolvedNames(isElement).enter(index, prefix, uri, localName);
+    return index;
+}
+
+// An index, or a literal that is not long.
+const std::string* FastInfosetParser::parseCommonIdentifyingString(BitStreamReader& reader,
+                                                                   DocumentVocabulary::ID id,
+                                                                   unsigned int& index) {
+    CommonForms octets(reader);
+    if (octets.first() & 0x80) {
+        const std::string* pString = nullptr;
+        if (octets.integerAtPosition1(index) && (pString = _tables[id]->find(index))) {
+            reader.advance(octets.consumedBits());
+        }
+        return pString;
+    }
+    std::size_t size = 0;
+    const char* pString = nullptr;
+    if (!octets.lengthAtPosition1(size) || size > _limits.maxStringLength ||
+        !(pString = octets.string(size))) {
+        return nullptr;
+    }
+    reader.advance(octets.consumedBits());
+    StringDecoder::decodeUTF8(pString, size, _scratch);
+    index = addToTable(id, _scratch);
+    return _tables[id]->find(index);
 }
 
 const std::string& FastInfosetParser::parseIdentifyingStringOrIndex(BitStreamReader& reader,
                                                                     DocumentVocabulary::ID id,
                                                                     unsigned int& index) {
+    if (const std::string* pString = parseCommonIdentifyingString(reader, id, index)) [[likely]] {
+        return *pString;
+    }
     requirePosition(reader.bitPos() == 0, "Illegal startposition for an parseIdentifyingStringOrIndex");
     bool isIndex = false;
     readBit(reader, isIndex, "Unexpected end of stream while parsing identifying string or index");
@@ -742,14 +926,14 @@ void FastInfosetParser::bindTables() {
 
 unsigned int FastInfosetParser::addToTable(DocumentVocabulary::ID id, const std::string& s) {
     bool found = false;
-    const unsigned int index = _vocabulary.index(id, s, found);
+    const unsigned int index = _vocabulary.vocabulary(id).index(s, found);
     if (_tables[id]->size() > _limits.maxTableEntries) [[unlikely]] {
         throwLimitExceeded("Limit exceeded: table entries", _limits.maxTableEntries);
     }
     return index;
 }
 
-void FastInfosetParser::deliver(std::size_t octets) {
+inline void FastInfosetParser::deliver(std::size_t octets) {
     _deliveredOctets += octets;
     if (_deliveredOctets > _limits.maxDeliveredOctets) [[unlikely]] {
         throwLimitExceeded("Limit exceeded: delivered octets", _limits.maxDeliveredOctets);
@@ -770,15 +954,28 @@ const std::string& FastInfosetParser::namePart(DocumentVocabulary::ID id, unsign
     return index == QualifiedNameEntry::ABSENT ? EMPTY_STRING : tableValue(id, index);
 }
 
-// The prefix, a colon and the local name; empty for a name without prefix, and when the feature is off.
-const std::string& FastInfosetParser::qualifiedName(const ResolvedQualName& name) {
-    if (_namespacePrefixes) {
-        _qname.clear();
-        if (!name.pPrefix->empty()) {
-            _qname.append(*name.pPrefix).append(1, ':').append(*name.pLocalName);
-        }
+ResolvedNames& FastInfosetParser::resolvedNames(bool isElement) {
+    return isElement ? _elementNames : _attributeNames;
+}
+
+// Names of an earlier document's tables mean nothing to the next one. The qualified name last reported stays,
+// as qualifiedName() tells.
+void FastInfosetParser::forgetNames() {
+    if (_pQName != &_qname) {
+        _qname = *_pQName;
+        _pQName = &_qname;
     }
-    return _qname;
+    _elementNames.clear();
+    _attributeNames.clear();
+}
+
+// The prefix, a colon and the local name; empty for a name without prefix. Deliberate: while the feature is
+// off this stays what it was last, nothing as a rule.
+inline const std::string& FastInfosetParser::qualifiedName(unsigned int index) {
+    if (_namespacePrefixes) {
+        _pQName = &_elementNames.qualifiedName(index);
+    }
+    return *_pQName;
 }
 
 } // namespace Tamo::FastInfoset

@@ -4,9 +4,10 @@
 #include "Tamo/AutoPtr.h"
 #include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
+#include "Tamo/FastInfoset/ParsedAttributes.h"
 #include "Tamo/FastInfoset/ParserLimits.h"
+#include "Tamo/FastInfoset/ResolvedNames.h"
 #include "Tamo/FastInfoset/VerbTable.h"
-#include "Tamo/XML/AttributesImpl.h"
 #include "Tamo/XML/XMLReader.h"
 #include <array>
 #include <cstddef>
@@ -21,6 +22,7 @@ class XMLWriter;
 namespace Tamo::FastInfoset {
 
 class BitStreamReader;
+class CommonForms;
 class ExternalVocabularyLoader;
 class FastInfosetWriter;
 class FISContentHandler;
@@ -114,13 +116,6 @@ public:
     static const std::string EMPTY_STRING;
 
 private:
-    // The strings of a decoded name: entries of the tables, which never move, or EMPTY_STRING.
-    struct ResolvedQualName {
-        const std::string* pPrefix = nullptr;
-        const std::string* pUri = nullptr;
-        const std::string* pLocalName = nullptr;
-    };
-
     // A decoded value: text, or a typed value kept in _pTyped.
     struct Value {
         const std::string* pText = nullptr;
@@ -132,14 +127,23 @@ private:
     void parseDocumentChildren(BitStreamReader& reader, const Decoder::OpenHeaderParts& parts);
     bool parseItems(BitStreamReader& reader, bool all);
     void parseElementChild(BitStreamReader& reader);
+    bool parseCommonChild(BitStreamReader& reader);
+    bool parseCommonCharacterChunk(BitStreamReader& reader, CommonForms& octets);
+    bool parseCommonAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name);
+    const std::string* parseCommonIdentifyingString(BitStreamReader& reader, DocumentVocabulary::ID id,
+                                                    unsigned int& index);
     void parseElement(BitStreamReader& reader);
+    void startElement(unsigned int index);
     void endElement();
     void parseNamespaceAttributes(BitStreamReader& reader);
     void parseNamespaceAttribute(BitStreamReader& reader);
     void parseAttributes(BitStreamReader& reader);
     void parseAttribute(BitStreamReader& reader);
-    void parseQualifiedNameOrIndex(BitStreamReader& reader, ResolvedQualName& result, bool isElement);
-    void parseQualifiedName(BitStreamReader& reader, ResolvedQualName& result, bool isElement);
+    void parseAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name);
+    void addAttribute(const ResolvedNames::Name& name, const std::string& value);
+    void addAttribute(const ResolvedNames::Name& name, const char* pValue, std::size_t size);
+    unsigned int parseQualifiedNameOrIndex(BitStreamReader& reader, bool isElement);
+    unsigned int parseQualifiedName(BitStreamReader& reader, bool isElement);
     const std::string& parseIdentifyingStringOrIndex(BitStreamReader& reader, DocumentVocabulary::ID id,
                                                      unsigned int& index);
     const std::string& parseIdentifyingStringOrIndex(BitStreamReader& reader, DocumentVocabulary::ID id);
@@ -150,6 +154,7 @@ private:
                                                            DocumentVocabulary::ID id);
     Value parseEncodedCharacterString(BitStreamReader& reader);
     void parseCharacterChunk(BitStreamReader& reader);
+    void reportCharacters(const char* pText, std::size_t size);
     void parseTypedChunk();
     void parseComment(BitStreamReader& reader);
     void parseProcessingInstruction(BitStreamReader& reader);
@@ -165,7 +170,9 @@ private:
     Vocabulary<QualifiedNameEntry>& getQNameVocabulary(bool isElement);
     const std::string& tableValue(DocumentVocabulary::ID id, unsigned int index) const;
     const std::string& namePart(DocumentVocabulary::ID id, unsigned int index) const;
-    const std::string& qualifiedName(const ResolvedQualName& name);
+    ResolvedNames& resolvedNames(bool isElement);
+    void forgetNames();
+    const std::string& qualifiedName(unsigned int index);
 
     XML::EntityResolver* _pEntityResolver = nullptr;
     XML::DTDHandler* _pDTDHandler = nullptr;
@@ -180,15 +187,18 @@ private:
     bool _inDTD = false;
     DocumentVocabulary _vocabulary;
     std::array<const VerbTable<std::string>*, DocumentVocabulary::ELEMENT_NAME> _tables{};
-    XML::AttributesImpl _attributes;
+    ResolvedNames _elementNames;
+    ResolvedNames _attributeNames;
+    ParsedAttributes _attributes;
     std::vector<const std::string*> _declaredPrefixes;
-    std::vector<ResolvedQualName> _openElements;
+    std::vector<unsigned int> _openElements; // indexes of names
     ParserLimits _limits;
     UInt64 _deliveredOctets = 0;
     std::string _scratch;
     std::string _octets;
     std::string _text;
     std::string _qname;
+    const std::string* _pQName = &_qname; // the qualified name last reported
     AutoPtr<Encoding> _pTyped;
 };
 

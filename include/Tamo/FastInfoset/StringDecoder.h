@@ -12,6 +12,9 @@ class Encoding;
 /// operations are static.
 class StringDecoder {
 public:
+    /// Replaces text by size octets of UTF-8, which are taken as they are.
+    static void decodeUTF8(const char* pOctets, std::size_t size, std::string& text);
+
     /// UTF-16, big-endian, to UTF-8, replacing text; an invalid sequence becomes "?".
     static void decodeUTF16(const std::string& octets, std::string& text);
 

@@ -1,61 +1,74 @@
 #ifndef TAMO_FASTINFOSET_VERBTABLE_H
 #define TAMO_FASTINFOSET_VERBTABLE_H
 
+#include "Tamo/Exception.h"
+#include <array>
 #include <bit>
 #include <cstddef>
+#include <memory>
 #include <stdexcept>
-#include <vector>
+#include <string>
+#include <type_traits>
+#include <utility>
 
 namespace Tamo::FastInfoset {
 
 /// The value store of a vocabulary table: a list of blocks that never moves a stored value.
 ///
-/// The first block has room for 256 values, every further one for twice as many as the one before it, so a
-/// value is found by arithmetic and references stay valid while the table grows. Values are owned; the table
-/// is used by one thread at a time.
+/// The first block has room for 16 values, every further one for twice as many as the one before it, so a value
+/// is found by arithmetic and references stay valid while the table grows. Values are owned; the table is used
+/// by one thread at a time.
 template<class T>
 class VerbTable {
 public:
     /// Room in the first block, in values.
-    static constexpr std::size_t FIRST_BLOCK = 256;
+    static constexpr std::size_t FIRST_BLOCK = 16;
+
+    /// What truncate() leaves allocated, in values: the first four blocks.
+    static constexpr std::size_t MOST_KEPT = 15 * FIRST_BLOCK;
 
     VerbTable() = default;
 
-    VerbTable(const VerbTable& other) : _size(other._size) {
-        _blocks.reserve(other._blocks.size());
-        for (const Block& block : other._blocks) {
-            addBlock();
-            _blocks.back().insert(_blocks.back().end(), block.begin(), block.end());
+    VerbTable(const VerbTable& other) : VerbTable() {
+        for (std::size_t i = 0; i < other._size; ++i) {
+            push_back(*other.find(i));
         }
     }
 
-    VerbTable(VerbTable&& other) noexcept : _blocks(std::move(other._blocks)), _size(other._size) {
-        other._blocks.clear();
-        other._size = 0;
-    }
+    VerbTable(VerbTable&& other) noexcept
+        : _blocks(std::exchange(other._blocks, {})),
+          _size(std::exchange(other._size, 0)),
+          _constructed(std::exchange(other._constructed, 0)) {}
 
     VerbTable& operator=(VerbTable other) noexcept {
-        _blocks.swap(other._blocks);
-        _size = other._size;
+        std::swap(_blocks, other._blocks);
+        std::swap(_size, other._size);
+        std::swap(_constructed, other._constructed);
         return *this;
     }
 
-    ~VerbTable() = default;
+    ~VerbTable() { release(0); }
 
     /// Appends a value.
     void push_back(const T& value) {
-        if (_blocks.empty() || _blocks.back().size() == capacityOf(_blocks.size() - 1)) {
-            addBlock();
+        if (_size < _constructed) {
+            *slot(_size) = value; // what truncate() has left: a string's storage is used again
+        } else {
+            const std::size_t block = blockOf(_size);
+            if (block == MOST_BLOCKS || !_blocks[block]) [[unlikely]] {
+                addBlock(block);
+            }
+            std::construct_at(slot(_size), value);
+            ++_constructed;
         }
-        _blocks.back().push_back(value);
         ++_size;
     }
 
     /// Number of values.
     std::size_t size() const noexcept { return _size; }
 
-    /// True when no value was ever appended.
-    bool empty() const noexcept { return _blocks.empty(); }
+    /// True when there are no values.
+    bool empty() const noexcept { return _size == 0; }
 
     /// The value at i; throws std::out_of_range "index out of range" past the last one.
     const T& operator[](std::size_t i) const {
@@ -70,40 +83,65 @@ public:
     const T& at(std::size_t i) const { return (*this)[i]; }
 
     /// The value at i, or null past the last one.
-    const T* find(std::size_t i) const noexcept {
-        if (i >= _size) [[unlikely]] {
-            return nullptr;
-        }
-        const std::size_t block = static_cast<std::size_t>(std::bit_width(i / FIRST_BLOCK + 1)) - 1;
-        return &_blocks[block][i + FIRST_BLOCK - capacityOf(block)];
-    }
+    const T* find(std::size_t i) const noexcept { return i < _size ? slot(i) : nullptr; }
 
-    /// Drops all values but the first count (at most FIRST_BLOCK of them are kept), and the room beyond the
-    /// first block.
+    /// Drops all values but the first count. Room for MOST_KEPT values is kept for those to come, with the
+    /// storage of strings that are not long.
     void truncate(std::size_t count) {
-        if (_blocks.size() > 1) {
-            _blocks.resize(1);
+        if (count >= _size) {
+            return;
         }
-        if (!_blocks.empty() && _blocks.front().size() > count) {
-            _blocks.front().erase(_blocks.front().begin() + static_cast<std::ptrdiff_t>(count),
-                                  _blocks.front().end());
+        if (_constructed > MOST_KEPT && count <= MOST_KEPT) {
+            release(MOST_KEPT);
         }
-        _size = _blocks.empty() ? 0 : _blocks.front().size();
+        if constexpr (std::is_same_v<T, std::string>) {
+            for (std::size_t i = count; i < _size && i < _constructed; ++i) {
+                if (slot(i)->capacity() > LONGEST_KEPT) {
+                    *slot(i) = std::string();
+                }
+            }
+        }
+        _size = count;
     }
 
 private:
-    using Block = std::vector<T>;
+    static constexpr std::size_t MOST_BLOCKS = 28; // 2^32 values, all that an index can name
+    static constexpr std::size_t LONGEST_KEPT = 256;
+
+    static std::size_t blockOf(std::size_t i) noexcept {
+        return static_cast<std::size_t>(std::bit_width(i / FIRST_BLOCK + 1)) - 1;
+    }
 
     static constexpr std::size_t capacityOf(std::size_t block) noexcept { return FIRST_BLOCK << block; }
 
-    void addBlock() {
-        Block block;
-        block.reserve(capacityOf(_blocks.size()));
-        _blocks.push_back(std::move(block));
+    T* slot(std::size_t i) const noexcept {
+        const std::size_t block = blockOf(i);
+        return _blocks[block] + (i + FIRST_BLOCK - capacityOf(block));
     }
 
-    std::vector<Block> _blocks;
+    void addBlock(std::size_t block) {
+        if (block == MOST_BLOCKS) {
+            throw PoolOverflowException("Vocabulary table full");
+        }
+        _blocks[block] = std::allocator<T>().allocate(capacityOf(block));
+    }
+
+    // Destroys the values from count on and frees the blocks that hold nothing else.
+    void release(std::size_t count) noexcept {
+        while (_constructed > count) {
+            std::destroy_at(slot(--_constructed));
+        }
+        for (std::size_t block = 0; block < MOST_BLOCKS && _blocks[block]; ++block) {
+            if (capacityOf(block) - FIRST_BLOCK >= count) {
+                std::allocator<T>().deallocate(_blocks[block], capacityOf(block));
+                _blocks[block] = nullptr;
+            }
+        }
+    }
+
+    std::array<T*, MOST_BLOCKS> _blocks{};
     std::size_t _size = 0;
+    std::size_t _constructed = 0; // values beyond _size are left from before truncate()
 };
 
 } // namespace Tamo::FastInfoset

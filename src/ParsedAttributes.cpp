@@ -1,0 +1,63 @@
+#include "Tamo/FastInfoset/ParsedAttributes.h"
+
+namespace Tamo::FastInfoset {
+
+namespace {
+
+const std::string EMPTY;
+
+} // namespace
+
+const std::string& ParsedAttributes::getQName(int i) const {
+    at(i);
+    return EMPTY;
+}
+
+const std::string& ParsedAttributes::getType(int i) const {
+    at(i);
+    return EMPTY;
+}
+
+void ParsedAttributes::add(const std::string& uri, const std::string& localName, const char* pValue,
+                           std::size_t size) {
+    Attribute& attribute = nextSlot();
+    attribute.pUri = &uri;
+    attribute.pLocalName = &localName;
+    attribute.pValue = nullptr;
+    attribute.ownValue.assign(pValue, size);
+    ++_count;
+}
+
+int ParsedAttributes::getIndex(const std::string& uri, const std::string& localName) const {
+    for (std::size_t i = 0; i < _count; ++i) {
+        if (*_slots[i].pLocalName == localName && *_slots[i].pUri == uri) {
+            return static_cast<int>(i);
+        }
+    }
+    return -1;
+}
+
+// Every qualified name is the empty one.
+int ParsedAttributes::getIndex(const std::string& qname) const {
+    return qname.empty() && _count != 0 ? 0 : -1;
+}
+
+const std::string& ParsedAttributes::getType(const std::string&, const std::string&) const {
+    return EMPTY;
+}
+
+const std::string& ParsedAttributes::getType(const std::string&) const {
+    return EMPTY;
+}
+
+const std::string& ParsedAttributes::getValue(const std::string& uri, const std::string& localName) const {
+    const int i = getIndex(uri, localName);
+    return i < 0 ? EMPTY : getValue(i);
+}
+
+const std::string& ParsedAttributes::getValue(const std::string& qname) const {
+    const int i = getIndex(qname);
+    return i < 0 ? EMPTY : getValue(i);
+}
+
+} // namespace Tamo::FastInfoset
