@@ -380,7 +380,8 @@ inline void FastInfosetParser::parseElementChild(BitStreamReader& reader) {
 // The hot path: what most documents consist of, read octet by octet from what the reader surely has. The
 // operations named parseCommon... take the usual forms only and give way, nothing consumed, when they meet
 // anything else: a name for the first time, a rarer encoding, a long index, octets that are not there yet, a
-// limit. The operations that take every form, bit by bit, do the rest and are the ones to read for the format.
+// limit. The operations that take every form, bit by bit, do the rest and are the ones to read for the
+// format.
 inline bool FastInfosetParser::parseCommonChild(BitStreamReader& reader) {
     CommonForms octets(reader);
     const unsigned char b = octets.first();
@@ -566,7 +567,8 @@ inline void FastInfosetParser::parseAttributeValue(BitStreamReader& reader, cons
 }
 
 // A value by index or as UTF-8.
-inline bool FastInfosetParser::parseCommonAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name) {
+inline bool FastInfosetParser::parseCommonAttributeValue(BitStreamReader& reader,
+                                                         const ResolvedNames::Name& name) {
     CommonForms octets(reader);
     const unsigned char b = octets.first();
     if (b & 0x80) {
@@ -606,7 +608,8 @@ inline void FastInfosetParser::addAttribute(const ResolvedNames::Name& name, con
     _attributes.add(*name.pUri, *name.pLocalName, value);
 }
 
-inline void FastInfosetParser::addAttribute(const ResolvedNames::Name& name, const char* pValue, std::size_t size) {
+inline void FastInfosetParser::addAttribute(const ResolvedNames::Name& name, const char* pValue,
+                                            std::size_t size) {
     deliver(name.pUri->size() + name.pLocalName->size() + size);
     _attributes.add(*name.pUri, *name.pLocalName, pValue, size);
 }
@@ -646,7 +649,8 @@ unsigned int FastInfosetParser::parseQualifiedName(BitStreamReader& reader, bool
     unsigned int namespaceId = 0;
     unsigned int localNameId = 0;
     const std::string& prefix =
-        hasPrefix ? parseIdentifyingStringOrIndex(reader, DocumentVocabulary::PREFIX, prefixId) : EMPTY_STRING;
+        hasPrefix ? parseIdentifyingStringOrIndex(reader, DocumentVocabulary::PREFIX, prefixId)
+                  : EMPTY_STRING;
     const std::string& uri =
         hasNamespace ? parseIdentifyingStringOrIndex(reader, DocumentVocabulary::NAMESPACE_NAME, namespaceId)
                      : EMPTY_STRING;

@@ -9,8 +9,8 @@
 
 namespace Tamo::FastInfoset {
 
-// In a source of its own: where a compiler knows that strings are short it copies them with an instruction that
-// is slower than a call of memcpy.
+// In a source of its own: where a compiler knows that strings are short it copies them with an instruction
+// that is slower than a call of memcpy.
 void StringDecoder::decodeUTF8(const char* pOctets, std::size_t size, std::string& text) {
     text.assign(pOctets, size);
 }

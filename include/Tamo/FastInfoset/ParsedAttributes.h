@@ -12,9 +12,9 @@ namespace Tamo::FastInfoset {
 /// The attribute list that FastInfosetParser hands to startElement: references to the strings of the
 /// vocabulary's tables, so that nothing is copied but values that belong to no table.
 ///
-/// Attributes have neither qualified name nor type. Reused from element to element: a list that has grown once
-/// allocates nothing more. An index outside 0 ... getLength() - 1 throws AssertionViolationException. To keep
-/// attributes beyond the call, copy them into an XML::AttributesImpl. Used by one thread at a time.
+/// Attributes have neither qualified name nor type. Reused from element to element: a list that has grown
+/// once allocates nothing more. An index outside 0 ... getLength() - 1 throws AssertionViolationException. To
+/// keep attributes beyond the call, copy them into an XML::AttributesImpl. Used by one thread at a time.
 class ParsedAttributes : public XML::Attributes {
 public:
     int getLength() const override { return static_cast<int>(_count); }

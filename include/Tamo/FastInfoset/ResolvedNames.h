@@ -34,8 +34,8 @@ public:
     const Name& enter(unsigned int index, const std::string& prefix, const std::string& uri,
                       const std::string& localName);
 
-    /// The qualified name of the name at index, which must have been entered: prefix, colon and local name, or
-    /// nothing when it has no prefix. Valid until clear().
+    /// The qualified name of the name at index, which must have been entered: prefix, colon and local name,
+    /// or nothing when it has no prefix. Valid until clear().
     const std::string& qualifiedName(unsigned int index) {
         const Name& name = _names[index];
         return name.pQName ? *name.pQName : makeQualifiedName(index);

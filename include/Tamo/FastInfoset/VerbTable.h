@@ -15,9 +15,9 @@ namespace Tamo::FastInfoset {
 
 /// The value store of a vocabulary table: a list of blocks that never moves a stored value.
 ///
-/// The first block has room for 16 values, every further one for twice as many as the one before it, so a value
-/// is found by arithmetic and references stay valid while the table grows. Values are owned; the table is used
-/// by one thread at a time.
+/// The first block has room for 16 values, every further one for twice as many as the one before it, so a
+/// value is found by arithmetic and references stay valid while the table grows. Values are owned; the table
+/// is used by one thread at a time.
 template<class T>
 class VerbTable {
 public:
