@@ -92,6 +92,7 @@ TEST(SAXParser, ReportsEvents) {
          "<a i='1' e='x' n='x' c='2'/>",
          "(DTD a,, DTD) <a c=2 e:NMTOKEN=x i:ID=1 n:NOTATION=x> </a>"},
         {"<!DOCTYPE a SYSTEM \"a'b\"><a b=' &#9; '/>", "(DTD a,,a'b DTD) <a b= \t > </a>"},
+        {"<!DOCTYPE a SYSTEM 'l\r\nm\rn'><a/>", "(DTD a,,l\nm\nn DTD) <a> </a>"},
         {"<!DOCTYPE a PUBLIC ' p  q ' 's'><a>1&x;2</a>", "(DTD a,p q,s DTD) <a> '1' &x; '2' </a>"},
         {"<!DOCTYPE a [<!ENTITY x SYSTEM 'x.xml'><!ENTITY y '[&x;]'>]><a>1&x;2&y;</a>",
          "(DTD a,, DTD) <a> '1' &x; '2[' &x; ']' </a>"},

@@ -225,6 +225,19 @@ std::string absolute(const char* base, const std::string& systemId) {
     return slash == std::string_view::npos ? systemId : std::string(path.substr(0, slash + 1)) + systemId;
 }
 
+/// A system identifier as a document holds it. Expat leaves its line ends as they are, against XML 1.0, 2.11.
+std::string systemIdentifier(const char* text) {
+    std::string identifier;
+    for (; text && *text; ++text) {
+        if (*text != '\r') {
+            identifier += *text;
+        } else if (text[1] != '\n') {
+            identifier += '\n';
+        }
+    }
+    return identifier;
+}
+
 /// Whether the replacement text refers to another entity. Character references do not count.
 bool refersToEntity(std::string_view text) {
     for (std::size_t i = 0; i + 1 < text.size(); ++i) {
@@ -412,7 +425,7 @@ void SAXParser::Driver::installCallbacks(XML_Parser pExpat) {
         pExpat, [](void* pUser, const char* name, const char*, const char* systemId, const char* publicId) {
             guarded(pUser, [&](Driver& driver) {
                 if (DTDHandler* pHandler = driver._parser._pDTDHandler) {
-                    const std::string systemText(systemId ? systemId : "");
+                    const std::string systemText = systemIdentifier(systemId);
                     const std::string publicText(publicId ? publicId : "");
                     pHandler->notationDecl(name, publicId ? &publicText : nullptr,
                                            systemId ? &systemText : nullptr);
@@ -572,7 +585,7 @@ void SAXParser::Driver::processingInstruction(std::string&& target, std::string&
 void SAXParser::Driver::startDTD(const char* name, const char* systemId, const char* publicId) {
     _inDTD = true;
     const std::string publicText(publicId ? publicId : "");
-    const std::string systemText(systemId ? systemId : "");
+    const std::string systemText = systemIdentifier(systemId);
     if (_holding) {
         _held.push_back({Held::START_DTD, name, publicText, systemText});
     } else if (LexicalHandler* pHandler = _parser._pLexicalHandler) {
@@ -628,7 +641,7 @@ void SAXParser::Driver::entityDecl(const char* name, bool isParameter, const cha
     } else if (notation) {
         if (DTDHandler* pHandler = _parser._pDTDHandler) {
             const std::string publicText(publicId ? publicId : "");
-            pHandler->unparsedEntityDecl(name, publicId ? &publicText : nullptr, systemId ? systemId : EMPTY,
+            pHandler->unparsedEntityDecl(name, publicId ? &publicText : nullptr, systemIdentifier(systemId),
                                          notation);
         }
     } else if (!isParameter) {
@@ -684,7 +697,7 @@ void SAXParser::Driver::parseExternal(XML_Parser pExpat, const char* context, co
         fail("external entities are nested too deeply");
     }
     const std::string publicText(publicId ? publicId : "");
-    const std::string systemText = absolute(base, systemId ? systemId : "");
+    const std::string systemText = absolute(base, systemIdentifier(systemId));
     const ResolvedSource source(_parser._pEntityResolver, publicId ? &publicText : nullptr, systemText);
     if (!source.get()) {
         fail("Cannot resolve system identifier: " + systemText);

@@ -17,7 +17,7 @@ class LexicalHandler;
 ///   references and all, cut only at 64 KiB and never inside a character; never an empty call;
 /// - a CDATA section as startCDATA, characters, endCDATA; comments outside the document type declaration;
 ///   processing instructions everywhere; document type declaration, notations, unparsed entities with their
-///   identifiers as written; attributes defaulted by the internal subset;
+///   identifiers as written, line ends normalised; attributes defaulted by the internal subset;
 /// - references to entities that were not read as skippedEntity. startEntity and endEntity are not called.
 ///
 /// External entities are read only when the standard features for them are on (they are off), through the

@@ -1,0 +1,171 @@
+#include "FuzzSupport.h"
+#include "Failure.h"
+#include "Octets.h"
+#include "Tamo/FastInfoset/Converter.h"
+#include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/FastInfoset/FastInfosetParser.h"
+#include "Tamo/MemoryStream.h"
+#include "Tamo/XML/SAXParser.h"
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <sstream>
+
+namespace Tamo::FastInfoset::Fuzz {
+
+using Test::failureOf;
+
+void require(bool holds, const char* property, const std::string& first, const std::string& second) {
+    if (holds) {
+        return;
+    }
+    std::fprintf(stderr, "\nProperty violated: %s\n  %s\n  %s\n", property, first.c_str(), second.c_str());
+    std::abort();
+}
+
+bool isEndOfInput(const std::string& failure) {
+    return failure == "AssertionViolationException: _pStream" ||
+           failure == "AssertionViolationException: unreadBits >= 0" ||
+           failure.starts_with("FISParseException: Unexpected end of stream");
+}
+
+ParserLimits limits() {
+    ParserLimits result;
+    result.maxDepth = 10000;
+    result.maxDeliveredOctets = 1 << 20;
+    return result;
+}
+
+Block::Block(std::string_view octets) : _pOctets(new char[octets.size()]), _size(octets.size()) {
+    std::copy(octets.begin(), octets.end(), _pOctets.get());
+}
+
+DocumentVocabulary Loader::load(const std::string& uri) {
+    static const std::string XML("<p:a xmlns:p='u' b='c' p:d='e'>f<!--g--><?h i?></p:a>");
+    static const std::string FIS =
+        Test::octets("E00000017838CF00700075F03D8100617C00624063FF91686991E2406EE100740064FF");
+    _isUsed = true;
+    switch (uri.front()) {
+    case 'x': {
+        MemoryInputStream stream(XML.data(), XML.size());
+        return loadXML(stream);
+    }
+    case 'v': {
+        MemoryInputStream stream(FIS.data(), FIS.size());
+        return loadFastInfoset(stream, *this);
+    }
+    case 's': {
+        MemoryInputStream stream(_document.data(), _document.size());
+        return loadFastInfoset(stream, *this);
+    }
+    default:
+        throw FISException("no such vocabulary", uri);
+    }
+}
+
+// A name that is fit to be an element's and yet refused is a recent one, or none at all.
+void Information::look(const std::string& name) {
+    const bool isASCII = std::all_of(name.begin(), name.end(), [](char c) { return c >= 0; });
+    if (!isASCII && !_hasRecentNames) {
+        const std::string xml = "<" + name + "/>";
+        _hasRecentNames = !failureOf([&] { XML::SAXParser().parseMemoryNP(xml.data(), xml.size()); }).empty();
+    }
+}
+
+void Information::startElement(const std::string& uri, const std::string& localName, const std::string& qname,
+                               const XML::Attributes& attributes) {
+    ++_depth;
+    look(localName);
+    look(qname.substr(0, qname.find(':')));
+    for (int i = 0; i < attributes.getLength(); ++i) {
+        look(attributes.getLocalName(i));
+    }
+    Trace::startElement(uri, localName, std::string(), attributes);
+}
+
+void Information::endElement(const std::string& uri, const std::string& localName, const std::string&) {
+    --_depth;
+    Trace::endElement(uri, localName, std::string());
+}
+
+void Information::characters(const char ch[], int start, int length) {
+    const std::string_view text(ch + start, static_cast<std::size_t>(length));
+    if (!text.empty() && (_depth > 0 || text.find_first_not_of(" \t\r\n") != std::string_view::npos)) {
+        Trace::characters(ch, start, length);
+    }
+}
+
+void Information::processingInstruction(const std::string& target, const std::string& data) {
+    look(target);
+    Trace::processingInstruction(target, data);
+}
+
+void Information::startPrefixMapping(const std::string& prefix, const std::string& uri) {
+    look(prefix);
+    Trace::startPrefixMapping(prefix, uri);
+}
+
+void Information::startDTD(const std::string&, const std::string& publicId, const std::string& systemId) {
+    Trace::startDTD(std::string(), publicId, systemId);
+}
+
+void Information::notationDecl(const std::string& name, const std::string* publicId,
+                               const std::string* systemId) {
+    look(name);
+    Trace declaration;
+    declaration.notationDecl(name, publicId, systemId);
+    _notations += declaration.text();
+}
+
+void Information::unparsedEntityDecl(const std::string& name, const std::string* publicId,
+                                     const std::string& systemId, const std::string& notationName) {
+    look(name);
+    look(notationName);
+    Trace declaration;
+    declaration.unparsedEntityDecl(name, publicId, systemId, notationName);
+    _entities += declaration.text();
+}
+
+Outcome informationOfXML(const std::string& xml) {
+    XML::SAXParser parser;
+    parser.setFeature(XML::SAXParser::FEATURE_DECLARATIONS_FIRST, true);
+    Information information;
+    information.connect(parser);
+    const std::string failure = failureOf([&] { parser.parseMemoryNP(xml.data(), xml.size()); });
+    return {failure, information.information(), false, information.hasRecentNames()};
+}
+
+Outcome informationOfFIS(std::string_view document) {
+    class Refusing : public ExternalVocabularyLoader {
+    public:
+        bool isAsked = false;
+        DocumentVocabulary load(const std::string& uri) override {
+            isAsked = true;
+            throw FISException("external vocabulary", uri);
+        }
+    } loader;
+    FastInfosetParser parser;
+    parser.setLimits(limits());
+    parser.setExternalVocabularyLoader(&loader);
+    Information information;
+    information.connect(parser);
+    const std::string failure = failureOf([&] { parser.parseMemoryNP(document.data(), document.size()); });
+    return {failure, information.information(), loader.isAsked, information.hasRecentNames()};
+}
+
+Outcome convertedToFIS(const std::string& xml, int maxIndexedStringLength, int options) {
+    std::istringstream in(xml);
+    std::ostringstream out;
+    const std::string failure =
+        failureOf([&] { Converter::convertToFIS(in, out, maxIndexedStringLength, options); });
+    return {failure, out.str(), false, false};
+}
+
+Outcome convertedToXML(const std::string& document, int options) {
+    std::istringstream in(document);
+    std::ostringstream out;
+    const std::string failure = failureOf([&] { Converter::convertToXML(in, out, options); });
+    return {failure, out.str(), false, false};
+}
+
+} // namespace Tamo::FastInfoset::Fuzz

@@ -1,0 +1,116 @@
+#ifndef TAMO_FUZZ_FUZZSUPPORT_H
+#define TAMO_FUZZ_FUZZSUPPORT_H
+
+#include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
+#include "Tamo/FastInfoset/ParserLimits.h"
+#include "Trace.h"
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+/// What the fuzz targets share. A target is one program with one LLVMFuzzerTestOneInput; a property that does
+/// not hold ends the process, so that the fuzzer keeps the input.
+namespace Tamo::FastInfoset::Fuzz {
+
+/// What a use of the library came to: how it failed ("" when it did not; see Test::failureOf, through which
+/// any exception that must not get out ends the process), and what it delivered until then.
+struct Outcome {
+    std::string failure;
+    std::string events;
+    bool isForeign = false;      ///< the document names an external vocabulary
+    bool hasRecentNames = false; ///< see Information
+
+    bool failed() const { return !failure.empty(); }
+};
+
+/// Ends the process unless the property holds, with the texts that explain it.
+void require(bool holds, const char* property, const std::string& first = {}, const std::string& second = {});
+
+/// True for the failures that mean that the input ends too early; which of them it is depends on where in the
+/// reader's buffer the end lies.
+bool isEndOfInput(const std::string& failure);
+
+/// Limits that keep one run short.
+ParserLimits limits();
+
+/// Octets in a block of exactly their size, so that the address sanitizer sees a read behind them.
+class Block {
+public:
+    explicit Block(std::string_view octets);
+
+    const char* data() const { return _pOctets.get(); }
+    std::size_t size() const { return _size; }
+
+private:
+    std::unique_ptr<char[]> _pOctets;
+    std::size_t _size;
+};
+
+/// External vocabularies without any file: "x..." is an XML document, "v..." a Fast Infoset document, "s..."
+/// the document itself; any other URI is refused.
+class Loader : public ExternalVocabularyLoader {
+public:
+    /// For this document, which the loader does not copy.
+    explicit Loader(std::string_view document) : _document(document) {}
+
+    /// Whether a vocabulary has been asked for.
+    bool isUsed() const { return _isUsed; }
+
+    DocumentVocabulary load(const std::string& uri) override;
+
+private:
+    std::string_view _document;
+    bool _isUsed = false;
+};
+
+/// The information of a document as both of its forms carry it: no prefixes, no name of the document type
+/// declaration, no CDATA borders, no skipped entities, no white space outside of the root element; notations
+/// before unparsed entities.
+class Information : public Trace {
+public:
+    Information() : Trace(INFORMATION) {}
+
+    std::string information() const { return _notations + _entities + text(); }
+
+    /// Whether there are names that XML 1.0 allows from its fifth edition on, and Expat does not.
+    bool hasRecentNames() const { return _hasRecentNames; }
+
+    void setDocumentLocator(const XML::Locator*) override {}
+    void startElement(const std::string& uri, const std::string& localName, const std::string& qname,
+                      const XML::Attributes& attributes) override;
+    void endElement(const std::string& uri, const std::string& localName, const std::string& qname) override;
+    void characters(const char ch[], int start, int length) override;
+    void processingInstruction(const std::string& target, const std::string& data) override;
+    void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
+    void skippedEntity(const std::string&) override {}
+    void startDTD(const std::string& name, const std::string& publicId, const std::string& systemId) override;
+    void notationDecl(const std::string& name, const std::string* publicId,
+                      const std::string* systemId) override;
+    void unparsedEntityDecl(const std::string& name, const std::string* publicId, const std::string& systemId,
+                            const std::string& notationName) override;
+
+private:
+    void look(const std::string& name);
+
+    std::string _notations;
+    std::string _entities;
+    std::size_t _depth = 0;
+    bool _hasRecentNames = false;
+};
+
+/// The information of XML text.
+Outcome informationOfXML(const std::string& xml);
+
+/// The information of a Fast Infoset document. An external vocabulary is not loaded.
+Outcome informationOfFIS(std::string_view document);
+
+/// The Fast Infoset document that Converter makes of XML text, and the other way round; octets in events.
+Outcome convertedToFIS(const std::string& xml, int maxIndexedStringLength, int options);
+Outcome convertedToXML(const std::string& document, int options);
+
+} // namespace Tamo::FastInfoset::Fuzz
+
+#endif

@@ -1,0 +1,37 @@
+// Converter::convertToFIS: what it makes of XML text can be read, and holds the information of the text.
+#include "FuzzSupport.h"
+#include "Tamo/FastInfoset/Converter.h"
+
+using namespace Tamo;
+using namespace Tamo::FastInfoset;
+using namespace Tamo::FastInfoset::Fuzz;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string xml(reinterpret_cast<const char*>(data), size);
+    const Outcome original = informationOfXML(xml);
+    for (const int maxIndexed : {0, 16, -1}) {
+        const Outcome document = convertedToFIS(xml, maxIndexed, 0);
+        if (original.failed()) {
+            require(document.failure == original.failure, "the parser's failure passes", original.failure,
+                    document.failure);
+            return 0;
+        }
+        if (document.failed()) {
+            return 0;
+        }
+        const Outcome read = informationOfFIS(document.events);
+        if (read.failure.starts_with("FISException: Limit exceeded")) {
+            return 0;
+        }
+        require(!read.failed(), "what is written can be read", read.failure, xml);
+        require(read.events == original.events, "it holds the same information", original.events,
+                read.events);
+        const Outcome back = convertedToXML(document.events, 0);
+        require(!back.failed(), "it converts back", back.failure, xml);
+        require(informationOfXML(back.events).events == original.events, "and is the same", xml, back.events);
+    }
+    const Outcome stripped = convertedToFIS(xml, 16, Converter::STRIP_WHITESPACE);
+    require(!stripped.failed() && !convertedToXML(stripped.events, 0).failed(), "without white space too",
+            stripped.failure, xml);
+    return 0;
+}
