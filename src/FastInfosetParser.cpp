@@ -5,6 +5,7 @@
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
 #include "Tamo/FastInfoset/FISContentHandler.h"
+#include "Tamo/FastInfoset/FISDefaultHandler.h"
 #include "Tamo/FastInfoset/FISDocumentHandler.h"
 #include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
@@ -251,6 +252,16 @@ void FastInfosetParser::initialize(XML::XMLWriter* pWriter) {
     setDocumentHandler(dynamic_cast<FISDocumentHandler*>(pWriter));
     setDTDHandler(pWriter);
     setProperty(PROPERTY_LEXICAL_HANDLER, static_cast<void*>(static_cast<XML::LexicalHandler*>(pWriter)));
+}
+
+void FastInfosetParser::initialize(FISDefaultHandler* pHandler) {
+    if (!pHandler) {
+        return;
+    }
+    setContentHandler(pHandler);
+    setDocumentHandler(pHandler);
+    setDTDHandler(pHandler);
+    setProperty(PROPERTY_LEXICAL_HANDLER, static_cast<void*>(static_cast<XML::LexicalHandler*>(pHandler)));
 }
 
 void FastInfosetParser::parseDocument(BitStreamReader& reader) {

@@ -602,6 +602,11 @@ void FastInfosetWriter::characters(const std::string& text) {
     writeCharacterChunk(text);
 }
 
+void FastInfosetWriter::characters(std::string_view text) {
+    _text.assign(text);
+    characters(_text);
+}
+
 void FastInfosetWriter::writeCharacterChunk(const std::string& text) {
     requirePosition(_writer.bitPos() == 2, "Illegal startposition for a CharacterChunk value");
     writeNonIdentifyingStringOrIndex(text, DocumentVocabulary::CONTENT_CHARACTER_CHUNK);
@@ -609,10 +614,14 @@ void FastInfosetWriter::writeCharacterChunk(const std::string& text) {
 
 void FastInfosetWriter::comment(const char ch[], int start, int length) {
     tamo_assert(start >= 0 && length >= 0);
+    comment(std::string_view(ch + start, static_cast<std::size_t>(length)));
+}
+
+void FastInfosetWriter::comment(std::string_view text) {
     handleEncodedData();
     _writer.complete(false);
     _writer.write(0xE2u, 8);
-    _text.assign(ch + start, static_cast<std::size_t>(length));
+    _text.assign(text);
     writeComment(_text);
 }
 
@@ -852,6 +861,12 @@ void FastInfosetWriter::insertValue(const T& value) {
 
 void FastInfosetWriter::binaryData(const char* data, std::size_t size) {
     insertEncoding(AutoPtr<Encoding>(new DWordEncoding(data, size)));
+}
+
+void FastInfosetWriter::binaryData(std::span<const std::byte> octets) {
+    if (!octets.empty()) {
+        binaryData(reinterpret_cast<const char*>(octets.data()), octets.size());
+    }
 }
 
 void FastInfosetWriter::encodedData(Int16 value) {

@@ -162,6 +162,103 @@ void parseStream(FastInfosetParser& parser, std::istream& stream) {
     parser.parse(&source);
 }
 
+namespace {
+
+template<class Values>
+void replayValues(const Values& values, TypedEventRecorder& recorder) {
+    for (const auto& value : values) {
+        recorder.encodedData(value);
+    }
+}
+
+void replayText(FastInfosetReader& reader, TypedEventRecorder& recorder) {
+    if (reader.isCData()) {
+        recorder.startCDATA();
+    }
+    if (reader.valueType() == FastInfosetReader::PLAIN_TEXT) {
+        recorder.characters(reader.text().data(), 0, static_cast<int>(reader.text().size()));
+    } else if (reader.valueType() == FastInfosetReader::OCTETS) {
+        recorder.binaryData(reinterpret_cast<const char*>(reader.octets().data()), reader.octets().size());
+    }
+    replayValues(reader.int16Values(), recorder);
+    replayValues(reader.int32Values(), recorder);
+    replayValues(reader.int64Values(), recorder);
+    replayValues(reader.floatValues(), recorder);
+    replayValues(reader.doubleValues(), recorder);
+    replayValues(reader.uuidValues(), recorder);
+    for (const bool value : reader.boolValues()) {
+        recorder.encodedData(value);
+    }
+    if (reader.isCData()) {
+        recorder.endCDATA();
+    }
+}
+
+void replayDeclarations(FastInfosetReader& reader, TypedEventRecorder& recorder) {
+    const auto orNull = [](const std::string& identifier) {
+        return identifier.empty() ? nullptr : &identifier;
+    };
+    for (const Notation& n : reader.notations()) {
+        recorder.notationDecl(n.getName(), orNull(n.getPublicId()), orNull(n.getSystemId()));
+    }
+    for (const UnparsedEntity& u : reader.unparsedEntities()) {
+        recorder.unparsedEntityDecl(u.getName(), orNull(u.getPublicId()), u.getSystemId(),
+                                    u.getNotationName());
+    }
+}
+
+} // namespace
+
+void replay(FastInfosetReader& reader, TypedEventRecorder& recorder) {
+    using R = FastInfosetReader;
+    std::vector<std::string> prefixes; // of the element started last, as the parser has them
+    const auto name = [&](auto use) {
+        use(std::string(reader.uri()), std::string(reader.localName()), std::string(reader.qname()));
+    };
+    for (;;) {
+        switch (reader.next()) {
+        case R::START_DOCUMENT:
+            replayDeclarations(reader, recorder);
+            recorder.startDocument();
+            break;
+        case R::START_DTD:
+            recorder.startDTD("", std::string(reader.publicId()), std::string(reader.systemId()));
+            break;
+        case R::END_DTD:
+            recorder.endDTD();
+            break;
+        case R::START_ELEMENT:
+            prefixes.clear();
+            for (const R::PrefixMapping& mapping : reader.prefixMappings()) {
+                prefixes.emplace_back(mapping.prefix);
+                recorder.startPrefixMapping(prefixes.back(), std::string(mapping.uri));
+            }
+            name([&](auto... parts) { recorder.startElement(parts..., reader.attributes()); });
+            break;
+        case R::END_ELEMENT:
+            name([&](auto... parts) { recorder.endElement(parts...); });
+            for (const std::string& prefix : prefixes) {
+                recorder.endPrefixMapping(prefix);
+            }
+            break;
+        case R::TEXT:
+            replayText(reader, recorder);
+            break;
+        case R::COMMENT:
+            recorder.comment(reader.text().data(), 0, static_cast<int>(reader.text().size()));
+            break;
+        case R::PROCESSING_INSTRUCTION:
+            recorder.processingInstruction(std::string(reader.target()), std::string(reader.text()));
+            break;
+        case R::END_DOCUMENT:
+            recorder.endDocument();
+            return;
+        case R::NO_DOCUMENT:
+            FAIL();
+        }
+    }
+}
+
 void expectEvents(const std::string& document, const std::string& events) {
     for (const auto impl : ALL_KINDS) {
         SCOPED_TRACE("tables of kind " + std::to_string(impl));
@@ -177,6 +274,20 @@ void expectEvents(const std::string& document, const std::string& events) {
         recorder.clear();
         DribblingStream dribble(document);
         parseStream(parser, dribble);
+        EXPECT_EQ(recorder.events(), events);
+        FastInfosetReader reader{DocumentVocabulary(impl)};
+        std::istringstream again(document);
+        DribblingStream dribbleAgain(document);
+        for (std::istream* pStream :
+             {static_cast<std::istream*>(&again), static_cast<std::istream*>(&dribbleAgain)}) {
+            recorder.clear();
+            reader.open(*pStream);
+            replay(reader, recorder);
+            EXPECT_EQ(recorder.events(), events);
+        }
+        recorder.clear();
+        reader.open(document);
+        replay(reader, recorder);
         EXPECT_EQ(recorder.events(), events);
     }
 }
@@ -220,6 +331,11 @@ void expectFailure(const std::string& document, const std::string& fromMemory,
         DribblingStream dribble(document);
         EXPECT_FAILURE(fromStream, parseStream(parser, dribble));
         TypedEventRecorder recorder;
+        FastInfosetReader reader{DocumentVocabulary(impl)};
+        reader.open(document);
+        EXPECT_FAILURE(fromMemory, replay(reader, recorder));
+        EXPECT_FAILURE("InvalidAccessException: No document is open", reader.next());
+        recorder.clear();
         recorder.connect(parser);
         parseMemory(parser, octets("E0000001003C0061FF"));
         EXPECT_EQ(recorder.events(), "^|<a|>|$");

@@ -4,6 +4,7 @@
 #include "EventRecorder.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
+#include "Tamo/FastInfoset/FastInfosetReader.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
 #include "TestSupport.h"
 #include <functional>
@@ -41,8 +42,11 @@ std::string eventsOf(const std::string& document);
 void parseMemory(FastInfosetParser& parser, std::string_view document);
 void parseStream(FastInfosetParser& parser, std::istream& stream);
 
-/// Expects these events from parsers with all kinds of tables, each used for a memory block, a stream and a
-/// stream that dribbles in a row.
+/// Reports the reader's document, event by event, as a parser does.
+void replay(FastInfosetReader& reader, TypedEventRecorder& recorder);
+
+/// Expects these events from parsers and readers with all kinds of tables, each used for a memory block, a
+/// stream and a stream that dribbles in a row.
 void expectEvents(const std::string& document, const std::string& events);
 
 /// Expects that a parser connected to a writer writes the document again.

@@ -26,6 +26,7 @@ class CommonForms;
 class ExternalVocabularyLoader;
 class FastInfosetWriter;
 class FISContentHandler;
+class FISDefaultHandler;
 class FISDocumentHandler;
 
 /// Reads a Fast Infoset document (ITU-T X.891) and reports it as SAX2 events.
@@ -112,10 +113,15 @@ public:
     /// Sets a writer of XML text as all of the handlers. A null writer is left out.
     void initialize(XML::XMLWriter* pWriter);
 
+    /// Sets a handler as all of the handlers. A null handler is left out.
+    void initialize(FISDefaultHandler* pHandler);
+
     /// What absent parts of names refer to.
     static const std::string EMPTY_STRING;
 
 private:
+    friend class FastInfosetReader; // takes the items one by one
+
     // A decoded value: text, or a typed value kept in _pTyped.
     struct Value {
         const std::string* pText = nullptr;

@@ -13,9 +13,12 @@
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/LexicalHandler.h"
 #include "Tamo/XML/NamespaceSupport.h"
+#include <cstddef>
 #include <iosfwd>
 #include <memory>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Tamo::XML {
@@ -126,6 +129,21 @@ public:
     /// Writes text as character data.
     void characters(const std::string& text);
 
+    void characters(std::string_view text);
+    void characters(const char* text) { characters(std::string_view(text)); }
+
+    /// Writes a comment.
+    void comment(std::string_view text);
+
+    /// Typed data, octets or an array at a time; an empty one is left out.
+    void binaryData(std::span<const std::byte> octets);
+    void encodedData(std::span<const Int16> values) { insertValues(values); }
+    void encodedData(std::span<const Int32> values) { insertValues(values); }
+    void encodedData(std::span<const Int64> values) { insertValues(values); }
+    void encodedData(std::span<const float> values) { insertValues(values); }
+    void encodedData(std::span<const double> values) { insertValues(values); }
+    void encodedData(std::span<const UUID> values) { insertValues(values); }
+
     /// An element without attributes.
     void startElement(const std::string& uri, const std::string& localName, const std::string& qname);
 
@@ -223,6 +241,12 @@ private:
     unsigned int tableIndex(const std::string& s, ID id, bool& found, bool& added);
     template<class E, class T>
     void insertValue(const T& value);
+    template<class T>
+    void insertValues(std::span<const T> values) {
+        for (const T& value : values) {
+            encodedData(value);
+        }
+    }
     State topState() const;
     void popState();
 

@@ -2,7 +2,9 @@
 #define TAMO_XML_XMLREADER_H
 
 #include <cstddef>
+#include <span>
 #include <string>
+#include <string_view>
 
 namespace Tamo::XML {
 
@@ -79,6 +81,14 @@ public:
     virtual void parse(const std::string& systemId) = 0;
     /// Reads a document of `size` octets in memory, not copied as a whole.
     virtual void parseMemoryNP(const char* xml, std::size_t size) = 0;
+
+    /// The same for the octets of a view.
+    void parseMemory(std::span<const std::byte> octets) {
+        parseMemoryNP(reinterpret_cast<const char*>(octets.data()), octets.size());
+    }
+    void parseMemory(std::string_view octets) { parseMemoryNP(octets.data(), octets.size()); }
+    /// Octets without a length are no document.
+    void parseMemory(const char*) = delete;
 
     virtual ~XMLReader() = default;
 };

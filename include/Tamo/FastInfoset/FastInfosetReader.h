@@ -1,0 +1,168 @@
+#ifndef TAMO_FASTINFOSET_FASTINFOSETREADER_H
+#define TAMO_FASTINFOSET_FASTINFOSETREADER_H
+
+#include "Tamo/FastInfoset/FastInfosetParser.h"
+#include "Tamo/FastInfoset/Notation.h"
+#include "Tamo/FastInfoset/UnparsedEntity.h"
+#include "Tamo/Types.h"
+#include "Tamo/UUID.h"
+#include "Tamo/XML/Attributes.h"
+#include <cstddef>
+#include <iosfwd>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Tamo::FastInfoset {
+
+/// Reads a Fast Infoset document (ITU-T X.891) as a cursor that the program moves: for those who would rather
+/// ask for the next event than be called with it.
+///
+/// Open a document, then call next() until it returns END_DOCUMENT. The source is borrowed and read as the
+/// cursor moves on: memory is bounded by the tables, the depth and the largest single item, not by the
+/// document. All views (names, attributes, text, values) belong to the reader and are valid until the next
+/// call of next() or open(). Text is reported as the document carries it, so a run of text can take several
+/// TEXT events.
+///
+/// A reader reads any number of documents, one at a time, also after an exception, and is used by one thread
+/// at a time. Exceptions are those of FastInfosetParser; after one, and before open(), next() throws
+/// InvalidAccessException.
+class FastInfosetReader {
+public:
+    /// What the cursor stands on.
+    enum Event {
+        NO_DOCUMENT,            ///< none is open, or next() was not called yet
+        START_DOCUMENT,         ///< the header is read: notations(), unparsedEntities(), vocabulary()
+        START_DTD,              ///< publicId(), systemId()
+        END_DTD,                ///< behind the processing instructions of the document type declaration
+        START_ELEMENT,          ///< uri(), localName(), qname(), attributes(), prefixMappings()
+        END_ELEMENT,            ///< uri(), localName(), qname()
+        TEXT,                   ///< text(), isCData(), valueType() and the values
+        COMMENT,                ///< text()
+        PROCESSING_INSTRUCTION, ///< target(), text()
+        END_DOCUMENT            ///< next() stays here
+    };
+
+    /// How a TEXT event is carried.
+    enum ValueType { PLAIN_TEXT, OCTETS, INT16, INT32, INT64, BOOLEAN, FLOAT, DOUBLE, UNIQUE_ID };
+
+    /// A namespace declaration; an empty URI undeclares the prefix.
+    struct PrefixMapping {
+        std::string_view prefix;
+        std::string_view uri;
+    };
+
+    /// A reader with tables of its own.
+    FastInfosetReader();
+
+    /// A reader over a copy of a prepared vocabulary.
+    explicit FastInfosetReader(const DocumentVocabulary& vocabulary);
+
+    FastInfosetReader(const FastInfosetReader&) = delete;
+    FastInfosetReader& operator=(const FastInfosetReader&) = delete;
+    ~FastInfosetReader();
+
+    /// Starts a document in a byte stream, which may be read further than the document goes.
+    void open(std::istream& stream);
+
+    /// Starts a document in memory, which is read in place.
+    void open(std::span<const std::byte> octets);
+    void open(std::string_view octets);
+    /// Octets without a length are no document.
+    void open(const char*) = delete;
+
+    /// Moves to the next event and returns it.
+    Event next();
+
+    /// Where the cursor stands.
+    Event event() const noexcept;
+
+    /// The elements that are open: at START_ELEMENT with, at END_ELEMENT without the element itself.
+    std::size_t depth() const noexcept;
+
+    /// At START_ELEMENT: moves to the END_ELEMENT of the element, over all that is in it.
+    void skipElement();
+
+    /// At START_ELEMENT: moves to the END_ELEMENT of the element and returns the text of it and of the
+    /// elements in it, typed data in text form.
+    std::string elementText();
+
+    /// The element's name; the qualified name is empty when the document gives no prefix.
+    std::string_view uri() const noexcept;
+    std::string_view localName() const noexcept;
+    std::string_view qname() const noexcept;
+
+    /// The element's attributes, without the namespace declarations.
+    const XML::Attributes& attributes() const noexcept;
+
+    /// The value of the element's attribute with this name; none when there is no such attribute.
+    std::optional<std::string_view> attribute(std::string_view localName, std::string_view uri = {}) const;
+
+    /// The namespace declarations of the element.
+    std::span<const PrefixMapping> prefixMappings() const noexcept;
+
+    /// The text of character data, a comment or a processing instruction; of typed data its text form, built
+    /// on the first call.
+    std::string_view text() const;
+
+    /// Whether the text is a CDATA section.
+    bool isCData() const noexcept;
+
+    /// The target of the processing instruction.
+    std::string_view target() const noexcept;
+
+    /// The identifiers of the document type declaration; empty when absent.
+    std::string_view publicId() const noexcept;
+    std::string_view systemId() const noexcept;
+
+    /// What the values are; an application's own encoding may deliver several kinds, and then this is the
+    /// first.
+    ValueType valueType() const noexcept;
+
+    /// The values of typed data; empty unless the text is of that type.
+    std::span<const std::byte> octets() const noexcept;
+    std::span<const Int16> int16Values() const noexcept;
+    std::span<const Int32> int32Values() const noexcept;
+    std::span<const Int64> int64Values() const noexcept;
+    std::span<const float> floatValues() const noexcept;
+    std::span<const double> doubleValues() const noexcept;
+    std::span<const UUID> uuidValues() const noexcept;
+    const std::vector<bool>& boolValues() const noexcept;
+
+    /// What the header declares.
+    const std::vector<Notation>& notations() const noexcept;
+    const std::vector<UnparsedEntity>& unparsedEntities() const noexcept;
+
+    /// Whether the document begins with an XML declaration.
+    bool hasXMLDeclaration() const noexcept;
+
+    /// The vocabulary as the document has left it so far.
+    const DocumentVocabulary& vocabulary() const noexcept;
+
+    /// What yields external vocabularies, see FastInfosetParser; borrowed.
+    void setExternalVocabularyLoader(ExternalVocabularyLoader* pLoader);
+
+    /// What is accepted of a document; to be set before open(). Typed values are not counted as delivered
+    /// octets.
+    void setLimits(const ParserLimits& limits);
+
+    /// The table of algorithms, to which an application adds its own.
+    DecodingAlgorithm& decodingAlgorithms();
+
+private:
+    class Cursor;
+
+    void start(std::unique_ptr<BitStreamReader> pInput);
+    void requireElement() const;
+
+    FastInfosetParser _parser;
+    std::unique_ptr<Cursor> _pCursor;
+    std::unique_ptr<BitStreamReader> _pInput; // null while no document is open
+};
+
+} // namespace Tamo::FastInfoset
+
+#endif

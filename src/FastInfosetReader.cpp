@@ -1,0 +1,360 @@
+#include "Tamo/FastInfoset/FastInfosetReader.h"
+#include "Tamo/Bugcheck.h"
+#include "Tamo/Exception.h"
+#include "Tamo/FastInfoset/BitStreamReader.h"
+#include "Tamo/FastInfoset/FISDefaultHandler.h"
+#include "Tamo/FastInfoset/StringDecoder.h"
+#include "Tamo/XML/AttributesImpl.h"
+
+namespace Tamo::FastInfoset {
+
+/// Keeps what the parser reports of one item. The strings that it refers to are the parser's own and stay in
+/// place until the parser goes on.
+class FastInfosetReader::Cursor : public FISDefaultHandler {
+public:
+    Event event = NO_DOCUMENT;
+    std::string_view uri;
+    std::string_view localName;
+    std::string_view qname;
+    const XML::Attributes* pAttributes = &NO_ATTRIBUTES;
+    std::vector<PrefixMapping> prefixMappings;
+    std::string_view target;
+    std::string_view publicId;
+    std::string_view systemId;
+
+    std::string_view text;
+    std::string typedText; // built when it is asked for
+    bool cData = false;
+    ValueType valueType = PLAIN_TEXT;
+    std::span<const std::byte> octets;
+    std::vector<Int16> int16s;
+    std::vector<Int32> int32s;
+    std::vector<Int64> int64s;
+    std::vector<bool> bools;
+    std::vector<float> floats;
+    std::vector<double> doubles;
+    std::vector<UUID> uuids;
+
+    std::vector<Notation> notations;
+    std::vector<UnparsedEntity> unparsedEntities;
+    bool xmlDeclaration = false;
+
+    /// Forgets the item.
+    void clear() {
+        event = NO_DOCUMENT;
+        uri = localName = qname = target = publicId = systemId = text = {};
+        pAttributes = &NO_ATTRIBUTES;
+        prefixMappings.clear();
+        cData = false;
+        if (valueType != PLAIN_TEXT) {
+            valueType = PLAIN_TEXT;
+            typedText.clear();
+            octets = {};
+            int16s.clear();
+            int32s.clear();
+            int64s.clear();
+            bools.clear();
+            floats.clear();
+            doubles.clear();
+            uuids.clear();
+        }
+    }
+
+    /// Forgets the document.
+    void clearDocument() {
+        clear();
+        notations.clear();
+        unparsedEntities.clear();
+        xmlDeclaration = false;
+    }
+
+    void startDocument() override { event = START_DOCUMENT; }
+    void startElement(const std::string& namespaceURI, const std::string& local, const std::string& qualified,
+                      const XML::Attributes& attributes) override {
+        setName(START_ELEMENT, namespaceURI, local, qualified);
+        pAttributes = &attributes;
+    }
+    void endElement(const std::string& namespaceURI, const std::string& local,
+                    const std::string& qualified) override {
+        setName(END_ELEMENT, namespaceURI, local, qualified);
+    }
+    void characters(const char ch[], int start, int length) override { setText(TEXT, ch, start, length); }
+    void comment(const char ch[], int start, int length) override { setText(COMMENT, ch, start, length); }
+    void startCDATA() override { cData = true; }
+    void processingInstruction(const std::string& name, const std::string& data) override {
+        event = PROCESSING_INSTRUCTION;
+        target = name;
+        text = data;
+    }
+    void startPrefixMapping(const std::string& prefix, const std::string& namespaceURI) override {
+        prefixMappings.push_back({prefix, namespaceURI});
+    }
+    void startDTD(const std::string&, const std::string& publicName, const std::string& systemName) override {
+        event = START_DTD;
+        publicId = publicName;
+        systemId = systemName;
+    }
+    void endDTD() override { event = END_DTD; }
+
+    void binaryData(const char* data, std::size_t length) override {
+        setType(OCTETS);
+        octets = std::as_bytes(std::span(data, length));
+    }
+    void encodedData(Int16 value) override { add(INT16, int16s, value); }
+    void encodedData(Int32 value) override { add(INT32, int32s, value); }
+    void encodedData(Int64 value) override { add(INT64, int64s, value); }
+    void encodedData(bool value) override { add(BOOLEAN, bools, value); }
+    void encodedData(float value) override { add(FLOAT, floats, value); }
+    void encodedData(double value) override { add(DOUBLE, doubles, value); }
+    void encodedData(const UUID& value) override { add(UNIQUE_ID, uuids, value); }
+
+    void notationDecl(const std::string& name, const std::string* pPublicId,
+                      const std::string* pSystemId) override {
+        notations.emplace_back(name, pPublicId ? *pPublicId : std::string(),
+                               pSystemId ? *pSystemId : std::string());
+    }
+    void unparsedEntityDecl(const std::string& name, const std::string* pPublicId,
+                            const std::string& systemName, const std::string& notationName) override {
+        unparsedEntities.emplace_back(name, pPublicId ? *pPublicId : std::string(), systemName, notationName);
+    }
+    void setWriteXMLDeclaration(bool flag) override { xmlDeclaration = flag; }
+
+private:
+    static const XML::AttributesImpl NO_ATTRIBUTES;
+
+    void setName(Event kind, const std::string& namespaceURI, const std::string& local,
+                 const std::string& qualified) {
+        event = kind;
+        uri = namespaceURI;
+        localName = local;
+        qname = qualified;
+    }
+
+    void setText(Event kind, const char ch[], int start, int length) {
+        event = kind;
+        text = std::string_view(ch + start, static_cast<std::size_t>(length));
+    }
+
+    void setType(ValueType type) {
+        event = TEXT;
+        if (valueType == PLAIN_TEXT) {
+            valueType = type;
+        }
+    }
+
+    template<class T>
+    void add(ValueType type, std::vector<T>& values, const T& value) {
+        setType(type);
+        values.push_back(value);
+    }
+};
+
+const XML::AttributesImpl FastInfosetReader::Cursor::NO_ATTRIBUTES;
+
+FastInfosetReader::FastInfosetReader()
+    : FastInfosetReader(DocumentVocabulary(DocumentVocabulary::VOC_VECTOR)) {}
+
+FastInfosetReader::FastInfosetReader(const DocumentVocabulary& vocabulary)
+    : _parser(vocabulary), _pCursor(std::make_unique<Cursor>()) {
+    _parser.initialize(_pCursor.get());
+}
+
+FastInfosetReader::~FastInfosetReader() = default;
+
+void FastInfosetReader::open(std::istream& stream) {
+    start(std::make_unique<BitStreamReader>(stream));
+}
+
+void FastInfosetReader::open(std::span<const std::byte> octets) {
+    start(std::make_unique<BitStreamReader>(reinterpret_cast<const char*>(octets.data()), octets.size()));
+}
+
+void FastInfosetReader::open(std::string_view octets) {
+    start(std::make_unique<BitStreamReader>(octets.data(), octets.size()));
+}
+
+void FastInfosetReader::start(std::unique_ptr<BitStreamReader> pInput) {
+    _pCursor->clearDocument();
+    _pInput = std::move(pInput);
+    _parser._openElements.clear();
+}
+
+FastInfosetReader::Event FastInfosetReader::next() {
+    if (!_pInput) {
+        throw InvalidAccessException("No document is open");
+    }
+    const Event before = _pCursor->event;
+    if (before == END_DOCUMENT) {
+        return before;
+    }
+    _pCursor->clear();
+    // What throws leaves no document open.
+    std::unique_ptr<BitStreamReader> pInput = std::move(_pInput);
+    if (before == NO_DOCUMENT) {
+        _parser.beginDocument(*pInput);
+    }
+    while (_pCursor->event == NO_DOCUMENT) { // some items are not reported
+        if (!_parser.parseItems(*pInput, false)) {
+            _pCursor->event = END_DOCUMENT;
+        }
+    }
+    _pInput = std::move(pInput);
+    return _pCursor->event;
+}
+
+FastInfosetReader::Event FastInfosetReader::event() const noexcept {
+    return _pCursor->event;
+}
+
+std::size_t FastInfosetReader::depth() const noexcept {
+    return _parser._openElements.size();
+}
+
+void FastInfosetReader::requireElement() const {
+    if (event() != START_ELEMENT) {
+        throw InvalidAccessException("The reader is not at the start of an element");
+    }
+}
+
+void FastInfosetReader::skipElement() {
+    requireElement();
+    const std::size_t end = depth() - 1;
+    while (next() != END_ELEMENT || depth() != end) {
+    }
+}
+
+std::string FastInfosetReader::elementText() {
+    requireElement();
+    const std::size_t end = depth() - 1;
+    std::string result;
+    while (next() != END_ELEMENT || depth() != end) {
+        if (event() == TEXT) {
+            result.append(text());
+        }
+    }
+    return result;
+}
+
+std::string_view FastInfosetReader::uri() const noexcept {
+    return _pCursor->uri;
+}
+
+std::string_view FastInfosetReader::localName() const noexcept {
+    return _pCursor->localName;
+}
+
+std::string_view FastInfosetReader::qname() const noexcept {
+    return _pCursor->qname;
+}
+
+const XML::Attributes& FastInfosetReader::attributes() const noexcept {
+    return *_pCursor->pAttributes;
+}
+
+std::optional<std::string_view> FastInfosetReader::attribute(std::string_view localName,
+                                                             std::string_view uri) const {
+    const XML::Attributes& all = attributes();
+    const int count = all.getLength();
+    for (int i = 0; i < count; ++i) {
+        if (all.getLocalName(i) == localName && all.getURI(i) == uri) {
+            return all.getValue(i);
+        }
+    }
+    return std::nullopt;
+}
+
+std::span<const FastInfosetReader::PrefixMapping> FastInfosetReader::prefixMappings() const noexcept {
+    return _pCursor->prefixMappings;
+}
+
+std::string_view FastInfosetReader::text() const {
+    if (valueType() == PLAIN_TEXT) {
+        return _pCursor->text;
+    }
+    if (_pCursor->typedText.empty()) {
+        _pCursor->typedText = StringDecoder::textOf(*_parser._pTyped);
+    }
+    return _pCursor->typedText;
+}
+
+bool FastInfosetReader::isCData() const noexcept {
+    return _pCursor->cData;
+}
+
+std::string_view FastInfosetReader::target() const noexcept {
+    return _pCursor->target;
+}
+
+std::string_view FastInfosetReader::publicId() const noexcept {
+    return _pCursor->publicId;
+}
+
+std::string_view FastInfosetReader::systemId() const noexcept {
+    return _pCursor->systemId;
+}
+
+FastInfosetReader::ValueType FastInfosetReader::valueType() const noexcept {
+    return _pCursor->valueType;
+}
+
+std::span<const std::byte> FastInfosetReader::octets() const noexcept {
+    return _pCursor->octets;
+}
+
+std::span<const Int16> FastInfosetReader::int16Values() const noexcept {
+    return _pCursor->int16s;
+}
+
+std::span<const Int32> FastInfosetReader::int32Values() const noexcept {
+    return _pCursor->int32s;
+}
+
+std::span<const Int64> FastInfosetReader::int64Values() const noexcept {
+    return _pCursor->int64s;
+}
+
+std::span<const float> FastInfosetReader::floatValues() const noexcept {
+    return _pCursor->floats;
+}
+
+std::span<const double> FastInfosetReader::doubleValues() const noexcept {
+    return _pCursor->doubles;
+}
+
+std::span<const UUID> FastInfosetReader::uuidValues() const noexcept {
+    return _pCursor->uuids;
+}
+
+const std::vector<bool>& FastInfosetReader::boolValues() const noexcept {
+    return _pCursor->bools;
+}
+
+const std::vector<Notation>& FastInfosetReader::notations() const noexcept {
+    return _pCursor->notations;
+}
+
+const std::vector<UnparsedEntity>& FastInfosetReader::unparsedEntities() const noexcept {
+    return _pCursor->unparsedEntities;
+}
+
+bool FastInfosetReader::hasXMLDeclaration() const noexcept {
+    return _pCursor->xmlDeclaration;
+}
+
+const DocumentVocabulary& FastInfosetReader::vocabulary() const noexcept {
+    return _parser.vocabulary();
+}
+
+void FastInfosetReader::setExternalVocabularyLoader(ExternalVocabularyLoader* pLoader) {
+    _parser.setExternalVocabularyLoader(pLoader);
+}
+
+void FastInfosetReader::setLimits(const ParserLimits& limits) {
+    _parser.setLimits(limits);
+}
+
+DecodingAlgorithm& FastInfosetReader::decodingAlgorithms() {
+    return _parser.decodingAlgorithms();
+}
+
+} // namespace Tamo::FastInfoset
