@@ -97,7 +97,7 @@ void Information::characters(const char ch[], int start, int length) {
 
 void Information::processingInstruction(const std::string& target, const std::string& data) {
     look(target);
-    Trace::processingInstruction(target, data);
+    Trace::processingInstruction((_inDTD ? "DTD:" : "") + target, data);
 }
 
 void Information::startPrefixMapping(const std::string& prefix, const std::string& uri) {
@@ -105,15 +105,29 @@ void Information::startPrefixMapping(const std::string& prefix, const std::strin
     Trace::startPrefixMapping(prefix, uri);
 }
 
+// A public identifier as every parser of XML normalises it.
+std::string Information::normalized(const std::string& publicId) {
+    std::istringstream words(publicId);
+    std::string result;
+    for (std::string word; words >> word;) {
+        result += (result.empty() ? "" : " ") + word;
+    }
+    return result;
+}
+
 void Information::startDTD(const std::string&, const std::string& publicId, const std::string& systemId) {
-    Trace::startDTD(std::string(), publicId, systemId);
+    _inDTD = true;
+    if (!publicId.empty() || !systemId.empty()) {
+        Trace::event("DTD(" + normalized(publicId) + "," + systemId + ")");
+    }
 }
 
 void Information::notationDecl(const std::string& name, const std::string* publicId,
                                const std::string* systemId) {
     look(name);
     Trace declaration;
-    declaration.notationDecl(name, publicId, systemId);
+    const std::string publicText = publicId ? normalized(*publicId) : std::string();
+    declaration.notationDecl(name, publicId ? &publicText : nullptr, systemId);
     _notations += declaration.text();
 }
 
@@ -122,7 +136,8 @@ void Information::unparsedEntityDecl(const std::string& name, const std::string*
     look(name);
     look(notationName);
     Trace declaration;
-    declaration.unparsedEntityDecl(name, publicId, systemId, notationName);
+    const std::string publicText = publicId ? normalized(*publicId) : std::string();
+    declaration.unparsedEntityDecl(name, publicId ? &publicText : nullptr, systemId, notationName);
     _entities += declaration.text();
 }
 

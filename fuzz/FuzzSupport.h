@@ -66,9 +66,9 @@ private:
     bool _isUsed = false;
 };
 
-/// The information of a document as both of its forms carry it: no prefixes, no name of the document type
-/// declaration, no CDATA borders, no skipped entities, no white space outside of the root element; notations
-/// before unparsed entities.
+/// The information of a document as both of its forms carry it: no prefixes, no CDATA borders, no skipped
+/// entities, no white space outside of the root element; of the document type declaration the identifiers and
+/// what it holds, notations before unparsed entities.
 class Information : public Trace {
 public:
     Information() : Trace(INFORMATION) {}
@@ -87,17 +87,20 @@ public:
     void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
     void skippedEntity(const std::string&) override {}
     void startDTD(const std::string& name, const std::string& publicId, const std::string& systemId) override;
+    void endDTD() override { _inDTD = false; }
     void notationDecl(const std::string& name, const std::string* publicId,
                       const std::string* systemId) override;
     void unparsedEntityDecl(const std::string& name, const std::string* publicId, const std::string& systemId,
                             const std::string& notationName) override;
 
 private:
+    static std::string normalized(const std::string& publicId);
     void look(const std::string& name);
 
     std::string _notations;
     std::string _entities;
     std::size_t _depth = 0;
+    bool _inDTD = false;
     bool _hasRecentNames = false;
 };
 

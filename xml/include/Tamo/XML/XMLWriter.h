@@ -26,7 +26,8 @@ class XMLOutput;
 /// nothing, qualified names may be empty. Mappings that XML does not allow (of `xml` or `xmlns`, of a prefix
 /// that is no name or has an empty namespace name) are not written.
 ///
-/// Content: text, attribute values, comments and processing instructions come back exactly from a parser.
+/// Content: text, attribute values, comments and processing instructions come back exactly from a parser;
+/// public identifiers with their white space normalised, as XML wants it.
 /// What cannot (characters outside XML 1.0, octets that are not UTF-8, `--` in a comment, `?>` in a
 /// processing instruction, names that are no names, two attributes of one name, no or two root elements, ...)
 /// is an XMLException that names it. Notations and unparsed entities may be reported before startDocument or
