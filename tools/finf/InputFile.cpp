@@ -2,6 +2,7 @@
 #include "FinfError.h"
 #include <cerrno>
 #include <fcntl.h>
+#include <iterator>
 #include <unistd.h>
 
 namespace finf {
@@ -25,6 +26,13 @@ InputFile::~InputFile() {
     if (_descriptor != STDIN_FILENO) {
         ::close(_descriptor);
     }
+}
+
+std::string InputFile::readAll(const std::string& path) {
+    InputFile file(path);
+    std::string octets{std::istreambuf_iterator<char>(file.stream()), std::istreambuf_iterator<char>()};
+    file.check();
+    return octets;
 }
 
 void InputFile::check() const {

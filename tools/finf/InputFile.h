@@ -18,6 +18,9 @@ public:
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
 
+    /// All of the file at path; throws FinfError.
+    static std::string readAll(const std::string& path);
+
     std::istream& stream() { return _stream; }
 
     /// Throws FinfError when a read has failed: what looked like the end of the input was none.

@@ -5,33 +5,19 @@
 #include "Tamo/MemoryStream.h"
 #include "Tamo/XML/InputSource.h"
 #include <algorithm>
-#include <iterator>
-#include <string_view>
 
 namespace finf {
 
 using Tamo::FastInfoset::DocumentVocabulary;
 using Tamo::FastInfoset::FastInfosetParser;
 
-namespace {
-
-std::string readAll(const std::string& path) {
-    InputFile file(path);
-    std::string octets{std::istreambuf_iterator<char>(file.stream()), std::istreambuf_iterator<char>()};
-    file.check();
-    return octets;
-}
-
-/// True when the identification of a Fast Infoset document stands first or behind an XML declaration.
-bool isFastInfoset(std::string_view octets) {
+bool VocabularyFiles::isFastInfoset(std::string_view octets) {
     constexpr std::string_view IDENTIFICATION("\xE0\x00", 2);
     if (octets.starts_with("<?")) {
         octets.remove_prefix(std::min(octets.find('>'), octets.size() - 1) + 1);
     }
     return octets.starts_with(IDENTIFICATION);
 }
-
-} // namespace
 
 DocumentVocabulary VocabularyFiles::load(const std::string& uri) {
     const auto entry =
@@ -41,7 +27,7 @@ DocumentVocabulary VocabularyFiles::load(const std::string& uri) {
                         uri + "=FILE");
     }
     try {
-        return read(readAll(entry->file));
+        return read(InputFile::readAll(entry->file));
     } catch (const std::exception& e) {
         throw FinfError("external vocabulary " + entry->file + ": " + FinfError::reason(e));
     }
@@ -50,7 +36,8 @@ DocumentVocabulary VocabularyFiles::load(const std::string& uri) {
 DocumentVocabulary VocabularyFiles::read(const std::string& octets) {
     Tamo::MemoryInputStream stream(octets.data(), octets.size());
     if (!isFastInfoset(octets)) {
-        return loadXML(stream);
+        // Not the kind that loadXML yields: it has limits, which the documents are not bound to.
+        return {loadXML(stream), DocumentVocabulary::VOC_VECTOR};
     }
     FastInfosetParser parser;
     parser.setExternalVocabularyLoader(this);

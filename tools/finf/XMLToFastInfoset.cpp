@@ -12,18 +12,23 @@ using Tamo::FastInfoset::DocumentVocabulary;
 using Tamo::XML::SAXParser;
 using Tamo::XML::XMLReader;
 
+void XMLToFastInfoset::setVocabulary(const std::string& uri, const DocumentVocabulary& vocabulary) {
+    _uri = uri;
+    _vocabulary.emplace(vocabulary, DocumentVocabulary::VOC_MAP);
+}
+
 void XMLToFastInfoset::convert(std::istream& in, std::ostream& out) {
+    if (!_vocabulary && !_options.vocabularies.empty()) {
+        _uri = _options.vocabularies.front().uri;
+        _vocabulary = _vocabularies.loadForWriting(_uri);
+    }
     std::unique_ptr<DocumentWriter> pWriter;
-    if (_options.vocabularies.empty()) {
+    if (_vocabulary) {
+        pWriter = std::make_unique<DocumentWriter>(out, _options.xmlDeclaration, *_vocabulary);
+        pWriter->setExternalVocabulary(_uri, *_vocabulary);
+    } else {
         pWriter = std::make_unique<DocumentWriter>(out, _options.xmlDeclaration,
                                                    DocumentVocabulary(DocumentVocabulary::VOC_MAP));
-    } else {
-        const std::string& uri = _options.vocabularies.front().uri;
-        if (!_vocabulary) {
-            _vocabulary = _vocabularies.loadForWriting(uri);
-        }
-        pWriter = std::make_unique<DocumentWriter>(out, _options.xmlDeclaration, *_vocabulary);
-        pWriter->setExternalVocabulary(uri, *_vocabulary);
     }
     pWriter->setMaxIndexedStringLength(_options.maxIndexedLength);
 

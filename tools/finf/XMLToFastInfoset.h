@@ -4,6 +4,7 @@
 #include "Conversion.h"
 #include "Options.h"
 #include <optional>
+#include <string>
 
 namespace finf {
 
@@ -14,11 +15,15 @@ public:
     explicit XMLToFastInfoset(const Options& options)
         : _options(options), _vocabularies(options.vocabularies, options.limits) {}
 
+    /// Writes against this vocabulary, not against the first one of the options.
+    void setVocabulary(const std::string& uri, const Tamo::FastInfoset::DocumentVocabulary& vocabulary);
+
     void convert(std::istream& in, std::ostream& out) override;
 
 private:
     const Options& _options;
     VocabularyFiles _vocabularies;
+    std::string _uri;
     std::optional<Tamo::FastInfoset::DocumentVocabulary> _vocabulary; // read for the first document
 };
 

@@ -3,6 +3,7 @@
 #include "EncodeCommand.h"
 #include "FinfError.h"
 #include "StandardOutput.h"
+#include "VocabularyCommand.h"
 #include <algorithm>
 #include <csignal>
 #include <iostream>
@@ -27,6 +28,7 @@ finf::ExitStatus run(int argc, char** argv) {
     const std::unique_ptr<finf::Command> commands[] = {
         std::make_unique<finf::EncodeCommand>(app),
         std::make_unique<finf::DecodeCommand>(app),
+        std::make_unique<finf::VocabularyCommand>(app),
     };
 
     try {
