@@ -60,12 +60,6 @@ void expectDocument(const DocumentRow& row);
 /// that the parser reads the next document.
 void expectFailure(const std::string& document, const std::string& fromMemory, const std::string& fromStream);
 
-/// The failure of a read past the end of a memory block.
-inline constexpr const char* MEMORY_END = "AssertionViolationException: _pStream";
-/// The failure of an octet string that is longer than the document.
-inline constexpr const char* OCTETS_END =
-    "FISParseException: Unexpected end of stream while parsing octet string";
-
 } // namespace Tamo::FastInfoset::Test
 
 #endif

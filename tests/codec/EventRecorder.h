@@ -1,8 +1,10 @@
 #ifndef TAMO_TESTS_EVENTRECORDER_H
 #define TAMO_TESTS_EVENTRECORDER_H
 
+#include "Tamo/Exception.h"
 #include "Tamo/FastInfoset/FISContentHandler.h"
 #include "Tamo/FastInfoset/FISDocumentHandler.h"
+#include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/LexicalHandler.h"
 #include "Tamo/XML/XMLReader.h"
@@ -20,11 +22,15 @@ namespace Tamo::FastInfoset::Test {
 ///     !n,p,s  ~        a DTD starts (name, public and system identifier), ends
 ///     Nn,p,s  Un,p,s,m a notation, an unparsed entity; an absent identifier is a '-'
 ///     =int 5           a typed value
+///     declaration, none, external uri, vocabulary: what the document says of itself
 ///
 /// A name is the qualified name, or the local name when there is none; an end that does not fit its element
 /// is written with its name. The base is the interface of the content handler, plain or typed.
 template<class Base>
-class ContentRecorder : public Base, public XML::LexicalHandler, public XML::DTDHandler {
+class ContentRecorder : public Base,
+                        public XML::LexicalHandler,
+                        public XML::DTDHandler,
+                        public FISDocumentHandler {
 public:
     /// What is written down.
     enum Detail {
@@ -35,14 +41,28 @@ public:
     explicit ContentRecorder(Detail detail = EVERYTHING) : _detail(detail) {}
 
     /// Becomes the content, lexical and DTD handler of the reader.
-    void connect(XML::XMLReader& reader);
+    void connect(XML::XMLReader& reader) {
+        reader.setContentHandler(this);
+        reader.setDTDHandler(this);
+        reader.setProperty(XML::XMLReader::PROPERTY_LEXICAL_HANDLER,
+                           static_cast<void*>(static_cast<XML::LexicalHandler*>(this)));
+    }
+    /// Becomes the document handler too.
+    void connectAll(FastInfosetParser& parser) {
+        connect(parser);
+        parser.setDocumentHandler(this);
+    }
 
     /// Throws RuntimeException "handler" in place of event number count from now on.
     void failAt(std::size_t count) { _eventsLeft = count; }
 
     const std::string& events() const { return _events; }
     /// Forgets the events, the elements left open and failAt.
-    void clear();
+    void clear() {
+        _events.clear();
+        _open.clear();
+        _eventsLeft = static_cast<std::size_t>(-1);
+    }
 
     void setDocumentLocator(const XML::Locator*) override {}
     void startDocument() override { event("^"); }
@@ -50,31 +70,59 @@ public:
     void startElement(const std::string& uri, const std::string& localName, const std::string& qname,
                       const XML::Attributes& attributes) override;
     void endElement(const std::string& uri, const std::string& localName, const std::string& qname) override;
-    void characters(const char ch[], int start, int length) override { event("'" + text(ch, start, length)); }
+    void characters(const char ch[], int start, int length) override { text('\'', ch, start, length); }
     void ignorableWhitespace(const char ch[], int start, int length) override {
         characters(ch, start, length);
     }
-    void processingInstruction(const std::string& target, const std::string& data) override;
-    void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
-    void endPrefixMapping(const std::string& prefix) override;
+    void processingInstruction(const std::string& target, const std::string& data) override {
+        event("?" + target + (data.empty() ? "" : " " + data));
+    }
+    void startPrefixMapping(const std::string& prefix, const std::string& uri) override {
+        mapping("+" + prefix + "=" + uri);
+    }
+    void endPrefixMapping(const std::string& prefix) override { mapping("-" + prefix); }
     void skippedEntity(const std::string& name) override { event("*" + name); }
-    void startDTD(const std::string& name, const std::string& publicId, const std::string& systemId) override;
+    void startDTD(const std::string& name, const std::string& publicId,
+                  const std::string& systemId) override {
+        event("!" + (_detail == INFORMATION ? "" : name) + "," + publicId + "," + systemId);
+    }
     void endDTD() override { event("~"); }
     void startEntity(const std::string&) override {}
     void endEntity(const std::string&) override {}
     void startCDATA() override { event("["); }
     void endCDATA() override { event("]"); }
-    void comment(const char ch[], int start, int length) override { event("#" + text(ch, start, length)); }
+    void comment(const char ch[], int start, int length) override { text('#', ch, start, length); }
     void notationDecl(const std::string& name, const std::string* publicId,
-                      const std::string* systemId) override;
+                      const std::string* systemId) override {
+        event("N" + name + "," + orDash(publicId) + "," + orDash(systemId));
+    }
     void unparsedEntityDecl(const std::string& name, const std::string* publicId, const std::string& systemId,
-                            const std::string& notationName) override;
+                            const std::string& notationName) override {
+        event("U" + name + "," + orDash(publicId) + "," + systemId + "," + notationName);
+    }
+    void setDocumentVocabulary(const DocumentVocabulary&) override { event("vocabulary"); }
+    [[noreturn]] DocumentVocabulary& getDocumentVocabulary() override { throw NotImplementedException(""); }
+    [[noreturn]] const DocumentVocabulary& getDocumentVocabulary() const override {
+        throw NotImplementedException("");
+    }
+    void setWriteXMLDeclaration(bool flag) override { event(flag ? "declaration" : "none"); }
+    void setExternalVocabulary(const std::string& uri, const DocumentVocabulary&) override {
+        event("external " + uri);
+    }
 
 protected:
     void event(const std::string& token);
 
 private:
-    static std::string text(const char ch[], int start, int length);
+    void mapping(const std::string& token) {
+        if (_detail == EVERYTHING) {
+            event(token);
+        }
+    }
+    void text(char kind, const char ch[], int start, int length) {
+        event(kind + std::string(ch + start, static_cast<std::size_t>(length)));
+    }
+    static std::string orDash(const std::string* pIdentifier) { return pIdentifier ? *pIdentifier : "-"; }
 
     Detail _detail;
     std::string _events;
@@ -95,20 +143,6 @@ public:
     void encodedData(float value) override;
     void encodedData(double value) override;
     void encodedData(const UUID& value) override { event("=uuid " + value.toString()); }
-};
-
-/// Writes down what a document says of itself: "declaration 1|external URI|vocabulary".
-class DocumentRecorder : public FISDocumentHandler {
-public:
-    std::string calls;
-
-    void setDocumentVocabulary(const DocumentVocabulary&) override { calls += "vocabulary"; }
-    [[noreturn]] DocumentVocabulary& getDocumentVocabulary() override;
-    [[noreturn]] const DocumentVocabulary& getDocumentVocabulary() const override;
-    void setWriteXMLDeclaration(bool flag) override { calls += flag ? "declaration|" : "none|"; }
-    void setExternalVocabulary(const std::string& uri, const DocumentVocabulary&) override {
-        calls += "external " + uri + "|";
-    }
 };
 
 } // namespace Tamo::FastInfoset::Test

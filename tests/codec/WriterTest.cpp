@@ -146,10 +146,8 @@ TEST(WriterTest, Conveniences) {
 TEST(WriterTest, OptionsAndLifecycle) {
     EXPECT_EQ(document([](FastInfosetWriter&) {}), "");
     std::ostringstream stream;
-    {
-        FastInfosetWriter writer(stream, true, DocumentVocabulary::VOC_MAP);
-        play("^|$", writer);
-    }
+    FastInfosetWriter declaring(stream, true, DocumentVocabulary::VOC_MAP);
+    play("^|$", declaring);
     EXPECT_EQ(stream.str(), "<?xml encoding='finf'?>" + document("00 F0"));
     // A comment in a CDATA section is marked like its text.
     EXPECT_EQ(document([](auto& w) { play("^|[|#c|]|$", w); }), document("00 E2 70 90 63 F0"));
@@ -165,16 +163,39 @@ TEST(WriterTest, OptionsAndLifecycle) {
     counting.setDocumentVocabulary(DocumentVocabulary(DocumentVocabulary::VOC_MAP));
     play("^|<{u}a|>|$", counting);
     EXPECT_EQ(eventsOf(stream.str()), "^|+ns2=u|<{u}ns2:a|>|-ns2|$");
+}
+
+TEST(WriterTest, Vocabularies) {
+    // What is in the tables before the document is announced, as far as the header can carry it.
+    const auto start = [](const std::function<void(DocumentVocabulary&)>& prepare) {
+        std::ostringstream stream;
+        FastInfosetWriter writer(stream);
+        prepare(writer.getDocumentVocabulary());
+        const std::string failure = failureOf([&] { writer.startDocument(); });
+        return failure.empty() ? hex(stream.str()) : failure;
+    };
+    bool found = false;
+    EXPECT_EQ(start([&](auto& v) { v.index(DocumentVocabulary::LOCAL_NAME, "e", found); }),
+              "E0 00 00 01 20 00 80 00 00 65");
+    EXPECT_EQ(start([](auto& v) { v.restrictedAlphabets().add("ab"); }), "E0 00 00 01 20 08 00 00 01 61 62");
+    EXPECT_EQ(start([&](auto& v) { v.index(DocumentVocabulary::ATTRIBUTE_VALUE, "e", found); }),
+              "AssertionViolationException: checkInputParams(Utility::SIZEOFINT32INBIT, numOfBits)");
+    const auto prepareName = [&](DocumentVocabulary& v) {
+        v.index(DocumentVocabulary::LOCAL_NAME, "l", found);
+        v.elementVocabulary().index(QualifiedNameEntry(0, 0, 1), found);
+    };
+    EXPECT_EQ(start(prepareName),
+              "FISEncodingException: Illegal startposition for an writeIdentifyingStringIndex");
     // Only setDocumentVocabulary refuses tables that cannot be searched quickly.
     const DocumentVocabulary vector(DocumentVocabulary::VOC_VECTOR);
+    std::ostringstream stream;
+    FastInfosetWriter writer(stream, false, vector);
     EXPECT_FAILURE(
         "InvalidArgumentException: A DocumentVocabulary with VOC_VECTOR implementation cannot be used "
         "by FastInfosetWriter",
         writer.setDocumentVocabulary(vector));
-    std::ostringstream other;
-    FastInfosetWriter vectorWriter(other, false, vector);
-    play("^|<a|>|<a|>|$", vectorWriter);
-    EXPECT_EQ(eventsOf(other.str()), "^|<a|>|<a|>|$");
+    play("^|<a|>|<a|>|$", writer);
+    EXPECT_EQ(eventsOf(stream.str()), "^|<a|>|<a|>|$");
 }
 
 TEST(WriterTest, Refusals) {
