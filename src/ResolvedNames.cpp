@@ -7,6 +7,9 @@ namespace {
 
 constexpr std::size_t FIRST_SIZE = 32;
 
+// Longer names are made anew at each use: a long prefix could be part of any number of them.
+constexpr std::size_t LONGEST_KEPT = 128;
+
 const std::string NO_NAME;
 
 } // namespace
@@ -25,15 +28,19 @@ const std::string& ResolvedNames::makeQualifiedName(unsigned int index) {
     Name& name = _names[index];
     if (name.pPrefix->empty()) {
         name.pQName = &NO_NAME;
-    } else {
-        if (_qnameCount == _qnames.size()) {
-            _qnames.emplace_back();
-        }
-        std::string& qname = _qnames[_qnameCount++];
-        qname.assign(*name.pPrefix).append(1, ':').append(*name.pLocalName);
+        return NO_NAME;
+    }
+    const bool kept = name.pPrefix->size() + name.pLocalName->size() < LONGEST_KEPT;
+    if (kept && _qnameCount == _qnames.size()) {
+        _qnames.emplace_back();
+    }
+    std::string& qname = kept ? _qnames[_qnameCount] : _longName;
+    qname.assign(*name.pPrefix).append(1, ':').append(*name.pLocalName);
+    if (kept) {
+        ++_qnameCount;
         name.pQName = &qname;
     }
-    return *name.pQName;
+    return qname;
 }
 
 } // namespace Tamo::FastInfoset

@@ -21,7 +21,7 @@ public:
         const std::string* pPrefix = nullptr;
         const std::string* pUri = nullptr;
         const std::string* pLocalName = nullptr;
-        const std::string* pQName = nullptr; ///< null until qualifiedName() was called
+        const std::string* pQName = nullptr; ///< null until qualifiedName() was called, and for long ones
     };
 
     /// The name at index, or null when it has not been entered. Valid until the next enter() or clear().
@@ -35,7 +35,7 @@ public:
                       const std::string& localName);
 
     /// The qualified name of the name at index, which must have been entered: prefix, colon and local name,
-    /// or nothing when it has no prefix. Valid until clear().
+    /// or nothing when it has no prefix. Valid until the next call or clear().
     const std::string& qualifiedName(unsigned int index) {
         const Name& name = _names[index];
         return name.pQName ? *name.pQName : makeQualifiedName(index);
@@ -53,6 +53,7 @@ private:
     std::vector<Name> _names;
     std::deque<std::string> _qnames; // never moves a string; the first _qnameCount are in use
     std::size_t _qnameCount = 0;
+    std::string _longName; // the long qualified name that was made last
 };
 
 } // namespace Tamo::FastInfoset
