@@ -4,6 +4,7 @@
 #include "EventRecorder.h"
 #include "Failure.h"
 #include "FuzzSupport.h"
+#include "Replay.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/MemoryStream.h"
@@ -58,6 +59,42 @@ private:
     Recorder _recorder;
 };
 
+// An identifier that is empty counts as absent, as it does for the cursor.
+class Recorder : public Test::TypedEventRecorder {
+public:
+    void notationDecl(const std::string& name, const std::string* publicId,
+                      const std::string* systemId) override {
+        TypedEventRecorder::notationDecl(name, presentOrNull(publicId), presentOrNull(systemId));
+    }
+    void unparsedEntityDecl(const std::string& name, const std::string* publicId, const std::string& systemId,
+                            const std::string& notationName) override {
+        TypedEventRecorder::unparsedEntityDecl(name, presentOrNull(publicId), systemId, notationName);
+    }
+
+private:
+    static const std::string* presentOrNull(const std::string* pIdentifier) {
+        return pIdentifier && !pIdentifier->empty() ? pIdentifier : nullptr;
+    }
+};
+
+// What the cursor reports of a document that fails ends with the last whole item.
+void compareCursor(const std::string& document, const Outcome& memory) {
+    Loader loader(document);
+    FastInfosetReader reader;
+    reader.setLimits(limits());
+    reader.setExternalVocabularyLoader(&loader);
+    Recorder recorder;
+    const Block block(document);
+    const std::string failure = Test::failureOf([&] {
+        reader.open(std::string_view(block.data(), block.size()));
+        Test::replay(reader, recorder);
+    });
+    require(failure == memory.failure, "parser and cursor fail alike", memory.failure, failure);
+    require(memory.failed() ? memory.events.starts_with(recorder.events())
+                            : memory.events == recorder.events(),
+            "parser and cursor report the same", memory.events, recorder.events());
+}
+
 void requireEqual(const Outcome& first, const Outcome& second) {
     require(first.failure == second.failure, "streams fail alike", first.failure, second.failure);
     require(first.events == second.events, "streams deliver the same", first.events, second.events);
@@ -78,16 +115,20 @@ std::string shifted(const std::string& document) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string document(reinterpret_cast<const char*>(data), size);
-    Reading<Test::TypedEventRecorder> typed(document, DocumentVocabulary::VOC_VECTOR);
+    Reading<Recorder> typed(document, DocumentVocabulary::VOC_VECTOR);
     const Outcome memory = typed.memory(document);
+    compareCursor(document, memory);
     MemoryInputStream whole(document.data(), document.size());
     const Outcome stream = typed.stream(whole);
     if (memory.failure != stream.failure) {
-        // How a document that ends too early is refused depends on the source, see FastInfosetParser; of one
-        // without four octets a stream says that it is none.
-        const bool noHeader = stream.failure.find("invalid header") != std::string::npos;
-        require(isEndOfInput(memory.failure) && (isEndOfInput(stream.failure) || noHeader),
-                "memory and stream fail alike", memory.failure, stream.failure);
+        // How a document that ends too early is refused depends on the source, see FastInfosetParser. Of one
+        // without four octets a stream says that it is none; and of an index that straddles the end it takes
+        // the missing bits for zeros, as BitStreamReader says.
+        const bool isKnown = isEndOfInput(stream.failure) ||
+                             stream.failure.find("invalid header") != std::string::npos ||
+                             stream.failure == "FISException: Invalid decoding defined";
+        require(isEndOfInput(memory.failure) && isKnown, "memory and stream fail alike", memory.failure,
+                stream.failure);
     }
     require(memory.events == stream.events, "memory and stream deliver the same", memory.events,
             stream.events);

@@ -2,9 +2,9 @@
 #define TAMO_TESTS_DOCUMENTTEST_H
 
 #include "EventRecorder.h"
+#include "Replay.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
-#include "Tamo/FastInfoset/FastInfosetReader.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
 #include "TestSupport.h"
 #include <functional>
@@ -41,9 +41,6 @@ std::string eventsOf(const std::string& document);
 /// Parses a copy of exactly its size, so that a sanitizer sees a read behind it.
 void parseMemory(FastInfosetParser& parser, std::string_view document);
 void parseStream(FastInfosetParser& parser, std::istream& stream);
-
-/// Reports the reader's document, event by event, as a parser does.
-void replay(FastInfosetReader& reader, TypedEventRecorder& recorder);
 
 /// Expects these events from parsers and readers with all kinds of tables, each used for a memory block, a
 /// stream and a stream that dribbles in a row.

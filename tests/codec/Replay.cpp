@@ -1,0 +1,105 @@
+#include "Replay.h"
+#include "Tamo/XML/AttributesImpl.h"
+#include <stdexcept>
+#include <vector>
+
+namespace Tamo::FastInfoset::Test {
+
+namespace {
+
+template<class Values>
+void replayValues(const Values& values, TypedEventRecorder& recorder) {
+    for (const auto& value : values) {
+        recorder.encodedData(value);
+    }
+}
+
+void replayText(FastInfosetReader& reader, TypedEventRecorder& recorder) {
+    if (reader.isCData()) {
+        recorder.startCDATA();
+    }
+    if (reader.valueType() == FastInfosetReader::PLAIN_TEXT) {
+        recorder.characters(reader.text().data(), 0, static_cast<int>(reader.text().size()));
+    } else if (reader.valueType() == FastInfosetReader::OCTETS) {
+        recorder.binaryData(reinterpret_cast<const char*>(reader.octets().data()), reader.octets().size());
+    }
+    replayValues(reader.int16Values(), recorder);
+    replayValues(reader.int32Values(), recorder);
+    replayValues(reader.int64Values(), recorder);
+    replayValues(reader.floatValues(), recorder);
+    replayValues(reader.doubleValues(), recorder);
+    replayValues(reader.uuidValues(), recorder);
+    for (const bool value : reader.boolValues()) {
+        recorder.encodedData(value);
+    }
+    if (reader.isCData()) {
+        recorder.endCDATA();
+    }
+}
+
+void replayDeclarations(FastInfosetReader& reader, TypedEventRecorder& recorder) {
+    const auto orNull = [](const std::string& identifier) {
+        return identifier.empty() ? nullptr : &identifier;
+    };
+    for (const Notation& n : reader.notations()) {
+        recorder.notationDecl(n.getName(), orNull(n.getPublicId()), orNull(n.getSystemId()));
+    }
+    for (const UnparsedEntity& u : reader.unparsedEntities()) {
+        recorder.unparsedEntityDecl(u.getName(), orNull(u.getPublicId()), u.getSystemId(),
+                                    u.getNotationName());
+    }
+}
+
+} // namespace
+
+void replay(FastInfosetReader& reader, TypedEventRecorder& recorder) {
+    using R = FastInfosetReader;
+    std::vector<std::string> prefixes; // of the element started last, as the parser has them
+    const auto name = [&](auto use) {
+        use(std::string(reader.uri()), std::string(reader.localName()), std::string(reader.qname()));
+    };
+    for (;;) {
+        switch (reader.next()) {
+        case R::START_DOCUMENT:
+            replayDeclarations(reader, recorder);
+            recorder.startDocument();
+            break;
+        case R::START_DTD:
+            recorder.startDTD("", std::string(reader.publicId()), std::string(reader.systemId()));
+            break;
+        case R::END_DTD:
+            recorder.endDTD();
+            break;
+        case R::START_ELEMENT:
+            prefixes.clear();
+            for (const R::PrefixMapping& mapping : reader.prefixMappings()) {
+                prefixes.emplace_back(mapping.prefix);
+                recorder.startPrefixMapping(prefixes.back(), std::string(mapping.uri));
+            }
+            name([&](auto... parts) { recorder.startElement(parts..., reader.attributes()); });
+            break;
+        case R::END_ELEMENT:
+            name([&](auto... parts) { recorder.endElement(parts...); });
+            for (const std::string& prefix : prefixes) {
+                recorder.endPrefixMapping(prefix);
+            }
+            break;
+        case R::TEXT:
+            replayText(reader, recorder);
+            break;
+        case R::COMMENT:
+            recorder.comment(reader.text().data(), 0, static_cast<int>(reader.text().size()));
+            break;
+        case R::PROCESSING_INSTRUCTION:
+            recorder.processingInstruction(std::string(reader.target()), std::string(reader.text()));
+            break;
+        case R::END_DOCUMENT:
+            recorder.endDocument();
+            return;
+        case R::NO_DOCUMENT:
+            throw std::logic_error("no document is open");
+        }
+    }
+}
+
+} // namespace Tamo::FastInfoset::Test
