@@ -12,6 +12,12 @@ StandardOutput::~StandardOutput() {
     std::cout.rdbuf(_pPrevious);
 }
 
+void StandardOutput::passOn() {
+    if (auto* pBuf = dynamic_cast<Tamo::DeferredFlushBuf*>(std::cout.rdbuf())) {
+        pBuf->passOn();
+    }
+}
+
 void StandardOutput::finish() {
     _stream.finish();
     if (_buf.error() != 0) {

@@ -18,6 +18,9 @@ public:
     StandardOutput(const StandardOutput&) = delete;
     StandardOutput& operator=(const StandardOutput&) = delete;
 
+    /// Writes out what was printed so far, so that it stands in front of a message on standard error.
+    static void passOn();
+
     /// Writes the rest out; throws FinfError when that, or an earlier write, has failed.
     void finish();
 

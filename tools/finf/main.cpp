@@ -2,6 +2,7 @@
 #include "DecodeCommand.h"
 #include "EncodeCommand.h"
 #include "FinfError.h"
+#include "InspectCommand.h"
 #include "StandardOutput.h"
 #include "VocabularyCommand.h"
 #include <algorithm>
@@ -12,7 +13,8 @@
 
 namespace {
 
-const char DESCRIPTION[] = "Converts XML text to Fast Infoset (ITU-T X.891) and back.";
+const char DESCRIPTION[] =
+    "Converts XML text to Fast Infoset (ITU-T X.891) and back, and shows what stands in Fast Infoset.";
 
 const char EPILOGUE[] =
     "No INPUT or - is standard input; -o - is standard output, also without INPUT and -o.\n"
@@ -29,6 +31,7 @@ finf::ExitStatus run(int argc, char** argv) {
         std::make_unique<finf::EncodeCommand>(app),
         std::make_unique<finf::DecodeCommand>(app),
         std::make_unique<finf::VocabularyCommand>(app),
+        std::make_unique<finf::InspectCommand>(app),
     };
 
     try {
