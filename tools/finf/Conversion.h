@@ -3,6 +3,7 @@
 
 #include <istream>
 #include <ostream>
+#include <string>
 
 namespace finf {
 
@@ -18,6 +19,9 @@ public:
 
     /// Reads a document from in and writes it to out. Throws what FinfError::reason explains.
     virtual void convert(std::istream& in, std::ostream& out) = 0;
+
+    /// The same in memory.
+    std::string converted(const std::string& octets);
 };
 
 } // namespace finf

@@ -24,13 +24,6 @@ using Tamo::FastInfoset::FastInfosetParser;
 
 namespace {
 
-std::string converted(Conversion& conversion, const std::string& octets) {
-    Tamo::MemoryInputStream in(octets.data(), octets.size());
-    std::ostringstream out;
-    conversion.convert(in, out);
-    return std::move(out).str();
-}
-
 /// What is saved of whole, in percent to one place.
 std::string saved(std::size_t whole, std::size_t rest) {
     std::ostringstream text;
@@ -97,10 +90,10 @@ void VocabularyCommand::read(const std::string& path, VocabularyUsage& usage) {
     // Documents are counted as they are written here, whoever has written the sample.
     if (VocabularyFiles::isFastInfoset(sample.xml)) {
         FastInfosetToXML toXML(_decoding);
-        sample.xml = converted(toXML, sample.xml);
+        sample.xml = toXML.converted(sample.xml);
     }
     XMLToFastInfoset toFastInfoset(_encoding);
-    const std::string octets = converted(toFastInfoset, sample.xml);
+    const std::string octets = toFastInfoset.converted(sample.xml);
     sample.plainSize = octets.size();
     FastInfosetParser parser;
     parser.setContentHandler(&usage);
@@ -115,7 +108,7 @@ void VocabularyCommand::measure(const DocumentVocabulary& vocabulary) {
     XMLToFastInfoset conversion(_encoding);
     conversion.setVocabulary(_uri, vocabulary);
     for (Sample& sample : _samples) {
-        sample.size = converted(conversion, sample.xml).size();
+        sample.size = conversion.converted(sample.xml).size();
     }
 }
 

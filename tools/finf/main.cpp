@@ -1,3 +1,4 @@
+#include "BenchCommand.h"
 #include "Command.h"
 #include "DecodeCommand.h"
 #include "EncodeCommand.h"
@@ -28,10 +29,9 @@ finf::ExitStatus run(int argc, char** argv) {
     app.set_version_flag("--version", "finf " FINF_VERSION);
     app.require_subcommand(1);
     const std::unique_ptr<finf::Command> commands[] = {
-        std::make_unique<finf::EncodeCommand>(app),
-        std::make_unique<finf::DecodeCommand>(app),
-        std::make_unique<finf::VocabularyCommand>(app),
-        std::make_unique<finf::InspectCommand>(app),
+        std::make_unique<finf::EncodeCommand>(app),     std::make_unique<finf::DecodeCommand>(app),
+        std::make_unique<finf::VocabularyCommand>(app), std::make_unique<finf::InspectCommand>(app),
+        std::make_unique<finf::BenchCommand>(app),
     };
 
     try {
