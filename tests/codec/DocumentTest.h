@@ -10,6 +10,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Tamo::FastInfoset::Test {
 
@@ -49,9 +50,9 @@ void expectEvents(const std::string& document, const std::string& events);
 /// Expects that a parser connected to a writer writes the document again.
 void expectRewritten(const std::string& document, int maxIndexedStringLength = 16);
 
-/// Expects that writing gives the row's octets with both kinds of tables that a writer accepts, that reading
-/// gives the row's events in every way, and that parsers connected to writers give the octets again.
-void expectDocument(const DocumentRow& row);
+/// Expects of each row that writing gives its octets with both kinds of tables that a writer accepts, that
+/// reading gives the row's events in every way, and that parsers connected to writers give the octets again.
+void expectDocuments(const std::vector<DocumentRow>& rows);
 
 /// Expects that reading the document fails like this from memory and from streams, whatever the tables, and
 /// that the parser reads the next document.

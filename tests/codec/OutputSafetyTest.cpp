@@ -37,15 +37,16 @@ private:
     }
 };
 
+using S = const std::string&;
+
 // Where a text can stand, by a letter.
 struct Place {
     char letter;
-    void (*write)(Writer& writer, const std::string& text);
+    void (*write)(Writer& writer, S text);
 };
 
-void element(Writer& writer, const std::string& uri, const std::string& localName, const std::string& qname,
-             const std::string& attribute = "", const std::string& value = "",
-             const std::string& attributeURI = "") {
+void element(Writer& writer, S uri, S localName, S qname, S attribute = "", S value = "",
+             S attributeURI = "") {
     XML::AttributesImpl attributes;
     if (!attribute.empty()) {
         attributes.addAttribute(attributeURI, attribute, "", "CDATA", value);
@@ -53,75 +54,39 @@ void element(Writer& writer, const std::string& uri, const std::string& localNam
     writer.startElement(uri, localName, qname, attributes);
 }
 
-const Place PLACES[] = {{'e', [](Writer& w, const std::string& t) { element(w, "", t, ""); }},
-                        {'p', [](Writer& w, const std::string& t) { element(w, "u", "a", t + ":a"); }},
-                        {'u', [](Writer& w, const std::string& t) { element(w, t, "a", "p:a"); }},
-                        {'a', [](Writer& w, const std::string& t) { element(w, "", "a", "", t, "v"); }},
-                        {'v', [](Writer& w, const std::string& t) { element(w, "", "a", "", "b", t); }},
-                        {'w', [](Writer& w, const std::string& t) { element(w, "", "a", "", "b", "v", t); }},
-                        {'m',
-                         [](Writer& w, const std::string& t) {
-                             w.startPrefixMapping(t, "u");
-                             element(w, "", "a", "", "b", "v", "u");
-                         }},
-                        {'n',
-                         [](Writer& w, const std::string& t) {
-                             w.startPrefixMapping("p", t);
-                             element(w, "", "a", "");
-                         }},
-                        {'t',
-                         [](Writer& w, const std::string& t) {
-                             element(w, "", "a", "");
-                             w.characters(t);
-                         }},
-                        {'c',
-                         [](Writer& w, const std::string& t) {
-                             element(w, "", "a", "");
-                             w.startCDATA();
-                             w.characters(t);
-                             w.endCDATA();
-                         }},
-                        {'k',
-                         [](Writer& w, const std::string& t) {
-                             w.comment(t.data(), 0, static_cast<int>(t.size()));
-                             element(w, "", "a", "");
-                         }},
-                        {'i',
-                         [](Writer& w, const std::string& t) {
-                             element(w, "", "a", "");
-                             w.processingInstruction(t, "d");
-                         }},
-                        {'d',
-                         [](Writer& w, const std::string& t) {
-                             element(w, "", "a", "");
-                             w.processingInstruction("t", t);
-                         }},
-                        {'S',
-                         [](Writer& w, const std::string& t) {
-                             w.startDTD("", "", t);
-                             w.endDTD();
-                             element(w, "", "a", "");
-                         }},
-                        {'P',
-                         [](Writer& w, const std::string& t) {
-                             w.startDTD("", t, "s");
-                             w.endDTD();
-                             element(w, "", "a", "");
-                         }},
-                        {'D', [](Writer& w, const std::string& t) {
-                             w.startDTD("", "", "s");
-                             w.processingInstruction("t", t);
-                             w.endDTD();
-                             element(w, "", "a", "");
-                         }}};
+void a(Writer& writer) {
+    element(writer, "", "a", "");
+}
+
+void comment(Writer& writer, S text) {
+    writer.comment(text.data(), 0, static_cast<int>(text.size()));
+}
+
+const Place PLACES[] = {
+    {'e', [](Writer& w, S t) { element(w, "", t, ""); }},
+    {'p', [](Writer& w, S t) { element(w, "u", "a", t + ":a"); }},
+    {'u', [](Writer& w, S t) { element(w, t, "a", "p:a"); }},
+    {'a', [](Writer& w, S t) { element(w, "", "a", "", t, "v"); }},
+    {'v', [](Writer& w, S t) { element(w, "", "a", "", "b", t); }},
+    {'w', [](Writer& w, S t) { element(w, "", "a", "", "b", "v", t); }},
+    {'m', [](Writer& w, S t) { w.startPrefixMapping(t, "u"), element(w, "", "a", "", "b", "v", "u"); }},
+    {'n', [](Writer& w, S t) { w.startPrefixMapping("p", t), a(w); }},
+    {'t', [](Writer& w, S t) { a(w), w.characters(t); }},
+    {'c', [](Writer& w, S t) { a(w), w.startCDATA(), w.characters(t), w.endCDATA(); }},
+    {'k', [](Writer& w, S t) { comment(w, t), a(w); }},
+    {'i', [](Writer& w, S t) { a(w), w.processingInstruction(t, "d"); }},
+    {'d', [](Writer& w, S t) { a(w), w.processingInstruction("t", t); }},
+    {'S', [](Writer& w, S t) { w.startDTD("", "", t), w.endDTD(), a(w); }},
+    {'P', [](Writer& w, S t) { w.startDTD("", t, "s"), w.endDTD(), a(w); }},
+    {'D',
+     [](Writer& w, S t) { w.startDTD("", "", "s"), w.processingInstruction("t", t), w.endDTD(), a(w); }}};
 
 // Declarations stand in front of the document.
-const Place DECLARATIONS[] = {
-    {'N', [](Writer& w, const std::string& t) { w.notationDecl(t, &t, nullptr); }},
-    {'Y', [](Writer& w, const std::string& t) { w.notationDecl("n", nullptr, &t); }},
-    {'E', [](Writer& w, const std::string& t) { w.unparsedEntityDecl(t, nullptr, "s", "n"); }},
-    {'Z', [](Writer& w, const std::string& t) { w.unparsedEntityDecl("e", nullptr, "s", t); }},
-    {'Q', [](Writer& w, const std::string& t) { w.unparsedEntityDecl("e", &t, "s", "n"); }}};
+const Place DECLARATIONS[] = {{'N', [](Writer& w, S t) { w.notationDecl(t, &t, nullptr); }},
+                              {'Y', [](Writer& w, S t) { w.notationDecl("n", nullptr, &t); }},
+                              {'E', [](Writer& w, S t) { w.unparsedEntityDecl(t, nullptr, "s", "n"); }},
+                              {'Z', [](Writer& w, S t) { w.unparsedEntityDecl("e", nullptr, "s", t); }},
+                              {'Q', [](Writer& w, S t) { w.unparsedEntityDecl("e", &t, "s", "n"); }}};
 
 // "" when the text arrives as it is at that place of the XML text, else how the conversion fails.
 std::string passed(const std::string& octets) {

@@ -9,63 +9,50 @@ std::string integerAt(int position, unsigned int value) {
     return written([=](BitStreamWriter& w) { Encoder::integer(w, value); }, position);
 }
 
-void expectInteger(int position, const char* hex, unsigned int value) {
-    withReaders(octets(hex), position, [=](BitStreamReader& reader) {
+void expectInteger(int position, const std::string& form, unsigned int value) {
+    withReaders(form, position, [=](BitStreamReader& reader) {
         unsigned int read = 0;
         Decoder::integer(reader, read);
         EXPECT_EQ(read, value);
     });
 }
 
+// Forms at a bit position: "value=octets value=octets".
+struct Forms {
+    int position;
+    const char* list;
+
+    void forEach(const std::function<void(std::size_t value, const std::string& octets)>& use) const {
+        std::istringstream stream(list);
+        std::string digits;
+        for (std::size_t value = 0; stream >> value && stream.ignore() && stream >> digits;) {
+            SCOPED_TRACE(testing::Message() << value << " at " << position);
+            use(value, octets(digits));
+        }
+    }
+};
+
 TEST(PrimitivesTest, IntegersAtEachPosition) {
-    const struct {
-        int position;
-        unsigned int value;
-        const char* hex;
-    } rows[] = {{1, 0, "7F"},
-                {1, 1, "00"},
-                {1, 64, "3F"},
-                {1, 65, "40 00"},
-                {1, 8256, "5F FF"},
-                {1, 8257, "60 00 00"},
-                {1, 1048576, "6F DF BF"},
-                {2, 1, "00"},
-                {2, 32, "1F"},
-                {2, 33, "20 00"},
-                {2, 2080, "27 FF"},
-                {2, 2081, "28 00 00"},
-                {2, 526368, "2F FF FF"},
-                {2, 526369, "30 00 00 00"},
-                {2, 1048576, "30 07 F7 DF"},
-                {3, 1, "00"},
-                {3, 16, "0F"},
-                {3, 17, "10 00"},
-                {3, 1040, "13 FF"},
-                {3, 1041, "14 00 00"},
-                {3, 263184, "17 FF FF"},
-                {3, 263185, "18 00 00 00"},
-                {4, 1, "00 00"},
-                {4, 256, "0F F0"},
-                {6, 256, "03 FC"}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(testing::Message() << row.value << " at " << row.position);
-        EXPECT_EQ(integerAt(row.position, row.value), row.hex);
-        expectInteger(row.position, row.hex, row.value);
+    const Forms rows[] = {
+        {1, "0=7F 1=00 64=3F 65=4000 8256=5FFF 8257=600000 1048576=6FDFBF"},
+        {2, "1=00 32=1F 33=2000 2080=27FF 2081=280000 526368=2FFFFF 526369=30000000 1048576=3007F7DF"},
+        {3, "1=00 16=0F 17=1000 1040=13FF 1041=140000 263184=17FFFF 263185=18000000"},
+        {4, "1=0000 256=0FF0"},
+        {6, "256=03FC"}};
+    for (const Forms& row : rows) {
+        row.forEach([&](std::size_t value, const std::string& form) {
+            EXPECT_EQ(integerAt(row.position, static_cast<unsigned int>(value)), hex(form));
+            expectInteger(row.position, form, static_cast<unsigned int>(value));
+        });
     }
     // The third prefix bit, and padding of two forms, are not looked at.
-    expectInteger(1, "70 00 00", 8257);
-    expectInteger(3, "1F F0 00 00", 263185);
-    expectInteger(2, "30 F0 00 00", 526369);
+    expectInteger(1, octets("70 00 00"), 8257);
+    expectInteger(3, octets("1F F0 00 00"), 263185);
+    expectInteger(2, octets("30 F0 00 00"), 526369);
     for (const int position : {1, 2, 3}) {
         for (unsigned int edge = 2; edge <= Encoder::MAXINT20; edge *= 2) {
             for (const unsigned int value : {edge - 1, edge, std::min(edge + 1, Encoder::MAXINT20)}) {
-                const std::string form = octets(integerAt(position, value));
-                BitStreamReader reader(form.data(), form.size());
-                unsigned int result = 0;
-                reader.skip(position);
-                Decoder::integer(reader, result);
-                EXPECT_EQ(result, value) << "at " << position;
-                EXPECT_EQ(reader.cachedBits(), 0);
+                expectInteger(position, octets(integerAt(position, value)), value);
             }
         }
     }
@@ -109,33 +96,18 @@ TEST(PrimitivesTest, RefusedIntegers) {
 }
 
 TEST(PrimitivesTest, LengthsOfStrings) {
-    const struct {
-        int position;
-        std::size_t length;
-        const char* hex;
-    } rows[] = {{1, 1, "00"},
-                {1, 64, "3F"},
-                {1, 65, "40 00"},
-                {1, 320, "40 FF"},
-                {1, 321, "60 00 00 00 00"},
-                {1, 4294967616, "60 FF FF FF FF"},
-                {4, 8, "07"},
-                {4, 9, "08 00"},
-                {4, 264, "08 FF"},
-                {4, 265, "0C 00 00 00 00"},
-                {6, 2, "01"},
-                {6, 3, "02 00"},
-                {6, 258, "02 FF"},
-                {6, 259, "03 00 00 00 00"}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(testing::Message() << row.length << " at " << row.position);
-        EXPECT_EQ(
-            written([&](BitStreamWriter& w) { Encoder::nonEmptyStringLength(w, row.length); }, row.position),
-            row.hex);
-        withReaders(octets(row.hex), row.position, [&](BitStreamReader& reader) {
-            std::size_t length = 0;
-            Decoder::nonEmptyStringLength(reader, length);
-            EXPECT_EQ(length, row.length);
+    const Forms rows[] = {{1, "1=00 64=3F 65=4000 320=40FF 321=6000000000 4294967616=60FFFFFFFF"},
+                          {4, "8=07 9=0800 264=08FF 265=0C00000000"},
+                          {6, "2=01 3=0200 258=02FF 259=0300000000"}};
+    for (const Forms& row : rows) {
+        row.forEach([&](std::size_t length, const std::string& form) {
+            const auto write = [&](BitStreamWriter& w) { Encoder::nonEmptyStringLength(w, length); };
+            EXPECT_EQ(written(write, row.position), hex(form));
+            withReaders(form, row.position, [&](BitStreamReader& reader) {
+                std::size_t read = 0;
+                Decoder::nonEmptyStringLength(reader, read);
+                EXPECT_EQ(read, length);
+            });
         });
     }
     EXPECT_FAILURE("FISEncodingException: illegal position for nonEmptyOctetString encoding",

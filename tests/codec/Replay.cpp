@@ -7,14 +7,12 @@ namespace Tamo::FastInfoset::Test {
 
 namespace {
 
-template<class Values>
-void replayValues(const Values& values, TypedEventRecorder& recorder) {
-    for (const auto& value : values) {
-        recorder.encodedData(value);
-    }
-}
-
 void replayText(FastInfosetReader& reader, TypedEventRecorder& recorder) {
+    const auto values = [&](const auto& list) {
+        for (const auto& value : list) {
+            recorder.encodedData(value);
+        }
+    };
     if (reader.isCData()) {
         recorder.startCDATA();
     }
@@ -23,12 +21,8 @@ void replayText(FastInfosetReader& reader, TypedEventRecorder& recorder) {
     } else if (reader.valueType() == FastInfosetReader::OCTETS) {
         recorder.binaryData(reinterpret_cast<const char*>(reader.octets().data()), reader.octets().size());
     }
-    replayValues(reader.int16Values(), recorder);
-    replayValues(reader.int32Values(), recorder);
-    replayValues(reader.int64Values(), recorder);
-    replayValues(reader.floatValues(), recorder);
-    replayValues(reader.doubleValues(), recorder);
-    replayValues(reader.uuidValues(), recorder);
+    values(reader.int16Values()), values(reader.int32Values()), values(reader.int64Values());
+    values(reader.floatValues()), values(reader.doubleValues()), values(reader.uuidValues());
     for (const bool value : reader.boolValues()) {
         recorder.encodedData(value);
     }

@@ -11,8 +11,6 @@
 namespace Tamo::FastInfoset::Test {
 namespace {
 
-const char* const UUID_TEXT = "6BA7B810-9DAD-11D1-80B4-00C04FD430C8";
-
 // What a plain handler reports.
 std::string plainEventsOf(const std::string& document) {
     FastInfosetParser parser;
@@ -34,7 +32,7 @@ TEST(TypedDataTest, EveryTypeTypedAndPlain) {
                  "'true false true true true"},
                 {"=float 1.5|=float -0", "8C 1A 05 3F C0 00 00 80 00 00 00", "'1.5 -0"},
                 {"=double 0.1", "8C 1E 05 3F B9 99 99 99 99 99 9A", "'0.1"},
-                {"=uuid 6BA7B810-9DAD-11D1-80B4-00C04FD430C8",
+                {"=uuid 6ba7b810-9dad-11d1-80b4-00c04fd430c8",
                  "8C 22 0D 6B A7 B8 10 9D AD 11 D1 80 B4 00 C0 4F D4 30 C8",
                  "'6BA7B810-9DAD-11D1-80B4-00C04FD430C8"},
                 {"=binary 01 02 03", "8C 06 00 01 02 03", "'AQID"},
@@ -44,39 +42,12 @@ TEST(TypedDataTest, EveryTypeTypedAndPlain) {
     for (const auto& row : rows) {
         const std::string written = std::string("^|<a|") + row.written + "|>|$";
         const std::string octets = std::string("00 3C 00 61 ") + row.octets + " FF";
-        const bool isUUID = std::string(row.plain).find(UUID_TEXT) != std::string::npos;
-        std::string typed = written;
-        if (isUUID) { // a UUID object spells itself in lower case
-            std::transform(typed.begin(), typed.end(), typed.begin(), [](char c) {
-                return c >= 'A' && c <= 'F' ? static_cast<char>(c - 'A' + 'a') : c;
-            });
-        }
-        expectDocument({row.written, written.c_str(), octets.c_str(), typed.c_str()});
+        expectDocuments({{row.written, written.c_str(), octets.c_str()}});
         EXPECT_EQ(plainEventsOf(document(octets)), std::string("^|<a|") + row.plain + "|>|$");
     }
     // Two octet strings in a row are one, as consecutive values of one type are.
     const std::string joined = document([](auto& w) { play("^|=binary 01|=binary 02 03|$", w); });
     EXPECT_EQ(hex(joined), hex(document("00 8C 06 00 01 02 03 F0")));
-}
-
-TEST(TypedDataTest, ManyValuesInOneChunk) {
-    constexpr int COUNT = 100000;
-    const std::string octets = document([](FastInfosetWriter& writer) {
-        writer.startDocument();
-        for (int i = 0; i < COUNT; ++i) {
-            writer.encodedData(static_cast<double>(i) / 8);
-        }
-        writer.endDocument();
-    });
-    EXPECT_EQ(octets.size(), 5 + 6 + 8u * COUNT + 1); // 32-bit length
-    DribblingStream stream(octets);
-    FastInfosetParser parser;
-    std::ostringstream again;
-    FastInfosetWriter writer(again);
-    parser.initialize(&writer);
-    parser.setDocumentHandler(nullptr);
-    parseStream(parser, stream);
-    EXPECT_TRUE(again.str() == octets);
 }
 
 TEST(TypedDataTest, EncodingsFromTheApplication) {
@@ -103,86 +74,69 @@ TEST(TypedDataTest, EncodingsFromTheApplication) {
     EXPECT_EQ(text, "true false");
 }
 
-// An algorithm of the application: positions as a first value and one-octet differences.
-class DeltaEncoding : public Encoding {
+// An algorithm of the application: small numbers, an octet each.
+class SmallNumbers : public Encoding {
 public:
     static constexpr unsigned int TYPE = EncodingAlgorithm::USER_DEFINED;
 
-    explicit DeltaEncoding(const std::vector<Int32>& values = {}) : _values(values) {}
+    explicit SmallNumbers(const std::string& octets) : _octets(octets) {}
 
     static void encode(BitStreamWriter& writer, const std::string& text) {
-        AutoPtr<DeltaEncoding>(new DeltaEncoding({std::stoi(text)}))->write(writer);
+        Encoder::nonEmptyOctetString(writer, text);
     }
     static int check(const std::string& text) { return text == "positions" ? 1 : 0; }
     static AutoPtr<Encoding> decode(BitStreamReader& reader) {
         std::string octets;
         Decoder::nonEmptyOctetString(reader, octets);
-        AutoPtr<DeltaEncoding> pResult(new DeltaEncoding);
-        Int32 position = 0;
-        for (const char octet : octets) {
-            pResult->_values.push_back(position += static_cast<signed char>(octet));
-        }
-        return pResult;
+        return new SmallNumbers(octets);
     }
-
     unsigned int type() const override { return TYPE; }
     bool merge(const Encoding& other) override {
-        if (other.type() != TYPE) {
-            return false;
-        }
-        const auto& values = static_cast<const DeltaEncoding&>(other)._values;
-        _values.insert(_values.end(), values.begin(), values.end());
-        return true;
+        const auto* pOther = dynamic_cast<const SmallNumbers*>(&other);
+        _octets += pOther ? pOther->_octets : "";
+        return pOther;
     }
-    void write(BitStreamWriter& writer) const override {
-        std::string octets;
-        Int32 position = 0;
-        for (const Int32 value : _values) {
-            octets.push_back(static_cast<char>(value - position));
-            position = value;
-        }
-        Encoder::nonEmptyOctetString(writer, octets);
-    }
+    void write(BitStreamWriter& writer) const override { Encoder::nonEmptyOctetString(writer, _octets); }
     DecodeMethod decodeMethod() const override { return &decode; }
     CheckMethod checkMethod() const override { return &check; }
     EncodeMethod encodeMethod() const override { return &encode; }
     using Encoding::handle;
     void handle(FISContentHandler* handler) const override {
-        for (const Int32 value : _values) {
-            handler->encodedData(value);
+        for (const char octet : _octets) {
+            handler->encodedData(Int32{octet});
         }
     }
     void createContent() override {
         _content.clear();
-        for (const Int32 value : _values) {
-            _content += (_content.empty() ? "" : ";") + std::to_string(value);
+        for (const char octet : _octets) {
+            _content += (_content.empty() ? "" : ";") + std::to_string(octet);
         }
     }
 
 private:
-    std::vector<Int32> _values;
+    std::string _octets;
 };
 
 TEST(TypedDataTest, AlgorithmsOfTheApplication) {
     std::ostringstream stream;
     FastInfosetWriter writer(stream);
-    writer.encodingAlgorithms().add(&DeltaEncoding::encode, &DeltaEncoding::check);
-    EXPECT_EQ(writer.encodingAlgorithms().findEncoding("positions"), DeltaEncoding::TYPE);
+    writer.encodingAlgorithms().add(&SmallNumbers::encode, &SmallNumbers::check);
+    EXPECT_EQ(writer.encodingAlgorithms().findEncoding("positions"), SmallNumbers::TYPE);
     writer.startDocument();
     writer.startElement("", "a", "");
-    writer.insertEncoding(AutoPtr<Encoding>(new DeltaEncoding({100, 101})));
-    writer.insertEncoding(AutoPtr<Encoding>(new DeltaEncoding({99})));
+    writer.insertEncoding(AutoPtr<Encoding>(new SmallNumbers("de")));
+    writer.insertEncoding(AutoPtr<Encoding>(new SmallNumbers("c")));
     writer.endElement("", "", "");
     writer.endDocument();
     const std::string octets = stream.str();
-    EXPECT_EQ(hex(octets), hex(document("00 3C 00 61 8C 7E 00 64 01 FE FF")));
+    EXPECT_EQ(hex(octets), hex(document("00 3C 00 61 8C 7E 00 64 65 63 FF")));
 
     FastInfosetParser parser;
     TypedEventRecorder typed;
     typed.connect(parser);
     EXPECT_FAILURE("FISException: Invalid decoding defined", parseMemory(parser, octets));
     typed.clear();
-    parser.decodingAlgorithms().add(&DeltaEncoding::decode);
+    parser.decodingAlgorithms().add(&SmallNumbers::decode);
     for (int i = 0; i < 2; ++i) { // the header resets the tables, not the algorithms
         typed.clear();
         parseMemory(parser, octets);
@@ -191,7 +145,7 @@ TEST(TypedDataTest, AlgorithmsOfTheApplication) {
     // Text for a plain handler, an attribute value and a table; then an initial vocabulary in between.
     EventRecorder plain;
     plain.connect(parser);
-    parseMemory(parser, document("20 00 80 00 00 61 7C 80 78 00 62 71 F1 64 01 F0 9C 7C 05 A0 FF"));
+    parseMemory(parser, document("20 00 80 00 00 61 7C 80 78 00 62 71 F1 64 65 F0 9C 7C 05 A0 FF"));
     EXPECT_EQ(plain.events(), R"(^|<a b="100;101"|'5|'5|>|$)");
     std::ostringstream xml;
     XML::XMLWriter xmlWriter(xml);

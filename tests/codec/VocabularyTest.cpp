@@ -9,20 +9,9 @@ namespace Tamo::FastInfoset::Test {
 namespace {
 
 template<class Table>
-class Tables : public testing::Test {};
-using Kinds =
-    testing::Types<VectorVocabulary<std::string>, MapVocabulary<std::string>, HashVocabulary<std::string>>;
-TYPED_TEST_SUITE(Tables, Kinds);
-
-constexpr bool isVector(const VectorVocabulary<std::string>*) {
-    return true;
-}
-constexpr bool isVector(const void*) {
-    return false;
-}
-
-TYPED_TEST(Tables, IndexesFindAndGrow) {
-    TypeParam table(65521ul);
+void expectTable() {
+    constexpr bool IS_VECTOR = std::is_same_v<Table, VectorVocabulary<std::string>>;
+    Table table(65521ul);
     bool found = false;
     EXPECT_EQ(table.size(), 1u);
     EXPECT_EQ(table.exists("", found), 0u);
@@ -31,10 +20,10 @@ TYPED_TEST(Tables, IndexesFindAndGrow) {
     EXPECT_FALSE(found);
     EXPECT_EQ(table.exists("b", found), 0xFFFFFFFFu);
     EXPECT_FALSE(found);
-    EXPECT_EQ(table.index("a", found), isVector(&table) ? 2u : 1u);
-    EXPECT_EQ(found, !isVector(&table));
+    EXPECT_EQ(table.index("a", found), IS_VECTOR ? 2u : 1u);
+    EXPECT_EQ(found, !IS_VECTOR);
 
-    TypeParam large(65521ul);
+    Table large(65521ul);
     large.index("first", found);
     const std::string* const pFirst = &large.value(1);
     for (int i = 2; i < 5000; ++i) {
@@ -47,21 +36,26 @@ TYPED_TEST(Tables, IndexesFindAndGrow) {
     }
     const std::unique_ptr<Vocabulary<std::string>> pCopy(large.clone());
     const std::unique_ptr<Vocabulary<std::string>> pNothing(large.subtract(*pCopy));
-    EXPECT_EQ(pNothing->size(), 0u);
-    EXPECT_TRUE(pNothing->empty());
+    EXPECT_TRUE(pNothing->size() == 0 && pNothing->empty());
     pCopy->index("only in the copy", found);
     const std::unique_ptr<Vocabulary<std::string>> pRest(pCopy->subtract(large));
     EXPECT_EQ(pRest->size(), 1u);
     EXPECT_EQ(pRest->value(0), "only in the copy");
-    EXPECT_FAILURE(isVector(&table) ? "out_of_range: index out of range"
-                                    : "AssertionViolationException: this->_index.size() > idx",
+    EXPECT_FAILURE(IS_VECTOR ? "out_of_range: index out of range"
+                             : "AssertionViolationException: this->_index.size() > idx",
                    large.value(5000));
     large.reset();
     EXPECT_EQ(large.size(), 1u);
     EXPECT_EQ(large.exists("first", found), 0xFFFFFFFFu);
 }
 
-TEST(HashTable, AcceptsAsManyEntriesAsItHasSlots) {
+TEST(VocabularyTest, TablesIndexFindAndGrow) {
+    expectTable<VectorVocabulary<std::string>>();
+    expectTable<MapVocabulary<std::string>>();
+    expectTable<HashVocabulary<std::string>>();
+}
+
+TEST(VocabularyTest, HashTableAcceptsAsManyEntriesAsItHasSlots) {
     HashVocabulary<std::string> table(19ul);
     bool found = false;
     for (int i = 0; i < 18; ++i) {
@@ -72,7 +66,7 @@ TEST(HashTable, AcceptsAsManyEntriesAsItHasSlots) {
     EXPECT_EQ(table.index("17", found), 18u);
 }
 
-TEST(NameTable, HashesAndOrders) {
+TEST(VocabularyTest, NamesHashAndOrders) {
     const QualifiedNameEntry entry(1, 2, 3);
     const UInt32 product = (1u ^ 1000003u) * (2u ^ 1000003u) * (3u ^ 1000003u);
     EXPECT_EQ(HashFunction<QualifiedNameEntry>()(entry, 10009), product % 10009);
@@ -81,7 +75,7 @@ TEST(NameTable, HashesAndOrders) {
     EXPECT_FALSE(entry < entry);
 }
 
-TEST(DocumentVocabularyTest, PredefinedEntriesResetCopyAndDifference) {
+TEST(VocabularyTest, PredefinedEntriesResetCopyAndDifference) {
     for (const auto impl :
          {DocumentVocabulary::VOC_HASH, DocumentVocabulary::VOC_MAP, DocumentVocabulary::VOC_VECTOR}) {
         DocumentVocabulary vocabulary("urn:v", impl);
@@ -113,7 +107,7 @@ TEST(DocumentVocabularyTest, PredefinedEntriesResetCopyAndDifference) {
     }
 }
 
-TEST(Alphabet, DecodesCodesUntilTheEnd) {
+TEST(VocabularyTest, AlphabetsDecodeCodesUntilTheEnd) {
     DocumentRestrictedAlphabet alphabets;
     alphabets.add("abc");
     alphabets.add("0123456789");
