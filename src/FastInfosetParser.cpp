@@ -16,6 +16,7 @@
 #include "Tamo/XML/LexicalHandler.h"
 #include "Tamo/XML/SAXException.h"
 #include "Tamo/XML/XMLWriter.h"
+#include <algorithm>
 #include <limits>
 
 namespace Tamo::FastInfoset {
@@ -931,11 +932,20 @@ void FastInfosetParser::parseUnparsedEntity(BitStreamReader& reader) {
     }
 }
 
-// The tables stay in place for the whole document, so their stores are looked up once.
+// The tables stay in place for the whole document, so their stores are looked up once. What the header has
+// brought is within the limit, alphabets beyond the built-in ones too: those stay from document to document.
 void FastInfosetParser::bindTables() {
+    constexpr std::size_t BUILT_IN_ALPHABETS = 15;
+    std::size_t largest = _vocabulary.restrictedAlphabets().alphabets().size() - BUILT_IN_ALPHABETS;
+    largest = std::max({largest, _vocabulary.elementVocabulary().values().size(),
+                        _vocabulary.attributeVocabulary().values().size()});
     for (int id = DocumentVocabulary::PREFIX; id < DocumentVocabulary::ELEMENT_NAME; ++id) {
         _tables[static_cast<std::size_t>(id)] =
             &_vocabulary.vocabulary(static_cast<DocumentVocabulary::ID>(id)).values();
+        largest = std::max(largest, _tables[static_cast<std::size_t>(id)]->size());
+    }
+    if (largest > _limits.maxTableEntries) {
+        throwLimitExceeded("Limit exceeded: table entries", _limits.maxTableEntries);
     }
 }
 

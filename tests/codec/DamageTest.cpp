@@ -321,5 +321,22 @@ TEST(DamageTest, LimitsBoundWhatADocumentCosts) {
     }
 }
 
+TEST(DamageTest, LimitsBoundWhatAHeaderBrings) {
+    Reading<EventRecorder> reading;
+    ParserLimits limits;
+    limits.maxTableEntries = 3;
+    reading.parser.setLimits(limits);
+    const auto failure = [&](const char* header) {
+        return failureOf([&] { reading.events(document(header)); });
+    };
+    EXPECT_EQ(failure("20 00 80 01 00 6C 00 6D F0"), "");
+    EXPECT_EQ(failure("20 00 80 02 00 6C 00 6D 00 6E F0"), "FISException: Limit exceeded: table entries: 3");
+    EXPECT_EQ(failure("20 00 82 00 00 6C 02 00 00 02 00 00 01 00 00 F0"),
+              "FISException: Limit exceeded: table entries: 3");
+    // Alphabets stay with the parser, so they count over all of its documents.
+    EXPECT_EQ(failure("20 08 00 02 00 61 00 62 00 63 F0"), "");
+    EXPECT_EQ(failure("20 08 00 00 00 61 F0"), "FISException: Limit exceeded: table entries: 3");
+}
+
 } // namespace
 } // namespace Tamo::FastInfoset::Test

@@ -21,7 +21,9 @@ struct ParserLimits {
     /// Text beyond the range of int is refused in any case, because SAX2 counts characters so.
     std::size_t maxStringLength = 0xFFFFFFFFu + std::size_t{321};
 
-    /// The entries of one vocabulary table, the placeholder included. The standard's indexes end at 2^20.
+    /// The entries of one vocabulary table, the placeholder and built-in entries included, whether the header
+    /// brings them or the body; and the restricted alphabets beyond the built-in ones. The standard's indexes
+    /// end at 2^20.
     std::size_t maxTableEntries = 1048577;
 
     /// The octets of all names, values and texts that one document hands to its handlers. A short index can
