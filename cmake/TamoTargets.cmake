@@ -24,6 +24,23 @@ function(tamo_add_library name include_dir)
   tamo_compile_options(${target})
   target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${include_dir}>
                                               $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
-  set_target_properties(${target} PROPERTIES EXPORT_NAME ${name} VERSION ${PROJECT_VERSION}
-                                             SOVERSION ${PROJECT_VERSION_MAJOR})
+  # What is not marked with TAMO_API stays inside (Tamo/Export.h).
+  set_target_properties(${target} PROPERTIES EXPORT_NAME ${name} CXX_VISIBILITY_PRESET hidden
+    SOVERSION ${TAMO_SOVERSION} VERSION ${TAMO_SOVERSION}.${PROJECT_VERSION_MINOR}.${PROJECT_VERSION_PATCH})
+  if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+    # Nobody replaces a function of ours at load time, so the compiler may inline across exported functions.
+    target_compile_options(${target} PRIVATE -fno-semantic-interposition)
+  endif()
+endfunction()
+
+# tamo_check_version(HEADER): the version that the header states has to be the project's.
+function(tamo_check_version header)
+  file(STRINGS ${header} stated REGEX "^#define TAMO_VERSION_(MAJOR|MINOR|PATCH|STRING) ")
+  list(TRANSFORM stated REPLACE "^#define TAMO_VERSION_" "")
+  set(expected "MAJOR ${PROJECT_VERSION_MAJOR}" "MINOR ${PROJECT_VERSION_MINOR}" "PATCH ${PROJECT_VERSION_PATCH}"
+               "STRING \"${PROJECT_VERSION}\"")
+  if(NOT stated STREQUAL expected)
+    message(FATAL_ERROR "${header} states '${stated}', the project's version is ${PROJECT_VERSION}")
+  endif()
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${header})
 endfunction()

@@ -2,6 +2,7 @@
 #define TAMO_AUTOPTR_H
 
 #include "Tamo/Bugcheck.h"
+#include "Tamo/Export.h"
 #include <cstddef>
 #include <utility>
 
@@ -12,7 +13,7 @@ namespace Tamo {
 /// Construction from a plain pointer takes over the reference that `new` made; copies add references of their
 /// own. One AutoPtr is used by one thread at a time.
 template<class C>
-class AutoPtr {
+class TAMO_API AutoPtr {
 public:
     /// A null pointer.
     AutoPtr() noexcept = default;

@@ -1,6 +1,7 @@
 #ifndef TAMO_BASE64_H
 #define TAMO_BASE64_H
 
+#include "Tamo/Export.h"
 #include "Tamo/Types.h"
 #include <cstddef>
 #include <string>
@@ -15,7 +16,7 @@ namespace Tamo {
 /// anywhere, makes up whole groups of four characters, and has padding only as the last one or two characters
 /// of the last group. Bits of the last group beyond its octets are ignored. Pure functions, thread-safe; they
 /// throw nothing but std::bad_alloc.
-class Base64 {
+class TAMO_API Base64 {
 public:
     /// What decoding in pieces has to remember from one piece to the next.
     struct State {

@@ -3,12 +3,13 @@
 
 #include "Tamo/Base64.h"
 #include "Tamo/DecoderBuf.h"
+#include "Tamo/Export.h"
 #include <istream>
 
 namespace Tamo {
 
 /// The buffer of a Base64Decoder.
-class Base64DecoderBuf : public DecoderBuf {
+class TAMO_API Base64DecoderBuf : public DecoderBuf {
 public:
     /// A buffer over source.
     explicit Base64DecoderBuf(std::istream& source) : DecoderBuf(source, "base64") {}
@@ -26,7 +27,7 @@ private:
 /// At a valid end the stream is in its end-of-file state and not bad. An invalid character, missing or
 /// misplaced padding, and data after padding stop it with badbit and without end of file. The other stream
 /// must outlive this one. One stream is used by one thread at a time.
-class Base64Decoder : public std::istream {
+class TAMO_API Base64Decoder : public std::istream {
 public:
     /// A decoder over source.
     explicit Base64Decoder(std::istream& source);

@@ -2,12 +2,13 @@
 #define TAMO_BASE64ENCODER_H
 
 #include "Tamo/EncoderBuf.h"
+#include "Tamo/Export.h"
 #include <ostream>
 
 namespace Tamo {
 
 /// The buffer of a Base64Encoder.
-class Base64EncoderBuf : public EncoderBuf {
+class TAMO_API Base64EncoderBuf : public EncoderBuf {
 public:
     /// A buffer in front of target.
     explicit Base64EncoderBuf(std::ostream& target) : EncoderBuf(target, 3) {}
@@ -20,7 +21,7 @@ protected:
 ///
 /// Call close() at the end, or let the destructor do it, which hides errors; it writes the last group with
 /// its padding. A failed target sets badbit. One stream is used by one thread at a time.
-class Base64Encoder : public std::ostream {
+class TAMO_API Base64Encoder : public std::ostream {
 public:
     /// An encoder in front of target.
     explicit Base64Encoder(std::ostream& target);

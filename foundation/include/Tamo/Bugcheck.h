@@ -13,11 +13,12 @@
 /// `Assertion violation: CONDITION [in file "FILE", line N]`. All operations are thread-safe.
 
 #include "Tamo/Exception.h"
+#include "Tamo/Export.h"
 
 namespace Tamo {
 
 /// The operations behind the assertion macros.
-class Bugcheck {
+class TAMO_API Bugcheck {
 public:
     /// Reports a failed condition: throws AssertionViolationException.
     [[noreturn]] static void assertion(const char* condition, const char* file, int line);

@@ -7,6 +7,7 @@
 /// Pure functions, no state, nothing is thrown. The bulk operations accept any alignment on the octet side,
 /// so that they can work inside a document's buffer.
 
+#include "Tamo/Export.h"
 #include "Tamo/Types.h"
 #include <bit>
 #include <concepts>
@@ -17,7 +18,7 @@
 namespace Tamo {
 
 /// Swapping of octets in integers and in arrays of numbers.
-class ByteOrder {
+class TAMO_API ByteOrder {
 public:
     /// The value with its octets in reverse order; for integers of 16, 32 and 64 bits.
     template<std::integral T>

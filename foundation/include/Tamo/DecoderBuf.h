@@ -1,6 +1,7 @@
 #ifndef TAMO_DECODERBUF_H
 #define TAMO_DECODERBUF_H
 
+#include "Tamo/Export.h"
 #include <istream>
 #include <streambuf>
 #include <string>
@@ -14,7 +15,7 @@ namespace Tamo {
 /// The octets before an invalid character are delivered; then every further read throws SyntaxException,
 /// which the stream's operations turn into badbit. Text is read ahead in blocks. One buffer is used by one
 /// thread at a time.
-class DecoderBuf : public std::streambuf {
+class TAMO_API DecoderBuf : public std::streambuf {
 public:
     DecoderBuf(const DecoderBuf&) = delete;
     DecoderBuf& operator=(const DecoderBuf&) = delete;

@@ -1,6 +1,7 @@
 #ifndef TAMO_DEFERREDFLUSHSTREAM_H
 #define TAMO_DEFERREDFLUSHSTREAM_H
 
+#include "Tamo/Export.h"
 #include <cstddef>
 #include <memory>
 #include <ostream>
@@ -9,7 +10,7 @@
 namespace Tamo {
 
 /// The buffer of a DeferredFlushOutputStream.
-class DeferredFlushBuf : public std::streambuf {
+class TAMO_API DeferredFlushBuf : public std::streambuf {
 public:
     /// A buffer of capacity octets (at least 1) in front of target.
     DeferredFlushBuf(std::ostream& target, std::size_t capacity);
@@ -39,7 +40,7 @@ private:
 /// fails, the stream becomes bad at the next block. Call finish() at the end; the destructor passes on what
 /// is left too, but hides errors. The target must outlive the stream. One stream is used by one thread at a
 /// time.
-class DeferredFlushOutputStream : public std::ostream {
+class TAMO_API DeferredFlushOutputStream : public std::ostream {
 public:
     /// A stream in front of target with a buffer of capacity octets.
     explicit DeferredFlushOutputStream(std::ostream& target, std::size_t capacity = 65536);

@@ -1,6 +1,7 @@
 #ifndef TAMO_ENCODERBUF_H
 #define TAMO_ENCODERBUF_H
 
+#include "Tamo/Export.h"
 #include <array>
 #include <cstddef>
 #include <ostream>
@@ -14,7 +15,7 @@ namespace Tamo {
 ///
 /// Octets are encoded in blocks; what is pending reaches the target at close(). One buffer is used by one
 /// thread at a time.
-class EncoderBuf : public std::streambuf {
+class TAMO_API EncoderBuf : public std::streambuf {
 public:
     EncoderBuf(const EncoderBuf&) = delete;
     EncoderBuf& operator=(const EncoderBuf&) = delete;

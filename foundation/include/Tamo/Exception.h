@@ -8,6 +8,7 @@
 /// children report a broken document, stream or environment. Exceptions are values: copyable, thrown by
 /// value, caught by reference. Not thread-bound.
 
+#include "Tamo/Export.h"
 #include <exception>
 #include <memory>
 #include <string>
@@ -15,7 +16,7 @@
 namespace Tamo {
 
 /// Base of every exception of this library.
-class Exception : public std::exception {
+class TAMO_API Exception : public std::exception {
 public:
     /// An exception with a message and an optional application code.
     explicit Exception(const std::string& message, int code = 0);
@@ -71,7 +72,7 @@ private:
 /// Declares an exception class CLASS derived from BASE; to be followed by TAMO_IMPLEMENT_EXCEPTION in one
 /// source.
 #define TAMO_DECLARE_EXCEPTION(CLASS, BASE)                                                                  \
-    class CLASS : public BASE {                                                                              \
+    class TAMO_API CLASS : public BASE {                                                                     \
     public:                                                                                                  \
         explicit CLASS(const std::string& message, int code = 0);                                            \
         CLASS(const std::string& message, const std::string& argument, int code = 0);                        \

@@ -8,6 +8,7 @@
 /// the values may differ between machines and releases and must not be stored. The hash is not keyed: a table
 /// that takes strings from an untrusted source must bound its probes by other means.
 
+#include "Tamo/Export.h"
 #include "Tamo/Types.h"
 #include <bit>
 #include <cstddef>
@@ -58,7 +59,7 @@ inline UInt32 hash(const char* text) noexcept {
 
 /// The place of a value in a hash table; to be specialised for types that have no `hash` function.
 template<class T>
-struct HashFunction {
+struct TAMO_API HashFunction {
     /// The hash of value, reduced to the range from 0 to maxValue - 1; maxValue is at least 1.
     UInt32 operator()(const T& value, UInt32 maxValue) const { return hash(value) % maxValue; }
 };

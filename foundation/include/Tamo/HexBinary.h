@@ -1,6 +1,7 @@
 #ifndef TAMO_HEXBINARY_H
 #define TAMO_HEXBINARY_H
 
+#include "Tamo/Export.h"
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -11,7 +12,7 @@ namespace Tamo {
 /// streams.
 ///
 /// Pure functions, thread-safe; they throw nothing but std::bad_alloc.
-class HexBinary {
+class TAMO_API HexBinary {
 public:
     /// Appends two digits for each octet to text.
     static void encode(std::string_view octets, std::string& text, bool uppercase = true);

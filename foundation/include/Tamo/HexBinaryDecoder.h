@@ -2,12 +2,13 @@
 #define TAMO_HEXBINARYDECODER_H
 
 #include "Tamo/DecoderBuf.h"
+#include "Tamo/Export.h"
 #include <istream>
 
 namespace Tamo {
 
 /// The buffer of a HexBinaryDecoder.
-class HexBinaryDecoderBuf : public DecoderBuf {
+class TAMO_API HexBinaryDecoderBuf : public DecoderBuf {
 public:
     /// A buffer over source.
     explicit HexBinaryDecoderBuf(std::istream& source) : DecoderBuf(source, "hexadecimal") {}
@@ -25,7 +26,7 @@ private:
 /// At a valid end the stream is in its end-of-file state and not bad. Anything but a digit, white space
 /// included, and an odd number of digits stop it with badbit and without end of file. The other stream must
 /// outlive this one. One stream is used by one thread at a time.
-class HexBinaryDecoder : public std::istream {
+class TAMO_API HexBinaryDecoder : public std::istream {
 public:
     /// A decoder over source.
     explicit HexBinaryDecoder(std::istream& source);

@@ -2,12 +2,13 @@
 #define TAMO_HEXBINARYENCODER_H
 
 #include "Tamo/EncoderBuf.h"
+#include "Tamo/Export.h"
 #include <ostream>
 
 namespace Tamo {
 
 /// The buffer of a HexBinaryEncoder.
-class HexBinaryEncoderBuf : public EncoderBuf {
+class TAMO_API HexBinaryEncoderBuf : public EncoderBuf {
 public:
     /// A buffer in front of target.
     explicit HexBinaryEncoderBuf(std::ostream& target) : EncoderBuf(target, 1) {}
@@ -26,7 +27,7 @@ private:
 ///
 /// Call close() at the end, or let the destructor do it, which hides errors. A failed target sets badbit. One
 /// stream is used by one thread at a time.
-class HexBinaryEncoder : public std::ostream {
+class TAMO_API HexBinaryEncoder : public std::ostream {
 public:
     /// An encoder in front of target.
     explicit HexBinaryEncoder(std::ostream& target);

@@ -1,6 +1,7 @@
 #ifndef TAMO_MEMORYSTREAM_H
 #define TAMO_MEMORYSTREAM_H
 
+#include "Tamo/Export.h"
 #include <cstddef>
 #include <istream>
 #include <streambuf>
@@ -8,7 +9,7 @@
 namespace Tamo {
 
 /// The buffer of a MemoryInputStream.
-class MemoryInputBuf : public std::streambuf {
+class TAMO_API MemoryInputBuf : public std::streambuf {
 public:
     /// A buffer over size octets at data.
     MemoryInputBuf(const char* data, std::size_t size);
@@ -23,7 +24,7 @@ protected:
 ///
 /// The block must outlive the stream and must not change meanwhile. The stream can be positioned anywhere
 /// from the beginning of the block to its end. One stream is used by one thread at a time.
-class MemoryInputStream : public std::istream {
+class TAMO_API MemoryInputStream : public std::istream {
 public:
     /// A stream over size octets at data; data may be null when size is 0.
     MemoryInputStream(const char* data, std::size_t size);

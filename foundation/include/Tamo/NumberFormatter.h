@@ -9,13 +9,14 @@
 /// "-INF" and "NaN" when they are not finite; NumberParser reads all of them back. Nothing depends on the
 /// locale. All operations are thread-safe and throw nothing but std::bad_alloc.
 
+#include "Tamo/Export.h"
 #include "Tamo/Types.h"
 #include <string>
 
 namespace Tamo {
 
 /// Conversion of numbers to text; each form as a new string (`format`) or at the end of one (`append`).
-class NumberFormatter {
+class TAMO_API NumberFormatter {
 public:
     /// The value in decimal.
     static std::string format(int value);

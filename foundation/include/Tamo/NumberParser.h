@@ -9,13 +9,14 @@
 /// number is out of range; the other forms throw SyntaxException that names the text. All operations are
 /// thread-safe.
 
+#include "Tamo/Export.h"
 #include "Tamo/Types.h"
 #include <string_view>
 
 namespace Tamo {
 
 /// Conversion of decimal text to integers and floating-point numbers.
-class NumberParser {
+class TAMO_API NumberParser {
 public:
     /// A signed number of 32 bits.
     static bool tryParse(std::string_view text, int& value) noexcept;

@@ -1,12 +1,13 @@
 #ifndef TAMO_PATH_H
 #define TAMO_PATH_H
 
+#include "Tamo/Export.h"
 #include <string>
 
 namespace Tamo {
 
 /// The name of a file: segments separated by '/'. A value; the file system is not consulted.
-class Path {
+class TAMO_API Path {
 public:
     /// The path that text spells; every text is one.
     explicit Path(const std::string& text) : _text(text) {}

@@ -1,6 +1,7 @@
 #ifndef TAMO_REFCOUNTEDOBJECT_H
 #define TAMO_REFCOUNTEDOBJECT_H
 
+#include "Tamo/Export.h"
 #include <atomic>
 
 namespace Tamo {
@@ -10,7 +11,7 @@ namespace Tamo {
 /// Prefer a value or std::unique_ptr; this base is for objects that several parties keep and none owns. An
 /// object starts with one reference, the one that `new` made; AutoPtr takes it over. The count is atomic, the
 /// object itself is not synchronised.
-class RefCountedObject {
+class TAMO_API RefCountedObject {
 public:
     /// An object with a reference count of one.
     RefCountedObject() = default;

@@ -1,6 +1,7 @@
 #ifndef TAMO_STRINGTOKENIZER_H
 #define TAMO_STRINGTOKENIZER_H
 
+#include "Tamo/Export.h"
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -13,7 +14,7 @@ namespace Tamo {
 /// Every separator ends a piece, so n separators make n + 1 pieces: "a,,b" gives "a", "", "b"; ",a" gives "",
 /// "a"; the empty string gives one empty piece. The options drop empty pieces or trim white space. The pieces
 /// are copies; the string need not outlive the tokenizer. A value, used by one thread at a time.
-class StringTokenizer {
+class TAMO_API StringTokenizer {
 public:
     /// Options, to be combined with `|`.
     enum Options {

@@ -1,6 +1,7 @@
 #ifndef TAMO_TEXTCONVERTER_H
 #define TAMO_TEXTCONVERTER_H
 
+#include "Tamo/Export.h"
 #include "Tamo/TextEncoding.h"
 #include <string>
 #include <string_view>
@@ -11,7 +12,7 @@ namespace Tamo {
 ///
 /// The encodings must outlive the converter. A converter keeps no state between calls and serves any number
 /// of threads.
-class TextConverter {
+class TAMO_API TextConverter {
 public:
     /// A converter that replaces what it cannot convert by the code point defaultChar.
     TextConverter(const TextEncoding& in, const TextEncoding& out, int defaultChar = '?') noexcept

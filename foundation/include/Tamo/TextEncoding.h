@@ -1,6 +1,7 @@
 #ifndef TAMO_TEXTENCODING_H
 #define TAMO_TEXTENCODING_H
 
+#include "Tamo/Export.h"
 #include <cstddef>
 
 namespace Tamo {
@@ -8,7 +9,7 @@ namespace Tamo {
 /// A character encoding: octets to Unicode code points and back.
 ///
 /// Encodings have no state: one object serves any number of threads. Nothing is thrown.
-class TextEncoding {
+class TAMO_API TextEncoding {
 public:
     /// No encoding makes more octets than this of one code point.
     static constexpr std::size_t MAX_SEQUENCE_LENGTH = 4;

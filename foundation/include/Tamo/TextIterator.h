@@ -1,6 +1,7 @@
 #ifndef TAMO_TEXTITERATOR_H
 #define TAMO_TEXTITERATOR_H
 
+#include "Tamo/Export.h"
 #include "Tamo/TextEncoding.h"
 #include <cstddef>
 #include <iterator>
@@ -12,7 +13,7 @@ namespace Tamo {
 ///
 /// The string and the encoding must outlive the iterator, and the string must not change meanwhile. An
 /// invalid sequence yields -1; advancing always moves on. Dereferencing or advancing the end is undefined.
-class TextIterator {
+class TAMO_API TextIterator {
 public:
     using iterator_category = std::input_iterator_tag;
     using value_type = int;

@@ -1,6 +1,7 @@
 #ifndef TAMO_URI_H
 #define TAMO_URI_H
 
+#include "Tamo/Export.h"
 #include <string>
 #include <string_view>
 
@@ -10,7 +11,7 @@ namespace Tamo {
 ///
 /// A text without a scheme, such as a plain path, is a relative reference. The parts are kept as written, but
 /// for the scheme, which is in lower case; only getPath decodes. A value.
-class URI {
+class TAMO_API URI {
 public:
     /// The empty relative reference.
     URI() = default;

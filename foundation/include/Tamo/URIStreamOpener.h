@@ -8,6 +8,7 @@
 /// that it wants to serve, with the default opener for the whole process or with an opener of its own.
 /// Everything is thread-safe; factories run outside the lock.
 
+#include "Tamo/Export.h"
 #include "Tamo/URI.h"
 #include <functional>
 #include <istream>
@@ -19,7 +20,7 @@
 namespace Tamo {
 
 /// Opens streams by URI or path.
-class URIStreamOpener {
+class TAMO_API URIStreamOpener {
 public:
     /// Makes the stream of a URI; throws, or returns null, when it cannot.
     using Factory = std::function<std::unique_ptr<std::istream>(const URI& uri)>;

@@ -1,6 +1,7 @@
 #ifndef TAMO_UTF16ENCODING_H
 #define TAMO_UTF16ENCODING_H
 
+#include "Tamo/Export.h"
 #include "Tamo/TextEncoding.h"
 
 namespace Tamo {
@@ -9,7 +10,7 @@ namespace Tamo {
 ///
 /// A surrogate without its partner is an invalid sequence of two octets, a single octet at the end one of
 /// one.
-class UTF16Encoding : public TextEncoding {
+class TAMO_API UTF16Encoding : public TextEncoding {
 public:
     /// The order of the two octets of a code unit.
     enum Order {

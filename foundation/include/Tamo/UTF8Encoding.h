@@ -1,6 +1,7 @@
 #ifndef TAMO_UTF8ENCODING_H
 #define TAMO_UTF8ENCODING_H
 
+#include "Tamo/Export.h"
 #include "Tamo/TextEncoding.h"
 #include <string_view>
 
@@ -10,7 +11,7 @@ namespace Tamo {
 ///
 /// An invalid sequence ends before the first octet that cannot continue it (the "maximal subpart" of the
 /// Unicode Standard), so that a damaged character never takes a sound neighbour with it.
-class UTF8Encoding : public TextEncoding {
+class TAMO_API UTF8Encoding : public TextEncoding {
 public:
     const char* canonicalName() const noexcept override;
     int decode(const unsigned char* octets, std::size_t available,

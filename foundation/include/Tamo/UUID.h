@@ -1,6 +1,7 @@
 #ifndef TAMO_UUID_H
 #define TAMO_UUID_H
 
+#include "Tamo/Export.h"
 #include <array>
 #include <compare>
 #include <string>
@@ -12,7 +13,7 @@ namespace Tamo {
 ///
 /// The text form is the canonical one, 8-4-4-4-12 hexadecimal digits joined by hyphens. A value, ordered by
 /// its octets.
-class UUID {
+class TAMO_API UUID {
 public:
     using Octets = std::array<unsigned char, 16>;
 

@@ -2,6 +2,7 @@
 #define TAMO_FASTINFOSET_BITSTREAMREADER_H
 
 #include "Tamo/Bugcheck.h"
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/Utility.h"
 #include "Tamo/Types.h"
 #include <cstddef>
@@ -22,7 +23,7 @@ namespace Tamo::FastInfoset {
 ///
 /// The narrow reads are inline: the branch taken while two whole octets are buffered neither refills nor
 /// checks for the end; everything else goes the careful way (`peekSlow`).
-class BitStreamReader {
+class TAMO_API BitStreamReader {
 public:
     /// Octets read from a stream at a time.
     static constexpr std::size_t BUFFER_SIZE = 1024;

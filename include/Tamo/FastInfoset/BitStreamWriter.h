@@ -2,6 +2,7 @@
 #define TAMO_FASTINFOSET_BITSTREAMWRITER_H
 
 #include "Tamo/Bugcheck.h"
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/Utility.h"
 #include "Tamo/Types.h"
 #include <cstddef>
@@ -16,7 +17,7 @@ namespace Tamo::FastInfoset {
 /// Whole octets go to the stream's buffer as soon as they are complete; at most one partial octet is pending
 /// between operations. The stream is borrowed, never closed, and flushed by complete() only. A stream that is
 /// in any error state after a write or flush gives IOException. Used by one thread at a time.
-class BitStreamWriter {
+class TAMO_API BitStreamWriter {
 public:
     /// A writer over ostr that pads with fillBit in complete().
     BitStreamWriter(std::ostream& ostr, bool fillBit);

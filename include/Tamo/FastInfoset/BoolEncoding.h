@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_BOOLENCODING_H
 #define TAMO_FASTINFOSET_BOOLENCODING_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include <vector>
 
@@ -11,7 +12,7 @@ namespace Tamo::FastInfoset {
 ///
 /// The text form is "true" and "false" separated by single spaces; no other text is accepted. Errors are
 /// FISEncodingException.
-class BoolEncoding : public Encoding {
+class TAMO_API BoolEncoding : public Encoding {
 public:
     /// The algorithm's index.
     static constexpr unsigned int TYPE = 6;

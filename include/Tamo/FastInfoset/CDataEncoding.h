@@ -1,12 +1,13 @@
 #ifndef TAMO_FASTINFOSET_CDATAENCODING_H
 #define TAMO_FASTINFOSET_CDATAENCODING_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/OctetEncoding.h"
 
 namespace Tamo::FastInfoset {
 
 /// The text of a CDATA section (ITU-T X.891, 10.11), carried as it is.
-class CDataEncoding : public OctetEncoding {
+class TAMO_API CDataEncoding : public OctetEncoding {
 public:
     /// The algorithm's index.
     static constexpr unsigned int TYPE = 10;

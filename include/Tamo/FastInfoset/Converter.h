@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_CONVERTER_H
 #define TAMO_FASTINFOSET_CONVERTER_H
 
+#include "Tamo/Export.h"
 #include <iosfwd>
 
 namespace Tamo::FastInfoset {
@@ -11,7 +12,7 @@ namespace Tamo::FastInfoset {
 /// (XML::SAXParseException), of the Fast Infoset parser and of the writers pass through; what was written
 /// until then stays in the output. Stateless; all operations are static and thread-safe on streams of their
 /// own.
-class Converter {
+class TAMO_API Converter {
 public:
     /// Option bits of convertToFIS that drop white space between elements; both have the same effect.
     static constexpr int STRIP_WHITESPACE = 0x81;

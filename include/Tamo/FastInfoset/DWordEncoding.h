@@ -1,13 +1,14 @@
 #ifndef TAMO_FASTINFOSET_DWORDENCODING_H
 #define TAMO_FASTINFOSET_DWORDENCODING_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/OctetEncoding.h"
 
 namespace Tamo::FastInfoset {
 
 /// Octets carried as they are whose text form is base64 (ITU-T X.891, 10.3). The content holds the raw
 /// octets.
-class DWordEncoding : public OctetEncoding {
+class TAMO_API DWordEncoding : public OctetEncoding {
 public:
     /// The algorithm's index.
     static constexpr unsigned int TYPE = 2;

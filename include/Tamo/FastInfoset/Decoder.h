@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_DECODER_H
 #define TAMO_FASTINFOSET_DECODER_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/QualifiedNameVocabulary.h"
@@ -17,7 +18,7 @@ class FISDocumentHandler;
 /// Every form depends on the bit position at which it starts (BitStreamReader::bitPos). Stateless; all
 /// operations are static. A form that is not valid throws FISEncodingException, input that ends too early
 /// FISParseException; what is allocated never exceeds what the input really holds.
-class Decoder {
+class TAMO_API Decoder {
 public:
     /// Which optional components of the document follow the initial vocabulary (X.891, 12.8).
     struct OpenHeaderParts {

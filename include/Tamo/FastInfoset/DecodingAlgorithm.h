@@ -1,13 +1,14 @@
 #ifndef TAMO_FASTINFOSET_DECODINGALGORITHM_H
 #define TAMO_FASTINFOSET_DECODINGALGORITHM_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include <vector>
 
 namespace Tamo::FastInfoset {
 
 /// The parser's table of encoding algorithms, numbered as EncodingAlgorithm numbers them. A plain value.
-class DecodingAlgorithm {
+class TAMO_API DecodingAlgorithm {
 public:
     /// The built-in algorithms.
     DecodingAlgorithm();

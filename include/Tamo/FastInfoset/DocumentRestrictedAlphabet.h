@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_DOCUMENTRESTRICTEDALPHABET_H
 #define TAMO_FASTINFOSET_DOCUMENTRESTRICTEDALPHABET_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/RestrictedAlphabet.h"
 #include <string>
 #include <vector>
@@ -9,7 +10,7 @@ namespace Tamo::FastInfoset {
 
 /// The restricted alphabets of a document (ITU-T X.891, 8.2), numbered from 1: the two built-in ones, the
 /// reserved numbers 3 to 15, and from 16 on those of the application. A plain value.
-class DocumentRestrictedAlphabet {
+class TAMO_API DocumentRestrictedAlphabet {
 public:
     /// The built-in alphabet 1.
     static constexpr const char* NUMERIC_CHARACTERS = "0123456789-+.e ";

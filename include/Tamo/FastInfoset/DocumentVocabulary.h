@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_DOCUMENTVOCABULARY_H
 #define TAMO_FASTINFOSET_DOCUMENTVOCABULARY_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/DecodingAlgorithm.h"
 #include "Tamo/FastInfoset/DocumentRestrictedAlphabet.h"
 #include "Tamo/FastInfoset/EncodingAlgorithm.h"
@@ -18,7 +19,7 @@ namespace Tamo::FastInfoset {
 /// A parser or writer owns one and fills it as the document goes; an application can prepare one and hand it
 /// over. Copies are deep. Misuse (a table that does not exist) fails an assertion; the tables' own failures
 /// pass through. Used by one thread at a time.
-class DocumentVocabulary {
+class TAMO_API DocumentVocabulary {
 public:
     /// The tables. Deliberate: OTHER_STRING stands before CONTENT_CHARACTER_CHUNK, unlike in the standard;
     /// code that walks the header's tables maps between the two orders.

@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_DOUBLEENCODING_H
 #define TAMO_FASTINFOSET_DOUBLEENCODING_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/Types.h"
 #include <vector>
@@ -11,7 +12,7 @@ namespace Tamo::FastInfoset {
 ///
 /// The text form is the values in their shortest spelling, separated by single spaces; no other text is
 /// accepted. Errors are FISEncodingException.
-class DoubleEncoding : public Encoding {
+class TAMO_API DoubleEncoding : public Encoding {
 public:
     /// The algorithm's index.
     static constexpr unsigned int TYPE = 8;

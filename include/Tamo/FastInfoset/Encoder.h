@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_ENCODER_H
 #define TAMO_FASTINFOSET_ENCODER_H
 
+#include "Tamo/Export.h"
 #include <cstddef>
 #include <string>
 
@@ -12,7 +13,7 @@ class BitStreamWriter;
 ///
 /// Every form depends on the bit position at which it starts (BitStreamWriter::bitPos). Stateless; all
 /// operations are static. A wrong position or value throws FISEncodingException.
-class Encoder {
+class TAMO_API Encoder {
 public:
     /// The largest integer that can be encoded: 2^20.
     static constexpr unsigned int MAXINT20 = 1048576;

@@ -2,6 +2,7 @@
 #define TAMO_FASTINFOSET_ENCODING_H
 
 #include "Tamo/AutoPtr.h"
+#include "Tamo/Export.h"
 #include "Tamo/RefCountedObject.h"
 #include <cstddef>
 #include <string>
@@ -21,7 +22,7 @@ class FISContentHandler;
 /// Each algorithm has a class derived from this one; applications derive theirs for the algorithms from index
 /// 32 on. Objects are made with `new` and shared through AutoPtr<Encoding>; one object is used by one thread
 /// at a time. The content is the value's text; a class that keeps typed values builds it in createContent().
-class Encoding : public RefCountedObject {
+class TAMO_API Encoding : public RefCountedObject {
 public:
     /// Writes the octets of the algorithm's encoding of text; throws when text is not in the algorithm's text
     /// form.

@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_ENCODINGALGORITHM_H
 #define TAMO_FASTINFOSET_ENCODINGALGORITHM_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include <string>
 #include <vector>
@@ -10,7 +11,7 @@ namespace Tamo::FastInfoset {
 /// The writer's table of encoding algorithms (ITU-T X.891, 8.3): 1 to 10 are built in, 11 to 31 reserved, the
 /// application's own follow from 32 on. A plain value; parser and writer must register an application's
 /// algorithms in the same order.
-class EncodingAlgorithm {
+class TAMO_API EncodingAlgorithm {
 public:
     /// The index of the first algorithm that an application adds.
     static constexpr unsigned int USER_DEFINED = 32;

@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_EXTERNALVOCABULARYLOADER_H
 #define TAMO_FASTINFOSET_EXTERNALVOCABULARYLOADER_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include <cstddef>
 #include <iosfwd>
@@ -15,7 +16,7 @@ namespace Tamo::FastInfoset {
 /// the document chooses what is opened. An application that reads foreign documents derives from it,
 /// overrides load() to supply the vocabularies it knows and to throw for all others, and hands it to the
 /// parser (FastInfosetParser::setExternalVocabularyLoader). Used by one thread at a time.
-class ExternalVocabularyLoader {
+class TAMO_API ExternalVocabularyLoader {
 public:
     /// How many external vocabularies may name one another in a row.
     static constexpr std::size_t MAX_NESTING = 8;

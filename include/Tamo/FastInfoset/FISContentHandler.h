@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_FISCONTENTHANDLER_H
 #define TAMO_FASTINFOSET_FISCONTENTHANDLER_H
 
+#include "Tamo/Export.h"
 #include "Tamo/Types.h"
 #include "Tamo/UUID.h"
 #include "Tamo/XML/ContentHandler.h"
@@ -12,7 +13,7 @@ namespace Tamo::FastInfoset {
 ///
 /// Set as a parser's content handler it receives one call per value, in document order; plain text still
 /// arrives through `characters`. Called on the thread that parses; arguments are valid during the call only.
-class FISContentHandler : public XML::ContentHandler {
+class TAMO_API FISContentHandler : public XML::ContentHandler {
 public:
     /// length octets of hexadecimal or base64 data.
     virtual void binaryData(const char* data, std::size_t length) = 0;

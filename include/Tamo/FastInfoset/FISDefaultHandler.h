@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_FISDEFAULTHANDLER_H
 #define TAMO_FASTINFOSET_FISDEFAULTHANDLER_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/FISContentHandler.h"
 #include "Tamo/FastInfoset/FISDocumentHandler.h"
@@ -14,10 +15,10 @@ namespace Tamo::FastInfoset {
 ///
 /// As the content handler it receives typed data as values. A handler that wants typed data as text derives
 /// from XML::DefaultHandler instead. Called on the thread that parses; throws nothing.
-class FISDefaultHandler : public FISContentHandler,
-                          public XML::LexicalHandler,
-                          public XML::DTDHandler,
-                          public FISDocumentHandler {
+class TAMO_API FISDefaultHandler : public FISContentHandler,
+                                   public XML::LexicalHandler,
+                                   public XML::DTDHandler,
+                                   public FISDocumentHandler {
 public:
     void setDocumentLocator(const XML::Locator*) override {}
     void startDocument() override {}

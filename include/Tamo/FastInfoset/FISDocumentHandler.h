@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_FISDOCUMENTHANDLER_H
 #define TAMO_FASTINFOSET_FISDOCUMENTHANDLER_H
 
+#include "Tamo/Export.h"
 #include <string>
 
 namespace Tamo::FastInfoset {
@@ -11,7 +12,7 @@ class DocumentVocabulary;
 ///
 /// Called on the thread that parses, before startDocument. What is passed is copied by whoever wants to keep
 /// it.
-class FISDocumentHandler {
+class TAMO_API FISDocumentHandler {
 public:
     /// The vocabulary after the header was read.
     virtual void setDocumentVocabulary(const DocumentVocabulary& vocabulary) = 0;

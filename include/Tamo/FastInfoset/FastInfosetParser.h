@@ -2,6 +2,7 @@
 #define TAMO_FASTINFOSET_FASTINFOSETPARSER_H
 
 #include "Tamo/AutoPtr.h"
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/ParsedAttributes.h"
@@ -47,7 +48,7 @@ class FISDocumentHandler;
 /// std::out_of_range for an index past the end of its table, AssertionViolationException for the conditions
 /// that are assertions by interface, among them a memory block that ends early ("_pStream"), IOException for
 /// a failing stream.
-class FastInfosetParser : public XML::XMLReader {
+class TAMO_API FastInfosetParser : public XML::XMLReader {
 public:
     /// A parser with tables of its own; VOC_VECTOR is the fastest kind.
     explicit FastInfosetParser(DocumentVocabulary::VocabularyImpl impl = DocumentVocabulary::VOC_VECTOR);

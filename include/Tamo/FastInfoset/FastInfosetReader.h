@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_FASTINFOSETREADER_H
 #define TAMO_FASTINFOSET_FASTINFOSETREADER_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/Notation.h"
 #include "Tamo/FastInfoset/UnparsedEntity.h"
@@ -30,7 +31,7 @@ namespace Tamo::FastInfoset {
 /// A reader reads any number of documents, one at a time, also after an exception, and is used by one thread
 /// at a time. Exceptions are those of FastInfosetParser; after one, and before open(), next() throws
 /// InvalidAccessException.
-class FastInfosetReader {
+class TAMO_API FastInfosetReader {
 public:
     /// What the cursor stands on.
     enum Event {

@@ -2,6 +2,7 @@
 #define TAMO_FASTINFOSET_FASTINFOSETWRITER_H
 
 #include "Tamo/AutoPtr.h"
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/BitStreamWriter.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/Encoding.h"
@@ -41,10 +42,10 @@ namespace Tamo::FastInfoset {
 /// for values that cannot be encoded, AssertionViolationException for declarations that come too late,
 /// PoolOverflowException ("Vocabulary hash table full") when a VOC_HASH table is full, IOException for a
 /// failing stream. What was written stays in the stream.
-class FastInfosetWriter : public FISContentHandler,
-                          public XML::LexicalHandler,
-                          public XML::DTDHandler,
-                          public FISDocumentHandler {
+class TAMO_API FastInfosetWriter : public FISContentHandler,
+                                   public XML::LexicalHandler,
+                                   public XML::DTDHandler,
+                                   public FISDocumentHandler {
 public:
     /// A writer with VOC_HASH tables and no XML declaration.
     explicit FastInfosetWriter(std::ostream& str);

@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_FLOATENCODING_H
 #define TAMO_FASTINFOSET_FLOATENCODING_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/Types.h"
 #include <vector>
@@ -14,7 +15,7 @@ namespace Tamo::FastInfoset {
 ///
 /// The text form is the values in their shortest spelling as double, separated by single spaces; no other
 /// text is accepted. Errors are FISEncodingException.
-class FloatEncoding : public Encoding {
+class TAMO_API FloatEncoding : public Encoding {
 public:
     /// The algorithm's index.
     static constexpr unsigned int TYPE = 7;

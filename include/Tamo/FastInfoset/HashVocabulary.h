@@ -3,6 +3,7 @@
 
 #include "Tamo/Bugcheck.h"
 #include "Tamo/Exception.h"
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/Vocabulary.h"
 #include "Tamo/Hash.h"
 #include "Tamo/Types.h"
@@ -17,7 +18,7 @@ namespace Tamo::FastInfoset {
 /// slots are allocated with the first real value and grow with the entries, so an unused table costs nothing
 /// whatever its limit.
 template<class T>
-class HashVocabulary : public Vocabulary<T> {
+class TAMO_API HashVocabulary : public Vocabulary<T> {
 public:
     /// Tag of the constructor that stores no placeholder.
     struct DontInitialize {};

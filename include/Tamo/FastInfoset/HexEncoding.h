@@ -1,13 +1,14 @@
 #ifndef TAMO_FASTINFOSET_HEXENCODING_H
 #define TAMO_FASTINFOSET_HEXENCODING_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/OctetEncoding.h"
 
 namespace Tamo::FastInfoset {
 
 /// Octets carried as they are whose text form is hexadecimal (ITU-T X.891, 10.2). The content holds the raw
 /// octets.
-class HexEncoding : public OctetEncoding {
+class TAMO_API HexEncoding : public OctetEncoding {
 public:
     /// The algorithm's index.
     static constexpr unsigned int TYPE = 1;

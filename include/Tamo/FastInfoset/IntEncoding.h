@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_INTENCODING_H
 #define TAMO_FASTINFOSET_INTENCODING_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/Types.h"
 #include <vector>
@@ -11,7 +12,7 @@ namespace Tamo::FastInfoset {
 ///
 /// The text form is the values in their canonical decimal spelling, separated by single spaces; no other text
 /// is accepted. Errors are FISEncodingException.
-class IntEncoding : public Encoding {
+class TAMO_API IntEncoding : public Encoding {
 public:
     /// The algorithm's index.
     static constexpr unsigned int TYPE = 4;

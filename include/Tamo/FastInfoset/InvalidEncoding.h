@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_INVALIDENCODING_H
 #define TAMO_FASTINFOSET_INVALIDENCODING_H
 
+#include "Tamo/Export.h"
 #include <string>
 
 namespace Tamo::FastInfoset {
@@ -8,7 +9,7 @@ namespace Tamo::FastInfoset {
 class BitStreamWriter;
 
 /// Stands at the positions of the writer's algorithm table that are not in use.
-class InvalidEncoding {
+class TAMO_API InvalidEncoding {
 public:
     /// Throws FISException "Invalid encoding defined".
     static void encode(BitStreamWriter& writer, const std::string& text);

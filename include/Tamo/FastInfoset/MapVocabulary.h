@@ -2,6 +2,7 @@
 #define TAMO_FASTINFOSET_MAPVOCABULARY_H
 
 #include "Tamo/Bugcheck.h"
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/Vocabulary.h"
 #include <map>
 
@@ -9,7 +10,7 @@ namespace Tamo::FastInfoset {
 
 /// A table that finds its values through an ordered map and grows without limit.
 template<class T>
-class MapVocabulary : public Vocabulary<T> {
+class TAMO_API MapVocabulary : public Vocabulary<T> {
 public:
     /// Tag of the constructor that stores no placeholder.
     struct DontInitialize {};

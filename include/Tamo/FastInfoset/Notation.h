@@ -1,12 +1,13 @@
 #ifndef TAMO_FASTINFOSET_NOTATION_H
 #define TAMO_FASTINFOSET_NOTATION_H
 
+#include "Tamo/Export.h"
 #include <string>
 
 namespace Tamo::FastInfoset {
 
 /// A notation declaration (ITU-T X.891, 7.11). A plain value; strings are UTF-8.
-class Notation {
+class TAMO_API Notation {
 public:
     /// All fields empty.
     Notation() = default;

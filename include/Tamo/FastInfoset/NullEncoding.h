@@ -1,13 +1,14 @@
 #ifndef TAMO_FASTINFOSET_NULLENCODING_H
 #define TAMO_FASTINFOSET_NULLENCODING_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/OctetEncoding.h"
 
 namespace Tamo::FastInfoset {
 
 /// Plain UTF-8 text that no algorithm produced. The parser reuses one such object for every string that it
 /// reads.
-class NullEncoding : public OctetEncoding {
+class TAMO_API NullEncoding : public OctetEncoding {
 public:
     /// The algorithm's index.
     static constexpr unsigned int TYPE = 0;

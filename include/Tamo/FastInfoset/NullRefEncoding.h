@@ -1,13 +1,14 @@
 #ifndef TAMO_FASTINFOSET_NULLREFENCODING_H
 #define TAMO_FASTINFOSET_NULLREFENCODING_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/NullEncoding.h"
 
 namespace Tamo::FastInfoset {
 
 /// Plain text that stands elsewhere, usually in a vocabulary table: refers to it without copying. The string
 /// is borrowed and must outlive the use of this object, which is read-only.
-class NullRefEncoding : public NullEncoding {
+class TAMO_API NullRefEncoding : public NullEncoding {
 public:
     /// Refers to data.
     explicit NullRefEncoding(const std::string& data);

@@ -1,13 +1,14 @@
 #ifndef TAMO_FASTINFOSET_OCTETENCODING_H
 #define TAMO_FASTINFOSET_OCTETENCODING_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/Encoding.h"
 
 namespace Tamo::FastInfoset {
 
 /// Base of the encodings whose value is one octet string, kept as the content: written as a non-empty octet
 /// string without header or count. Derived classes say what the octets mean.
-class OctetEncoding : public Encoding {
+class TAMO_API OctetEncoding : public Encoding {
 public:
     bool merge(const Encoding& other) override;
     void write(BitStreamWriter& writer) const override;

@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_PARSERLIMITS_H
 #define TAMO_FASTINFOSET_PARSERLIMITS_H
 
+#include "Tamo/Export.h"
 #include "Tamo/Types.h"
 #include <cstddef>
 
@@ -12,7 +13,7 @@ namespace Tamo::FastInfoset {
 /// The memory that a parser takes is bounded by the document's size whatever the limits; they are for
 /// programs that want less, and against documents that are small and cost much to process. The defaults are
 /// beyond every document that is meant to be read. A plain value.
-struct ParserLimits {
+struct TAMO_API ParserLimits {
     /// How many elements may be open at a time. An element costs one octet of the document and 24 octets of
     /// memory here, and handlers keep books of their own.
     std::size_t maxDepth = 4194304;

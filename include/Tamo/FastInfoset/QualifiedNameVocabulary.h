@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_QUALIFIEDNAMEVOCABULARY_H
 #define TAMO_FASTINFOSET_QUALIFIEDNAMEVOCABULARY_H
 
+#include "Tamo/Export.h"
 #include "Tamo/Hash.h"
 #include "Tamo/Types.h"
 
@@ -8,7 +9,7 @@ namespace Tamo::FastInfoset {
 
 /// One entry of a name table (ITU-T X.891, 8.5): the indexes of a name's prefix, namespace name and local
 /// name. A plain value. Index 0 and ABSENT both stand for an absent part.
-class QualifiedNameEntry {
+class TAMO_API QualifiedNameEntry {
 public:
     /// How a name surrogate marks an absent prefix or namespace name.
     static constexpr UInt32 ABSENT = 0xFFFFFFFF;
@@ -38,7 +39,7 @@ private:
 };
 
 /// The 32-bit hash of an entry.
-UInt32 hash(const QualifiedNameEntry& entry) noexcept;
+TAMO_API UInt32 hash(const QualifiedNameEntry& entry) noexcept;
 
 } // namespace Tamo::FastInfoset
 

@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_RESOLVEDNAMES_H
 #define TAMO_FASTINFOSET_RESOLVEDNAMES_H
 
+#include "Tamo/Export.h"
 #include <cstddef>
 #include <deque>
 #include <string>
@@ -14,7 +15,7 @@ namespace Tamo::FastInfoset {
 /// Filled by FastInfosetParser as names come up, and emptied when the tables below it are. The strings of the
 /// parts belong to the vocabulary's tables, whose entries never move; qualified names are kept here. Used by
 /// one thread at a time.
-class ResolvedNames {
+class TAMO_API ResolvedNames {
 public:
     /// A name. All pointers are set in an entry that find() yields, the qualified name aside.
     struct Name {

@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_RESTRICTEDALPHABET_H
 #define TAMO_FASTINFOSET_RESTRICTEDALPHABET_H
 
+#include "Tamo/Export.h"
 #include "Tamo/Types.h"
 #include <string>
 #include <vector>
@@ -9,7 +10,7 @@ namespace Tamo::FastInfoset {
 
 /// One restricted alphabet (ITU-T X.891, clause 9): the characters that a string may consist of, each sent as
 /// its position. A plain value.
-class RestrictedAlphabet {
+class TAMO_API RestrictedAlphabet {
 public:
     /// An empty alphabet: no characters, codes of 0 bits.
     RestrictedAlphabet() = default;

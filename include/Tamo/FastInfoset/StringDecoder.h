@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_STRINGDECODER_H
 #define TAMO_FASTINFOSET_STRINGDECODER_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/RestrictedAlphabet.h"
 #include <string>
 
@@ -10,7 +11,7 @@ class Encoding;
 
 /// Turns the forms of an encoded character string (ITU-T X.891, 7.17) into UTF-8 text. Stateless; all
 /// operations are static.
-class StringDecoder {
+class TAMO_API StringDecoder {
 public:
     /// Replaces text by size octets of UTF-8, which are taken as they are.
     static void decodeUTF8(const char* pOctets, std::size_t size, std::string& text);

@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_UUIDENCODING_H
 #define TAMO_FASTINFOSET_UUIDENCODING_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/UUID.h"
 #include <vector>
@@ -11,7 +12,7 @@ namespace Tamo::FastInfoset {
 ///
 /// The text form is the canonical texts in upper case separated by single spaces; texts in either letter case
 /// are accepted. Errors are FISEncodingException.
-class UUIDEncoding : public Encoding {
+class TAMO_API UUIDEncoding : public Encoding {
 public:
     /// The algorithm's index.
     static constexpr unsigned int TYPE = 9;

@@ -1,12 +1,13 @@
 #ifndef TAMO_FASTINFOSET_UNPARSEDENTITY_H
 #define TAMO_FASTINFOSET_UNPARSEDENTITY_H
 
+#include "Tamo/Export.h"
 #include <string>
 
 namespace Tamo::FastInfoset {
 
 /// An unparsed entity declaration (ITU-T X.891, 7.10). A plain value; strings are UTF-8.
-class UnparsedEntity {
+class TAMO_API UnparsedEntity {
 public:
     /// All fields empty.
     UnparsedEntity() = default;

@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_UTILITY_H
 #define TAMO_FASTINFOSET_UTILITY_H
 
+#include "Tamo/Export.h"
 #include <iosfwd>
 
 namespace Tamo::FastInfoset {
@@ -8,7 +9,7 @@ namespace Tamo::FastInfoset {
 /// Bit-width constants and bit-mask tables of the bit streams, and the two conversions with fixed options.
 ///
 /// Stateless; every operation is static and thread-safe.
-class Utility {
+class TAMO_API Utility {
 public:
     static constexpr int SIZEOFCHARINBIT = 8;
     static constexpr int SIZEOFINT16INBIT = 16;

@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_VECTORVOCABULARY_H
 #define TAMO_FASTINFOSET_VECTORVOCABULARY_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/Vocabulary.h"
 
 namespace Tamo::FastInfoset {
@@ -8,7 +9,7 @@ namespace Tamo::FastInfoset {
 /// A table that appends and reads by index only: the parser's kind. Look-ups by value are linear scans, and a
 /// value that is there already is appended again.
 template<class T>
-class VectorVocabulary : public Vocabulary<T> {
+class TAMO_API VectorVocabulary : public Vocabulary<T> {
 public:
     /// Tag of the constructor that stores no placeholder.
     struct DontInitialize {};

@@ -2,6 +2,7 @@
 #define TAMO_FASTINFOSET_VERBTABLE_H
 
 #include "Tamo/Exception.h"
+#include "Tamo/Export.h"
 #include <array>
 #include <bit>
 #include <cstddef>
@@ -19,7 +20,7 @@ namespace Tamo::FastInfoset {
 /// value is found by arithmetic and references stay valid while the table grows. Values are owned; the table
 /// is used by one thread at a time.
 template<class T>
-class VerbTable {
+class TAMO_API VerbTable {
 public:
     /// Room in the first block, in values.
     static constexpr std::size_t FIRST_BLOCK = 16;

@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_VOCABULARY_H
 #define TAMO_FASTINFOSET_VOCABULARY_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/VerbTable.h"
 #include <cstddef>
 #include <memory>
@@ -15,7 +16,7 @@ namespace Tamo::FastInfoset {
 /// value) unless the table was made with DontInitialize; real entries start at 1. Stored values never move. A
 /// table is used by one thread at a time.
 template<class T>
-class Vocabulary {
+class TAMO_API Vocabulary {
 public:
     /// What an absent value's look-up returns.
     static constexpr unsigned int NOT_FOUND = 0xFFFFFFFF;

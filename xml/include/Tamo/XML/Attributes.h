@@ -1,6 +1,7 @@
 #ifndef TAMO_XML_ATTRIBUTES_H
 #define TAMO_XML_ATTRIBUTES_H
 
+#include "Tamo/Export.h"
 #include <string>
 
 namespace Tamo::XML {
@@ -9,7 +10,7 @@ namespace Tamo::XML {
 ///
 /// Owned by the reader and valid during the startElement call only. An index outside 0 ... getLength() - 1 is
 /// an assertion. Look-ups by name take time in the number of attributes.
-class Attributes {
+class TAMO_API Attributes {
 public:
     /// The number of attributes.
     virtual int getLength() const = 0;

@@ -2,6 +2,7 @@
 #define TAMO_XML_ATTRIBUTESIMPL_H
 
 #include "Tamo/Bugcheck.h"
+#include "Tamo/Export.h"
 #include "Tamo/XML/Attributes.h"
 #include <cstddef>
 #include <string>
@@ -15,7 +16,7 @@ namespace Tamo::XML {
 /// A value, used by one thread at a time. `clear` keeps the slots and the capacity of their strings, so that
 /// a list reused for every element soon stops allocating. References to attributes stay valid until the list
 /// is changed. An index outside 0 ... getLength() - 1 throws AssertionViolationException.
-class AttributesImpl : public Attributes {
+class TAMO_API AttributesImpl : public Attributes {
 public:
     /// One attribute.
     struct Attribute {

@@ -1,6 +1,7 @@
 #ifndef TAMO_XML_CONTENTHANDLER_H
 #define TAMO_XML_CONTENTHANDLER_H
 
+#include "Tamo/Export.h"
 #include <string>
 
 namespace Tamo::XML {
@@ -13,7 +14,7 @@ class Locator;
 /// A handler is borrowed by the reader and called on the parsing thread, in document order. Arguments are
 /// valid during the call only. Strings are UTF-8. What a handler throws ends the parse and reaches its
 /// caller.
-class ContentHandler {
+class TAMO_API ContentHandler {
 public:
     /// The reader's locator, before every other event; valid until the parse ends.
     virtual void setDocumentLocator(const Locator* loc) = 0;

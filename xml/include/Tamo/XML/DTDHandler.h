@@ -1,6 +1,7 @@
 #ifndef TAMO_XML_DTDHANDLER_H
 #define TAMO_XML_DTDHANDLER_H
 
+#include "Tamo/Export.h"
 #include <string>
 
 namespace Tamo::XML {
@@ -9,7 +10,7 @@ namespace Tamo::XML {
 ///
 /// A handler is borrowed by the reader and called on the parsing thread. What it throws ends the parse and
 /// reaches its caller.
-class DTDHandler {
+class TAMO_API DTDHandler {
 public:
     /// A notation declaration; absent identifiers are null pointers.
     virtual void notationDecl(const std::string& name, const std::string* publicId,

@@ -1,6 +1,7 @@
 #ifndef TAMO_XML_DEFAULTHANDLER_H
 #define TAMO_XML_DEFAULTHANDLER_H
 
+#include "Tamo/Export.h"
 #include "Tamo/XML/ContentHandler.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/EntityResolver.h"
@@ -12,11 +13,11 @@ namespace Tamo::XML {
 /// All handler interfaces with operations that do nothing: derive and override what you need.
 ///
 /// Errors are thrown by the reader whether or not a handler is told about them. No state; throws nothing.
-class DefaultHandler : public EntityResolver,
-                       public DTDHandler,
-                       public ContentHandler,
-                       public ErrorHandler,
-                       public LexicalHandler {
+class TAMO_API DefaultHandler : public EntityResolver,
+                                public DTDHandler,
+                                public ContentHandler,
+                                public ErrorHandler,
+                                public LexicalHandler {
 public:
     /// Resolves nothing (null).
     InputSource* resolveEntity(const std::string*, const std::string&) override { return nullptr; }

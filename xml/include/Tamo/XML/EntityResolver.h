@@ -1,6 +1,7 @@
 #ifndef TAMO_XML_ENTITYRESOLVER_H
 #define TAMO_XML_ENTITYRESOLVER_H
 
+#include "Tamo/Export.h"
 #include <string>
 
 namespace Tamo::XML {
@@ -11,7 +12,7 @@ class InputSource;
 ///
 /// A resolver is borrowed by the reader and called on the parsing thread. What it throws ends the parse and
 /// reaches its caller.
-class EntityResolver {
+class TAMO_API EntityResolver {
 public:
     /// A source for the entity, or null to let the reader open the system identifier itself; throw to forbid
     /// it. The public identifier may be null. The source belongs to the resolver and lives until the reader

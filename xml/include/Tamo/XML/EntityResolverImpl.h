@@ -1,6 +1,7 @@
 #ifndef TAMO_XML_ENTITYRESOLVERIMPL_H
 #define TAMO_XML_ENTITYRESOLVERIMPL_H
 
+#include "Tamo/Export.h"
 #include "Tamo/XML/EntityResolver.h"
 
 namespace Tamo::XML {
@@ -8,7 +9,7 @@ namespace Tamo::XML {
 /// Opens entities through URIStreamOpener::defaultOpener().
 ///
 /// Stateless; every source given out owns its stream until it is given back.
-class EntityResolverImpl : public EntityResolver {
+class TAMO_API EntityResolverImpl : public EntityResolver {
 public:
     /// A source with an open byte stream, or null when the identifier cannot be opened.
     InputSource* resolveEntity(const std::string* publicId, const std::string& systemId) override;

@@ -1,6 +1,8 @@
 #ifndef TAMO_XML_ERRORHANDLER_H
 #define TAMO_XML_ERRORHANDLER_H
 
+#include "Tamo/Export.h"
+
 namespace Tamo::XML {
 
 class SAXParseException;
@@ -9,7 +11,7 @@ class SAXParseException;
 ///
 /// A handler is borrowed by the reader and called on the parsing thread; it may throw an exception of its
 /// own.
-class ErrorHandler {
+class TAMO_API ErrorHandler {
 public:
     /// Something worth knowing; the parse goes on.
     virtual void warning(const SAXParseException& exception) = 0;

@@ -1,6 +1,7 @@
 #ifndef TAMO_XML_INPUTSOURCE_H
 #define TAMO_XML_INPUTSOURCE_H
 
+#include "Tamo/Export.h"
 #include <istream>
 #include <string>
 
@@ -10,7 +11,7 @@ namespace Tamo::XML {
 ///
 /// Streams are borrowed and must outlive the parse. A reader uses the byte stream when there is one, else the
 /// character stream, else the system identifier. Used by one thread at a time; throws nothing.
-class InputSource {
+class TAMO_API InputSource {
 public:
     /// A source without anything; set a stream or a system identifier before use.
     InputSource() = default;

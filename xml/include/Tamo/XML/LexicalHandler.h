@@ -1,6 +1,7 @@
 #ifndef TAMO_XML_LEXICALHANDLER_H
 #define TAMO_XML_LEXICALHANDLER_H
 
+#include "Tamo/Export.h"
 #include <string>
 
 namespace Tamo::XML {
@@ -9,7 +10,7 @@ namespace Tamo::XML {
 ///
 /// A handler is borrowed by the reader, which gets it as the property XMLReader::PROPERTY_LEXICAL_HANDLER,
 /// and called on the parsing thread. What it throws ends the parse and reaches its caller.
-class LexicalHandler {
+class TAMO_API LexicalHandler {
 public:
     /// The document type declaration begins; absent identifiers are empty strings.
     virtual void startDTD(const std::string& name, const std::string& publicId,

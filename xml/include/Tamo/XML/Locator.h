@@ -1,6 +1,7 @@
 #ifndef TAMO_XML_LOCATOR_H
 #define TAMO_XML_LOCATOR_H
 
+#include "Tamo/Export.h"
 #include <string>
 
 namespace Tamo::XML {
@@ -9,7 +10,7 @@ namespace Tamo::XML {
 ///
 /// A reader hands its locator to ContentHandler::setDocumentLocator and keeps owning it; what it says is
 /// valid only inside handler calls, on the thread that parses. Implementations do not throw.
-class Locator {
+class TAMO_API Locator {
 public:
     /// The public identifier of the entity being read; empty when unknown.
     virtual std::string getPublicId() const = 0;

@@ -1,6 +1,7 @@
 #ifndef TAMO_XML_LOCATORIMPL_H
 #define TAMO_XML_LOCATORIMPL_H
 
+#include "Tamo/Export.h"
 #include "Tamo/XML/Locator.h"
 
 namespace Tamo::XML {
@@ -8,7 +9,7 @@ namespace Tamo::XML {
 /// A place that can be set, and kept after the parse that it was copied from.
 ///
 /// A value; used by one thread at a time.
-class LocatorImpl : public Locator {
+class TAMO_API LocatorImpl : public Locator {
 public:
     /// An unknown place.
     LocatorImpl() = default;

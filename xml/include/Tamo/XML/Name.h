@@ -1,12 +1,13 @@
 #ifndef TAMO_XML_NAME_H
 #define TAMO_XML_NAME_H
 
+#include "Tamo/Export.h"
 #include <string>
 
 namespace Tamo::XML {
 
 /// Operations on qualified names (Namespaces in XML). Stateless; thread-safe; no check of the characters.
-class Name {
+class TAMO_API Name {
 public:
     /// Splits a qualified name at its first colon; without a colon the prefix is empty. The results are
     /// other strings than qname.

@@ -1,6 +1,7 @@
 #ifndef TAMO_XML_NAMESPACESUPPORT_H
 #define TAMO_XML_NAMESPACESUPPORT_H
 
+#include "Tamo/Export.h"
 #include "Tamo/Types.h"
 #include <cstddef>
 #include <string>
@@ -14,7 +15,7 @@ namespace Tamo::XML {
 /// A value, used by one thread at a time. A context without declarations costs no allocation, and a long
 /// scope is searched through an index, so that depth costs little. Returned references stay valid until the
 /// next operation that is not const. The prefix `xml` is always bound and cannot be declared otherwise.
-class NamespaceSupport {
+class TAMO_API NamespaceSupport {
 public:
     /// The prefix "xml".
     static inline const std::string XML_NAMESPACE_PREFIX{"xml"};

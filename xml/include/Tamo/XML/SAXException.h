@@ -4,6 +4,7 @@
 /// @file
 /// The four exception classes of SAX2. Values like every Tamo::Exception; not thread-bound.
 
+#include "Tamo/Export.h"
 #include "Tamo/XML/XMLException.h"
 #include <string>
 
@@ -19,7 +20,7 @@ TAMO_DECLARE_EXCEPTION(SAXNotRecognizedException, SAXException)
 TAMO_DECLARE_EXCEPTION(SAXNotSupportedException, SAXException)
 
 /// XML text is not well-formed, or an entity cannot be read; knows the place.
-class SAXParseException : public SAXException {
+class TAMO_API SAXParseException : public SAXException {
 public:
     /// An exception at the place where the locator stands now.
     SAXParseException(const std::string& message, const Locator& locator);

@@ -1,6 +1,7 @@
 #ifndef TAMO_XML_SAXPARSER_H
 #define TAMO_XML_SAXPARSER_H
 
+#include "Tamo/Export.h"
 #include "Tamo/XML/XMLReader.h"
 
 namespace Tamo::XML {
@@ -29,7 +30,7 @@ class LexicalHandler;
 /// The parser can be used again after each. Memory grows with the depth of the document, its longest name,
 /// attribute list or comment, and its declarations, not with its size. Handlers are borrowed. One thread at a
 /// time; no locale dependence.
-class SAXParser : public XMLReader {
+class TAMO_API SAXParser : public XMLReader {
 public:
     /// Reports notations and unparsed entities before startDocument, and everything else in document order:
     /// the prolog is held back until the document type declaration is complete. Off by default.

@@ -1,6 +1,7 @@
 #ifndef TAMO_XML_WHITESPACEFILTER_H
 #define TAMO_XML_WHITESPACEFILTER_H
 
+#include "Tamo/Export.h"
 #include "Tamo/XML/XMLFilterImpl.h"
 #include <cstddef>
 #include <string>
@@ -15,7 +16,7 @@ namespace Tamo::XML {
 /// deliver it. White space stays inside CDATA sections and where `xml:space="preserve"` is in force.
 /// Everything else passes unchanged. A run of white space is held in memory until the event that ends it.
 /// Parent and handlers are borrowed. One thread at a time.
-class WhitespaceFilter : public XMLFilterImpl {
+class TAMO_API WhitespaceFilter : public XMLFilterImpl {
 public:
     /// A filter over the reader, which is borrowed.
     explicit WhitespaceFilter(XMLReader* pReader = nullptr) : XMLFilterImpl(pReader) {}

@@ -1,12 +1,13 @@
 #ifndef TAMO_XML_XMLFILTER_H
 #define TAMO_XML_XMLFILTER_H
 
+#include "Tamo/Export.h"
 #include "Tamo/XML/XMLReader.h"
 
 namespace Tamo::XML {
 
 /// A reader that takes its events from another reader (SAX2). The parent is borrowed.
-class XMLFilter : public XMLReader {
+class TAMO_API XMLFilter : public XMLReader {
 public:
     /// The reader that the events come from, or null.
     virtual XMLReader* getParent() const = 0;

@@ -1,6 +1,7 @@
 #ifndef TAMO_XML_XMLFILTERIMPL_H
 #define TAMO_XML_XMLFILTERIMPL_H
 
+#include "Tamo/Export.h"
 #include "Tamo/XML/ContentHandler.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/EntityResolver.h"
@@ -16,12 +17,12 @@ namespace Tamo::XML {
 /// it is done, also when it throws. Features and properties other than the lexical handler are the parent's.
 /// Without a parent, features and properties are not recognised and `parse` throws NullPointerException.
 /// Parent and handlers are borrowed. One thread at a time.
-class XMLFilterImpl : public XMLFilter,
-                      public EntityResolver,
-                      public DTDHandler,
-                      public ContentHandler,
-                      public ErrorHandler,
-                      public LexicalHandler {
+class TAMO_API XMLFilterImpl : public XMLFilter,
+                               public EntityResolver,
+                               public DTDHandler,
+                               public ContentHandler,
+                               public ErrorHandler,
+                               public LexicalHandler {
 public:
     /// A filter over the parent, which may be null and set later.
     explicit XMLFilterImpl(XMLReader* pParent = nullptr) : _pParent(pParent) {}

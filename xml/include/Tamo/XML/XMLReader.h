@@ -1,6 +1,7 @@
 #ifndef TAMO_XML_XMLREADER_H
 #define TAMO_XML_XMLREADER_H
 
+#include "Tamo/Export.h"
 #include <cstddef>
 #include <span>
 #include <string>
@@ -19,7 +20,7 @@ class InputSource;
 /// Handlers are borrowed: they must outlive their use. Any number of documents can be read with one reader,
 /// one at a time and on one thread at a time; handlers are called on the thread that calls `parse`. An
 /// exception that a handler throws passes out of `parse` unchanged; the reader can be used again afterwards.
-class XMLReader {
+class TAMO_API XMLReader {
 public:
     /// Reports validity errors.
     static inline const std::string FEATURE_VALIDATION{"http://xml.org/sax/features/validation"};

@@ -1,6 +1,7 @@
 #ifndef TAMO_XML_XMLWRITER_H
 #define TAMO_XML_XMLWRITER_H
 
+#include "Tamo/Export.h"
 #include "Tamo/XML/ContentHandler.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/LexicalHandler.h"
@@ -39,7 +40,7 @@ class XMLOutput;
 /// IOException. After an exception the document is lost and every further event but setDocumentLocator throws
 /// XMLException. After endDocument another document can be written. One thread at a time; no locale
 /// dependence; memory grows with the depth of the document and its document type declaration only.
-class XMLWriter : public ContentHandler, public LexicalHandler, public DTDHandler {
+class TAMO_API XMLWriter : public ContentHandler, public LexicalHandler, public DTDHandler {
 public:
     /// The option bits.
     enum Options {

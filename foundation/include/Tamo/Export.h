@@ -1,0 +1,18 @@
+#ifndef TAMO_EXPORT_H
+#define TAMO_EXPORT_H
+
+/// @file
+/// What the shared libraries export.
+///
+/// They are compiled with hidden symbols; a class or function of the interface is marked with TAMO_API.
+/// Exceptions and handler interfaces have to be, so that one type is the same type on both sides of a
+/// library's border.
+
+#if defined(__GNUC__)
+/// Part of the interface of a shared library.
+#define TAMO_API __attribute__((visibility("default")))
+#else
+#define TAMO_API
+#endif
+
+#endif
