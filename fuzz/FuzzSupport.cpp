@@ -2,6 +2,7 @@
 #include "Failure.h"
 #include "Octets.h"
 #include "Tamo/FastInfoset/Converter.h"
+#include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/MemoryStream.h"
@@ -181,6 +182,33 @@ Outcome convertedToXML(const std::string& document, int options) {
     std::ostringstream out;
     const std::string failure = failureOf([&] { Converter::convertToXML(in, out, options); });
     return {failure, out.str(), false, false};
+}
+
+namespace {
+
+std::string described(const QualifiedNameEntry& name) {
+    return std::to_string(name.prefixId()) + "," + std::to_string(name.namespaceId()) + "," +
+           std::to_string(name.localNameId()) + ";";
+}
+
+} // namespace
+
+std::string describedVocabulary(const DocumentVocabulary& vocabulary) {
+    std::string text;
+    for (int id = DocumentVocabulary::PREFIX; id < DocumentVocabulary::ELEMENT_NAME; ++id) {
+        const auto& table = vocabulary.vocabulary(static_cast<DocumentVocabulary::ID>(id));
+        for (std::size_t i = 0; i < table.values().size(); ++i) {
+            text += table.values()[i] + ";";
+        }
+        text += "|";
+    }
+    for (const auto* pTable : {&vocabulary.elementVocabulary(), &vocabulary.attributeVocabulary()}) {
+        for (std::size_t i = 0; i < pTable->values().size(); ++i) {
+            text += described(pTable->values()[i]);
+        }
+        text += "|";
+    }
+    return text + std::to_string(vocabulary.restrictedAlphabets().alphabets().size());
 }
 
 } // namespace Tamo::FastInfoset::Fuzz

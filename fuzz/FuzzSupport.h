@@ -114,6 +114,9 @@ Outcome informationOfFIS(std::string_view document);
 Outcome convertedToFIS(const std::string& xml, int maxIndexedStringLength, int options);
 Outcome convertedToXML(const std::string& document, int options);
 
+/// All entries of all tables.
+std::string describedVocabulary(const DocumentVocabulary& vocabulary);
+
 } // namespace Tamo::FastInfoset::Fuzz
 
 #endif

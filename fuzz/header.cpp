@@ -13,30 +13,6 @@ using namespace Tamo::FastInfoset::Fuzz;
 
 namespace {
 
-std::string described(const QualifiedNameEntry& name) {
-    return std::to_string(name.prefixId()) + "," + std::to_string(name.namespaceId()) + "," +
-           std::to_string(name.localNameId()) + ";";
-}
-
-// Everything that has come into the vocabulary.
-std::string described(const DocumentVocabulary& vocabulary) {
-    std::string text;
-    for (int id = DocumentVocabulary::PREFIX; id < DocumentVocabulary::ELEMENT_NAME; ++id) {
-        const auto& table = vocabulary.vocabulary(static_cast<DocumentVocabulary::ID>(id));
-        for (std::size_t i = 0; i < table.values().size(); ++i) {
-            text += table.values()[i] + ";";
-        }
-        text += "|";
-    }
-    for (const auto* pTable : {&vocabulary.elementVocabulary(), &vocabulary.attributeVocabulary()}) {
-        for (std::size_t i = 0; i < pTable->values().size(); ++i) {
-            text += described(pTable->values()[i]);
-        }
-        text += "|";
-    }
-    return text + std::to_string(vocabulary.restrictedAlphabets().alphabets().size());
-}
-
 std::string use(unsigned int function, BitStreamReader& reader, DocumentVocabulary& vocabulary,
                 ExternalVocabularyLoader& loader) {
     std::string text;
@@ -55,8 +31,11 @@ std::string use(unsigned int function, BitStreamReader& reader, DocumentVocabula
     case 3:
         Decoder::lengthOfSequence(reader, number);
         return std::to_string(number);
-    case 4:
-        return described(Decoder::nameSurrogate(reader));
+    case 4: {
+        const QualifiedNameEntry name = Decoder::nameSurrogate(reader);
+        return std::to_string(name.prefixId()) + "," + std::to_string(name.namespaceId()) + "," +
+               std::to_string(name.localNameId());
+    }
     case 5:
         Decoder::encodedCharacterString(reader, text, vocabulary);
         return text;
@@ -91,7 +70,7 @@ std::string use(unsigned int function, BitStreamReader& reader, DocumentVocabula
     default:
         Decoder::handleNameSurrogatesVoc(reader, vocabulary.elementVocabulary());
     }
-    return described(vocabulary);
+    return describedVocabulary(vocabulary);
 }
 
 } // namespace

@@ -30,7 +30,7 @@ public:
     }
 
     void addDocument(const std::string& name, const std::string& octets) {
-        for (const char* target : {"parse", "reencode", "to_xml"}) {
+        for (const char* target : {"parse", "reencode", "to_xml", "walk"}) {
             add(target, name, octets);
         }
     }
