@@ -21,4 +21,8 @@ install(FILES ${PROJECT_BINARY_DIR}/tamo-fastinfoset.pc DESTINATION ${CMAKE_INST
 
 if(TAMO_BUILD_TOOLS)
   install(TARGETS finf RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(FILES packaging/finf.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES packaging/finf.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME finf)
+  install(FILES packaging/finf.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages)
+  install(FILES packaging/finf.magic DESTINATION ${CMAKE_INSTALL_DATADIR}/finf)
 endif()

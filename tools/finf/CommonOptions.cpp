@@ -78,6 +78,9 @@ void addLimitOptions(CLI::App& command, Tamo::FastInfoset::ParserLimits& limits)
 }
 
 void addConversionOptions(CLI::App& command, Options& options, const char* inputKind) {
+    command.footer("No INPUT or - is standard input; -o - is standard output, also without INPUT and -o.\n"
+                   "Without -o, a.xml is encoded to a.finf and a.finf decoded to a.xml, beside the input.\n" +
+                   command.get_footer());
     command.add_option("INPUT", options.inputs, std::string(inputKind) + "; - or nothing is standard input")
         ->type_name("");
     command.add_option("-o,--output", options.output, "Where to write to; - is standard output")

@@ -17,10 +17,7 @@ namespace {
 const char DESCRIPTION[] =
     "Converts XML text to Fast Infoset (ITU-T X.891) and back, and shows what stands in Fast Infoset.";
 
-const char EPILOGUE[] =
-    "No INPUT or - is standard input; -o - is standard output, also without INPUT and -o.\n"
-    "Without -o, a.xml is encoded to a.finf and a.finf decoded to a.xml, beside the input.\n"
-    "Exit status: 0 done, 1 an input could not be converted, 2 wrong usage.";
+const char EPILOGUE[] = "Exit status: 0 done, 1 an input or output failed, 2 wrong usage.";
 
 /// Does what the command line asks for.
 finf::ExitStatus run(int argc, char** argv) {
