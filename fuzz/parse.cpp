@@ -8,6 +8,7 @@
 #include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/MemoryStream.h"
+#include "Tamo/XML/DefaultHandler.h"
 #include "Tamo/XML/InputSource.h"
 
 using namespace Tamo;
@@ -95,6 +96,41 @@ void compareCursor(const std::string& document, const Outcome& memory) {
             "parser and cursor report the same", memory.events, recorder.events());
 }
 
+// The text of everything, typed values included, as a plain handler gets it.
+void compareTexts(const std::string& document) {
+    struct Texts : XML::DefaultHandler {
+        std::string texts;
+        void characters(const char ch[], int start, int length) override {
+            texts.append(ch + start, static_cast<std::size_t>(length)) += '|';
+        }
+    } expected;
+    const Block block(document);
+    Loader loader(document);
+    FastInfosetParser parser;
+    parser.setLimits(limits());
+    parser.setExternalVocabularyLoader(&loader);
+    parser.setContentHandler(&expected);
+    const std::string failure = Test::failureOf([&] { parser.parseMemoryNP(block.data(), block.size()); });
+
+    std::string texts;
+    FastInfosetReader reader;
+    reader.setLimits(limits());
+    reader.setExternalVocabularyLoader(&loader);
+    const std::string cursorsFailure = Test::failureOf([&] {
+        reader.open(std::string_view(block.data(), block.size()));
+        while (reader.next() != FastInfosetReader::END_DOCUMENT) {
+            if (reader.event() == FastInfosetReader::TEXT) {
+                texts.append(reader.text()) += '|';
+            }
+        }
+    });
+    if (!failure.empty() && failure.find("delivered octets") != std::string::npos) {
+        return; // of typed values only text is counted
+    }
+    require(failure == cursorsFailure, "parser and cursor fail alike", failure, cursorsFailure);
+    require(expected.texts == texts, "parser and cursor give the same text", expected.texts, texts);
+}
+
 void requireEqual(const Outcome& first, const Outcome& second) {
     require(first.failure == second.failure, "streams fail alike", first.failure, second.failure);
     require(first.events == second.events, "streams deliver the same", first.events, second.events);
@@ -118,6 +154,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Reading<Recorder> typed(document, DocumentVocabulary::VOC_VECTOR);
     const Outcome memory = typed.memory(document);
     compareCursor(document, memory);
+    compareTexts(document);
     MemoryInputStream whole(document.data(), document.size());
     const Outcome stream = typed.stream(whole);
     if (memory.failure != stream.failure) {
