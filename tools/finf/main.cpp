@@ -8,9 +8,11 @@
 #include "VocabularyCommand.h"
 #include <algorithm>
 #include <csignal>
+#include <fcntl.h>
 #include <iostream>
 #include <iterator>
 #include <memory>
+#include <unistd.h>
 
 namespace {
 
@@ -51,9 +53,19 @@ finf::ExitStatus run(int argc, char** argv) {
     }
 }
 
+/// A standard descriptor that the caller has closed must not become that of a file; its use goes on failing.
+void occupyStandardDescriptors() {
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(descriptor, F_GETFD) < 0) {
+            ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        }
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+    occupyStandardDescriptors();
     // A reader that goes away is a failed write, after which nothing half-written is left.
     std::signal(SIGPIPE, SIG_IGN);
 
