@@ -44,3 +44,12 @@ function(tamo_check_version header)
   endif()
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${header})
 endfunction()
+
+# tamo_gzip(FILE VARIABLE): compresses FILE into the binary directory and sets VARIABLE to the result.
+function(tamo_gzip file variable)
+  find_program(GZIP_PROGRAM gzip REQUIRED)
+  cmake_path(GET file FILENAME name)
+  set(result ${PROJECT_BINARY_DIR}/${name}.gz)
+  execute_process(COMMAND ${GZIP_PROGRAM} -9nc ${file} OUTPUT_FILE ${result} COMMAND_ERROR_IS_FATAL ANY)
+  set(${variable} ${result} PARENT_SCOPE)
+endfunction()
