@@ -22,6 +22,12 @@ std::vector<std::string> split(std::string_view text, char separator) {
     return pieces;
 }
 
+// What stands in front of the first separator, and behind it; nothing is behind when there is none.
+std::pair<std::string, std::string> cut(const std::string& text, char separator) {
+    const std::size_t at = std::min(text.find(separator), text.size());
+    return {text.substr(0, at), text.substr(std::min(at + 1, text.size()))};
+}
+
 struct Name {
     std::string uri;
     std::string localName;
@@ -35,7 +41,7 @@ struct Name {
     }
 };
 
-void playElement(const std::string& token, FastInfosetWriter& writer) {
+void playElement(FastInfosetWriter& writer, const std::string& token) {
     const std::size_t end = token.find(' ');
     XML::AttributesImpl attributes;
     for (std::size_t at = end; at < token.size();) {
@@ -50,76 +56,59 @@ void playElement(const std::string& token, FastInfosetWriter& writer) {
     writer.startElement(name.uri, name.localName, name.qname, attributes);
 }
 
-// By the type's name: how the writer is given a value.
-const std::map<std::string, void (*)(FastInfosetWriter&, const std::string&)> TYPES = {
-    {"binary",
-     [](auto& writer, auto& text) {
-         const std::string data = octets(text);
-         writer.binaryData(data.data(), data.size());
-     }},
-    {"short", [](auto& writer, auto& text) { writer.encodedData(static_cast<Int16>(std::stoi(text))); }},
-    {"int", [](auto& writer, auto& text) { writer.encodedData(Int32{std::stoi(text)}); }},
-    {"long", [](auto& writer, auto& text) { writer.encodedData(Int64{std::stol(text)}); }},
-    {"bool", [](auto& writer, auto& text) { writer.encodedData(text == "true"); }},
-    {"float", [](auto& writer, auto& text) { writer.encodedData(std::stof(text)); }},
-    {"double", [](auto& writer, auto& text) { writer.encodedData(std::stod(text)); }},
-    {"uuid", [](auto& writer, auto& text) { writer.encodedData(UUID(text)); }}};
+void playOctets(FastInfosetWriter& writer, const std::string& text) {
+    const std::string data = octets(text);
+    writer.binaryData(data.data(), data.size());
+}
 
-void playDeclaration(char kind, const std::string& token, FastInfosetWriter& writer) {
+void playDeclaration(FastInfosetWriter& writer, const std::string& token, bool isNotation) {
     const std::vector<std::string> ids = split(token, ',');
     const auto present = [&](std::size_t i) { return ids.at(i) == "-" ? nullptr : &ids.at(i); };
-    if (kind == '!') {
-        writer.startDTD(ids.at(0), ids.at(1), ids.at(2));
-    } else if (kind == 'N') {
+    if (isNotation) {
         writer.notationDecl(ids.at(0), present(1), present(2));
     } else {
         writer.unparsedEntityDecl(ids.at(0), present(1), ids.at(2), ids.at(3));
     }
 }
 
-void playEvent(char kind, const std::string& token, FastInfosetWriter& writer) {
-    const auto length = static_cast<int>(token.size());
-    switch (kind) {
-    case '^':
-        return writer.startDocument();
-    case '$':
-        return writer.endDocument();
-    case '<':
-        return playElement(token, writer);
-    case '>':
-        return writer.endElement("", "", "");
-    case '\'':
-        return writer.characters(token.data(), 0, length);
-    case '#':
-        return writer.comment(token.data(), 0, length);
-    case '?': {
-        const std::size_t space = std::min(token.find(' '), token.size() - 1);
-        const bool hasData = token[space] == ' ';
-        return writer.processingInstruction(token.substr(0, hasData ? space : token.size()),
-                                            hasData ? token.substr(space + 1) : "");
-    }
-    case '+':
-        return writer.startPrefixMapping(token.substr(0, token.find('=')), token.substr(token.find('=') + 1));
-    case '-':
-        return writer.endPrefixMapping(token);
-    case '[':
-        return writer.startCDATA();
-    case ']':
-        return writer.endCDATA();
-    case '~':
-        return writer.endDTD();
-    case '=':
-        return TYPES.at(token.substr(0, token.find(' ')))(writer, token.substr(token.find(' ') + 1));
-    default:
-        return playDeclaration(kind, token, writer);
-    }
-}
+// How the writer is given an event, by its first character, and a value, by its type.
+using Writer = FastInfosetWriter;
+using Text = const std::string&;
+using Play = void (*)(Writer& writer, Text text);
+
+const std::map<std::string, Play> TYPES = {
+    {"binary", playOctets},
+    {"short", [](Writer& w, Text t) { w.encodedData(static_cast<Int16>(std::stoi(t))); }},
+    {"int", [](Writer& w, Text t) { w.encodedData(Int32{std::stoi(t)}); }},
+    {"long", [](Writer& w, Text t) { w.encodedData(Int64{std::stol(t)}); }},
+    {"bool", [](Writer& w, Text t) { w.encodedData(t == "true"); }},
+    {"float", [](Writer& w, Text t) { w.encodedData(std::stof(t)); }},
+    {"double", [](Writer& w, Text t) { w.encodedData(std::stod(t)); }},
+    {"uuid", [](Writer& w, Text t) { w.encodedData(UUID(t)); }}};
+
+const std::map<char, Play> KINDS = {
+    {'^', [](Writer& w, Text) { w.startDocument(); }},
+    {'$', [](Writer& w, Text) { w.endDocument(); }},
+    {'<', playElement},
+    {'>', [](Writer& w, Text) { w.endElement("", "", ""); }},
+    {'\'', [](Writer& w, Text t) { w.characters(t.data(), 0, static_cast<int>(t.size())); }},
+    {'#', [](Writer& w, Text t) { w.comment(t.data(), 0, static_cast<int>(t.size())); }},
+    {'?', [](Writer& w, Text t) { w.processingInstruction(cut(t, ' ').first, cut(t, ' ').second); }},
+    {'+', [](Writer& w, Text t) { w.startPrefixMapping(cut(t, '=').first, cut(t, '=').second); }},
+    {'-', [](Writer& w, Text t) { w.endPrefixMapping(t); }},
+    {'[', [](Writer& w, Text) { w.startCDATA(); }},
+    {']', [](Writer& w, Text) { w.endCDATA(); }},
+    {'!', [](Writer& w, Text t) { w.startDTD(split(t, ',')[0], split(t, ',')[1], split(t, ',')[2]); }},
+    {'~', [](Writer& w, Text) { w.endDTD(); }},
+    {'N', [](Writer& w, Text t) { playDeclaration(w, t, true); }},
+    {'U', [](Writer& w, Text t) { playDeclaration(w, t, false); }},
+    {'=', [](Writer& w, Text t) { TYPES.at(cut(t, ' ').first)(w, cut(t, ' ').second); }}};
 
 } // namespace
 
 void play(std::string_view events, FastInfosetWriter& writer) {
     for (const std::string& token : split(events, '|')) {
-        playEvent(token.at(0), token.substr(1), writer);
+        KINDS.at(token.at(0))(writer, token.substr(1));
     }
 }
 

@@ -273,6 +273,17 @@ TEST(EncodingTest, MergeAndTables) {
         EXPECT_FALSE(pValue->merge(*AutoPtr<Encoding>(new NullEncoding("x")))) << type;
         EXPECT_TRUE(pValue->merge(*read(type))) << type;
     }
+    const UUID uuid("6ba7b810-9dad-11d1-80b4-00c04fd430c8");
+    EXPECT_EQ(typedEvents(*AutoPtr<Encoding>(new UUIDEncoding(std::vector<UUID>(2, uuid)))),
+              "=uuid " + uuid.toString() + "|=uuid " + uuid.toString());
+    EXPECT_EQ(typedEvents(*AutoPtr<Encoding>(new HexEncoding("\0\x0A", 2))), "=binary 00 0A");
+    const std::string text = octets("03") + "text";
+    BitStreamReader textReader(text.data(), text.size());
+    textReader.skip(4);
+    const AutoPtr<Encoding> pText = NullEncoding::decode(textReader);
+    EXPECT_EQ(typedEvents(*pText) + formOf(*pText), "'text03 74 65 78 74");
+    EXPECT_EQ(written([&](auto& w) { pText->encodeMethod()(w, "text"); }, 4), formOf(*pText));
+    EXPECT_EQ(pText->checkMethod()("text"), 4);
     const std::string entry("entry");
     const AutoPtr<NullRefEncoding> pRef(new NullRefEncoding(std::string()));
     pRef->reset(entry);

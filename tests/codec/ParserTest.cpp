@@ -1,6 +1,8 @@
 // What the parser makes of documents assembled octet by octet, among them many that our writer never writes.
 #include "DocumentTest.h"
 #include "Tamo/Exception.h"
+#include "Tamo/FastInfoset/FISDefaultHandler.h"
+#include "Tamo/XML/AttributesImpl.h"
 #include "Tamo/XML/DefaultHandler.h"
 #include "Tamo/XML/InputSource.h"
 #include "Tamo/XML/SAXException.h"
@@ -135,6 +137,26 @@ TEST(ParserTest, HandlersThatAreAbsent) {
     EXPECT_EQ(lexical.events(), "[|]|#c|!,,|~");
     // The tables are those of the last document.
     EXPECT_FAILURE("out_of_range: index out of range", parseMemory(parser, document("00 A0 F0")));
+}
+
+TEST(ParserTest, AttributesByName) {
+    struct Handler : FISDefaultHandler {
+        std::string seen;
+        void startElement(const std::string&, const std::string&, const std::string&,
+                          const XML::Attributes& list) override {
+            seen = list.getValue("u", "b") + "|" + list.getValue("", "b") + "|" + list.getValue("", "c") +
+                   "|" + list.getValue("p:b") + "|" + std::to_string(list.getIndex("", "b")) +
+                   std::to_string(list.getIndex("u", "c")) + std::to_string(list.getIndex("p:b")) +
+                   list.getQName(0) + list.getType(0) + list.getType("u", "b") + list.getType("p:b");
+            EXPECT_FAILURE("AssertionViolationException: i >= 0 && static_cast<std::size_t>(i) < _count",
+                           list.getValue(2));
+            EXPECT_EQ(XML::AttributesImpl(list).getValue("u", "b"), "1");
+        }
+    } handler;
+    FastInfosetParser parser;
+    parser.initialize(&handler);
+    parseMemory(parser, document("00 78 CF 00 70 00 75 F0 3C 00 61 7B 81 81 00 62 40 31 78 81 00 32 FF F0"));
+    EXPECT_EQ(handler.seen, "1|2|||1-1-1");
 }
 
 TEST(ParserTest, Refusals) {
