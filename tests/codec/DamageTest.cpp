@@ -280,20 +280,15 @@ TEST(DamageTest, AMillionNestedElements) {
         parseMemory(parser, deep);
         EXPECT_TRUE(again.str() == deep);
     });
-    std::string text;
     onSmallStack([&] {
         std::istringstream in(deep);
-        std::ostringstream out;
-        Converter::convertToXML(in, out, 0);
-        text = out.str();
-    });
-    EXPECT_EQ(text.size(), (DEPTH - 1) * 7 + 4);
-    EXPECT_TRUE(text.starts_with("<a><a>") && text.ends_with("</a></a>"));
-    onSmallStack([&] {
-        std::istringstream in(text);
-        std::ostringstream out;
-        Converter::convertToFIS(in, out, 16, 0);
-        EXPECT_TRUE(out.str() == deep);
+        std::stringstream text;
+        std::ostringstream again;
+        Converter::convertToXML(in, text, 0);
+        EXPECT_EQ(text.view().size(), (DEPTH - 1) * 7 + 4);
+        EXPECT_TRUE(text.view().starts_with("<a><a>") && text.view().ends_with("</a></a>"));
+        Converter::convertToFIS(text, again, 16, 0);
+        EXPECT_TRUE(again.view() == deep);
     });
 }
 

@@ -143,27 +143,5 @@ TEST(PrimitivesTest, LengthsOfSequences) {
     });
 }
 
-TEST(PrimitivesTest, NameSurrogatesMarkAbsentParts) {
-    withReaders(octets("03 04 05 06 00 07"), 6, [](BitStreamReader& reader) {
-        EXPECT_TRUE(Decoder::nameSurrogate(reader) == QualifiedNameEntry(5, 6, 7));
-        reader.skip(6);
-        EXPECT_TRUE(Decoder::nameSurrogate(reader) ==
-                    QualifiedNameEntry(QualifiedNameEntry::ABSENT, QualifiedNameEntry::ABSENT, 8));
-    });
-}
-
-// The index of an alphabet or algorithm is read twice in a table, the second one counts.
-TEST(PrimitivesTest, EncodedStringsOfTables) {
-    DocumentVocabulary vocabulary(DocumentVocabulary::VOC_VECTOR);
-    for (const auto& [form, text] :
-         {std::pair("2F F0 01 12 3F", "123"), {"3F F0 33 00 00 00 05", "5"}, {"3F F0 01 0A 1B", "0A1B"}}) {
-        withReaders(octets(form), 2, [&, expected = text](BitStreamReader& reader) {
-            std::string value = "old";
-            Decoder::encodedCharacterString(reader, value, vocabulary);
-            EXPECT_EQ(value, expected);
-        });
-    }
-}
-
 } // namespace
 } // namespace Tamo::FastInfoset::Test
