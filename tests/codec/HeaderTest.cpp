@@ -27,7 +27,7 @@ TEST(HeaderTest, EveryComponent) {
         {"initial vocabulary: other strings (algorithm)", "20 00 04 00 3F F0 33 00 00 00 07 E2 80 F0",
          "^|#7|$"},
         {"initial vocabulary: element names",
-         "20 03 82 00 00 70 00 00 75 00 00 6C 01 03 01 01 00 00 00 00 F0 01 FF", "^|<{u}p:l|>|<l|>|$"},
+         "20 03 82 00 00 70 00 00 75 00 00 6C 01 03 00 01 00 00 00 00 F0 01 FF", "^|<{u}xml:l|>|<l|>|$"},
         {"initial vocabulary: attribute names", "20 00 81 00 00 6C 00 00 00 7C 00 61 00 40 76 FF F0",
          R"(^|<a l="v"|>|$)"},
         {"notations", "10 C3 00 6E 00 73 00 70 C1 00 6D 81 F0 F0", "Nn,p,s|Nm,p,-|^|$"},
