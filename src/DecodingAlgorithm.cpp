@@ -1,5 +1,4 @@
 #include "Tamo/FastInfoset/DecodingAlgorithm.h"
-#include "Tamo/Bugcheck.h"
 #include "Tamo/FastInfoset/BoolEncoding.h"
 #include "Tamo/FastInfoset/CDataEncoding.h"
 #include "Tamo/FastInfoset/DWordEncoding.h"
@@ -12,31 +11,32 @@
 #include "Tamo/FastInfoset/LongEncoding.h"
 #include "Tamo/FastInfoset/ShortEncoding.h"
 #include "Tamo/FastInfoset/UUIDEncoding.h"
+#include <array>
 
 namespace Tamo::FastInfoset {
 
-DecodingAlgorithm::DecodingAlgorithm() {
-    initializeDecodings();
-}
+namespace {
 
-void DecodingAlgorithm::initializeDecodings() {
-    _decodings.reserve(EncodingAlgorithm::USER_DEFINED);
-    add(&InvalidDecoding::decode);
-    add(&HexEncoding::decode);
-    add(&DWordEncoding::decode);
-    add(&ShortEncoding::decode);
-    add(&IntEncoding::decode);
-    add(&LongEncoding::decode);
-    add(&BoolEncoding::decode);
-    add(&FloatEncoding::decode);
-    add(&DoubleEncoding::decode);
-    add(&UUIDEncoding::decode);
-    add(&CDataEncoding::decode);
-    while (_decodings.size() < EncodingAlgorithm::USER_DEFINED) {
-        add(&InvalidDecoding::decode);
-    }
-    tamo_assert(_decodings.size() == EncodingAlgorithm::USER_DEFINED);
-}
+// In the order of their numbers; the reserved ones are invalid too.
+constexpr std::array<Encoding::DecodeMethod, EncodingAlgorithm::USER_DEFINED> BUILT_IN = [] {
+    std::array<Encoding::DecodeMethod, EncodingAlgorithm::USER_DEFINED> methods{};
+    methods.fill(&InvalidDecoding::decode);
+    methods[HexEncoding::TYPE] = &HexEncoding::decode;
+    methods[DWordEncoding::TYPE] = &DWordEncoding::decode;
+    methods[ShortEncoding::TYPE] = &ShortEncoding::decode;
+    methods[IntEncoding::TYPE] = &IntEncoding::decode;
+    methods[LongEncoding::TYPE] = &LongEncoding::decode;
+    methods[BoolEncoding::TYPE] = &BoolEncoding::decode;
+    methods[FloatEncoding::TYPE] = &FloatEncoding::decode;
+    methods[DoubleEncoding::TYPE] = &DoubleEncoding::decode;
+    methods[UUIDEncoding::TYPE] = &UUIDEncoding::decode;
+    methods[CDataEncoding::TYPE] = &CDataEncoding::decode;
+    return methods;
+}();
+
+} // namespace
+
+DecodingAlgorithm::DecodingAlgorithm() : _decodings(BUILT_IN.begin(), BUILT_IN.end()) {}
 
 void DecodingAlgorithm::add(Encoding::DecodeMethod decodeMethod) {
     _decodings.push_back(decodeMethod);

@@ -6,38 +6,54 @@ namespace Tamo::FastInfoset {
 DocumentRestrictedAlphabet::DocumentRestrictedAlphabet() : DocumentRestrictedAlphabet(false) {}
 
 DocumentRestrictedAlphabet::DocumentRestrictedAlphabet(bool empty) {
-    if (empty) {
-        return;
-    }
-    _alphabets.reserve(16);
+    static const DocumentRestrictedAlphabet BUILT_IN(0);
+    static const auto NONE = std::make_shared<std::vector<RestrictedAlphabet>>();
+    _pAlphabets = empty ? NONE : BUILT_IN._pAlphabets;
+}
+
+// The built-in and reserved entries, which all others share.
+DocumentRestrictedAlphabet::DocumentRestrictedAlphabet(int)
+    : _pAlphabets(std::make_shared<std::vector<RestrictedAlphabet>>()) {
     add(NUMERIC_CHARACTERS);
     add(DATE_TIME_CHARACTERS);
     for (int i = 3; i <= 15; ++i) {
         addDummy();
     }
+    const auto& _alphabets = alphabets(); // the name in the assertion's text
     tamo_assert(_alphabets.size() == 15);
 }
 
 void DocumentRestrictedAlphabet::add(const std::string& characters) {
-    _alphabets.emplace_back(characters);
+    changeable().emplace_back(characters);
 }
 
 void DocumentRestrictedAlphabet::addDummy() {
-    _alphabets.emplace_back();
+    changeable().emplace_back();
 }
 
 RestrictedAlphabet& DocumentRestrictedAlphabet::alphabet(unsigned int vocabulary) {
+    const auto& _alphabets = alphabets(); // the name in the assertion's text
     tamo_assert(vocabulary > 0 && vocabulary <= _alphabets.size());
-    return _alphabets[vocabulary - 1];
+    return changeable()[vocabulary - 1];
 }
 
 DocumentRestrictedAlphabet
 DocumentRestrictedAlphabet::operator-(const DocumentRestrictedAlphabet& other) const {
+    const auto& _alphabets = alphabets(); // the name in the assertion's text
     tamo_assert(other.alphabets().size() <= _alphabets.size());
     DocumentRestrictedAlphabet result(true);
-    result._alphabets.assign(_alphabets.begin() + static_cast<std::ptrdiff_t>(other._alphabets.size()),
-                             _alphabets.end());
+    if (_alphabets.size() > other.alphabets().size()) {
+        result.changeable().assign(_alphabets.begin() + static_cast<std::ptrdiff_t>(other.alphabets().size()),
+                                   _alphabets.end());
+    }
     return result;
+}
+
+std::vector<RestrictedAlphabet>& DocumentRestrictedAlphabet::changeable() {
+    if (_pAlphabets.use_count() != 1) {
+        _pAlphabets = std::make_shared<std::vector<RestrictedAlphabet>>(*_pAlphabets);
+    }
+    return *_pAlphabets;
 }
 
 } // namespace Tamo::FastInfoset

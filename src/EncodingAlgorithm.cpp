@@ -1,5 +1,4 @@
 #include "Tamo/FastInfoset/EncodingAlgorithm.h"
-#include "Tamo/Bugcheck.h"
 #include "Tamo/FastInfoset/BoolEncoding.h"
 #include "Tamo/FastInfoset/CDataEncoding.h"
 #include "Tamo/FastInfoset/DWordEncoding.h"
@@ -11,34 +10,50 @@
 #include "Tamo/FastInfoset/LongEncoding.h"
 #include "Tamo/FastInfoset/ShortEncoding.h"
 #include "Tamo/FastInfoset/UUIDEncoding.h"
+#include <array>
 #include <limits>
 
 namespace Tamo::FastInfoset {
 
-EncodingAlgorithm::EncodingAlgorithm() {
-    initializeEncodings();
-}
+namespace {
 
-void EncodingAlgorithm::initializeEncodings() {
-    _encodings.reserve(USER_DEFINED);
-    _checks.reserve(USER_DEFINED);
-    add(&InvalidEncoding::encode, &InvalidEncoding::check);
-    add(&HexEncoding::encode, &HexEncoding::check);
-    add(&DWordEncoding::encode, &DWordEncoding::check);
-    add(&ShortEncoding::encode, &ShortEncoding::check);
-    add(&IntEncoding::encode, &IntEncoding::check);
-    add(&LongEncoding::encode, &LongEncoding::check);
-    add(&BoolEncoding::encode, &BoolEncoding::check);
-    add(&FloatEncoding::encode, &FloatEncoding::check);
-    add(&DoubleEncoding::encode, &DoubleEncoding::check);
-    add(&UUIDEncoding::encode, &UUIDEncoding::check);
-    add(&CDataEncoding::encode, &CDataEncoding::check);
-    while (_encodings.size() < USER_DEFINED) {
-        add(&InvalidEncoding::encode, &InvalidEncoding::check);
-    }
-    tamo_assert(_encodings.size() == USER_DEFINED);
-    tamo_assert(_checks.size() == USER_DEFINED);
-}
+// In the order of their numbers; the reserved ones are invalid too.
+constexpr std::array<Encoding::EncodeMethod, EncodingAlgorithm::USER_DEFINED> ENCODINGS = [] {
+    std::array<Encoding::EncodeMethod, EncodingAlgorithm::USER_DEFINED> methods{};
+    methods.fill(&InvalidEncoding::encode);
+    methods[HexEncoding::TYPE] = &HexEncoding::encode;
+    methods[DWordEncoding::TYPE] = &DWordEncoding::encode;
+    methods[ShortEncoding::TYPE] = &ShortEncoding::encode;
+    methods[IntEncoding::TYPE] = &IntEncoding::encode;
+    methods[LongEncoding::TYPE] = &LongEncoding::encode;
+    methods[BoolEncoding::TYPE] = &BoolEncoding::encode;
+    methods[FloatEncoding::TYPE] = &FloatEncoding::encode;
+    methods[DoubleEncoding::TYPE] = &DoubleEncoding::encode;
+    methods[UUIDEncoding::TYPE] = &UUIDEncoding::encode;
+    methods[CDataEncoding::TYPE] = &CDataEncoding::encode;
+    return methods;
+}();
+
+constexpr std::array<Encoding::CheckMethod, EncodingAlgorithm::USER_DEFINED> CHECKS = [] {
+    std::array<Encoding::CheckMethod, EncodingAlgorithm::USER_DEFINED> methods{};
+    methods.fill(&InvalidEncoding::check);
+    methods[HexEncoding::TYPE] = &HexEncoding::check;
+    methods[DWordEncoding::TYPE] = &DWordEncoding::check;
+    methods[ShortEncoding::TYPE] = &ShortEncoding::check;
+    methods[IntEncoding::TYPE] = &IntEncoding::check;
+    methods[LongEncoding::TYPE] = &LongEncoding::check;
+    methods[BoolEncoding::TYPE] = &BoolEncoding::check;
+    methods[FloatEncoding::TYPE] = &FloatEncoding::check;
+    methods[DoubleEncoding::TYPE] = &DoubleEncoding::check;
+    methods[UUIDEncoding::TYPE] = &UUIDEncoding::check;
+    methods[CDataEncoding::TYPE] = &CDataEncoding::check;
+    return methods;
+}();
+
+} // namespace
+
+EncodingAlgorithm::EncodingAlgorithm()
+    : _encodings(ENCODINGS.begin(), ENCODINGS.end()), _checks(CHECKS.begin(), CHECKS.end()) {}
 
 void EncodingAlgorithm::add(Encoding::EncodeMethod encodeMethod, Encoding::CheckMethod checkMethod) {
     _encodings.push_back(encodeMethod);

@@ -28,13 +28,13 @@ constexpr unsigned char TERMINATOR = 0x0F;
 
 constexpr const char* DTD_END = "Unexpected end of stream while parsing document type declaration";
 
-void readBit(BitStreamReader& reader, bool& bit, const char* message) {
+inline void readBit(BitStreamReader& reader, bool& bit, const char* message) {
     if (!reader.read(bit)) [[unlikely]] {
         throw FISParseException(message);
     }
 }
 
-unsigned char readBits(BitStreamReader& reader, int numBits, const char* message) {
+inline unsigned char readBits(BitStreamReader& reader, int numBits, const char* message) {
     unsigned char bits = 0;
     if (!reader.read(bits, numBits)) [[unlikely]] {
         throw FISParseException(message);
@@ -42,7 +42,7 @@ unsigned char readBits(BitStreamReader& reader, int numBits, const char* message
     return bits;
 }
 
-unsigned char peekBits(BitStreamReader& reader, int numBits, const char* message) {
+inline unsigned char peekBits(BitStreamReader& reader, int numBits, const char* message) {
     unsigned char bits = 0;
     if (!reader.peek(bits, numBits)) [[unlikely]] {
         throw FISParseException(message);
@@ -50,7 +50,7 @@ unsigned char peekBits(BitStreamReader& reader, int numBits, const char* message
     return bits;
 }
 
-void skipBits(BitStreamReader& reader, int numBits, const char* message) {
+inline void skipBits(BitStreamReader& reader, int numBits, const char* message) {
     reader.skip(numBits);
     if (reader.cachedBits() < 0) [[unlikely]] {
         throw FISParseException(message);
@@ -408,9 +408,9 @@ inline bool FastInfosetParser::parseCommonChild(BitStreamReader& reader) {
         reader.advance(octets.consumedBits());
         _declaredPrefixes.clear();
     } else if ((b & 0x3C) == 0x3C) {
-        reader.advance(6);
+        reader.advance(8);
         _declaredPrefixes.clear();
-        index = parseQualifiedName(reader, true);
+        index = parseQualifiedName(reader, (b & 0x02) != 0, (b & 0x01) != 0, true);
     } else {
         return false;
     }
@@ -552,6 +552,11 @@ void FastInfosetParser::parseAttributes(BitStreamReader& reader) {
         if (octets.integerAtPosition1(index) && (pName = _attributeNames.find(index))) [[likely]] {
             reader.advance(octets.consumedBits());
             parseAttributeValue(reader, *pName);
+        } else if ((octets.first() & 0x78) == 0x78) {
+            const unsigned char b = octets.first();
+            reader.advance(8);
+            index = parseQualifiedName(reader, (b & 0x02) != 0, (b & 0x01) != 0, false);
+            parseAttributeValue(reader, *_attributeNames.find(index));
         } else {
             reader.advance(1);
             parseAttribute(reader);
@@ -634,8 +639,13 @@ unsigned int FastInfosetParser::parseQualifiedNameOrIndex(BitStreamReader& reade
     const unsigned char bits =
         peekBits(reader, 4, "Unexpected end of stream while parsing qualified name or index");
     if (bits == TERMINATOR) {
-        skipBits(reader, position == 1 ? 5 : 4, "Unexpected end of stream while parsing qualified name");
-        return parseQualifiedName(reader, isElement);
+        static constexpr const char* END = "Unexpected end of stream while parsing qualified name";
+        skipBits(reader, position == 1 ? 5 : 4, END);
+        bool hasPrefix = false;
+        bool hasNamespace = false;
+        readBit(reader, hasPrefix, END);
+        readBit(reader, hasNamespace, END);
+        return parseQualifiedName(reader, hasPrefix, hasNamespace, isElement);
     }
     unsigned int index = 0;
     Decoder::integer(reader, index);
@@ -651,12 +661,8 @@ unsigned int FastInfosetParser::parseQualifiedNameOrIndex(BitStreamReader& reade
     return index;
 }
 
-unsigned int FastInfosetParser::parseQualifiedName(BitStreamReader& reader, bool isElement) {
-    static constexpr const char* END = "Unexpected end of stream while parsing qualified name";
-    bool hasPrefix = false;
-    bool hasNamespace = false;
-    readBit(reader, hasPrefix, END);
-    readBit(reader, hasNamespace, END);
+unsigned int FastInfosetParser::parseQualifiedName(BitStreamReader& reader, bool hasPrefix, bool hasNamespace,
+                                                   bool isElement) {
     unsigned int prefixId = 0;
     unsigned int namespaceId = 0;
     unsigned int localNameId = 0;

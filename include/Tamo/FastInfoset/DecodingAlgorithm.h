@@ -21,8 +21,6 @@ public:
     AutoPtr<Encoding> read(int index, BitStreamReader& reader) const;
 
 private:
-    void initializeDecodings();
-
     std::vector<Encoding::DecodeMethod> _decodings;
 };
 

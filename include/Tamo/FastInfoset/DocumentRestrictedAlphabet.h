@@ -3,6 +3,7 @@
 
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/RestrictedAlphabet.h"
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -33,13 +34,19 @@ public:
     RestrictedAlphabet& alphabet(unsigned int vocabulary);
 
     /// The list; alphabet number i is its element i - 1.
-    const std::vector<RestrictedAlphabet>& alphabets() const noexcept { return _alphabets; }
+    const std::vector<RestrictedAlphabet>& alphabets() const noexcept { return *_pAlphabets; }
 
     /// The alphabets of this list behind as many as other has; a longer other fails an assertion.
     DocumentRestrictedAlphabet operator-(const DocumentRestrictedAlphabet& other) const;
 
 private:
-    std::vector<RestrictedAlphabet> _alphabets;
+    explicit DocumentRestrictedAlphabet(int);
+
+    std::vector<RestrictedAlphabet>& changeable();
+
+    // Shared by copies until one of them changes, so that a document without alphabets of its own costs
+    // nothing.
+    std::shared_ptr<std::vector<RestrictedAlphabet>> _pAlphabets;
 };
 
 } // namespace Tamo::FastInfoset

@@ -30,8 +30,6 @@ public:
     unsigned int findEncoding(const std::string& text) const;
 
 private:
-    void initializeEncodings();
-
     std::vector<Encoding::EncodeMethod> _encodings;
     std::vector<Encoding::CheckMethod> _checks;
 };
