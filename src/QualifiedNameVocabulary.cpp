@@ -8,9 +8,4 @@ bool QualifiedNameEntry::operator<(const QualifiedNameEntry& other) const noexce
            std::tie(other._prefixId, other._namespaceId, other._localNameId);
 }
 
-UInt32 hash(const QualifiedNameEntry& entry) noexcept {
-    constexpr UInt32 SPREAD = 1000003;
-    return (entry.prefixId() ^ SPREAD) * (entry.namespaceId() ^ SPREAD) * (entry.localNameId() ^ SPREAD);
-}
-
 } // namespace Tamo::FastInfoset

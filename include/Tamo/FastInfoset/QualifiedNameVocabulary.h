@@ -39,7 +39,10 @@ private:
 };
 
 /// The 32-bit hash of an entry.
-TAMO_API UInt32 hash(const QualifiedNameEntry& entry) noexcept;
+inline UInt32 hash(const QualifiedNameEntry& entry) noexcept {
+    constexpr UInt32 SPREAD = 1000003;
+    return (entry.prefixId() ^ SPREAD) * (entry.namespaceId() ^ SPREAD) * (entry.localNameId() ^ SPREAD);
+}
 
 } // namespace Tamo::FastInfoset
 
