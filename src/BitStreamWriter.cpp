@@ -33,7 +33,7 @@ BitStreamWriter::~BitStreamWriter() {
     }
 }
 
-void BitStreamWriter::append(UInt64 value, int numOfBits) {
+void BitStreamWriter::appendOctets(UInt64 value, int numOfBits) {
     // At most 7 pending bits and 32 new ones: they fit one word.
     const UInt64 mask = (static_cast<UInt64>(1) << numOfBits) - 1;
     const auto pending = static_cast<unsigned char>(_octet);
@@ -93,8 +93,21 @@ void BitStreamWriter::complete(bool fillBit) {
 }
 
 void BitStreamWriter::flush() {
-    _pStream->flush();
-    if (!_pStream->good()) {
+    std::ostream& stream = *_pStream;
+    if (!isPlain(stream) || !stream.good()) {
+        stream.flush();
+    } else {
+        bool complete = false;
+        try {
+            complete = stream.rdbuf()->pubsync() != -1;
+        } catch (...) {
+            complete = false;
+        }
+        if (!complete) {
+            stream.setstate(std::ios_base::badbit);
+        }
+    }
+    if (!stream.good()) {
         throwWriteError();
     }
 }

@@ -6,9 +6,9 @@ namespace Tamo::FastInfoset {
 DocumentRestrictedAlphabet::DocumentRestrictedAlphabet() : DocumentRestrictedAlphabet(false) {}
 
 DocumentRestrictedAlphabet::DocumentRestrictedAlphabet(bool empty) {
-    static const DocumentRestrictedAlphabet BUILT_IN(0);
+    static const DocumentRestrictedAlphabet SHARED(0);
     static const auto NONE = std::make_shared<std::vector<RestrictedAlphabet>>();
-    _pAlphabets = empty ? NONE : BUILT_IN._pAlphabets;
+    _pAlphabets = empty ? NONE : SHARED._pAlphabets;
 }
 
 // The built-in and reserved entries, which all others share.

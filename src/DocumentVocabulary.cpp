@@ -93,6 +93,28 @@ void DocumentVocabulary::reset() {
     _ownTables = true;
 }
 
+bool DocumentVocabulary::isPredefined() const {
+    if (!_pElementVocabulary || !_pAttributeVocabulary || _vocabularies.size() != ELEMENT_NAME) {
+        return false;
+    }
+    const auto isEmpty = []<class T>(const Vocabulary<T>& table) {
+        return table.values().size() == 1 && table.values()[0] == T();
+    };
+    const auto holdsOnly = [](const StringTable* pTable, const std::string& value) {
+        return pTable && pTable->values().size() == 2 && pTable->values()[0].empty() &&
+               pTable->values()[1] == value;
+    };
+    for (std::size_t id = LOCAL_NAME; id <= CONTENT_CHARACTER_CHUNK; ++id) {
+        if (!_vocabularies[id] || !isEmpty(*_vocabularies[id])) {
+            return false;
+        }
+    }
+    return holdsOnly(_vocabularies[PREFIX].get(), XML::NamespaceSupport::XML_NAMESPACE_PREFIX) &&
+           holdsOnly(_vocabularies[NAMESPACE_NAME].get(), XML::NamespaceSupport::XML_NAMESPACE) &&
+           isEmpty(*_pElementVocabulary) && isEmpty(*_pAttributeVocabulary) &&
+           _alphabets.alphabets().size() == DocumentRestrictedAlphabet::BUILT_IN;
+}
+
 void DocumentVocabulary::clear() {
     _vocabularies.clear();
     _pElementVocabulary.reset();

@@ -1,4 +1,5 @@
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
+#include "OctetComposer.h"
 #include "Tamo/Exception.h"
 #include "Tamo/FastInfoset/BoolEncoding.h"
 #include "Tamo/FastInfoset/CDataEncoding.h"
@@ -11,6 +12,7 @@
 #include "Tamo/FastInfoset/LongEncoding.h"
 #include "Tamo/FastInfoset/NullEncoding.h"
 #include "Tamo/FastInfoset/ShortEncoding.h"
+#include "Tamo/FastInfoset/StringDecoder.h"
 #include "Tamo/FastInfoset/UUIDEncoding.h"
 #include "Tamo/XML/AttributesImpl.h"
 #include "Tamo/XML/Name.h"
@@ -45,6 +47,11 @@ std::string_view prefixOf(const std::string& qname) {
     return colon == std::string::npos ? std::string_view() : std::string_view(qname).substr(0, colon);
 }
 
+// The two bits that say whether a name has a prefix and a namespace name.
+unsigned int presence(const std::string& prefix, const std::string& uri) {
+    return (prefix.empty() ? 0u : 2u) | (uri.empty() ? 0u : 1u);
+}
+
 // An empty identifier counts as absent.
 const std::string* presentOrNull(const std::string& identifier) {
     return identifier.empty() ? nullptr : &identifier;
@@ -77,9 +84,11 @@ void FastInfosetWriter::setDocumentVocabulary(const DocumentVocabulary& vocabula
             "A DocumentVocabulary with VOC_VECTOR implementation cannot be used by FastInfosetWriter");
     }
     _vocabulary = vocabulary;
+    forgetNames();
 }
 
 DocumentVocabulary& FastInfosetWriter::getDocumentVocabulary() {
+    forgetNames(); // the caller may change the tables
     return _vocabulary;
 }
 
@@ -104,6 +113,12 @@ EncodingAlgorithm& FastInfosetWriter::encodingAlgorithms() {
     return _encodingAlgorithm;
 }
 
+void FastInfosetWriter::forgetNames() noexcept {
+    _elementNames.clear();
+    _attributeNames.clear();
+    _prefixedAttributeNames.clear();
+}
+
 // ---- document
 
 void FastInfosetWriter::setDocumentLocator(const XML::Locator*) {}
@@ -123,6 +138,7 @@ void FastInfosetWriter::endFragment() {
 }
 
 void FastInfosetWriter::startDocument() {
+    forgetNames();
     writeHeader();
     _states.push_back(DOCUMENT);
     _namespaces.reset();
@@ -159,6 +175,10 @@ void FastInfosetWriter::writeHeader() {
 
     static const DocumentVocabulary DEFAULT(DocumentVocabulary::VOC_HASH);
     const bool hasExternal = !_externalVocabularyURI.empty();
+    if (!hasExternal && !hasNotations && !hasUnparsedEntities && _vocabulary.isPredefined()) {
+        _writer.write(0u, 7); // what is left of the header when there is nothing to say
+        return;
+    }
     const DocumentVocabulary difference = _vocabulary - (hasExternal ? *_pExternalVocabulary : DEFAULT);
     bool hasInitialVocabulary = hasExternal || !difference.restrictedAlphabets().alphabets().empty() ||
                                 !difference.elementVocabulary().empty() ||
@@ -265,17 +285,12 @@ void FastInfosetWriter::writeVocabulary(const Vocabulary<std::string>& voc) {
 }
 
 void FastInfosetWriter::writeEncodedVocabulary(const Vocabulary<std::string>& voc) {
-    const VerbTable<std::string>& index = voc.values();
-    const std::size_t numEntries = index.size();
-    tamo_assert(voc.size() == index.size());
+    const std::size_t numEntries = voc.values().size();
     tamo_assert(numEntries > 0);
     Encoder::lengthOfSequence(_writer, static_cast<unsigned int>(numEntries));
-    for (std::size_t i = 0; i < numEntries; ++i) {
-        // Deliberate: no bits are asked for, which the bit writer refuses. Tables of encoded strings are for
-        // the external vocabulary; a header that had to carry one is never written.
-        _writer.write(2u, 0);
-        writeEncodedCharacterString(index[i], CDataEncoding::TYPE);
-    }
+    // Deliberate: no bits are asked for, which the bit writer refuses. Tables of encoded strings are for the
+    // external vocabulary; a header that had to carry one is never written.
+    _writer.write(2u, 0);
 }
 
 void FastInfosetWriter::writeNameSurrogates(const Vocabulary<QualifiedNameEntry>& voc, bool isElement) {
@@ -315,12 +330,111 @@ void FastInfosetWriter::startElement(const std::string& uri, const std::string& 
                                      const std::string& qname, const XML::Attributes& attributes) {
     handleEncodedData();
     _writer.complete(false);
-    _writer.write(false);
-    // Copied, because the attributes' declarations can move the bindings.
-    _prefix = elementPrefix(uri, localName, qname);
-    handleNamespaces(attributes, uri);
-    writeElement(_prefix, uri, localName.empty() ? qname : localName);
+    if (!writeKnownElement(uri, localName, qname, attributes)) {
+        const UInt64 bindings = _namespaces.changes();
+        try {
+            // Copied, because the attributes' declarations can move the bindings.
+            _prefix = elementPrefix(uri, localName, qname);
+            handleNamespaces(attributes, uri);
+        } catch (...) {
+            _writer.write(false); // the element had begun
+            throw;
+        }
+        const WrittenName name = writeElement(_prefix, uri, localName.empty() ? qname : localName);
+        if (_namespaces.changes() == bindings) {
+            rememberNames(name, uri, localName, qname, attributes);
+        }
+    }
     _states.push_back(ELEMENT);
+}
+
+// The hot path: an element that declares nothing and whose names have all been written lately, under the
+// bindings in force. Writes what the operations below write and decides nothing; false, with nothing written,
+// when they have to.
+bool FastInfosetWriter::writeKnownElement(const std::string& uri, const std::string& localName,
+                                          const std::string& qname, const XML::Attributes& attributes) {
+    if (localName.empty() || !_namespaces.declaresNothing() || _states.empty() || _states.back() == CDATA)
+        [[unlikely]] {
+        return false;
+    }
+    const UInt64 bindings = _namespaces.changes();
+    const unsigned int index = _elementNames.find(uri, localName, qname, bindings);
+    if (index == WrittenNames::NOT_FOUND || !OctetComposer::fitsPosition2(index)) {
+        return false;
+    }
+    const int count = attributes.getLength();
+    _attributeIndexes.clear();
+    for (int i = 0; i < count; ++i) {
+        const std::string& attributeURI = attributes.getURI(i);
+        unsigned int attributeIndex = WrittenNames::NOT_FOUND;
+        if (attributeURI.empty()) {
+            attributeIndex = _attributeNames.find(attributeURI, attributes.getLocalName(i), attributeURI,
+                                                  WrittenNames::ANY);
+        } else if (attributeURI != uri) {
+            attributeIndex = _prefixedAttributeNames.find(attributeURI, attributes.getLocalName(i),
+                                                          attributes.getQName(i), bindings);
+        } else {
+            attributeIndex = _attributeNames.find(attributeURI, attributes.getLocalName(i),
+                                                  attributes.getQName(i), bindings);
+        }
+        if (attributeIndex == WrittenNames::NOT_FOUND) {
+            return false;
+        }
+        _attributeIndexes.push_back(attributeIndex);
+    }
+    OctetComposer octets(_writer);
+    octets.integerAtPosition2(count != 0 ? 0x40 : 0, index);
+    for (int i = 0; i < count; ++i) {
+        octets.integerAtPosition1(0, _attributeIndexes[static_cast<std::size_t>(i)]);
+        writeString(octets, attributes.getValue(i), DocumentVocabulary::ATTRIBUTE_VALUE);
+    }
+    octets.flush();
+    if (count != 0) {
+        _writer.write(0x0Fu, 4);
+    }
+    _namespaces.pushContext();
+    return true;
+}
+
+// Only names that were written without a change of the bindings (the next time all will be decided as now).
+void FastInfosetWriter::rememberNames(const WrittenName& name, const std::string& uri,
+                                      const std::string& localName, const std::string& qname,
+                                      const XML::Attributes& attributes) {
+    const UInt64 bindings = _namespaces.changes();
+    rememberName(_elementNames, name, uri, localName, qname, bindings, true);
+    for (std::size_t i = 0; i < _attributeCount; ++i) {
+        const AttributeValue& attribute = _attributeValues[i];
+        const std::string& attributeURI = *attribute.pUri;
+        if (attribute.pLocalName == &attribute.ownLocalName) {
+            continue;
+        }
+        if (attributeURI.empty()) {
+            rememberName(_attributeNames, attribute.name, attributeURI, *attribute.pLocalName, attributeURI,
+                         WrittenNames::ANY, false);
+        } else {
+            rememberName(attributeURI == uri ? _attributeNames : _prefixedAttributeNames, attribute.name,
+                         attributeURI, *attribute.pLocalName, attributes.getQName(static_cast<int>(i)),
+                         bindings, false);
+        }
+    }
+}
+
+// Only a name that the tables knew already: most of the others never come again.
+void FastInfosetWriter::rememberName(WrittenNames& names, const WrittenName& name, const std::string& uri,
+                                     const std::string& localName, const std::string& qname, UInt64 bindings,
+                                     bool isElement) {
+    if (!name.known || localName.empty()) {
+        return;
+    }
+    const QualifiedNameEntry& entry = getQNameVocabulary(isElement).values()[name.index];
+    const std::string& keptURI =
+        _vocabulary.vocabulary(DocumentVocabulary::NAMESPACE_NAME).values()[entry.namespaceId()];
+    const std::string& keptLocalName =
+        _vocabulary.vocabulary(DocumentVocabulary::LOCAL_NAME).values()[entry.localNameId()];
+    // They differ when a table has no placeholder for what is absent.
+    if (keptURI == uri && keptLocalName == localName) {
+        names.enter(keptURI, keptLocalName, qname, bindings, name.index);
+    }
 }
 
 const std::string& FastInfosetWriter::elementPrefix(const std::string& uri, const std::string& localName,
@@ -467,81 +581,99 @@ void FastInfosetWriter::addAttributes(const XML::Attributes& attributes, const s
     }
 }
 
-void FastInfosetWriter::writeElement(const std::string& prefix, const std::string& uri,
-                                     const std::string& localName) {
-    requirePosition(_writer.bitPos() == 1, "Illegal startposition for an Element value");
-    _writer.write(_attributeCount != 0);
+FastInfosetWriter::WrittenName FastInfosetWriter::writeElement(const std::string& prefix,
+                                                               const std::string& uri,
+                                                               const std::string& localName) {
+    requirePosition(_writer.bitPos() == 0, "Illegal startposition for an Element value");
+    OctetComposer octets(_writer);
+    unsigned int high = _attributeCount != 0 ? 0x40 : 0;
     if (!_namespaceAttributes.empty()) {
-        _writer.write(0x38u, 6);
+        octets.octet(high | 0x38);
         for (const NamespaceAttribute& declaration : _namespaceAttributes) {
-            _writer.write(0x33u, 6);
-            writeNamespaceAttribute(*declaration.pPrefix, *declaration.pUri);
+            writeNamespaceAttribute(octets, *declaration.pPrefix, *declaration.pUri);
         }
-        _writer.write(0x0Fu, 4);
-        _writer.writeBits(6, false);
+        octets.octet(0xF0);
+        high = 0;
     }
-    writeQualifiedNameOrIndex(prefix, uri, localName, true);
+    const WrittenName name = writeQualifiedNameOrIndex(octets, high, prefix, uri, localName, true);
+    for (std::size_t i = 0; i < _attributeCount; ++i) {
+        AttributeValue& attribute = _attributeValues[i];
+        attribute.name = writeQualifiedNameOrIndex(octets, 0, *attribute.pPrefix, *attribute.pUri,
+                                                   *attribute.pLocalName, false);
+        writeString(octets, *attribute.pValue, DocumentVocabulary::ATTRIBUTE_VALUE);
+    }
+    octets.flush();
     if (_attributeCount != 0) {
-        for (std::size_t i = 0; i < _attributeCount; ++i) {
-            _writer.write(false);
-            writeAttribute(_attributeValues[i]);
-        }
         _writer.write(0x0Fu, 4);
     }
+    return name;
 }
 
-void FastInfosetWriter::writeNamespaceAttribute(const std::string& prefix, const std::string& uri) {
-    requirePosition(_writer.bitPos() == 6, "Illegal startposition for a NamespaceAttribute value");
-    _writer.write(!prefix.empty());
-    _writer.write(!uri.empty());
+void FastInfosetWriter::writeNamespaceAttribute(OctetComposer& octets, const std::string& prefix,
+                                                const std::string& uri) {
+    octets.octet(0xCC | presence(prefix, uri));
     if (!prefix.empty()) {
-        writeIdentifyingStringOrIndex(prefix, DocumentVocabulary::PREFIX);
+        writeIdentifyingStringOrIndex(octets, prefix, DocumentVocabulary::PREFIX);
     }
     if (!uri.empty()) {
-        writeIdentifyingStringOrIndex(uri, DocumentVocabulary::NAMESPACE_NAME);
+        writeIdentifyingStringOrIndex(octets, uri, DocumentVocabulary::NAMESPACE_NAME);
     }
-}
-
-void FastInfosetWriter::writeAttribute(const AttributeValue& attribute) {
-    requirePosition(_writer.bitPos() == 1, "Illegal startposition for a Attribute value");
-    writeQualifiedNameOrIndex(*attribute.pPrefix, *attribute.pUri, *attribute.pLocalName, false);
-    writeNonIdentifyingStringOrIndex(*attribute.pValue, DocumentVocabulary::ATTRIBUTE_VALUE);
-    tamo_assert(_writer.bitPos() == 0);
 }
 
 // ---- names
 
-void FastInfosetWriter::writeQualifiedNameOrIndex(const std::string& prefix, const std::string& uri,
-                                                  const std::string& localName, bool isElement) {
-    const int position = _writer.bitPos();
-    requirePosition(position == 1 || position == 2,
-                    "Illegal startposition for a writeQualifiedNameOrIndex value");
+// At bit position 2 (an element's) or 1 (an attribute's).
+FastInfosetWriter::WrittenName
+FastInfosetWriter::writeQualifiedNameOrIndex(OctetComposer& octets, unsigned int high,
+                                             const std::string& prefix, const std::string& uri,
+                                             const std::string& localName, bool isElement) {
+    if (localName.empty()) [[unlikely]] {
+        octets.flush();
+        _writer.write(high >> (isElement ? 6 : 7), isElement ? 2 : 1); // the construct had begun
+    }
     tamo_assert(!localName.empty());
-    bool prefixFound = false;
-    bool uriFound = false;
-    bool localNameFound = false;
-    const unsigned int prefixId = _vocabulary.exists(DocumentVocabulary::PREFIX, prefix, prefixFound);
-    const unsigned int uriId = _vocabulary.exists(DocumentVocabulary::NAMESPACE_NAME, uri, uriFound);
-    const unsigned int localNameId =
-        _vocabulary.exists(DocumentVocabulary::LOCAL_NAME, localName, localNameFound);
-    if (prefixFound && uriFound && localNameFound) {
+    unsigned int localNameId = 0;
+    unsigned int prefixId = 0;
+    unsigned int uriId = 0;
+    if (isKnown(DocumentVocabulary::LOCAL_NAME, localName, localNameId) &&
+        isKnown(DocumentVocabulary::PREFIX, prefix, prefixId) &&
+        isKnown(DocumentVocabulary::NAMESPACE_NAME, uri, uriId)) {
         bool found = false;
         const unsigned int index =
             getQNameVocabulary(isElement).exists(QualifiedNameEntry(prefixId, uriId, localNameId), found);
         if (found) {
-            Encoder::integer(_writer, index);
-            tamo_assert(_writer.bitPos() == 0);
-            return;
+            if (isElement && OctetComposer::fitsPosition2(index)) {
+                octets.integerAtPosition2(high, index);
+            } else if (!isElement && OctetComposer::fitsPosition1(index)) {
+                octets.integerAtPosition1(high, index);
+            } else {
+                octets.flush();
+                _writer.write(high >> (isElement ? 6 : 7), isElement ? 2 : 1);
+                Encoder::integer(_writer, index);
+            }
+            return {index, true};
         }
     }
-    _writer.write(0x0Fu, 4);
-    if (position == 1) {
-        _writer.write(false);
-    }
-    writeQualifiedName(prefix, uri, localName, isElement);
-    tamo_assert(_writer.bitPos() == 0);
+    octets.octet((isElement ? high | 0x3C : 0x78) | presence(prefix, uri));
+    prefixId = prefix.empty() ? 0 : writeIdentifyingStringOrIndex(octets, prefix, DocumentVocabulary::PREFIX);
+    uriId = uri.empty() ? 0 : writeIdentifyingStringOrIndex(octets, uri, DocumentVocabulary::NAMESPACE_NAME);
+    localNameId = writeIdentifyingStringOrIndex(octets, localName, DocumentVocabulary::LOCAL_NAME);
+    return {insertQualifiedName(QualifiedNameEntry(prefixId, uriId, localNameId), isElement), false};
 }
 
+// Whether a table holds s; every table that was not made otherwise begins with the empty string.
+bool FastInfosetWriter::isKnown(ID id, const std::string& s, unsigned int& index) const {
+    const Vocabulary<std::string>& table = _vocabulary.vocabulary(id);
+    if (s.empty() && !table.values().empty() && table.values()[0].empty()) {
+        index = 0;
+        return true;
+    }
+    bool found = false;
+    index = table.exists(s, found);
+    return found;
+}
+
+// A name of the header's tables, bit by bit.
 void FastInfosetWriter::writeQualifiedName(const std::string& prefix, const std::string& uri,
                                            const std::string& localName, bool isElement) {
     tamo_assert(!localName.empty());
@@ -568,10 +700,11 @@ void FastInfosetWriter::writeQualifiedName(const QualifiedNameEntry& entry, bool
                        part(DocumentVocabulary::LOCAL_NAME, entry.localNameId()), isElement);
 }
 
-void FastInfosetWriter::insertQualifiedName(const QualifiedNameEntry& qne, bool isElement) {
+unsigned int FastInfosetWriter::insertQualifiedName(const QualifiedNameEntry& qne, bool isElement) {
     bool qneExists = false;
-    getQNameVocabulary(isElement).index(qne, qneExists);
+    const unsigned int index = getQNameVocabulary(isElement).index(qne, qneExists);
     tamo_assert(!qneExists);
+    return index;
 }
 
 Vocabulary<QualifiedNameEntry>& FastInfosetWriter::getQNameVocabulary(bool isElement) {
@@ -587,8 +720,7 @@ void FastInfosetWriter::characters(const char ch[], int start, int length) {
     const void* pNul = end != 0 ? std::memchr(ch, 0, end) : nullptr;
     const std::size_t stop = pNul ? static_cast<std::size_t>(static_cast<const char*>(pNul) - ch) : end;
     const std::size_t begin = std::min(static_cast<std::size_t>(start), stop);
-    _text.assign(ch + begin, stop - begin);
-    characters(_text);
+    writeText(ch + begin, stop - begin);
 }
 
 void FastInfosetWriter::ignorableWhitespace(const char ch[], int start, int length) {
@@ -596,20 +728,49 @@ void FastInfosetWriter::ignorableWhitespace(const char ch[], int start, int leng
 }
 
 void FastInfosetWriter::characters(const std::string& text) {
-    handleEncodedData();
-    _writer.complete(false);
-    _writer.write(0x02u, 2);
-    writeCharacterChunk(text);
+    writeText(text.data(), text.size());
 }
 
 void FastInfosetWriter::characters(std::string_view text) {
-    _text.assign(text);
-    characters(_text);
+    writeText(text.data(), text.size());
 }
 
-void FastInfosetWriter::writeCharacterChunk(const std::string& text) {
-    requirePosition(_writer.bitPos() == 2, "Illegal startposition for a CharacterChunk value");
-    writeNonIdentifyingStringOrIndex(text, DocumentVocabulary::CONTENT_CHARACTER_CHUNK);
+void FastInfosetWriter::writeText(const char* pText, std::size_t size) {
+    handleEncodedData();
+    _writer.complete(false);
+    writeCharacterChunk(pText, size);
+}
+
+void FastInfosetWriter::writeCharacterChunk(const char* pText, std::size_t size) {
+    requirePosition(_writer.bitPos() == 0, "Illegal startposition for a CharacterChunk value");
+    bool found = false;
+    bool addToTable = false;
+    unsigned int index = 0;
+    if (isIndexed(size)) {
+        StringDecoder::decodeUTF8(pText, size, _text);
+        try {
+            index = tableIndex(_text, DocumentVocabulary::CONTENT_CHARACTER_CHUNK, found, addToTable);
+        } catch (...) {
+            _writer.write(0x02u, 2); // the chunk had begun
+            throw;
+        }
+    }
+    OctetComposer octets(_writer);
+    if (found && OctetComposer::fitsPosition3(index)) {
+        octets.integerAtPosition3(0xA0, index);
+    } else if (found) {
+        _writer.write(0x05u, 3);
+        Encoder::integer(_writer, index);
+    } else if (size == 0) {
+        _writer.write(addToTable ? 0x24u : 0x20u, 6);
+        Encoder::nonEmptyOctetString(_writer, std::string()); // throws
+    } else if (topState() == CDATA) {
+        octets.octet(addToTable ? 0x9C : 0x8C);
+        octets.stringAtPosition6((CDataEncoding::TYPE - 1) << 2, pText, size);
+    } else {
+        octets.stringAtPosition6(addToTable ? 0x90 : 0x80, pText, size);
+    }
+    octets.flush();
 }
 
 void FastInfosetWriter::comment(const char ch[], int start, int length) {
@@ -620,26 +781,21 @@ void FastInfosetWriter::comment(const char ch[], int start, int length) {
 void FastInfosetWriter::comment(std::string_view text) {
     handleEncodedData();
     _writer.complete(false);
-    _writer.write(0xE2u, 8);
     _text.assign(text);
-    writeComment(_text);
-}
-
-void FastInfosetWriter::writeComment(const std::string& text) {
-    requirePosition(_writer.bitPos() == 0, "Illegal startposition for a Comment value");
-    writeNonIdentifyingStringOrIndex(text, DocumentVocabulary::OTHER_STRING);
+    OctetComposer octets(_writer);
+    octets.octet(0xE2);
+    writeString(octets, _text, DocumentVocabulary::OTHER_STRING);
+    octets.flush();
 }
 
 void FastInfosetWriter::processingInstruction(const std::string& target, const std::string& data) {
     handleEncodedData();
     _writer.complete(false);
-    _writer.write(0xE1u, 8);
-    writeProcessingInstruction(target, data);
-}
-
-void FastInfosetWriter::writeProcessingInstruction(const std::string& target, const std::string& data) {
-    writeIdentifyingStringOrIndex(target, DocumentVocabulary::OTHER_NCNAME);
-    writeNonIdentifyingStringOrIndex(data, DocumentVocabulary::OTHER_STRING);
+    OctetComposer octets(_writer);
+    octets.octet(0xE1);
+    writeIdentifyingStringOrIndex(octets, target, DocumentVocabulary::OTHER_NCNAME);
+    writeString(octets, data, DocumentVocabulary::OTHER_STRING);
+    octets.flush();
 }
 
 void FastInfosetWriter::startCDATA() {
@@ -725,6 +881,21 @@ void FastInfosetWriter::writeUnparsedEntity(const std::string& name, const std::
 
 // ---- strings
 
+unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(OctetComposer& octets, const std::string& s,
+                                                              ID id) {
+    bool found = false;
+    const unsigned int index = _vocabulary.vocabulary(id).index(s, found);
+    if (found && OctetComposer::fitsPosition1(index)) {
+        octets.integerAtPosition1(0x80, index);
+    } else if (!found && !s.empty()) {
+        octets.stringAtPosition1(0, s.data(), s.size());
+    } else {
+        octets.flush();
+        found ? writeIdentifyingStringIndex(index) : writeIdentifyingString(s, id); // throws
+    }
+    return index;
+}
+
 unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(const std::string& s, ID id) {
     bool found = false;
     const unsigned int index = _vocabulary.index(id, s, found);
@@ -748,9 +919,9 @@ void FastInfosetWriter::writeIdentifyingString(const std::string& s, ID) {
     Encoder::nonEmptyOctetString(_writer, s);
 }
 
-bool FastInfosetWriter::isIndexed(const std::string& s) const noexcept {
+bool FastInfosetWriter::isIndexed(std::size_t size) const noexcept {
     // The limit is widened with its sign: a negative one is greater than every size.
-    return s.size() <= static_cast<std::size_t>(static_cast<std::ptrdiff_t>(_maxIndexedStringLength));
+    return size <= static_cast<std::size_t>(static_cast<std::ptrdiff_t>(_maxIndexedStringLength));
 }
 
 // The index of a string that is short enough. A table that holds all the entries that an index can name takes
@@ -765,19 +936,27 @@ unsigned int FastInfosetWriter::tableIndex(const std::string& s, ID id, bool& fo
     return table.index(s, found);
 }
 
-void FastInfosetWriter::writeNonIdentifyingStringOrIndex(const std::string& s, ID id) {
-    requirePosition(_writer.bitPos() == 0 || _writer.bitPos() == 2,
-                    "Illegal startposition for a NonIdentifyingStringOrIndex value");
+// A non-identifying string or index at bit position 0 (X.891, C.14).
+void FastInfosetWriter::writeString(OctetComposer& octets, const std::string& s, ID id) {
     bool found = false;
     bool addToTable = false;
-    const unsigned int index = isIndexed(s) ? tableIndex(s, id, found, addToTable) : 0;
-    _writer.write(found);
-    if (found) {
+    const unsigned int index = isIndexed(s.size()) ? tableIndex(s, id, found, addToTable) : 0;
+    if (found && OctetComposer::fitsPosition1(index)) {
+        octets.integerAtPosition1(0x80, index);
+    } else if (found) {
+        octets.flush();
+        _writer.write(true);
         Encoder::integer(_writer, index);
-        return;
+    } else if (s.empty()) [[unlikely]] {
+        octets.flush();
+        _writer.write(addToTable ? 0x04u : 0x00u, 4);
+        Encoder::nonEmptyOctetString(_writer, s); // throws
+    } else if (topState() == CDATA) [[unlikely]] {
+        octets.octet(addToTable ? 0x70 : 0x30);
+        octets.stringAtPosition4((CDataEncoding::TYPE - 1) << 4, s.data(), s.size());
+    } else {
+        octets.stringAtPosition4(addToTable ? 0x40 : 0, s.data(), s.size());
     }
-    _writer.write(addToTable);
-    writeEncodedCharacterString(s, NullEncoding::TYPE);
 }
 
 void FastInfosetWriter::writeNonIdentifyingStringOrIndex(const AutoPtr<Encoding>& e, ID id) {
@@ -788,7 +967,7 @@ void FastInfosetWriter::writeNonIdentifyingStringOrIndex(const AutoPtr<Encoding>
     bool found = false;
     bool addToTable = false;
     const unsigned int index =
-        isText && isIndexed(value.content()) ? tableIndex(value.content(), id, found, addToTable) : 0;
+        isText && isIndexed(value.content().size()) ? tableIndex(value.content(), id, found, addToTable) : 0;
     _writer.write(found);
     if (found) {
         Encoder::integer(_writer, index);
@@ -796,23 +975,6 @@ void FastInfosetWriter::writeNonIdentifyingStringOrIndex(const AutoPtr<Encoding>
     }
     _writer.write(addToTable);
     writeEncodedCharacterString(e);
-}
-
-void FastInfosetWriter::writeEncodedCharacterString(const std::string& s, unsigned int algorithm) {
-    requirePosition(_writer.bitPos() == 2 || _writer.bitPos() == 4,
-                    "Illegal startposition for a writeEncodedCharacterString");
-    if (topState() == CDATA) {
-        _writer.write(0x03u, 2);
-        Encoder::integer(_writer, CDataEncoding::TYPE);
-        Encoder::nonEmptyOctetString(_writer, s);
-    } else if (algorithm == NullEncoding::TYPE || algorithm == CDataEncoding::TYPE) {
-        _writer.write(0x00u, 2);
-        Encoder::nonEmptyOctetString(_writer, s);
-    } else {
-        _writer.write(0x03u, 2);
-        Encoder::integer(_writer, algorithm);
-        _encodingAlgorithm.encode(algorithm, _writer, s);
-    }
 }
 
 void FastInfosetWriter::writeEncodedCharacterString(const AutoPtr<Encoding>& e) {
@@ -914,10 +1076,10 @@ void FastInfosetWriter::handleEncodedData() {
         if (value.type() == NullEncoding::TYPE || value.type() >= CDataEncoding::TYPE) {
             value.createContent();
         }
-        _writer.write(0x02u, 2);
         if (value.type() == CDataEncoding::TYPE) {
-            writeCharacterChunk(value.content());
+            writeCharacterChunk(value.content().data(), value.content().size());
         } else {
+            _writer.write(0x02u, 2);
             writeNonIdentifyingStringOrIndex(e, DocumentVocabulary::CONTENT_CHARACTER_CHUNK);
         }
     }

@@ -28,13 +28,11 @@ void NamespaceSupport::reset() {
     _contexts.push_back({1, 0}); // behind `xml`, which no context has declared
 }
 
-void NamespaceSupport::popContext() {
-    tamo_assert(_contexts.size() > 1);
+void NamespaceSupport::removeContext() {
     const std::size_t first = _contexts.back().first;
     while (_count > first) {
         removeLast();
     }
-    _contexts.pop_back();
 }
 
 bool NamespaceSupport::declarePrefix(const std::string& prefix, const std::string& uri) {
@@ -44,6 +42,7 @@ bool NamespaceSupport::declarePrefix(const std::string& prefix, const std::strin
     const UInt32 i = findPrefix(prefix);
     if (i != NONE && i >= _contexts.back().first) {
         if (_bindings[i].uri != uri) {
+            ++_changes;
             unlink(i);
             _bindings[i].uri = uri;
             link(i);
@@ -63,6 +62,7 @@ bool NamespaceSupport::undeclarePrefix(const std::string& prefix) {
     if (i + 1 == _count) {
         removeLast();
     } else {
+        ++_changes;
         unlink(i);
         _bindings[i].live = false;
         if (_bindings[i].outer != NONE) {
@@ -146,6 +146,7 @@ UInt32 NamespaceSupport::findURI(const std::string& uri, bool nonEmptyPrefix) co
 }
 
 void NamespaceSupport::append(const std::string& prefix, const std::string& uri, UInt32 outer) {
+    ++_changes;
     if (_count == _bindings.size()) {
         _bindings.emplace_back();
     }
@@ -167,6 +168,7 @@ void NamespaceSupport::append(const std::string& prefix, const std::string& uri,
 }
 
 void NamespaceSupport::removeLast() {
+    ++_changes;
     const UInt32 last = static_cast<UInt32>(_count - 1);
     const Binding& binding = _bindings[last];
     if (binding.live) {

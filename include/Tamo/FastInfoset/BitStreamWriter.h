@@ -97,7 +97,18 @@ public:
     }
 
 private:
-    void append(UInt64 value, int numOfBits);
+    void append(UInt64 value, int numOfBits) {
+        const int pending = _pendingBits + numOfBits;
+        if (pending < 8) {
+            const unsigned int bits = static_cast<unsigned int>(value) & ((1u << numOfBits) - 1);
+            _octet = static_cast<char>(static_cast<unsigned char>(_octet) | bits << (8 - pending));
+            _pendingBits = pending;
+        } else {
+            appendOctets(value, numOfBits);
+        }
+    }
+
+    void appendOctets(UInt64 value, int numOfBits);
     void writeUnaligned(const char* data, std::size_t n);
     void flush();
 

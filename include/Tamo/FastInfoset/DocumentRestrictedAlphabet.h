@@ -18,6 +18,9 @@ public:
     /// The built-in alphabet 2.
     static constexpr const char* DATE_TIME_CHARACTERS = "0123456789-:TZ ";
 
+    /// The number of built-in and reserved entries.
+    static constexpr std::size_t BUILT_IN = 15;
+
     /// The built-in and reserved entries.
     DocumentRestrictedAlphabet();
 

@@ -75,6 +75,10 @@ public:
     /// Returns the tables to the predefined entries. Alphabets, algorithms and URI stay.
     void reset();
 
+    /// True when all tables are there and hold the predefined entries alone, and there are no alphabets
+    /// beyond the built-in ones.
+    bool isPredefined() const;
+
     /// Deletes all tables. Alphabets, algorithms and URI stay.
     void clear();
 

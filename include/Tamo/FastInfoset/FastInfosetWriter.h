@@ -11,6 +11,7 @@
 #include "Tamo/FastInfoset/FISDocumentHandler.h"
 #include "Tamo/FastInfoset/Notation.h"
 #include "Tamo/FastInfoset/UnparsedEntity.h"
+#include "Tamo/FastInfoset/WrittenNames.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/LexicalHandler.h"
 #include "Tamo/XML/NamespaceSupport.h"
@@ -27,6 +28,8 @@ class Attributes;
 }
 
 namespace Tamo::FastInfoset {
+
+class OctetComposer;
 
 /// Turns SAX2 events into one Fast Infoset document (ITU-T X.891) on a stream.
 ///
@@ -176,12 +179,19 @@ public:
 private:
     enum State { UNINITIALIZED, DOCUMENT, ELEMENT, CDATA, DTD };
 
+    // A name as it was written: its index, and whether the tables knew it already.
+    struct WrittenName {
+        unsigned int index = 0;
+        bool known = false;
+    };
+
     // One attribute on its way out; the strings belong to the attribute list and the namespace bindings.
     struct AttributeValue {
         const std::string* pPrefix = nullptr;
         const std::string* pValue = nullptr;
         const std::string* pUri = nullptr;
         const std::string* pLocalName = nullptr;
+        WrittenName name;
         std::string ownLocalName;
     };
 
@@ -209,20 +219,27 @@ private:
     void declareAttributeNamespaces(const XML::Attributes& attributes);
     void addNamespaceAttributes();
     void addAttributes(const XML::Attributes& attributes, const std::string& elementURI);
-    void writeElement(const std::string& prefix, const std::string& uri, const std::string& localName);
-    void writeNamespaceAttribute(const std::string& prefix, const std::string& uri);
-    void writeAttribute(const AttributeValue& attribute);
-    void writeQualifiedNameOrIndex(const std::string& prefix, const std::string& uri,
-                                   const std::string& localName, bool isElement);
+    bool writeKnownElement(const std::string& uri, const std::string& localName, const std::string& qname,
+                           const XML::Attributes& attributes);
+    void rememberNames(const WrittenName& name, const std::string& uri, const std::string& localName,
+                       const std::string& qname, const XML::Attributes& attributes);
+    void rememberName(WrittenNames& names, const WrittenName& name, const std::string& uri,
+                      const std::string& localName, const std::string& qname, UInt64 bindings,
+                      bool isElement);
+    WrittenName writeElement(const std::string& prefix, const std::string& uri, const std::string& localName);
+    void writeNamespaceAttribute(OctetComposer& octets, const std::string& prefix, const std::string& uri);
+    WrittenName writeQualifiedNameOrIndex(OctetComposer& octets, unsigned int high, const std::string& prefix,
+                                          const std::string& uri, const std::string& localName,
+                                          bool isElement);
+    bool isKnown(ID id, const std::string& s, unsigned int& index) const;
     void writeQualifiedName(const std::string& prefix, const std::string& uri, const std::string& localName,
                             bool isElement);
     void writeQualifiedName(const QualifiedNameEntry& entry, bool isElement);
-    void insertQualifiedName(const QualifiedNameEntry& qne, bool isElement);
+    unsigned int insertQualifiedName(const QualifiedNameEntry& qne, bool isElement);
     Vocabulary<QualifiedNameEntry>& getQNameVocabulary(bool isElement);
 
-    void writeCharacterChunk(const std::string& text);
-    void writeComment(const std::string& text);
-    void writeProcessingInstruction(const std::string& target, const std::string& data);
+    void writeText(const char* pText, std::size_t size);
+    void writeCharacterChunk(const char* pText, std::size_t size);
     void writeDocumentTypeDeclaration(const std::string& publicId, const std::string& systemId);
     void writeNotation(const std::string& name, const std::string* publicId, const std::string* systemId);
     void writeUnparsedEntity(const std::string& name, const std::string* publicId,
@@ -230,15 +247,16 @@ private:
     void writeUnexpandedEntityReference(const std::string& name, const std::string* systemId,
                                         const std::string* publicId);
 
+    unsigned int writeIdentifyingStringOrIndex(OctetComposer& octets, const std::string& s, ID id);
     unsigned int writeIdentifyingStringOrIndex(const std::string& s, ID id);
     void writeIdentifyingStringIndex(unsigned int index);
     void writeIdentifyingString(const std::string& s, ID id);
-    void writeNonIdentifyingStringOrIndex(const std::string& s, ID id);
+    void writeString(OctetComposer& octets, const std::string& s, ID id);
     void writeNonIdentifyingStringOrIndex(const AutoPtr<Encoding>& e, ID id);
-    void writeEncodedCharacterString(const std::string& s, unsigned int algorithm);
     void writeEncodedCharacterString(const AutoPtr<Encoding>& e);
     void handleEncodedData();
-    bool isIndexed(const std::string& s) const noexcept;
+    bool isIndexed(std::size_t size) const noexcept;
+    void forgetNames() noexcept;
     unsigned int tableIndex(const std::string& s, ID id, bool& found, bool& added);
     template<class E, class T>
     void insertValue(const T& value);
@@ -266,6 +284,10 @@ private:
     int _maxIndexedStringLength = 16;
 
     // Kept for their capacity from element to element.
+    WrittenNames _elementNames;
+    WrittenNames _attributeNames;         // that were written without a prefix
+    WrittenNames _prefixedAttributeNames; // in another namespace than their element
+    std::vector<unsigned int> _attributeIndexes;
     std::vector<AttributeValue> _attributeValues;
     std::size_t _attributeCount = 0;
     std::vector<NamespaceAttribute> _namespaceAttributes;

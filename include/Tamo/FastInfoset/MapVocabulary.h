@@ -22,8 +22,7 @@ public:
     }
 
     /// A table without placeholder.
-    explicit MapVocabulary(DontInitialize)
-        : IndexedVocabulary<T>(std::numeric_limits<std::size_t>::max()) {}
+    explicit MapVocabulary(DontInitialize) : IndexedVocabulary<T>(std::numeric_limits<std::size_t>::max()) {}
 
     Vocabulary<T>* subtract(const Vocabulary<T>& other) const override {
         auto pResult = std::make_unique<MapVocabulary>(DontInitialize());

@@ -13,10 +13,10 @@ namespace Tamo::FastInfoset {
 
 /// Finds the values of a VerbTable: from a value to its index.
 ///
-/// A hash table with open addressing that holds indexes; the values stay in the table, which every operation is
-/// given. It is empty until the first insertion and grows with the values. A search looks at MOST_PROBES slots
-/// at most; values that find no slot within so many go to an ordered map, so that strings chosen for equal
-/// hashes cost no more than a logarithm each. Used by one thread at a time.
+/// A hash table with open addressing that holds indexes; the values stay in the table, which every operation
+/// is given. It is empty until the first insertion and grows with the values. A search looks at MOST_PROBES
+/// slots at most; values that find no slot within so many go to an ordered map, so that strings chosen for
+/// equal hashes cost no more than a logarithm each. Used by one thread at a time.
 template<class T>
 class ValueIndex {
 public:

@@ -1,6 +1,7 @@
 #ifndef TAMO_XML_NAMESPACESUPPORT_H
 #define TAMO_XML_NAMESPACESUPPORT_H
 
+#include "Tamo/Bugcheck.h"
 #include "Tamo/Export.h"
 #include "Tamo/Types.h"
 #include <cstddef>
@@ -32,7 +33,13 @@ public:
     void pushContext() { _contexts.push_back({static_cast<UInt32>(_count), 0}); }
 
     /// Closes the current context and forgets its bindings; the base context cannot be closed (assertion).
-    void popContext();
+    void popContext() {
+        tamo_assert(_contexts.size() > 1);
+        if (_count != _contexts.back().first) [[unlikely]] {
+            removeContext();
+        }
+        _contexts.pop_back();
+    }
 
     /// Binds a prefix in the current context, in place of what the same context bound it to.
     /// Returns false and does nothing for the prefix `xml`.
@@ -46,6 +53,12 @@ public:
 
     /// The namespace name that the prefix is bound to; empty when there is none.
     const std::string& getURI(std::string_view prefix) const;
+
+    /// True when the current context has declared nothing, or nothing that is still there.
+    bool declaresNothing() const noexcept { return _contexts.back().first == _count; }
+
+    /// A number that stays the same while no binding is made, changed or removed, and is never 0.
+    UInt64 changes() const noexcept { return _changes; }
 
     /// A prefix in force for the namespace name: the empty one when the default namespace is uri, else the
     /// one declared innermost. Empty when there is none (see isMapped) and for an empty uri.
@@ -93,6 +106,7 @@ private:
     UInt32 findPrefix(std::string_view prefix) const;
     UInt32 findURI(const std::string& uri, bool nonEmptyPrefix) const;
     void append(const std::string& prefix, const std::string& uri, UInt32 outer);
+    void removeContext();
     void removeLast();
     void compact();
     void link(UInt32 i);
@@ -105,6 +119,7 @@ private:
     std::vector<Binding> _bindings; // slots above _count are kept for their capacity
     std::size_t _count = 0;
     std::vector<Context> _contexts;
+    UInt64 _changes = 1;
     std::vector<UInt32> _prefixHeads; // empty while a scan will do
     std::vector<UInt32> _uriHeads;
 };
