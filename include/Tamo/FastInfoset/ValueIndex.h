@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_VALUEINDEX_H
 #define TAMO_FASTINFOSET_VALUEINDEX_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/VerbTable.h"
 #include "Tamo/Hash.h"
 #include "Tamo/Types.h"
@@ -18,7 +19,7 @@ namespace Tamo::FastInfoset {
 /// slots at most; values that find no slot within so many go to an ordered map, so that strings chosen for
 /// equal hashes cost no more than a logarithm each. Used by one thread at a time.
 template<class T>
-class ValueIndex {
+class TAMO_API ValueIndex {
 public:
     /// What find() returns for an absent value.
     static constexpr unsigned int NOT_FOUND = 0xFFFFFFFF;

@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_WRITTENNAMES_H
 #define TAMO_FASTINFOSET_WRITTENNAMES_H
 
+#include "Tamo/Export.h"
 #include "Tamo/Hash.h"
 #include "Tamo/Types.h"
 #include <cstddef>
@@ -15,7 +16,7 @@ namespace Tamo::FastInfoset {
 /// An entry holds for the namespace bindings that it was made under, whose number its user gives (a name that
 /// depends on none has the number ANY). A name that is not here may be known to the vocabulary all the same.
 /// Namespace and local names are referred to where the vocabulary keeps them. Used by one thread at a time.
-class WrittenNames {
+class TAMO_API WrittenNames {
 public:
     /// The number of bindings that a name in no namespace is entered with.
     static constexpr UInt64 ANY = 0;
