@@ -66,6 +66,7 @@ void addVocabularyOption(CLI::App& command, VocabularyFiles::List& vocabularies)
         ->type_name("URI=FILE")
         ->type_size(1)
         ->expected(1)
+        ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
@@ -75,6 +76,12 @@ void addLimitOptions(CLI::App& command, Tamo::FastInfoset::ParserLimits& limits)
     addLimit(command, "--max-table-entries", limits.maxTableEntries, "Entries of one vocabulary table");
     addLimit(command, "--max-output", limits.maxDeliveredOctets,
              "Octets of all names, values and texts that come out of one document");
+}
+
+void addColourOption(CLI::App& command, std::string& when) {
+    command.add_option("--color", when, "auto (on a terminal, unless NO_COLOR is set), always or never")
+        ->type_name("WHEN")
+        ->check(CLI::IsMember({"auto", "always", "never"}));
 }
 
 void addConversionOptions(CLI::App& command, Options& options, const char* inputKind) {

@@ -5,6 +5,7 @@
 #include "Tamo/FastInfoset/ParserLimits.h"
 #include "VocabularyFiles.h"
 #include <CLI/CLI.hpp>
+#include <string>
 
 namespace finf {
 
@@ -14,6 +15,9 @@ void addVocabularyOption(CLI::App& command, VocabularyFiles::List& vocabularies)
 /// Adds --max-depth, --max-string-length, --max-table-entries and --max-output, which change the limits; they
 /// have to live as long as the command.
 void addLimitOptions(CLI::App& command, Tamo::FastInfoset::ParserLimits& limits);
+
+/// Adds --color WHEN, for StandardOutput::takesColours; it has to live as long as the command.
+void addColourOption(CLI::App& command, std::string& when);
 
 /// Adds the options of both conversions: input and output, external vocabularies, limits.
 void addConversionOptions(CLI::App& command, Options& options, const char* inputKind);

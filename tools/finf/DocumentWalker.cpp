@@ -4,7 +4,6 @@
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/StringDecoder.h"
-#include "Text.h"
 #include <utility>
 
 namespace finf {
@@ -869,15 +868,6 @@ DocumentWalker::Names& DocumentWalker::names(Field::Table id) {
 const Field& DocumentWalker::current() {
     _field.octets = _record.octets(_field.bit / 8, _record.size());
     return _field;
-}
-
-std::string DocumentWalker::place() const {
-    std::string text = "offset 0x";
-    Text::appendNumber(text, _field.bit / 8, 1, 16);
-    if (_field.bit % 8 != 0) {
-        text.append(", bit ").append(std::to_string(_field.bit % 8));
-    }
-    return text.append(", in ").append(nameOf(_field.construct));
 }
 
 std::string DocumentWalker::qualifiedName(Field::Table table, unsigned int index) const {

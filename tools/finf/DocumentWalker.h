@@ -48,9 +48,6 @@ public:
     /// are there.
     const Field& current();
 
-    /// Where that field is: "offset 0x1f, bit 4, in attribute value".
-    std::string place() const;
-
 private:
     using Strings = Tamo::FastInfoset::Vocabulary<std::string>;
     using Names = Tamo::FastInfoset::Vocabulary<Tamo::FastInfoset::QualifiedNameEntry>;

@@ -1,4 +1,5 @@
 #include "Field.h"
+#include "Text.h"
 #include <iterator>
 
 namespace finf {
@@ -100,6 +101,16 @@ std::string Field::encodingName() const {
     default:
         return numbered("encoding algorithm ", formIndex, ALGORITHMS, std::size(ALGORITHMS));
     }
+}
+
+std::string Field::place(Tamo::UInt64 partBit) const {
+    const Tamo::UInt64 position = bit + partBit;
+    std::string text = "offset 0x";
+    Text::appendNumber(text, position / 8, 1, 16);
+    if (position % 8 != 0) {
+        text.append(", bit ").append(std::to_string(position % 8));
+    }
+    return text.append(", in ").append(nameOf(construct));
 }
 
 Tamo::UInt64 Field::valueOf(Tamo::UInt64 first, Tamo::UInt64 count) const {

@@ -107,6 +107,9 @@ struct Field {
     /// The form of an encoded character string as text, such as "encoding algorithm 4 (int)".
     std::string encodingName() const;
 
+    /// Where it is, or a part of it: "offset 0x1f, bit 4, in attribute value".
+    std::string place(Tamo::UInt64 partBit = 0) const;
+
     /// The values of the bits from first on, at most 64, counted from the field's beginning.
     Tamo::UInt64 valueOf(Tamo::UInt64 first, Tamo::UInt64 count) const;
 };

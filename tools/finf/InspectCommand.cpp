@@ -6,25 +6,11 @@
 #include "JsonPrinter.h"
 #include "StandardOutput.h"
 #include "TextPrinter.h"
-#include <cstdlib>
+#include "Walk.h"
 #include <iostream>
 #include <memory>
-#include <string_view>
-#include <unistd.h>
 
 namespace finf {
-
-namespace {
-
-/// Colours are for a terminal, unless its user wants none (https://no-color.org).
-bool terminalTakesColours() {
-    const char* pNoColour = std::getenv("NO_COLOR");
-    const char* pTerminal = std::getenv("TERM");
-    return ::isatty(STDOUT_FILENO) == 1 && !(pNoColour && *pNoColour != '\0') &&
-           !(pTerminal && std::string_view(pTerminal) == "dumb");
-}
-
-} // namespace
 
 InspectCommand::InspectCommand(CLI::App& parent)
     : Command(parent, "inspect", "Show what stands in the octets of a Fast Infoset document") {
@@ -36,16 +22,13 @@ InspectCommand::InspectCommand(CLI::App& parent)
     app().add_flag("--full", _options.full, "Show all octets of long strings and their whole values");
     app().add_option("--offset", _options.offset, "Begin with the construct at this octet")->type_name("N");
     app().add_option("--limit", _options.limit, "Show this many constructs only")->type_name("N");
-    app()
-        .add_option("--color", _colour, "auto (on a terminal, unless NO_COLOR is set), always or never")
-        ->type_name("WHEN")
-        ->check(CLI::IsMember({"auto", "always", "never"}));
+    addColourOption(app(), _colour);
     addVocabularyOption(app(), _vocabularies);
     addLimitOptions(app(), _limits);
 }
 
 ExitStatus InspectCommand::run() {
-    _options.colour = _colour == "auto" ? terminalTakesColours() : _colour == "always";
+    _options.colour = StandardOutput::takesColours(_colour);
     return attempt(_input, [this] { inspect(); });
 }
 
@@ -59,31 +42,18 @@ void InspectCommand::inspect() const {
     }
     VocabularyFiles vocabularies(_vocabularies, _limits);
     DocumentWalker walker(input.stream(), *pPrinter, vocabularies, _limits);
-    std::string failure;
-    try {
-        FinfError::explainDamage([&] {
-            bool goesOn = true;
-            while (goesOn && !pPrinter->isFull() && std::cout) {
-                goesOn = walker.step();
-            }
-            if (!goesOn) {
-                walker.trailingOctets();
-            }
-        });
-    } catch (const std::exception& e) {
-        input.check(); // a failed read says better why
-        const std::string reason = FinfError::reason(e);
+    const std::string reason = faultOf(walker, [&] { return !pPrinter->isFull() && std::cout; });
+    input.check(); // a failed read says better why
+    if (!reason.empty()) {
         pPrinter->fault(walker.current(), reason);
-        failure = walker.place() + ": " + reason;
     }
-    input.check();
     if (_tables) {
         pPrinter->tables(walker);
     }
     pPrinter->finish();
-    if (!failure.empty()) {
+    if (!reason.empty()) {
         StandardOutput::passOn();
-        throw FinfError(failure);
+        throw FinfError(walker.current().place() + ": " + reason);
     }
 }
 

@@ -1,6 +1,8 @@
 #include "StandardOutput.h"
 #include "FinfError.h"
+#include <cstdlib>
 #include <iostream>
+#include <string_view>
 #include <unistd.h>
 
 namespace finf {
@@ -16,6 +18,13 @@ void StandardOutput::passOn() {
     if (auto* pBuf = dynamic_cast<Tamo::DeferredFlushBuf*>(std::cout.rdbuf())) {
         pBuf->passOn();
     }
+}
+
+bool StandardOutput::takesColours(const std::string& when) {
+    const auto is = [](const char* pValue, std::string_view value) { return pValue && pValue == value; };
+    const char* pNoColour = std::getenv("NO_COLOR");
+    return when == "always" || (when == "auto" && ::isatty(STDOUT_FILENO) == 1 &&
+                                (!pNoColour || is(pNoColour, "")) && !is(std::getenv("TERM"), "dumb"));
 }
 
 void StandardOutput::finish() {

@@ -4,6 +4,7 @@
 #include "FileDescriptorBuf.h"
 #include "Tamo/DeferredFlushStream.h"
 #include <ostream>
+#include <string>
 
 namespace finf {
 
@@ -20,6 +21,10 @@ public:
 
     /// Writes out what was printed so far, so that it stands in front of a message on standard error.
     static void passOn();
+
+    /// Whether to print colours: "always", "never", or "auto", which is on a terminal unless its user wants
+    /// none (https://no-color.org).
+    static bool takesColours(const std::string& when);
 
     /// Writes the rest out; throws FinfError when that, or an earlier write, has failed.
     void finish();

@@ -5,6 +5,8 @@
 #include "FinfError.h"
 #include "InspectCommand.h"
 #include "StandardOutput.h"
+#include "StatsCommand.h"
+#include "ValidateCommand.h"
 #include "VocabularyCommand.h"
 #include <algorithm>
 #include <csignal>
@@ -30,6 +32,7 @@ finf::ExitStatus run(int argc, char** argv) {
     const std::unique_ptr<finf::Command> commands[] = {
         std::make_unique<finf::EncodeCommand>(app),     std::make_unique<finf::DecodeCommand>(app),
         std::make_unique<finf::VocabularyCommand>(app), std::make_unique<finf::InspectCommand>(app),
+        std::make_unique<finf::ValidateCommand>(app),   std::make_unique<finf::StatsCommand>(app),
         std::make_unique<finf::BenchCommand>(app),
     };
 
