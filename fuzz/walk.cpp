@@ -59,7 +59,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                 describedVocabulary(walker.vocabulary()));
     } else {
         walker.current();
-        require(!walker.place().empty(), "a fault has a place");
+        require(!walker.current().place().empty(), "a fault has a place");
     }
     return 0;
 }

@@ -1,14 +1,14 @@
-// The command lines in the tool's reference do what the reference shows.
+// The command lines in the documents do what the documents show.
 #include "Finf.h"
 #include <fstream>
 
 namespace {
 
-class DocumentationTest : public FinfTest {};
+class DocumentationTest : public FinfTest, public testing::WithParamInterface<const char*> {};
 
-TEST_F(DocumentationTest, ConsoleBlocksShowWhatHappens) {
+TEST_P(DocumentationTest, ConsoleBlocksShowWhatHappens) {
     must("cp " TAMO_SAMPLES "/* .");
-    std::ifstream reference(TAMO_DOCS "/tool.md");
+    std::ifstream reference(std::string(TAMO_DOCS "/") + GetParam());
     std::string line, shown, happened;
     bool inBlock = false;
     int commands = 0;
@@ -26,5 +26,7 @@ TEST_F(DocumentationTest, ConsoleBlocksShowWhatHappens) {
     EXPECT_GE(commands, 5);
     EXPECT_EQ(happened, shown);
 }
+
+INSTANTIATE_TEST_SUITE_P(Documents, DocumentationTest, testing::Values("tool.md", "format.md"));
 
 } // namespace

@@ -53,11 +53,12 @@ std::vector<std::size_t> tableSizes(const DocumentVocabulary& vocabulary) {
 }
 
 /// True when the parser, and as is expected the walker, accepts the document.
-bool accepted(const std::string& document) {
+bool accepted(const std::string& document, const ParserLimits& limits = {}) {
     Loader loader;
     std::istringstream forParser(document);
     FastInfosetParser parser;
     parser.setExternalVocabularyLoader(&loader);
+    parser.setLimits(limits);
     Tamo::XML::InputSource source(forParser);
     std::string failure;
     try {
@@ -68,7 +69,7 @@ bool accepted(const std::string& document) {
 
     Tiling tiling;
     std::istringstream forWalker(document);
-    DocumentWalker walker(forWalker, tiling, loader, ParserLimits());
+    DocumentWalker walker(forWalker, tiling, loader, limits);
     std::string walkFailure;
     try {
         while (walker.step()) {
@@ -123,6 +124,18 @@ TEST(WalkerTest, AgreesWithTheParserOnEveryDamage) {
         EXPECT_GT(count[1], 100);
         EXPECT_TRUE(accepted(document + "trailing") || document.size() < 60);
     }
+}
+
+TEST(WalkerTest, AgreesOnLimits) {
+    int count[2] = {0, 0};
+    for (const std::string& document : documents()) {
+        for (std::size_t limit = 0; limit < 300; ++limit) {
+            ++count[accepted(document, {.maxDepth = limit})];
+            ++count[accepted(document, {.maxStringLength = limit})];
+            ++count[accepted(document, {.maxTableEntries = limit})];
+        }
+    }
+    EXPECT_GT(count[0], 100);
 }
 
 TEST(WalkerTest, AgreesOnSamples) {

@@ -4,6 +4,7 @@
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/StringDecoder.h"
+#include <algorithm>
 #include <utility>
 
 namespace finf {
@@ -144,6 +145,7 @@ void DocumentWalker::header() {
     if (components & 0x20) {
         initialVocabulary();
     }
+    checkTableSizes();
     if (components & 0x10) {
         notations();
     }
@@ -254,6 +256,25 @@ void DocumentWalker::initialVocabulary() {
     }
     if (components & 0x0001) {
         nameTable(DocumentVocabulary::ATTRIBUTE_NAME);
+    }
+}
+
+// Alphabets count beyond the built-in ones.
+void DocumentWalker::checkTableSizes() const {
+    std::size_t largest = _vocabulary.restrictedAlphabets().alphabets().size() -
+                          Tamo::FastInfoset::DocumentRestrictedAlphabet().alphabets().size();
+    for (int id = DocumentVocabulary::PREFIX; id <= DocumentVocabulary::ATTRIBUTE_NAME; ++id) {
+        const auto table = static_cast<Field::Table>(id);
+        largest = std::max(largest, table < DocumentVocabulary::ELEMENT_NAME
+                                        ? _vocabulary.vocabulary(table).size()
+                                        : names(table).size());
+    }
+    checkTableSize(largest);
+}
+
+void DocumentWalker::checkTableSize(std::size_t size) const {
+    if (size > _limits.maxTableEntries) {
+        throw FISException("Limit exceeded: table entries", std::to_string(_limits.maxTableEntries));
     }
 }
 
@@ -833,9 +854,7 @@ void DocumentWalker::read(Field::Table id, unsigned int index) {
 }
 
 void DocumentWalker::added(Field::Table id, unsigned int index, bool found, std::size_t size) {
-    if (size > _limits.maxTableEntries) {
-        throw FISException("Limit exceeded: table entries", std::to_string(_limits.maxTableEntries));
-    }
+    checkTableSize(size);
     // Tables that come from an XML document look for equal entries.
     _field.use = found ? TableUse::NOT_ADDED : TableUse::ADDED;
     _field.table = id;

@@ -58,6 +58,8 @@ private:
     void identification();
     void additionalData();
     void initialVocabulary();
+    void checkTableSizes() const;
+    void checkTableSize(std::size_t size) const;
     void externalVocabulary();
     void restrictedAlphabets();
     void encodingAlgorithms();
