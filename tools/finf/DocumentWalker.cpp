@@ -265,9 +265,9 @@ void DocumentWalker::checkTableSizes() const {
                           Tamo::FastInfoset::DocumentRestrictedAlphabet().alphabets().size();
     for (int id = DocumentVocabulary::PREFIX; id <= DocumentVocabulary::ATTRIBUTE_NAME; ++id) {
         const auto table = static_cast<Field::Table>(id);
-        largest = std::max(largest, table < DocumentVocabulary::ELEMENT_NAME
-                                        ? _vocabulary.vocabulary(table).size()
-                                        : names(table).size());
+        largest =
+            std::max(largest, table < DocumentVocabulary::ELEMENT_NAME ? _vocabulary.vocabulary(table).size()
+                                                                       : names(table).size());
     }
     checkTableSize(largest);
 }

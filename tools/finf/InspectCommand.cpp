@@ -20,8 +20,14 @@ InspectCommand::InspectCommand(CLI::App& parent)
     app().add_flag("--json", _json, "Show it as one JSON document");
     app().add_flag("--tables", _tables, "Show the vocabulary tables at the end");
     app().add_flag("--full", _options.full, "Show all octets of long strings and their whole values");
-    app().add_option("--offset", _options.offset, "Begin with the construct at this octet")->type_name("N");
-    app().add_option("--limit", _options.limit, "Show this many constructs only")->type_name("N");
+    app()
+        .add_option("--offset", _options.offset, "Begin with the construct at this octet")
+        ->type_name("N")
+        ->check(CLI::NonNegativeNumber);
+    app()
+        .add_option("--limit", _options.limit, "Show this many constructs only")
+        ->type_name("N")
+        ->check(CLI::NonNegativeNumber);
     addColourOption(app(), _colour);
     addVocabularyOption(app(), _vocabularies);
     addLimitOptions(app(), _limits);
