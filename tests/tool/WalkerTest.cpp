@@ -1,6 +1,7 @@
 // The walker of the inspecting commands against the parser: it accepts the same documents, fills the same
 // tables, and leaves no bit out.
 #include "../codec/Octets.h"
+#include "DepartureFinder.h"
 #include "DocumentWalker.h"
 #include "Tamo/FastInfoset/Converter.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
@@ -37,8 +38,10 @@ public:
         isTiled = isTiled && field.bit == end && field.bits == bits &&
                   field.octets.size() == (field.bit + bits + 7) / 8 - field.bit / 8;
         end += bits;
+        finder.field(field); // which has to take whatever can be read
     }
 
+    finf::DepartureFinder finder{[](const std::string&, const std::string&) {}};
     Tamo::UInt64 end = 0;
     bool isTiled = true;
 };
@@ -70,6 +73,7 @@ bool accepted(const std::string& document, const ParserLimits& limits = {}) {
     Tiling tiling;
     std::istringstream forWalker(document);
     DocumentWalker walker(forWalker, tiling, loader, limits);
+    tiling.finder.setVocabulary(walker.vocabulary());
     std::string walkFailure;
     try {
         while (walker.step()) {
