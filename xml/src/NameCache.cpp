@@ -1,7 +1,6 @@
 #include "NameCache.h"
+#include "Tamo/Hash.h"
 #include <algorithm>
-#include <cstdint>
-#include <cstring>
 
 namespace Tamo::XML {
 
@@ -34,17 +33,8 @@ const NameCache::QName& NameCache::find(std::string_view key) {
 std::size_t NameCache::hash(std::string_view key) {
     // Names differ at their end: the namespace name comes first and is often long. Should many names share
     // their last octets and their length, find() looks at MAX_PROBES of them and no more.
-    constexpr std::uint64_t MULTIPLIER = 0x9E3779B97F4A7C15;
     constexpr std::size_t TAIL = 24;
-    std::uint64_t words[TAIL / 8] = {};
-    const std::size_t length = std::min(key.size(), TAIL);
-    std::memcpy(words, key.data() + (key.size() - length), length);
-    std::uint64_t h = key.size();
-    for (const std::uint64_t word : words) {
-        h = (h ^ word) * MULTIPLIER;
-        h ^= h >> 32;
-    }
-    return static_cast<std::size_t>(h);
+    return Tamo::hash(key.substr(key.size() - std::min(key.size(), TAIL))) + key.size();
 }
 
 void NameCache::split(std::string_view key, QName& name) const {
