@@ -21,7 +21,7 @@ const NameCache::QName& NameCache::find(std::string_view key) {
             ++_used;
             return *slot;
         }
-        if (slot->key == key) {
+        if (equalText(slot->key, key)) {
             return *slot;
         }
     }

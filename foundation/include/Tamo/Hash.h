@@ -47,6 +47,36 @@ inline UInt32 hash(std::string_view text) noexcept {
     return static_cast<UInt32>(h >> 32 ^ h);
 }
 
+/// Whether two strings are equal: without a call of memcmp for short ones, which most keys of hash tables
+/// are.
+inline bool equalText(std::string_view a, std::string_view b) noexcept {
+    const std::size_t size = a.size();
+    if (size != b.size()) {
+        return false;
+    }
+    const auto differ = [&](std::size_t at, auto word) {
+        auto other = word;
+        std::memcpy(&word, a.data() + at, sizeof(word));
+        std::memcpy(&other, b.data() + at, sizeof(other));
+        return word != other;
+    };
+    if (size > 32) {
+        return std::memcmp(a.data(), b.data(), size) == 0;
+    }
+    if (size >= 8) {
+        for (std::size_t at = 0; at + 8 < size; at += 8) {
+            if (differ(at, std::uint64_t{})) {
+                return false;
+            }
+        }
+        return !differ(size - 8, std::uint64_t{});
+    }
+    if (size >= 4) {
+        return !differ(0, std::uint32_t{}) && !differ(size - 4, std::uint32_t{});
+    }
+    return size == 0 || (a[0] == b[0] && a[size / 2] == b[size / 2] && a[size - 1] == b[size - 1]);
+}
+
 /// The hash of a string.
 inline UInt32 hash(const std::string& text) noexcept {
     return hash(std::string_view(text));

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <map>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace Tamo::FastInfoset {
@@ -52,7 +53,7 @@ public:
         std::size_t i = home(h);
         for (std::size_t probes = 0; probes < MOST_PROBES; ++probes) {
             const Slot& slot = _slots[i];
-            if (slot.hash == h && slot.index != NOT_FOUND && *values.find(slot.index) == value) {
+            if (slot.hash == h && slot.index != NOT_FOUND && equal(*values.find(slot.index), value)) {
                 return slot.index;
             }
             if (slot.index == NOT_FOUND) {
@@ -67,11 +68,14 @@ public:
     /// Enters the last value of values, which must not be there yet.
     void insertLast(const VerbTable<T>& values, UInt32 h) {
         // At most three quarters of the slots are ever taken, so that probe sequences stay short.
-        if (values.size() * 4 > _slots.size() * 3) [[unlikely]] {
+        if (_slots.empty()) [[unlikely]] {
             rebuild(values);
-        } else {
-            insert(values, h, values.size() - 1);
+            return;
         }
+        if (values.size() * 4 > _slots.size() * 3) [[unlikely]] {
+            grow(values);
+        }
+        insert(values, h, values.size() - 1);
     }
 
     /// Forgets everything; the storage of a small table is kept.
@@ -115,6 +119,30 @@ private:
     // The slot count is a power of two; the multiplier spreads hashes that differ in few bits.
     std::size_t home(UInt32 h) const noexcept {
         return static_cast<std::size_t>(h * UInt64{0x9E3779B97F4A7C15} >> 24) & (_slots.size() - 1);
+    }
+
+    static bool equal(const T& a, const T& b) noexcept {
+        if constexpr (std::is_same_v<T, std::string>) {
+            return equalText(a, b);
+        } else {
+            return a == b;
+        }
+    }
+
+    // Twice the slots. The hashes are kept in the slots, so that no value has to be looked at.
+    void grow(const VerbTable<T>& values) {
+        std::vector<Slot> old(_slots.size() * 2);
+        old.swap(_slots);
+        for (const Slot& slot : old) {
+            if (slot.index != NOT_FOUND) {
+                insert(values, slot.hash, slot.index);
+            }
+        }
+        std::map<const T*, unsigned int, Less> crowded;
+        crowded.swap(_crowded);
+        for (const auto& [pValue, index] : crowded) {
+            insert(values, hashOf(*pValue), index);
+        }
     }
 
     void insert(const VerbTable<T>& values, UInt32 h, std::size_t index) {

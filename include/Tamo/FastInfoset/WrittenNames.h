@@ -31,8 +31,8 @@ public:
             return NOT_FOUND;
         }
         const Entry& entry = _entries[slot(uri, localName)];
-        return entry.pLocalName && entry.bindings == bindings && *entry.pLocalName == localName &&
-                       *entry.pUri == uri && entry.qname == qname
+        return entry.pLocalName && entry.bindings == bindings && equalText(*entry.pLocalName, localName) &&
+                       equalText(*entry.pUri, uri) && equalText(entry.qname, qname)
                    ? entry.index
                    : NOT_FOUND;
     }
