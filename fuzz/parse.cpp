@@ -101,7 +101,9 @@ void compareTexts(const std::string& document) {
     struct Texts : XML::DefaultHandler {
         std::string texts;
         void characters(const char ch[], int start, int length) override {
-            texts.append(ch + start, static_cast<std::size_t>(length)) += '|';
+            if (length > 0) { // an array of no values is text without characters, and no event to the cursor
+                texts.append(ch + start, static_cast<std::size_t>(length)) += '|';
+            }
         }
     } expected;
     const Block block(document);

@@ -26,7 +26,7 @@ namespace Tamo::FastInfoset {
 /// cursor moves on: memory is bounded by the tables, the depth and the largest single item, not by the
 /// document. All views (names, attributes, text, values) belong to the reader and are valid until the next
 /// call of next() or open(). Text is reported as the document carries it, so a run of text can take several
-/// TEXT events.
+/// TEXT events, and an array of no values takes none.
 ///
 /// A reader reads any number of documents, one at a time, also after an exception, and is used by one thread
 /// at a time. Exceptions are those of FastInfosetParser; after one, and before open(), next() throws
