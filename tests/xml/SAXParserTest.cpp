@@ -6,6 +6,7 @@
 #include "Tamo/XML/SAXException.h"
 #include "Trace.h"
 #include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
@@ -196,6 +197,55 @@ TEST(SAXParser, CutsLongRunsBetweenCharactersOnly) {
     }
 }
 
+TEST(SAXParser, ReadsAlikeFromEverySource) {
+    /// Says of itself what is not so, gives the text in two parts.
+    struct Liar : std::streambuf {
+        Liar(std::string text, std::streamsize claim) : _text(std::move(text)), _claim(claim) {}
+        std::streamsize showmanyc() override { return _claim < -1 ? throw std::runtime_error("no") : _claim; }
+        int_type underflow() override {
+            const std::size_t end = _at == 0 ? _text.size() / 3 : _text.size();
+            setg(_text.data() + _at, _text.data() + _at, _text.data() + end);
+            _at = end;
+            return gptr() == egptr() ? traits_type::eof() : traits_type::to_int_type(*gptr());
+        }
+        std::string _text;
+        std::streamsize _claim;
+        std::size_t _at = 0;
+    };
+    constexpr std::size_t PIECE = 64 * 1024;
+    for (const std::size_t size :
+         {40ul, PIECE - 1, PIECE, PIECE + 1, 2 * PIECE, 5 * PIECE, (1ul << 24) + 7}) {
+        for (const char* end : {"</a>", "</b>"}) {
+            std::string xml = "<a>\n<b/>";
+            xml += std::string(size - xml.size() - 5, 'x') + "\n" + end;
+            const auto outcome = [&](const std::function<void(SAXParser&)>& parse) {
+                Trace trace;
+                SAXParser parser;
+                trace.connect(parser);
+                try {
+                    parse(parser);
+                } catch (const SAXParseException& e) {
+                    return trace.text() + e.message() + numbered(" ", e.getLineNumber()) +
+                           numbered(":", e.getColumnNumber());
+                }
+                return trace.text();
+            };
+            const std::string expected =
+                outcome([&](SAXParser& parser) { parser.parseMemoryNP(xml.data(), xml.size()); });
+            ASSERT_EQ(expected.ends_with("mismatched tag 3:3"), end == "</b>"s) << size;
+            std::istringstream whole(xml);
+            Liar silent(xml, 0), modest(xml, 30), boastful(xml, 1l << 40), nervous(xml, -2);
+            for (std::streambuf* pBuffer : std::initializer_list<std::streambuf*>{
+                     whole.rdbuf(), &silent, &modest, &boastful, &nervous}) {
+                std::istream stream(pBuffer);
+                InputSource source(stream);
+                ASSERT_TRUE(outcome([&](SAXParser& parser) { parser.parse(&source); }) == expected) << size;
+                ASSERT_TRUE(stream.eof() || end == "</b>"s) << size;
+            }
+        }
+    }
+}
+
 TEST(SAXParser, NamesThePlaceOfAnError) {
     struct Row {
         std::string xml;
@@ -362,12 +412,22 @@ TEST(SAXParser, KeepsNamesApartWhenTheyAreMany) {
                 ASSERT_EQ(list.getQName(i), "p:" + list.getValue(i));
                 ASSERT_EQ(list.getLocalName(i), list.getValue(i));
             }
+            open.push_back(qname);
         }
+        void endElement(const std::string& uri, const std::string& localName,
+                        const std::string& qname) override {
+            ASSERT_EQ(uri, "u");
+            ASSERT_EQ(qname, "p:" + localName);
+            ASSERT_EQ(qname, open.back());
+            open.pop_back();
+        }
+        std::vector<std::string> open;
     } checker;
     SAXParser parser;
     parser.setContentHandler(&checker);
     parser.parseMemoryNP(xml.data(), xml.size());
     EXPECT_EQ(checker.elements, 60002);
+    EXPECT_TRUE(checker.open.empty());
 }
 
 TEST(SAXParser, SurvivesHostileDocuments) {

@@ -4,30 +4,47 @@
 
 namespace Tamo::XML {
 
-const NameCache::QName& NameCache::find(std::string_view key) {
+NameCache::QName* NameCache::find(std::string_view key) {
     const std::size_t h = hash(key);
     for (std::size_t i = 0; i < MAX_PROBES; ++i) {
-        std::unique_ptr<QName>& slot = _slots[(h + i) & (_slots.size() - 1)];
-        if (!slot) {
+        QName*& pSlot = _slots[(h + i) & (_slots.size() - 1)];
+        if (!pSlot) {
             if (key.size() > MAX_KEY) {
-                break;
+                return nullptr;
             }
             if (_used >= _slots.size() / 2 && _slots.size() < MAX_SLOTS) {
                 grow();
                 return find(key);
             }
-            slot = std::make_unique<QName>();
-            split(key, *slot);
+            QName& name = _names.emplace_back();
+            char* const pKey = static_cast<char*>(_memory.allocate(key.size() + 1, 1));
+            pKey[key.copy(pKey, key.size())] = '\0';
+            name._pKey = pKey;
+            name._keySize = key.size();
+            if (_pURI && key.size() > _pURI->size() && key[_pURI->size()] == SEPARATOR &&
+                key.starts_with(*_pURI)) {
+                name._pURI = _pURI;
+            }
+            split(key, name);
+            if (!name._ownURI.empty()) {
+                _pURI = &name._ownURI;
+            }
             ++_used;
-            return *slot;
+            pSlot = &name;
+            return pSlot;
         }
-        if (equalText(slot->key, key)) {
-            return *slot;
+        if (equalText({pSlot->_pKey, pSlot->_keySize}, key)) {
+            return pSlot;
         }
     }
+    return nullptr;
+}
+
+const NameCache::QName& NameCache::spill(std::string_view key) {
     ++_spilled;
-    split(key, _spill.emplace_back());
-    return _spill.back();
+    QName& name = _spill.emplace_back();
+    split(key, name);
+    return name;
 }
 
 std::size_t NameCache::hash(std::string_view key) {
@@ -38,45 +55,44 @@ std::size_t NameCache::hash(std::string_view key) {
 }
 
 void NameCache::split(std::string_view key, QName& name) const {
-    name.key = key;
     if (!_namespaces) {
-        name.qname = key;
+        name._ownQName = key;
         return;
     }
     std::string_view rest = key;
     const std::size_t endOfURI = rest.find(SEPARATOR);
     if (endOfURI != std::string_view::npos) {
-        name.uri = rest.substr(0, endOfURI);
+        if (name._pURI == &name._ownURI) {
+            name._ownURI = rest.substr(0, endOfURI);
+        }
         rest.remove_prefix(endOfURI + 1);
     }
     const std::size_t endOfName = rest.find(SEPARATOR);
     if (endOfName == std::string_view::npos) {
-        name.localName = rest;
-        name.qname = rest;
+        name._localName = rest;
+        name._pQName = &name._localName;
     } else {
-        name.localName = rest.substr(0, endOfName);
-        name.qname.append(rest.substr(endOfName + 1)).append(1, ':').append(name.localName);
+        name._localName = rest.substr(0, endOfName);
+        name._ownQName.append(rest.substr(endOfName + 1)).append(1, ':').append(name._localName);
     }
 }
 
 void NameCache::grow() {
-    std::vector<std::unique_ptr<QName>> old(_slots.size() * 2);
+    std::vector<QName*> old(_slots.size() * 2);
     old.swap(_slots);
-    for (std::unique_ptr<QName>& pName : old) {
-        // The current event may be using the entries, so they keep their addresses; one that finds no place
-        // in the larger table stays alive until the next event.
+    for (QName* const pName : old) {
         if (!pName) {
             continue;
         }
-        const std::size_t h = hash(pName->key);
+        const std::size_t h = hash({pName->_pKey, pName->_keySize});
         std::size_t i = 0;
         while (i < MAX_PROBES && _slots[(h + i) & (_slots.size() - 1)]) {
             ++i;
         }
+        // One that finds no place in the larger table stays alive: there may be guesses at it.
         if (i < MAX_PROBES) {
-            _slots[(h + i) & (_slots.size() - 1)] = std::move(pName);
+            _slots[(h + i) & (_slots.size() - 1)] = pName;
         } else {
-            _displaced.push_back(std::move(pName));
             --_used;
         }
     }
@@ -84,11 +100,15 @@ void NameCache::grow() {
 
 void NameCache::endSpill() {
     _spill.clear();
-    _displaced.clear();
     if (_spilled > MAX_SPILLED) {
-        for (std::unique_ptr<QName>& pName : _slots) {
-            pName.reset();
-        }
+        std::fill(_slots.begin(), _slots.end(), nullptr);
+        _attributes.fill({});
+        _noGuess = nullptr;
+        _pGuess = &_noGuess;
+        _forgotten = _open.size();
+        _pURI = nullptr;
+        _names.clear();
+        _memory.release();
         _used = 0;
         _spilled = 0;
     }

@@ -23,6 +23,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace Tamo::XML {
@@ -34,6 +35,11 @@ const std::string CDATA_TYPE{"CDATA"};
 
 /// How many octets Expat gets at a time.
 constexpr std::size_t PIECE = 64 * 1024;
+
+/// An entity of up to so many octets goes to Expat in one piece when its size is known. That is a fifth
+/// faster: behind every piece but the last Expat counts lines and columns. Expat keeps a copy, hence the
+/// limit.
+constexpr std::size_t MAX_WHOLE = 16 * 1024 * 1024;
 
 /// The longest run of text that one `characters` call delivers.
 constexpr std::size_t MAX_RUN = 64 * 1024;
@@ -50,14 +56,15 @@ using ParserPtr = std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)>;
 /// Octets from a stream or from memory.
 class Input {
 public:
-    explicit Input(std::istream& stream) : _pStream(&stream) {}
-    Input(const char* data, std::size_t size) : _pData(data), _left(size) {}
+    explicit Input(std::istream& stream) : _pStream(&stream), _size(firstSize(available(stream))) {}
+    Input(const char* data, std::size_t size) : _pData(data), _left(size), _size(firstSize(size)) {}
 
-    /// How many octets are worth asking for at once, at most PIECE.
-    std::size_t nextSize() const { return _pStream ? PIECE : std::min(_left, PIECE); }
+    /// How many octets to ask for.
+    std::size_t nextSize() const { return _size; }
 
-    /// Reads up to size octets; fewer mean that the input ends.
-    std::size_t read(char* pBuffer, std::size_t size) {
+    /// Reads up to nextSize() octets; fewer mean that the input ends.
+    std::size_t read(char* pBuffer) {
+        const std::size_t size = std::exchange(_size, PIECE);
         if (!_pStream) {
             const std::size_t count = std::min(size, _left);
             if (count > 0) {
@@ -79,9 +86,25 @@ public:
     }
 
 private:
+    /// One octet more than there seem to be: the first read is to see the end.
+    static std::size_t firstSize(std::size_t available) {
+        return available < MAX_WHOLE ? available + 1 : PIECE;
+    }
+
+    /// How many octets the stream says it has, in memory or in a file; for others the size of a piece.
+    static std::size_t available(std::istream& stream) {
+        try {
+            const std::streamsize count = stream.good() ? stream.rdbuf()->in_avail() : 0;
+            return count > 0 ? static_cast<std::size_t>(count) : PIECE - 1;
+        } catch (...) {
+            return PIECE - 1; // only a hint; read() finds out what is wrong
+        }
+    }
+
     std::istream* _pStream = nullptr;
     const char* _pData = nullptr;
     std::size_t _left = 0;
+    std::size_t _size;
 };
 
 /// The attributes of the current element; names live in the name cache, slots keep their strings' capacity.
@@ -100,15 +123,15 @@ public:
     }
 
     int getLength() const override { return static_cast<int>(_count); }
-    const std::string& getURI(int i) const override { return at(i).pName->uri; }
-    const std::string& getLocalName(int i) const override { return at(i).pName->localName; }
-    const std::string& getQName(int i) const override { return at(i).pName->qname; }
+    const std::string& getURI(int i) const override { return at(i).pName->uri(); }
+    const std::string& getLocalName(int i) const override { return at(i).pName->localName(); }
+    const std::string& getQName(int i) const override { return at(i).pName->qname(); }
     const std::string& getType(int i) const override { return *at(i).pType; }
     const std::string& getValue(int i) const override { return at(i).value; }
 
     int getIndex(const std::string& uri, const std::string& localName) const override {
         for (std::size_t i = 0; i < _count; ++i) {
-            if (_slots[i].pName->localName == localName && _slots[i].pName->uri == uri) {
+            if (_slots[i].pName->localName() == localName && _slots[i].pName->uri() == uri) {
                 return static_cast<int>(i);
             }
         }
@@ -117,7 +140,7 @@ public:
 
     int getIndex(const std::string& qname) const override {
         for (std::size_t i = 0; i < _count; ++i) {
-            if (_slots[i].pName->qname == qname) {
+            if (_slots[i].pName->qname() == qname) {
                 return static_cast<int>(i);
             }
         }
@@ -463,12 +486,12 @@ void SAXParser::Driver::feed(XML_Parser pExpat, Input& input) {
     bool isFinal = false;
     while (!isFinal) {
         const std::size_t size = input.nextSize();
-        void* pBuffer = XML_GetBuffer(pExpat, static_cast<int>(std::max<std::size_t>(size, 1)));
+        void* pBuffer = XML_GetBuffer(pExpat, static_cast<int>(size));
         if (!pBuffer) {
             throw std::bad_alloc();
         }
-        const std::size_t count = input.read(static_cast<char*>(pBuffer), size);
-        isFinal = count < PIECE;
+        const std::size_t count = input.read(static_cast<char*>(pBuffer));
+        isFinal = count < size;
         if (XML_ParseBuffer(pExpat, static_cast<int>(count), isFinal) != XML_STATUS_OK) {
             if (_exception) {
                 std::rethrow_exception(_exception);
@@ -511,30 +534,30 @@ void SAXParser::Driver::guarded(void* pUser, Event&& event) {
 void SAXParser::Driver::startElement(const char* name, const char** attributes) {
     flushText();
     releaseHeld();
+    const NameCache::QName& element = _names.startElement(name);
     ContentHandler* pHandler = _parser._pContentHandler;
     if (!pHandler) {
         return;
     }
-    _names.beginEvent();
-    const NameCache::QName& element = _names.find(name);
     _attributes.clear();
     for (; *attributes; attributes += 2) {
-        const NameCache::QName& attribute = _names.find(*attributes);
-        if (!_parser._namespaces && (attribute.qname == "xmlns" || attribute.qname.starts_with("xmlns:"))) {
+        const NameCache::QName& attribute = _names.attribute(*attributes);
+        if (!_parser._namespaces &&
+            (attribute.qname() == "xmlns" || attribute.qname().starts_with("xmlns:"))) {
             continue;
         }
-        const std::string& type = _types.empty() ? CDATA_TYPE : declaredType(element.qname, attribute.qname);
+        const std::string& type =
+            _types.empty() ? CDATA_TYPE : declaredType(element.qname(), attribute.qname());
         _attributes.add(attribute, type, attributes[1]);
     }
-    pHandler->startElement(element.uri, element.localName, element.qname, _attributes);
+    pHandler->startElement(element.uri(), element.localName(), element.qname(), _attributes);
 }
 
 void SAXParser::Driver::endElement(const char* name) {
     flushText();
+    const NameCache::QName& element = _names.endElement(name);
     if (ContentHandler* pHandler = _parser._pContentHandler) {
-        _names.beginEvent();
-        const NameCache::QName& element = _names.find(name);
-        pHandler->endElement(element.uri, element.localName, element.qname);
+        pHandler->endElement(element.uri(), element.localName(), element.qname());
     }
 }
 
