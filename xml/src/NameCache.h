@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <deque>
 #include <list>
 #include <memory_resource>
 #include <string>
@@ -56,7 +55,7 @@ public:
     };
 
     /// A cache for keys with or without namespace parts.
-    explicit NameCache(bool namespaces) : _namespaces(namespaces), _slots(64) {}
+    explicit NameCache(bool namespaces) : _namespaces(namespaces), _slots(64) { _open.reserve(32); }
 
     /// The parts of the name of an element that begins. This and all other names are valid until the next
     /// element begins or ends.
@@ -157,7 +156,7 @@ private:
     QName** _pGuess = &_noGuess; // where it says which element begins next
     std::vector<QName*> _open;   // null without a place
     std::size_t _forgotten = 0;  // of these from the bottom the names are no longer there
-    std::deque<QName> _spill;
+    std::list<QName> _spill;
     std::size_t _spilled = 0;
 };
 

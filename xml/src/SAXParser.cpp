@@ -110,6 +110,8 @@ private:
 /// The attributes of the current element; names live in the name cache, slots keep their strings' capacity.
 class ParsedAttributes : public Attributes {
 public:
+    ParsedAttributes() { _slots.reserve(8); }
+
     void clear() { _count = 0; }
 
     void add(const NameCache::QName& name, const std::string& type, const char* value) {
@@ -282,6 +284,7 @@ public:
     Driver(SAXParser& parser, const std::string& publicId, const std::string& systemId)
         : _parser(parser), _names(parser._namespaces), _holding(parser._declarationsFirst) {
         _entities.push_back({nullptr, publicId, systemId});
+        _text.reserve(1000);
     }
 
     void run(Input input, const std::string& encoding);
