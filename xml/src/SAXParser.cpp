@@ -2,6 +2,7 @@
 #include "LegacyEncoding.h"
 #include "NameCache.h"
 #include "Tamo/Bugcheck.h"
+#include "Tamo/MemoryStream.h"
 #include "Tamo/URI.h"
 #include "Tamo/XML/Attributes.h"
 #include "Tamo/XML/ContentHandler.h"
@@ -36,10 +37,11 @@ const std::string CDATA_TYPE{"CDATA"};
 /// How many octets Expat gets at a time.
 constexpr std::size_t PIECE = 64 * 1024;
 
-/// An entity of up to so many octets goes to Expat in one piece when its size is known. That is a fifth
-/// faster: behind every piece but the last Expat counts lines and columns. Expat keeps a copy, hence the
-/// limit.
+/// An entity of fewer octets goes to Expat in one piece when its size is known. That is a fifth faster:
+/// behind every piece but the last Expat counts lines and columns. Expat keeps a copy of the piece, hence the
+/// limits.
 constexpr std::size_t MAX_WHOLE = 16 * 1024 * 1024;
+constexpr std::size_t MAX_WHOLE_IN_MEMORY = 64 * 1024 * 1024; // at most as much again as the caller has
 
 /// The longest run of text that one `characters` call delivers.
 constexpr std::size_t MAX_RUN = 64 * 1024;
@@ -56,8 +58,12 @@ using ParserPtr = std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)>;
 /// Octets from a stream or from memory.
 class Input {
 public:
-    explicit Input(std::istream& stream) : _pStream(&stream), _size(firstSize(available(stream))) {}
-    Input(const char* data, std::size_t size) : _pData(data), _left(size), _size(firstSize(size)) {}
+    explicit Input(std::istream& stream)
+        : _pStream(&stream),
+          _size(firstSize(available(stream),
+                          dynamic_cast<MemoryInputBuf*>(stream.rdbuf()) ? MAX_WHOLE_IN_MEMORY : MAX_WHOLE)) {}
+    Input(const char* data, std::size_t size)
+        : _pData(data), _left(size), _size(firstSize(size, MAX_WHOLE_IN_MEMORY)) {}
 
     /// How many octets to ask for.
     std::size_t nextSize() const { return _size; }
@@ -87,8 +93,8 @@ public:
 
 private:
     /// One octet more than there seem to be: the first read is to see the end.
-    static std::size_t firstSize(std::size_t available) {
-        return available < MAX_WHOLE ? available + 1 : PIECE;
+    static std::size_t firstSize(std::size_t available, std::size_t limit) {
+        return available < limit ? available + 1 : PIECE;
     }
 
     /// How many octets the stream says it has, in memory or in a file; for others the size of a piece.
