@@ -4,6 +4,8 @@
 #include "Tamo/FastInfoset/MapVocabulary.h"
 #include "Tamo/FastInfoset/VectorVocabulary.h"
 #include "Tamo/XML/NamespaceSupport.h"
+#include <array>
+#include <iterator>
 
 namespace Tamo::FastInfoset {
 
@@ -77,7 +79,6 @@ void DocumentVocabulary::reset() {
         return;
     }
     clear();
-    _vocabularies.resize(PREFIX);
     switch (_impl) {
     case VOC_VECTOR:
         create<VectorVocabulary<std::string>, VectorVocabulary<QualifiedNameEntry>>();
@@ -119,17 +120,31 @@ void DocumentVocabulary::clear() {
     _vocabularies.clear();
     _pElementVocabulary.reset();
     _pAttributeVocabulary.reset();
+    _pTables.reset();
     _ownTables = false;
 }
 
 template<class Strings, class Names>
+struct DocumentVocabulary::Tables : TableSet {
+    Names elements{ELEMENT_NAME_LIMIT};
+    Names attributes{ATTRIBUTE_NAME_LIMIT};
+    std::array<Strings, std::size(STRING_LIMITS)> strings{
+        Strings(STRING_LIMITS[0]), Strings(STRING_LIMITS[1]), Strings(STRING_LIMITS[2]),
+        Strings(STRING_LIMITS[3]), Strings(STRING_LIMITS[4]), Strings(STRING_LIMITS[5]),
+        Strings(STRING_LIMITS[6]), Strings(STRING_LIMITS[7])};
+};
+
+template<class Strings, class Names>
 void DocumentVocabulary::create() {
-    _pElementVocabulary = std::make_unique<Names>(ELEMENT_NAME_LIMIT);
-    _pAttributeVocabulary = std::make_unique<Names>(ATTRIBUTE_NAME_LIMIT);
+    auto pTables = std::make_unique<Tables<Strings, Names>>();
     _vocabularies.reserve(ELEMENT_NAME);
-    for (const unsigned long limit : STRING_LIMITS) {
-        _vocabularies.push_back(std::make_unique<Strings>(limit));
+    _vocabularies.resize(PREFIX);
+    for (Strings& table : pTables->strings) {
+        _vocabularies.emplace_back(&table, DeleteTable{true});
     }
+    _pElementVocabulary = NameTablePtr(&pTables->elements, DeleteTable{true});
+    _pAttributeVocabulary = NameTablePtr(&pTables->attributes, DeleteTable{true});
+    _pTables = std::move(pTables);
 }
 
 void DocumentVocabulary::init() {
@@ -158,7 +173,7 @@ unsigned int DocumentVocabulary::exists(ID vocabulary, const std::string& s, boo
 }
 
 void DocumentVocabulary::initialize(ID vocabulary, Vocabulary<std::string>* table) {
-    std::unique_ptr<StringTable> pTable(table);
+    StringTablePtr pTable(table);
     tamo_assert(vocabulary > DocumentVocabulary::ENCODING_ALGORITHM &&
                 vocabulary < DocumentVocabulary::ELEMENT_NAME);
     if (_vocabularies.size() <= static_cast<std::size_t>(vocabulary)) {
@@ -177,8 +192,10 @@ void DocumentVocabulary::copy(const DocumentVocabulary& other) {
     }
     _alphabets = other._alphabets;
     _encodings = other._encodings;
-    _pElementVocabulary.reset(other._pElementVocabulary ? other._pElementVocabulary->clone() : nullptr);
-    _pAttributeVocabulary.reset(other._pAttributeVocabulary ? other._pAttributeVocabulary->clone() : nullptr);
+    _pElementVocabulary =
+        NameTablePtr(other._pElementVocabulary ? other._pElementVocabulary->clone() : nullptr);
+    _pAttributeVocabulary =
+        NameTablePtr(other._pAttributeVocabulary ? other._pAttributeVocabulary->clone() : nullptr);
     _ownTables = other._ownTables;
 }
 
@@ -196,8 +213,8 @@ DocumentVocabulary DocumentVocabulary::operator-(const DocumentVocabulary& doc) 
         ++itDoc;
     }
     result._alphabets = _alphabets - doc._alphabets;
-    result._pElementVocabulary.reset(elementVocabulary().subtract(doc.elementVocabulary()));
-    result._pAttributeVocabulary.reset(attributeVocabulary().subtract(doc.attributeVocabulary()));
+    result._pElementVocabulary = NameTablePtr(elementVocabulary().subtract(doc.elementVocabulary()));
+    result._pAttributeVocabulary = NameTablePtr(attributeVocabulary().subtract(doc.attributeVocabulary()));
     return result;
 }
 

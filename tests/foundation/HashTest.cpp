@@ -1,4 +1,5 @@
 #include "Tamo/Hash.h"
+#include "Tamo/HashKey.h"
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <vector>
@@ -29,4 +30,33 @@ TEST(Hash, SpreadsSimilarNamesOverATable) {
         EXPECT_LT(std::count(load.begin(), load.end(), 0), 45) << prefix;
         EXPECT_LT(*std::max_element(load.begin(), load.end()), 22) << prefix;
     }
+}
+
+TEST(HashKey, HoldsShortTextsAndTellsLongOnesApart) {
+    std::string text("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOP");
+    for (std::size_t size = 0; size <= text.size(); ++size) {
+        const std::string part(text, 0, size);
+        const HashKey key = HashKey::of(part);
+        EXPECT_EQ(HashKey::isExact(size), size <= 16);
+        EXPECT_TRUE(key == HashKey::of(std::string_view(text).substr(0, size)));
+        if (HashKey::isExact(size)) {
+            char octets[HashKey::MOST_EXACT];
+            key.copyTo(octets);
+            EXPECT_EQ(std::string(octets, sizeof(octets)), part + std::string(16 - size, '\0'));
+            EXPECT_FALSE(key.hasNul(size)) << size;
+        }
+        for (std::size_t i = 0; i < size; ++i) {
+            std::string changed(part);
+            changed[i] = '\0';
+            EXPECT_FALSE(key == HashKey::of(changed)) << size << ' ' << i;
+            EXPECT_NE(key.hash(), HashKey::of(changed).hash()) << size << ' ' << i;
+            EXPECT_TRUE(!HashKey::isExact(size) || HashKey::of(changed).hasNul(size)) << size << ' ' << i;
+        }
+    }
+    std::vector<int> load(1024);
+    for (int i = 0; i < 4096; ++i) {
+        ++load[HashKey::of(std::to_string(i)).hash() >> 54];
+    }
+    EXPECT_LT(std::count(load.begin(), load.end(), 0), 45);
+    EXPECT_LT(*std::max_element(load.begin(), load.end()), 22);
 }

@@ -11,8 +11,11 @@
 #if defined(__GNUC__)
 /// Part of the interface of a shared library.
 #define TAMO_API __attribute__((visibility("default")))
+/// A function that its callers are built around: inline whatever the compiler's own measure says.
+#define TAMO_ALWAYS_INLINE inline __attribute__((always_inline))
 #else
 #define TAMO_API
+#define TAMO_ALWAYS_INLINE inline
 #endif
 
 #endif

@@ -5,6 +5,7 @@
 #include "Tamo/FastInfoset/DecodingAlgorithm.h"
 #include "Tamo/FastInfoset/DocumentRestrictedAlphabet.h"
 #include "Tamo/FastInfoset/EncodingAlgorithm.h"
+#include "Tamo/FastInfoset/IndexedVocabulary.h"
 #include "Tamo/FastInfoset/QualifiedNameVocabulary.h"
 #include "Tamo/FastInfoset/Vocabulary.h"
 #include <memory>
@@ -92,6 +93,20 @@ public:
         return *_vocabularies[voc];
     }
 
+    /// The table of strings for id as what finds its values without virtual calls; null for a table of
+    /// another kind and when tables have been replaced.
+    IndexedVocabulary<std::string>* indexedVocabulary(ID voc) {
+        return isSearchable() ? static_cast<IndexedVocabulary<std::string>*>(_vocabularies[voc].get())
+                              : nullptr;
+    }
+
+    /// The table of element or attribute names in the same way.
+    IndexedVocabulary<QualifiedNameEntry>* indexedNames(bool isElement) {
+        return isSearchable() ? static_cast<IndexedVocabulary<QualifiedNameEntry>*>(
+                                    (isElement ? _pElementVocabulary : _pAttributeVocabulary).get())
+                              : nullptr;
+    }
+
     /// The string at index of a table of strings.
     const std::string& value(ID vocabulary, unsigned int index) const;
 
@@ -153,10 +168,33 @@ private:
     using StringTable = Vocabulary<std::string>;
     using NameTable = Vocabulary<QualifiedNameEntry>;
 
+    // Tables that were made together, in one piece of memory.
+    struct TableSet {
+        virtual ~TableSet() = default;
+    };
+    template<class Strings, class Names>
+    struct Tables;
+
+    // A table of a set is deleted with the set.
+    struct DeleteTable {
+        DeleteTable() noexcept : isOfSet(false) {}
+        explicit DeleteTable(bool ofSet) noexcept : isOfSet(ofSet) {}
+        template<class T>
+        void operator()(Vocabulary<T>* pTable) const {
+            if (!isOfSet) {
+                delete pTable;
+            }
+        }
+        bool isOfSet;
+    };
+    using StringTablePtr = std::unique_ptr<StringTable, DeleteTable>;
+    using NameTablePtr = std::unique_ptr<NameTable, DeleteTable>;
+
     template<class Strings, class Names>
     void create();
     void init();
     void copy(const DocumentVocabulary& other);
+    bool isSearchable() const noexcept { return _ownTables && _impl != VOC_VECTOR; }
     void checkTable(ID voc) const {
         tamo_assert(voc > DocumentVocabulary::ENCODING_ALGORITHM && voc < DocumentVocabulary::ELEMENT_NAME);
         tamo_assert(voc < _vocabularies.size());
@@ -164,12 +202,13 @@ private:
     }
 
     VocabularyImpl _impl = VOC_HASH;
-    std::vector<std::unique_ptr<StringTable>> _vocabularies;
+    std::unique_ptr<TableSet> _pTables; // null when no table is of a set
+    std::vector<StringTablePtr> _vocabularies;
     DocumentRestrictedAlphabet _alphabets;
     EncodingAlgorithm _encodings;
     DecodingAlgorithm _decodings;
-    std::unique_ptr<NameTable> _pElementVocabulary;
-    std::unique_ptr<NameTable> _pAttributeVocabulary;
+    NameTablePtr _pElementVocabulary;
+    NameTablePtr _pAttributeVocabulary;
     std::string _uri;
     bool _ownTables = false; // every table was built here with its own limit, so that reset() may keep it
 };

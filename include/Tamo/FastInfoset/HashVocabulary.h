@@ -24,7 +24,7 @@ public:
     /// A table with its placeholder that accepts size entries (at least 1).
     explicit HashVocabulary(unsigned long size = DEFAULT_SIZE) : IndexedVocabulary<T>(size) {
         tamo_assert(size > 0);
-        this->_index.push_back(T());
+        this->_index.pushPlaceholder();
     }
 
     /// A table without placeholder that accepts size entries.

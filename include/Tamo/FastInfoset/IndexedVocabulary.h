@@ -6,37 +6,56 @@
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/ValueIndex.h"
 #include "Tamo/FastInfoset/Vocabulary.h"
-#include "Tamo/Types.h"
+#include "Tamo/HashKey.h"
 #include <cstddef>
 
 namespace Tamo::FastInfoset {
 
 /// A table that finds its values: what MapVocabulary and HashVocabulary have in common.
 ///
-/// The storage for searching is allocated with the first real value and grows with the entries, so an unused
+/// The storage for searching is allocated with the first values and grows with the entries, so an unused
 /// table costs nothing whatever its limit. Used by one thread at a time.
 template<class T>
 class TAMO_API IndexedVocabulary : public Vocabulary<T> {
 public:
+    using Found = typename ValueIndex<T>::Found;
+
     unsigned int index(const T& value, bool& found) override {
-        const UInt32 h = ValueIndex<T>::hashOf(value);
-        const unsigned int known = find(value, h);
-        found = known != Vocabulary<T>::NOT_FOUND;
-        if (found) {
-            return known;
-        }
-        if (this->_index.size() >= _limit) {
-            throw PoolOverflowException("Vocabulary hash table full");
-        }
-        this->_index.push_back(value);
-        _values.insertLast(this->_index, h);
-        return static_cast<unsigned int>(this->_index.size() - 1);
+        const HashKey key = ValueIndex<T>::keyOf(value);
+        const Found known = find(value, key);
+        found = known.index != Vocabulary<T>::NOT_FOUND;
+        return found ? known.index : append(value, key, known);
     }
 
     unsigned int exists(const T& value, bool& found) const override {
-        const unsigned int known = find(value, ValueIndex<T>::hashOf(value));
-        found = known != Vocabulary<T>::NOT_FOUND;
-        return known;
+        const Found known = find(value, ValueIndex<T>::keyOf(value));
+        found = known.index != Vocabulary<T>::NOT_FOUND;
+        return known.index;
+    }
+
+    /// The index of value, whose key is key, or NOT_FOUND with the place for append(). No virtual calls; of a
+    /// table of strings the value may be a std::string_view.
+    template<class U>
+    TAMO_ALWAYS_INLINE Found find(const U& value, HashKey key) const {
+        return _values.find(this->_index, value, key);
+    }
+
+    /// Adds a value that find() has just not found, and returns its index; PoolOverflowException "Vocabulary
+    /// hash table full" when there is a limit.
+    template<class U>
+    unsigned int append(const U& value, HashKey key, Found notFound) {
+        if (this->_index.size() >= _limit) {
+            throw PoolOverflowException("Vocabulary hash table full");
+        }
+        const std::size_t i = this->_index.size();
+        this->_index.emplace_back(value);
+        try {
+            _values.insertLast(this->_index, key, ValueIndex<T>::sizeOf(value), notFound.place);
+        } catch (...) {
+            this->_index.truncate(i);
+            throw;
+        }
+        return static_cast<unsigned int>(i);
     }
 
     const T& value(unsigned int idx) const override {
@@ -50,7 +69,7 @@ public:
 
     void reset() override {
         this->_index.truncate(0);
-        this->_index.push_back(T());
+        this->_index.pushPlaceholder();
         _values.clear();
     }
 
@@ -75,14 +94,6 @@ protected:
     std::size_t limit() const noexcept { return _limit; }
 
 private:
-    // The placeholder alone is not worth a hash table.
-    unsigned int find(const T& value, UInt32 h) const {
-        if (this->_index.size() == 1) {
-            return this->_index[0] == value ? 0 : Vocabulary<T>::NOT_FOUND;
-        }
-        return _values.find(this->_index, value, h);
-    }
-
     ValueIndex<T> _values;
     std::size_t _limit;
 };

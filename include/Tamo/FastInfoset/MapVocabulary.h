@@ -18,7 +18,7 @@ public:
 
     /// A table with its placeholder; the size hint is not used.
     explicit MapVocabulary(unsigned long = 0) : MapVocabulary(DontInitialize()) {
-        this->_index.push_back(T());
+        this->_index.pushPlaceholder();
     }
 
     /// A table without placeholder.

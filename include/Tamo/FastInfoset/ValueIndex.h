@@ -2,28 +2,40 @@
 #define TAMO_FASTINFOSET_VALUEINDEX_H
 
 #include "Tamo/Export.h"
+#include "Tamo/FastInfoset/QualifiedNameVocabulary.h"
 #include "Tamo/FastInfoset/VerbTable.h"
 #include "Tamo/Hash.h"
+#include "Tamo/HashKey.h"
 #include "Tamo/Types.h"
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <map>
+#include <memory>
 #include <string>
-#include <type_traits>
-#include <vector>
+#include <string_view>
+#include <utility>
 
 namespace Tamo::FastInfoset {
 
 /// Finds the values of a VerbTable: from a value to its index.
 ///
-/// A hash table with open addressing that holds indexes; the values stay in the table, which every operation
-/// is given. It is empty until the first insertion and grows with the values. A search looks at MOST_PROBES
-/// slots at most; values that find no slot within so many go to an ordered map, so that strings chosen for
-/// equal hashes cost no more than a logarithm each. Used by one thread at a time.
+/// A hash table with open addressing that holds keys and indexes; the values stay in the table, which every
+/// operation is given. A few values are looked through one by one, so that a small table costs no storage
+/// here. A search looks at MOST_PROBES slots at most; values that find no slot within so many go to an
+/// ordered map, so that strings chosen for equal hashes cost no more than a logarithm each. Used by one
+/// thread at a time.
 template<class T>
 class TAMO_API ValueIndex {
 public:
     /// What find() returns for an absent value.
     static constexpr unsigned int NOT_FOUND = 0xFFFFFFFF;
+
+    /// Where a value is: its index, or NOT_FOUND and where insertLast() would put it.
+    struct Found {
+        unsigned int index = NOT_FOUND;
+        std::size_t place = 0;
+    };
 
     ValueIndex() = default;
     ValueIndex(const ValueIndex&) = delete;
@@ -31,134 +43,211 @@ public:
 
     /// Becomes the index of values, a copy of the table that other is the index of.
     void copy(const ValueIndex& other, const VerbTable<T>& values) {
-        if (other._crowded.empty()) {
-            _slots = other._slots;
-            _crowded.clear();
-        } else {
-            rebuild(values);
+        clear();
+        if (other._pSlots) {
+            allot(other._mask + 1);
+            enter(values, values.size());
         }
     }
 
-    /// The hash that the other operations take.
-    static UInt32 hashOf(const T& value) {
-        using Tamo::hash;
-        return hash(value);
+    /// The key and the size of a value, which the other operations take. A name's key says all.
+    static HashKey keyOf(const QualifiedNameEntry& name) noexcept {
+        return {UInt64{name.prefixId()} << 32 | name.namespaceId(), name.localNameId()};
+    }
+    static HashKey keyOf(std::string_view text) noexcept { return HashKey::of(text); }
+    static UInt32 sizeOf(const QualifiedNameEntry&) noexcept { return 0; }
+    static UInt32 sizeOf(std::string_view text) noexcept {
+        return static_cast<UInt32>(std::min<std::size_t>(text.size(), 0xFFFFFFFF));
     }
 
-    /// The index of value, whose hash is h, in values.
-    unsigned int find(const VerbTable<T>& values, const T& value, UInt32 h) const {
-        if (_slots.empty()) [[unlikely]] {
-            return NOT_FOUND;
+    /// Where value, whose key is key, is in values; value is a T or what compares with one.
+    template<class U>
+    TAMO_ALWAYS_INLINE Found find(const VerbTable<T>& values, const U& value, HashKey key) const {
+        if (!_pSlots) [[unlikely]] {
+            return {scan(values, value), 0};
         }
-        std::size_t i = home(h);
-        for (std::size_t probes = 0; probes < MOST_PROBES; ++probes) {
-            const Slot& slot = _slots[i];
-            if (slot.hash == h && slot.index != NOT_FOUND && equal(*values.find(slot.index), value)) {
-                return slot.index;
-            }
-            if (slot.index == NOT_FOUND) {
-                return NOT_FOUND;
-            }
-            i = (i + 1) & (_slots.size() - 1);
+        const std::size_t place = home(key);
+        const Slot& slot = _pSlots[place];
+        const UInt32 size = sizeOf(value);
+        if (slot.holds(key, size) && HashKey::isExact(size)) [[likely]] {
+            return {slot.number - 1, place}; // of the empty slot as well, whose key is the empty text's
         }
-        const auto it = _crowded.find(&value);
-        return it == _crowded.end() ? NOT_FOUND : it->second;
+        if (slot.number == 0) {
+            return {NOT_FOUND, place};
+        }
+        return findFurther(values, value, key, place);
     }
 
-    /// Enters the last value of values, which must not be there yet.
-    void insertLast(const VerbTable<T>& values, UInt32 h) {
-        // At most three quarters of the slots are ever taken, so that probe sequences stay short.
-        if (_slots.empty()) [[unlikely]] {
-            rebuild(values);
+    /// Enters the last value of values, which find() has just not found, with its key, size and place;
+    /// changes nothing when it throws.
+    void insertLast(const VerbTable<T>& values, HashKey key, UInt32 size, std::size_t place) {
+        if (values.size() > _most) [[unlikely]] {
+            grow(values, key, size);
+        } else if (!_pSlots) {
             return;
-        }
-        if (values.size() * 4 > _slots.size() * 3) [[unlikely]] {
-            grow(values);
-        }
-        insert(values, h, values.size() - 1);
-    }
-
-    /// Forgets everything; the storage of a small table is kept.
-    void clear() noexcept {
-        if (_slots.capacity() > MOST_SLOTS_KEPT) {
-            _slots = std::vector<Slot>();
+        } else if (place != NO_PLACE) [[likely]] {
+            put(place, key, size, values.size());
         } else {
-            _slots.clear();
+            crowd(values, values.size());
         }
-        _crowded.clear();
     }
 
-    /// Enters all of values anew; of equal ones the first.
-    void rebuild(const VerbTable<T>& values) {
-        std::size_t size = FIRST_SLOTS;
-        while (values.size() * 4 > size * 3) {
-            size *= 2;
-        }
-        _slots.assign(size, Slot());
-        _crowded.clear();
-        for (std::size_t i = 0; i < values.size(); ++i) {
-            insert(values, hashOf(values[i]), i);
-        }
+    /// Forgets everything.
+    void clear() noexcept {
+        _pSlots.reset();
+        _most = MOST_SCANNED;
+        _pCrowded.reset();
     }
 
 private:
+    // A key with its value's size and number in the table, from 1 on; empty without a number.
     struct Slot {
-        UInt32 hash = 0;
-        unsigned int index = NOT_FOUND;
+        bool holds(HashKey other, UInt32 otherSize) const noexcept {
+            return key == other && size == otherSize;
+        }
+
+        HashKey key{0, 0};
+        UInt32 size = 0;
+        UInt32 number = 0;
     };
 
     // The keys point at the stored values, which never move.
     struct Less {
+        using is_transparent = void;
         bool operator()(const T* a, const T* b) const { return *a < *b; }
+        template<class U>
+        bool operator()(const T* a, const U& b) const {
+            return *a < b;
+        }
+        template<class U>
+        bool operator()(const U& a, const T* b) const {
+            return a < *b;
+        }
     };
 
-    static constexpr std::size_t FIRST_SLOTS = 64;
-    static constexpr std::size_t MOST_SLOTS_KEPT = 4096;
+    using Crowded = std::map<const T*, UInt32, Less>;
+
+    static constexpr std::size_t NO_PLACE = ~std::size_t{0};
+    static constexpr std::size_t MOST_SCANNED = 4;
+    static constexpr std::size_t FIRST_SLOTS = 32;
+    static constexpr std::size_t FEW_SLOTS = 32;
+    static constexpr std::size_t MANY_SLOTS = 1 << 17;
     static constexpr std::size_t MOST_PROBES = 64;
 
-    // The slot count is a power of two; the multiplier spreads hashes that differ in few bits.
-    std::size_t home(UInt32 h) const noexcept {
-        return static_cast<std::size_t>(h * UInt64{0x9E3779B97F4A7C15} >> 24) & (_slots.size() - 1);
-    }
+    // The slot count is a power of two.
+    std::size_t home(HashKey key) const noexcept { return static_cast<std::size_t>(key.hash() >> _shift); }
 
-    static bool equal(const T& a, const T& b) noexcept {
-        if constexpr (std::is_same_v<T, std::string>) {
-            return equalText(a, b);
-        } else {
-            return a == b;
-        }
-    }
+    std::size_t behind(std::size_t place) const noexcept { return (place + 1) & _mask; }
 
-    // Twice the slots. The hashes are kept in the slots, so that no value has to be looked at.
-    void grow(const VerbTable<T>& values) {
-        std::vector<Slot> old(_slots.size() * 2);
-        old.swap(_slots);
-        for (const Slot& slot : old) {
-            if (slot.index != NOT_FOUND) {
-                insert(values, slot.hash, slot.index);
+    static bool equal(const std::string& a, std::string_view b) noexcept { return equalText(a, b); }
+    static bool equal(const QualifiedNameEntry& a, const QualifiedNameEntry& b) noexcept { return a == b; }
+
+    template<class U>
+    static unsigned int scan(const VerbTable<T>& values, const U& value) noexcept {
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            if (equal(*values.find(i), value)) {
+                return static_cast<unsigned int>(i);
             }
         }
-        std::map<const T*, unsigned int, Less> crowded;
-        crowded.swap(_crowded);
-        for (const auto& [pValue, index] : crowded) {
-            insert(values, hashOf(*pValue), index);
-        }
+        return NOT_FOUND;
     }
 
-    void insert(const VerbTable<T>& values, UInt32 h, std::size_t index) {
-        std::size_t i = home(h);
+    template<class U>
+    Found findFurther(const VerbTable<T>& values, const U& value, HashKey key, std::size_t place) const {
+        const UInt32 size = sizeOf(value);
         for (std::size_t probes = 0; probes < MOST_PROBES; ++probes) {
-            if (_slots[i].index == NOT_FOUND) {
-                _slots[i] = Slot{h, static_cast<unsigned int>(index)};
+            const Slot& slot = _pSlots[place];
+            if (slot.number == 0) {
+                return {NOT_FOUND, place};
+            }
+            if (slot.holds(key, size) &&
+                (HashKey::isExact(size) || equal(*values.find(slot.number - 1), value))) {
+                return {slot.number - 1, place};
+            }
+            place = behind(place);
+        }
+        if (_pCrowded) {
+            const auto it = _pCrowded->find(value);
+            if (it != _pCrowded->end()) {
+                return {it->second - 1, NO_PLACE};
+            }
+        }
+        return {NOT_FOUND, NO_PLACE};
+    }
+
+    void put(std::size_t place, HashKey key, UInt32 size, std::size_t number) {
+        _pSlots[place] = Slot{key, size, static_cast<UInt32>(number)};
+    }
+
+    void insert(const VerbTable<T>& values, HashKey key, UInt32 size, std::size_t number) {
+        std::size_t place = home(key);
+        for (std::size_t probes = 0; probes < MOST_PROBES; ++probes) {
+            if (_pSlots[place].number == 0) {
+                put(place, key, size, number);
                 return;
             }
-            i = (i + 1) & (_slots.size() - 1);
+            place = behind(place);
         }
-        _crowded.emplace(values.find(index), static_cast<unsigned int>(index));
+        crowd(values, number);
     }
 
-    std::vector<Slot> _slots;
-    std::map<const T*, unsigned int, Less> _crowded;
+    void crowd(const VerbTable<T>& values, std::size_t number) {
+        if (!_pCrowded) {
+            _pCrowded = std::make_unique<Crowded>();
+        }
+        _pCrowded->emplace(values.find(number - 1), static_cast<UInt32>(number));
+    }
+
+    // Few slots are filled up to three quarters and many as well; where all slots are in the processor's
+    // caches and yet more than a handful, room makes the search shorter.
+    void allot(std::size_t slots) {
+        _pSlots = std::make_unique<Slot[]>(slots);
+        _mask = slots - 1;
+        _shift = 64 - std::countr_zero(slots);
+        _most = slots > FEW_SLOTS && slots < MANY_SLOTS ? slots / 2 : slots / 4 * 3;
+    }
+
+    // Enters the first count of values anew; of equal ones the first.
+    void enter(const VerbTable<T>& values, std::size_t count) {
+        for (std::size_t i = 0; i < count; ++i) {
+            insert(values, keyOf(*values.find(i)), sizeOf(*values.find(i)), i + 1);
+        }
+    }
+
+    // More slots, for the last of values, whose key is key, as well. The other keys are in the slots, so that
+    // no value has to be looked at.
+    void grow(const VerbTable<T>& values, HashKey key, UInt32 size) {
+        ValueIndex wider;
+        if (!_pSlots) {
+            wider.allot(FIRST_SLOTS);
+            wider.enter(values, values.size() - 1);
+        } else {
+            const std::size_t slots = _mask + 1;
+            wider.allot(slots * (slots < MANY_SLOTS / 8 ? 4 : 2));
+            for (const Slot* pSlot = _pSlots.get(); pSlot != _pSlots.get() + slots; ++pSlot) {
+                if (pSlot->number != 0) {
+                    wider.insert(values, pSlot->key, pSlot->size, pSlot->number);
+                }
+            }
+            if (_pCrowded) {
+                for (const auto& [pValue, number] : *_pCrowded) {
+                    wider.insert(values, keyOf(*pValue), sizeOf(*pValue), number);
+                }
+            }
+        }
+        wider.insert(values, key, size, values.size());
+        _pSlots.swap(wider._pSlots);
+        _pCrowded.swap(wider._pCrowded);
+        _mask = wider._mask;
+        _shift = wider._shift;
+        _most = wider._most;
+    }
+
+    std::unique_ptr<Slot[]> _pSlots; // null while the values are few
+    std::size_t _mask = 0;           // the number of slots less one
+    int _shift = 0;
+    std::size_t _most = MOST_SCANNED;   // values for which the slots are enough
+    std::unique_ptr<Crowded> _pCrowded; // null when every value has a slot
 };
 
 } // namespace Tamo::FastInfoset

@@ -1,9 +1,10 @@
 #ifndef TAMO_FASTINFOSET_VERBTABLE_H
 #define TAMO_FASTINFOSET_VERBTABLE_H
 
+#include "Tamo/Bugcheck.h"
 #include "Tamo/Exception.h"
 #include "Tamo/Export.h"
-#include <array>
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <memory>
@@ -31,37 +32,52 @@ public:
     VerbTable() = default;
 
     VerbTable(const VerbTable& other) : VerbTable() {
+        if (other.holdsPlaceholderOnly()) {
+            pushPlaceholder();
+            return;
+        }
         for (std::size_t i = 0; i < other._size; ++i) {
             push_back(*other.find(i));
         }
     }
 
-    VerbTable(VerbTable&& other) noexcept
-        : _blocks(std::exchange(other._blocks, {})),
-          _size(std::exchange(other._size, 0)),
-          _constructed(std::exchange(other._constructed, 0)) {}
+    VerbTable(VerbTable&& other) noexcept : VerbTable() { take(other); }
 
     VerbTable& operator=(VerbTable other) noexcept {
-        std::swap(_blocks, other._blocks);
-        std::swap(_size, other._size);
-        std::swap(_constructed, other._constructed);
+        release(0);
+        take(other);
         return *this;
     }
 
     ~VerbTable() { release(0); }
 
     /// Appends a value.
-    void push_back(const T& value) {
-        if (_size < _constructed) {
-            *slot(_size) = value; // what truncate() has left: a string's storage is used again
+    void push_back(const T& value) { emplace_back(value); }
+
+    /// Appends an empty value; as the first and only one it costs no storage.
+    void pushPlaceholder() {
+        if (_blockCount != 0) {
+            emplace_back(T());
         } else {
-            const std::size_t block = blockOf(_size);
-            if (block == MOST_BLOCKS || !_blocks[block]) [[unlikely]] {
-                addBlock(block);
-            }
-            std::construct_at(slot(_size), value);
+            tamo_assert(_size == 0);
+            _blocks[0] = const_cast<T*>(&placeholder()); // never written to: it is in no block
+            _size = 1;
+        }
+    }
+
+    /// Appends a value that is made of another type's.
+    template<class U>
+    void emplace_back(const U& value) {
+        if (_pNext == _pEnd) [[unlikely]] {
+            openBlock();
+        }
+        if (_size < _constructed) [[unlikely]] {
+            *_pNext = value; // what truncate() has left: a string's storage is used again
+        } else {
+            std::construct_at(_pNext, value);
             ++_constructed;
         }
+        ++_pNext;
         ++_size;
     }
 
@@ -103,6 +119,8 @@ public:
             }
         }
         _size = count;
+        _pNext = nullptr;
+        _pEnd = nullptr;
     }
 
 private:
@@ -120,11 +138,44 @@ private:
         return _blocks[block] + (i + FIRST_BLOCK - capacityOf(block));
     }
 
-    void addBlock(std::size_t block) {
-        if (block == MOST_BLOCKS) {
+    static const T& placeholder() {
+        static const T EMPTY{};
+        return EMPTY;
+    }
+
+    bool holdsPlaceholderOnly() const noexcept { return _size == 1 && _constructed == 0; }
+
+    // Moves the contents of other here, where there are none.
+    void take(VerbTable& other) noexcept {
+        std::copy_n(other._blocks, std::max(other._blockCount, std::min<std::size_t>(other._size, 1)),
+                    _blocks);
+        _blockCount = std::exchange(other._blockCount, 0);
+        _size = std::exchange(other._size, 0);
+        _constructed = std::exchange(other._constructed, 0);
+        _pNext = std::exchange(other._pNext, nullptr);
+        _pEnd = std::exchange(other._pEnd, nullptr);
+    }
+
+    // Goes to where the next value stands, in a new block if need be.
+    void openBlock() {
+        const std::size_t block = blockOf(_size);
+        if (block == _blockCount) {
+            addBlock();
+        }
+        _pNext = slot(_size);
+        _pEnd = _blocks[block] + capacityOf(block);
+    }
+
+    void addBlock() {
+        if (_blockCount == MOST_BLOCKS) {
             throw PoolOverflowException("Vocabulary table full");
         }
-        _blocks[block] = std::allocator<T>().allocate(capacityOf(block));
+        T* const pBlock = std::allocator<T>().allocate(capacityOf(_blockCount));
+        if (holdsPlaceholderOnly()) {
+            std::construct_at(pBlock);
+            _constructed = 1;
+        }
+        _blocks[_blockCount++] = pBlock;
     }
 
     // Destroys the values from count on and frees the blocks that hold nothing else.
@@ -132,17 +183,18 @@ private:
         while (_constructed > count) {
             std::destroy_at(slot(--_constructed));
         }
-        for (std::size_t block = 0; block < MOST_BLOCKS && _blocks[block]; ++block) {
-            if (capacityOf(block) - FIRST_BLOCK >= count) {
-                std::allocator<T>().deallocate(_blocks[block], capacityOf(block));
-                _blocks[block] = nullptr;
-            }
+        while (_blockCount != 0 && capacityOf(_blockCount - 1) - FIRST_BLOCK >= count) {
+            --_blockCount;
+            std::allocator<T>().deallocate(_blocks[_blockCount], capacityOf(_blockCount));
         }
     }
 
-    std::array<T*, MOST_BLOCKS> _blocks{};
+    T* _blocks[MOST_BLOCKS]; // the first _blockCount, or the placeholder's alone
+    std::size_t _blockCount = 0;
     std::size_t _size = 0;
     std::size_t _constructed = 0; // values beyond _size are left from before truncate()
+    T* _pNext = nullptr;          // where the next value goes, unless it is _pEnd
+    T* _pEnd = nullptr;           // of the block
 };
 
 } // namespace Tamo::FastInfoset
