@@ -12,15 +12,10 @@ namespace {
     throw IOException("error while writing Fast Infoset document to stream");
 }
 
-// Whether octets may be handed to the stream's buffer directly: nothing that std::ostream::write does around
-// the transfer is then missed.
-bool isPlain(std::ostream& stream) {
-    return !stream.tie() && !(stream.flags() & std::ios_base::unitbuf) && stream.rdbuf();
-}
-
 } // namespace
 
-BitStreamWriter::BitStreamWriter(std::ostream& ostr, bool fillBit) : _pStream(&ostr), _fillBit(fillBit) {}
+BitStreamWriter::BitStreamWriter(std::ostream& ostr, bool fillBit)
+    : _pStream(&ostr), _pIos(&ostr), _fillBit(fillBit) {}
 
 BitStreamWriter::~BitStreamWriter() {
     try {
@@ -39,18 +34,18 @@ void BitStreamWriter::appendOctets(UInt64 value, int numOfBits) {
     const auto pending = static_cast<unsigned char>(_octet);
     const UInt64 bits = (static_cast<UInt64>(pending >> (8 - _pendingBits)) << numOfBits) | (value & mask);
     int count = _pendingBits + numOfBits;
-    char octets[8];
+    char octets[8] = {};
     std::size_t size = 0;
     while (count >= 8) {
         count -= 8;
         octets[size++] = static_cast<char>(bits >> count);
     }
     _pendingBits = count;
-    _octet = static_cast<char>(bits << (8 - count));
-    if (count == 0) {
-        _octet = 0;
-    }
-    if (size != 0) {
+    _octet = count == 0 ? '\0' : static_cast<char>(bits << (8 - count));
+    if (char* const pRoom = roomInStream(sizeof(octets))) {
+        std::memcpy(pRoom, octets, sizeof(octets)); // what is too much is overwritten by what follows
+        advanceStream(size);
+    } else {
         writeToStream(octets, static_cast<std::streamsize>(size));
     }
 }
@@ -84,51 +79,42 @@ void BitStreamWriter::writeUnaligned(const char* data, std::size_t n) {
     }
 }
 
-void BitStreamWriter::complete(bool fillBit) {
-    if (_pendingBits != 0) {
-        const int missing = 8 - _pendingBits;
-        append(fillBit ? Utility::lowBitMask[missing] : 0u, missing);
+bool BitStreamWriter::synchronise() noexcept {
+    try {
+        return _pIos->rdbuf()->pubsync() != -1;
+    } catch (...) {
+        return false;
     }
-    flush();
 }
 
-void BitStreamWriter::flush() {
-    std::ostream& stream = *_pStream;
-    if (!isPlain(stream) || !stream.good()) {
-        stream.flush();
-    } else {
-        bool complete = false;
-        try {
-            complete = stream.rdbuf()->pubsync() != -1;
-        } catch (...) {
-            complete = false;
-        }
-        if (!complete) {
-            stream.setstate(std::ios_base::badbit);
-        }
-    }
-    if (!stream.good()) {
+void BitStreamWriter::flushStream() {
+    _pStream->flush();
+    if (!_pIos->good()) {
         throwWriteError();
     }
 }
 
-void BitStreamWriter::writeToStream(const char* data, std::streamsize n) {
-    std::ostream& stream = *_pStream;
-    if (!isPlain(stream)) {
-        stream.write(data, n);
-    } else if (stream.good()) {
+void BitStreamWriter::failStream() {
+    _pIos->setstate(std::ios_base::badbit);
+    throwWriteError();
+}
+
+void BitStreamWriter::transfer(const char* data, std::streamsize n) {
+    if (!isPlain() || !_pIos->rdbuf()) {
+        _pStream->write(data, n);
+    } else if (_pIos->good()) {
         bool complete = false;
         try {
-            complete = n == 1 ? stream.rdbuf()->sputc(*data) != std::streambuf::traits_type::eof()
-                              : stream.rdbuf()->sputn(data, n) == n;
+            complete = n == 1 ? _pIos->rdbuf()->sputc(*data) != std::streambuf::traits_type::eof()
+                              : _pIos->rdbuf()->sputn(data, n) == n;
         } catch (...) {
             complete = false;
         }
         if (!complete) {
-            stream.setstate(std::ios_base::badbit);
+            failStream();
         }
     }
-    if (!stream.good()) {
+    if (!_pIos->good()) {
         throwWriteError();
     }
 }

@@ -12,7 +12,6 @@
 #include "Tamo/FastInfoset/LongEncoding.h"
 #include "Tamo/FastInfoset/NullEncoding.h"
 #include "Tamo/FastInfoset/ShortEncoding.h"
-#include "Tamo/FastInfoset/StringDecoder.h"
 #include "Tamo/FastInfoset/UUIDEncoding.h"
 #include "Tamo/XML/AttributesImpl.h"
 #include "Tamo/XML/Name.h"
@@ -27,9 +26,11 @@ namespace {
 
 using XML::NamespaceSupport;
 
+const std::string EMPTY;
+
 const XML::Attributes& emptyAttributes() {
-    static const XML::AttributesImpl EMPTY;
-    return EMPTY;
+    static const XML::AttributesImpl NONE;
+    return NONE;
 }
 
 void requirePosition(bool holds, const char* message) {
@@ -115,8 +116,8 @@ EncodingAlgorithm& FastInfosetWriter::encodingAlgorithms() {
 
 void FastInfosetWriter::forgetNames() noexcept {
     _elementNames.clear();
-    _attributeNames.clear();
-    _prefixedAttributeNames.clear();
+    _plainNames.clear();
+    _foreignNames.clear();
 }
 
 // ---- document
@@ -140,6 +141,7 @@ void FastInfosetWriter::endFragment() {
 void FastInfosetWriter::startDocument() {
     forgetNames();
     writeHeader();
+    _states.reserve(16);
     _states.push_back(DOCUMENT);
     _namespaces.reset();
     _namespaces.pushContext();
@@ -330,8 +332,7 @@ void FastInfosetWriter::startElement(const std::string& uri, const std::string& 
                                      const std::string& qname, const XML::Attributes& attributes) {
     handleEncodedData();
     _writer.complete(false);
-    if (!writeKnownElement(uri, localName, qname, attributes)) {
-        const UInt64 bindings = _namespaces.changes();
+    if (!writeSimpleElement(uri, localName, qname, attributes)) {
         try {
             // Copied, because the attributes' declarations can move the bindings.
             _prefix = elementPrefix(uri, localName, qname);
@@ -340,52 +341,74 @@ void FastInfosetWriter::startElement(const std::string& uri, const std::string& 
             _writer.write(false); // the element had begun
             throw;
         }
-        const WrittenName name = writeElement(_prefix, uri, localName.empty() ? qname : localName);
-        if (_namespaces.changes() == bindings) {
-            rememberNames(name, uri, localName, qname, attributes);
-        }
+        writeElement(_prefix, uri, localName.empty() ? qname : localName);
     }
     _states.push_back(ELEMENT);
 }
 
-// The hot path: an element that declares nothing and whose names have all been written lately, under the
-// bindings in force. Writes what the operations below write and decides nothing; false, with nothing written,
-// when they have to.
-bool FastInfosetWriter::writeKnownElement(const std::string& uri, const std::string& localName,
-                                          const std::string& qname, const XML::Attributes& attributes) {
+// The hot path: an element that declares nothing. Its names are mostly known under the bindings in force; of
+// the others the prefix is looked up first, because nothing may be written before it is certain that there is
+// nothing to declare. Writes what the operations below write; false, with nothing written, when they have to.
+bool FastInfosetWriter::writeSimpleElement(const std::string& uri, const std::string& localName,
+                                           const std::string& qname, const XML::Attributes& attributes) {
     if (localName.empty() || !_namespaces.declaresNothing() || _states.empty() || _states.back() == CDATA)
         [[unlikely]] {
         return false;
     }
     const UInt64 bindings = _namespaces.changes();
     const unsigned int index = _elementNames.find(uri, localName, qname, bindings);
+    const std::string* pPrefix = nullptr;
     if (index == WrittenNames::NOT_FOUND || !OctetComposer::fitsPosition2(index)) {
-        return false;
-    }
-    const int count = attributes.getLength();
-    _attributeIndexes.clear();
-    for (int i = 0; i < count; ++i) {
-        const std::string& attributeURI = attributes.getURI(i);
-        unsigned int attributeIndex = WrittenNames::NOT_FOUND;
-        if (attributeURI.empty()) {
-            attributeIndex = _attributeNames.find(attributeURI, attributes.getLocalName(i), attributeURI,
-                                                  WrittenNames::ANY);
-        } else if (attributeURI != uri) {
-            attributeIndex = _prefixedAttributeNames.find(attributeURI, attributes.getLocalName(i),
-                                                          attributes.getQName(i), bindings);
-        } else {
-            attributeIndex = _attributeNames.find(attributeURI, attributes.getLocalName(i),
-                                                  attributes.getQName(i), bindings);
-        }
-        if (attributeIndex == WrittenNames::NOT_FOUND) {
+        pPrefix = boundElementPrefix(uri, localName, qname);
+        if (!pPrefix) {
             return false;
         }
-        _attributeIndexes.push_back(attributeIndex);
+    }
+    const int count = attributes.getLength();
+    if (_attributeNames.size() < static_cast<std::size_t>(count)) {
+        _attributeNames.resize(std::max<std::size_t>(16, static_cast<std::size_t>(count)));
+    }
+    AttributeName* const pNames = _attributeNames.data();
+    for (int i = 0; i < count; ++i) {
+        const std::string& attributeURI = attributes.getURI(i);
+        const std::string& attributeLocalName = attributes.getLocalName(i);
+        if (attributeURI.empty()) {
+            pNames[i].index =
+                _plainNames.find(attributeURI, attributeLocalName, attributeURI, WrittenNames::ANY);
+            pNames[i].pPrefix = &EMPTY;
+            if (pNames[i].index == WrittenNames::NOT_FOUND && attributeLocalName.empty()) {
+                return false;
+            }
+        } else {
+            const bool isForeign = attributeURI != uri;
+            const std::string& attributeQName = attributes.getQName(i);
+            pNames[i].index = (isForeign ? _foreignNames : _plainNames)
+                                  .find(attributeURI, attributeLocalName, attributeQName, bindings);
+            if (pNames[i].index == WrittenNames::NOT_FOUND) {
+                pNames[i].pPrefix = boundAttributePrefix(attributeURI, attributeLocalName, attributeQName);
+                if (!pNames[i].pPrefix) {
+                    return false;
+                }
+                if (!isForeign) {
+                    pNames[i].pPrefix = &EMPTY;
+                }
+            }
+        }
     }
     OctetComposer octets(_writer);
-    octets.integerAtPosition2(count != 0 ? 0x40 : 0, index);
+    const unsigned int high = count != 0 ? 0x40 : 0;
+    if (!pPrefix) {
+        octets.integerAtPosition2(high, index);
+    } else {
+        const unsigned int newIndex = writeQualifiedNameOrIndex(octets, high, *pPrefix, uri, localName, true);
+        rememberName(_elementNames, uri, localName, qname, bindings, newIndex);
+    }
     for (int i = 0; i < count; ++i) {
-        octets.integerAtPosition1(0, _attributeIndexes[static_cast<std::size_t>(i)]);
+        if (pNames[i].index != WrittenNames::NOT_FOUND) {
+            octets.integerAtPosition1(0, pNames[i].index);
+        } else {
+            writeNewAttributeName(octets, *pNames[i].pPrefix, attributes, i, uri);
+        }
         writeString(octets, attributes.getValue(i), DocumentVocabulary::ATTRIBUTE_VALUE);
     }
     octets.flush();
@@ -396,45 +419,56 @@ bool FastInfosetWriter::writeKnownElement(const std::string& uri, const std::str
     return true;
 }
 
-// Only names that were written without a change of the bindings (the next time all will be decided as now).
-void FastInfosetWriter::rememberNames(const WrittenName& name, const std::string& uri,
-                                      const std::string& localName, const std::string& qname,
-                                      const XML::Attributes& attributes) {
-    const UInt64 bindings = _namespaces.changes();
-    rememberName(_elementNames, name, uri, localName, qname, bindings, true);
-    for (std::size_t i = 0; i < _attributeCount; ++i) {
-        const AttributeValue& attribute = _attributeValues[i];
-        const std::string& attributeURI = *attribute.pUri;
-        if (attribute.pLocalName == &attribute.ownLocalName) {
-            continue;
-        }
-        if (attributeURI.empty()) {
-            rememberName(_attributeNames, attribute.name, attributeURI, *attribute.pLocalName, attributeURI,
-                         WrittenNames::ANY, false);
-        } else {
-            rememberName(attributeURI == uri ? _attributeNames : _prefixedAttributeNames, attribute.name,
-                         attributeURI, *attribute.pLocalName, attributes.getQName(static_cast<int>(i)),
-                         bindings, false);
-        }
+void FastInfosetWriter::writeNewAttributeName(OctetComposer& octets, const std::string& prefix,
+                                              const XML::Attributes& attributes, int i,
+                                              const std::string& elementURI) {
+    const std::string& uri = attributes.getURI(i);
+    const std::string& localName = attributes.getLocalName(i);
+    const unsigned int index = writeQualifiedNameOrIndex(octets, 0, prefix, uri, localName, false);
+    if (uri.empty()) {
+        rememberName(_plainNames, uri, localName, uri, WrittenNames::ANY, index);
+    } else {
+        rememberName(uri == elementURI ? _plainNames : _foreignNames, uri, localName, attributes.getQName(i),
+                     _namespaces.changes(), index);
     }
 }
 
-// Only a name that the tables knew already: most of the others never come again.
-void FastInfosetWriter::rememberName(WrittenNames& names, const WrittenName& name, const std::string& uri,
+// Only with tables of ours: without a placeholder an index does not tell what is absent.
+void FastInfosetWriter::rememberName(WrittenNames& names, const std::string& uri,
                                      const std::string& localName, const std::string& qname, UInt64 bindings,
-                                     bool isElement) {
-    if (!name.known || localName.empty()) {
-        return;
+                                     unsigned int index) {
+    if (_vocabulary.indexedNames(true)) [[likely]] {
+        names.enter(uri, localName, qname, bindings, index);
     }
-    const QualifiedNameEntry& entry = getQNameVocabulary(isElement).values()[name.index];
-    const std::string& keptURI =
-        _vocabulary.vocabulary(DocumentVocabulary::NAMESPACE_NAME).values()[entry.namespaceId()];
-    const std::string& keptLocalName =
-        _vocabulary.vocabulary(DocumentVocabulary::LOCAL_NAME).values()[entry.localNameId()];
-    // They differ when a table has no placeholder for what is absent.
-    if (keptURI == uri && keptLocalName == localName) {
-        names.enter(keptURI, keptLocalName, qname, bindings, name.index);
+}
+
+// The prefix that elementPrefix gives when it declares none; null when it declares one or throws.
+const std::string* FastInfosetWriter::boundElementPrefix(const std::string& uri, const std::string& localName,
+                                                         const std::string& qname) {
+    if (qname.empty() || qname == localName) {
+        const std::string& prefix = _namespaces.getPrefix(uri);
+        return uri.empty() || _namespaces.getURI(prefix) == uri ? &prefix : nullptr;
     }
+    const std::string_view prefix = prefixOf(qname);
+    if (prefix.empty()) {
+        const std::string& bound = _namespaces.getPrefix(uri);
+        return uri.empty() || _namespaces.getURI(bound) == uri ? &bound : nullptr;
+    }
+    if (!uri.empty() && _namespaces.getURI(prefix) != uri) {
+        return nullptr;
+    }
+    _prefix = prefix;
+    return &_prefix;
+}
+
+// The prefix of an attribute in a namespace that is bound already; null when it would have to be.
+const std::string* FastInfosetWriter::boundAttributePrefix(const std::string& uri,
+                                                           const std::string& localName,
+                                                           const std::string& qname) const {
+    const std::string_view prefix = prefixOf(qname);
+    const std::string& bound = _namespaces.getPrefix(uri);
+    return !localName.empty() && _namespaces.getURI(prefix.empty() ? bound : prefix) == uri ? &bound
+                                                                                            : nullptr;
 }
 
 const std::string& FastInfosetWriter::elementPrefix(const std::string& uri, const std::string& localName,
@@ -491,7 +525,6 @@ void FastInfosetWriter::dataElement(const std::string& uri, const std::string& l
                                     const std::string& attr1, const std::string& value1,
                                     const std::string& attr2, const std::string& value2,
                                     const std::string& attr3, const std::string& value3) {
-    static const std::string EMPTY;
     static const std::string TYPE("CDATA");
     XML::AttributesImpl attributes;
     const std::string* const pairs[][2] = {{&attr1, &value1}, {&attr2, &value2}, {&attr3, &value3}};
@@ -562,7 +595,6 @@ void FastInfosetWriter::addNamespaceAttributes() {
 }
 
 void FastInfosetWriter::addAttributes(const XML::Attributes& attributes, const std::string& elementURI) {
-    static const std::string EMPTY;
     _attributeCount = static_cast<std::size_t>(attributes.getLength());
     if (_attributeValues.size() < _attributeCount) {
         _attributeValues.resize(_attributeCount);
@@ -581,9 +613,8 @@ void FastInfosetWriter::addAttributes(const XML::Attributes& attributes, const s
     }
 }
 
-FastInfosetWriter::WrittenName FastInfosetWriter::writeElement(const std::string& prefix,
-                                                               const std::string& uri,
-                                                               const std::string& localName) {
+void FastInfosetWriter::writeElement(const std::string& prefix, const std::string& uri,
+                                     const std::string& localName) {
     requirePosition(_writer.bitPos() == 0, "Illegal startposition for an Element value");
     OctetComposer octets(_writer);
     unsigned int high = _attributeCount != 0 ? 0x40 : 0;
@@ -595,18 +626,17 @@ FastInfosetWriter::WrittenName FastInfosetWriter::writeElement(const std::string
         octets.octet(0xF0);
         high = 0;
     }
-    const WrittenName name = writeQualifiedNameOrIndex(octets, high, prefix, uri, localName, true);
+    writeQualifiedNameOrIndex(octets, high, prefix, uri, localName, true);
     for (std::size_t i = 0; i < _attributeCount; ++i) {
-        AttributeValue& attribute = _attributeValues[i];
-        attribute.name = writeQualifiedNameOrIndex(octets, 0, *attribute.pPrefix, *attribute.pUri,
-                                                   *attribute.pLocalName, false);
+        const AttributeValue& attribute = _attributeValues[i];
+        writeQualifiedNameOrIndex(octets, 0, *attribute.pPrefix, *attribute.pUri, *attribute.pLocalName,
+                                  false);
         writeString(octets, *attribute.pValue, DocumentVocabulary::ATTRIBUTE_VALUE);
     }
     octets.flush();
     if (_attributeCount != 0) {
         _writer.write(0x0Fu, 4);
     }
-    return name;
 }
 
 void FastInfosetWriter::writeNamespaceAttribute(OctetComposer& octets, const std::string& prefix,
@@ -623,25 +653,24 @@ void FastInfosetWriter::writeNamespaceAttribute(OctetComposer& octets, const std
 // ---- names
 
 // At bit position 2 (an element's) or 1 (an attribute's).
-FastInfosetWriter::WrittenName
-FastInfosetWriter::writeQualifiedNameOrIndex(OctetComposer& octets, unsigned int high,
-                                             const std::string& prefix, const std::string& uri,
-                                             const std::string& localName, bool isElement) {
+unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(OctetComposer& octets, unsigned int high,
+                                                          const std::string& prefix, const std::string& uri,
+                                                          const std::string& localName, bool isElement) {
     if (localName.empty()) [[unlikely]] {
         octets.flush();
         _writer.write(high >> (isElement ? 6 : 7), isElement ? 2 : 1); // the construct had begun
     }
     tamo_assert(!localName.empty());
-    unsigned int localNameId = 0;
-    unsigned int prefixId = 0;
-    unsigned int uriId = 0;
-    if (isKnown(DocumentVocabulary::LOCAL_NAME, localName, localNameId) &&
-        isKnown(DocumentVocabulary::PREFIX, prefix, prefixId) &&
-        isKnown(DocumentVocabulary::NAMESPACE_NAME, uri, uriId)) {
-        bool found = false;
-        const unsigned int index =
-            getQNameVocabulary(isElement).exists(QualifiedNameEntry(prefixId, uriId, localNameId), found);
-        if (found) {
+    const HashKey localKey = HashKey::of(localName);
+    const HashKey prefixKey = HashKey::of(prefix);
+    const HashKey uriKey = HashKey::of(uri);
+    const FoundString local = lookUp(DocumentVocabulary::LOCAL_NAME, localName, localKey);
+    const FoundString foundPrefix = lookUpPart(DocumentVocabulary::PREFIX, prefix, prefixKey);
+    const FoundString foundUri = lookUpPart(DocumentVocabulary::NAMESPACE_NAME, uri, uriKey);
+    if (local.index != NOT_FOUND && foundPrefix.index != NOT_FOUND && foundUri.index != NOT_FOUND) {
+        const QualifiedNameEntry name(foundPrefix.index, foundUri.index, local.index);
+        const unsigned int index = lookUp(isElement, name, ValueIndex<QualifiedNameEntry>::keyOf(name)).index;
+        if (index != NOT_FOUND) {
             if (isElement && OctetComposer::fitsPosition2(index)) {
                 octets.integerAtPosition2(high, index);
             } else if (!isElement && OctetComposer::fitsPosition1(index)) {
@@ -651,26 +680,27 @@ FastInfosetWriter::writeQualifiedNameOrIndex(OctetComposer& octets, unsigned int
                 _writer.write(high >> (isElement ? 6 : 7), isElement ? 2 : 1);
                 Encoder::integer(_writer, index);
             }
-            return {index, true};
+            return index;
         }
     }
     octets.octet((isElement ? high | 0x3C : 0x78) | presence(prefix, uri));
-    prefixId = prefix.empty() ? 0 : writeIdentifyingStringOrIndex(octets, prefix, DocumentVocabulary::PREFIX);
-    uriId = uri.empty() ? 0 : writeIdentifyingStringOrIndex(octets, uri, DocumentVocabulary::NAMESPACE_NAME);
-    localNameId = writeIdentifyingStringOrIndex(octets, localName, DocumentVocabulary::LOCAL_NAME);
-    return {insertQualifiedName(QualifiedNameEntry(prefixId, uriId, localNameId), isElement), false};
-}
-
-// Whether a table holds s; every table that was not made otherwise begins with the empty string.
-bool FastInfosetWriter::isKnown(ID id, const std::string& s, unsigned int& index) const {
-    const Vocabulary<std::string>& table = _vocabulary.vocabulary(id);
-    if (s.empty() && !table.values().empty() && table.values()[0].empty()) {
-        index = 0;
-        return true;
+    unsigned int prefixId = 0;
+    unsigned int uriId = 0;
+    if (!prefix.empty()) {
+        prefixId =
+            writeIdentifyingStringOrIndex(octets, prefix, DocumentVocabulary::PREFIX, prefixKey, foundPrefix);
     }
-    bool found = false;
-    index = table.exists(s, found);
-    return found;
+    if (!uri.empty()) {
+        uriId =
+            writeIdentifyingStringOrIndex(octets, uri, DocumentVocabulary::NAMESPACE_NAME, uriKey, foundUri);
+    }
+    const QualifiedNameEntry name(
+        prefixId, uriId,
+        writeIdentifyingStringOrIndex(octets, localName, DocumentVocabulary::LOCAL_NAME, localKey, local));
+    const HashKey key = ValueIndex<QualifiedNameEntry>::keyOf(name);
+    const FoundName found = lookUp(isElement, name, key);
+    tamo_assert(found.index == NOT_FOUND);
+    return add(isElement, name, key, found);
 }
 
 // A name of the header's tables, bit by bit.
@@ -717,10 +747,19 @@ void FastInfosetWriter::characters(const char ch[], int start, int length) {
     tamo_assert(start >= 0 && length >= 0);
     // The text ends at the first NUL of ch, but nothing behind start + length is looked at.
     const auto end = static_cast<std::size_t>(start) + static_cast<std::size_t>(length);
+    if (start == 0 && isIndexed(end) && HashKey::isExact(end)) {
+        const HashKey key = HashKey::of({ch, end});
+        if (!key.hasNul(end)) [[likely]] {
+            handleEncodedData();
+            _writer.complete(false);
+            writeCharacterChunk({ch, end}, key);
+            return;
+        }
+    }
     const void* pNul = end != 0 ? std::memchr(ch, 0, end) : nullptr;
     const std::size_t stop = pNul ? static_cast<std::size_t>(static_cast<const char*>(pNul) - ch) : end;
     const std::size_t begin = std::min(static_cast<std::size_t>(start), stop);
-    writeText(ch + begin, stop - begin);
+    writeText({ch + begin, stop - begin});
 }
 
 void FastInfosetWriter::ignorableWhitespace(const char ch[], int start, int length) {
@@ -728,49 +767,70 @@ void FastInfosetWriter::ignorableWhitespace(const char ch[], int start, int leng
 }
 
 void FastInfosetWriter::characters(const std::string& text) {
-    writeText(text.data(), text.size());
+    writeText(text);
 }
 
 void FastInfosetWriter::characters(std::string_view text) {
-    writeText(text.data(), text.size());
+    writeText(text);
 }
 
-void FastInfosetWriter::writeText(const char* pText, std::size_t size) {
+void FastInfosetWriter::writeText(std::string_view text) {
     handleEncodedData();
     _writer.complete(false);
-    writeCharacterChunk(pText, size);
+    writeCharacterChunk(text);
 }
 
-void FastInfosetWriter::writeCharacterChunk(const char* pText, std::size_t size) {
+void FastInfosetWriter::writeCharacterChunk(std::string_view text) {
     requirePosition(_writer.bitPos() == 0, "Illegal startposition for a CharacterChunk value");
-    bool found = false;
-    bool addToTable = false;
-    unsigned int index = 0;
-    if (isIndexed(size)) {
-        StringDecoder::decodeUTF8(pText, size, _text);
-        try {
-            index = tableIndex(_text, DocumentVocabulary::CONTENT_CHARACTER_CHUNK, found, addToTable);
-        } catch (...) {
-            _writer.write(0x02u, 2); // the chunk had begun
-            throw;
+    if (isIndexed(text.size())) {
+        writeCharacterChunk(text, HashKey::of(text));
+    } else {
+        OctetComposer octets(_writer);
+        writeLiteralChunk(octets, text, false);
+        octets.flush();
+    }
+}
+
+// A chunk that is short enough for its table.
+void FastInfosetWriter::writeCharacterChunk(std::string_view text, HashKey key) {
+    const FoundString chunk = lookUp(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, text, key);
+    if (chunk.index != NOT_FOUND) {
+        OctetComposer octets(_writer);
+        if (OctetComposer::fitsPosition3(chunk.index)) {
+            octets.integerAtPosition3(0xA0, chunk.index);
+        } else {
+            _writer.write(0x05u, 3);
+            Encoder::integer(_writer, chunk.index);
         }
+        octets.flush();
+        return;
+    }
+    bool added = false;
+    try {
+        added = addString(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, text, key, chunk);
+    } catch (...) {
+        _writer.write(0x02u, 2); // the chunk had begun
+        throw;
     }
     OctetComposer octets(_writer);
-    if (found && OctetComposer::fitsPosition3(index)) {
-        octets.integerAtPosition3(0xA0, index);
-    } else if (found) {
-        _writer.write(0x05u, 3);
-        Encoder::integer(_writer, index);
-    } else if (size == 0) {
-        _writer.write(addToTable ? 0x24u : 0x20u, 6);
-        Encoder::nonEmptyOctetString(_writer, std::string()); // throws
-    } else if (topState() == CDATA) {
-        octets.octet(addToTable ? 0x9C : 0x8C);
-        octets.stringAtPosition6((CDataEncoding::TYPE - 1) << 2, pText, size);
+    if (!text.empty() && HashKey::isExact(text.size()) && topState() != CDATA) {
+        octets.stringAtPosition6(added ? 0x90 : 0x80, key, text.size());
     } else {
-        octets.stringAtPosition6(addToTable ? 0x90 : 0x80, pText, size);
+        writeLiteralChunk(octets, text, added);
     }
     octets.flush();
+}
+
+void FastInfosetWriter::writeLiteralChunk(OctetComposer& octets, std::string_view text, bool added) {
+    if (text.empty()) [[unlikely]] {
+        _writer.write(added ? 0x24u : 0x20u, 6);
+        Encoder::nonEmptyOctetString(_writer, std::string()); // throws
+    } else if (topState() == CDATA) {
+        octets.octet(added ? 0x9C : 0x8C);
+        octets.stringAtPosition6((CDataEncoding::TYPE - 1) << 2, text);
+    } else {
+        octets.stringAtPosition6(added ? 0x90 : 0x80, text);
+    }
 }
 
 void FastInfosetWriter::comment(const char ch[], int start, int length) {
@@ -781,10 +841,9 @@ void FastInfosetWriter::comment(const char ch[], int start, int length) {
 void FastInfosetWriter::comment(std::string_view text) {
     handleEncodedData();
     _writer.complete(false);
-    _text.assign(text);
     OctetComposer octets(_writer);
     octets.octet(0xE2);
-    writeString(octets, _text, DocumentVocabulary::OTHER_STRING);
+    writeString(octets, text, DocumentVocabulary::OTHER_STRING);
     octets.flush();
 }
 
@@ -883,15 +942,21 @@ void FastInfosetWriter::writeUnparsedEntity(const std::string& name, const std::
 
 unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(OctetComposer& octets, const std::string& s,
                                                               ID id) {
-    bool found = false;
-    const unsigned int index = _vocabulary.vocabulary(id).index(s, found);
-    if (found && OctetComposer::fitsPosition1(index)) {
+    const HashKey key = HashKey::of(s);
+    return writeIdentifyingStringOrIndex(octets, s, id, key, lookUp(id, s, key));
+}
+
+unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(OctetComposer& octets, const std::string& s,
+                                                              ID id, HashKey key, FoundString found) {
+    const bool isKnown = found.index != NOT_FOUND;
+    const unsigned int index = isKnown ? found.index : add(id, s, key, found);
+    if (isKnown && OctetComposer::fitsPosition1(index)) {
         octets.integerAtPosition1(0x80, index);
-    } else if (!found && !s.empty()) {
-        octets.stringAtPosition1(0, s.data(), s.size());
+    } else if (!isKnown && !s.empty()) {
+        octets.stringAtPosition1(0, s);
     } else {
         octets.flush();
-        found ? writeIdentifyingStringIndex(index) : writeIdentifyingString(s, id); // throws
+        isKnown ? writeIdentifyingStringIndex(index) : writeIdentifyingString(s, id); // throws
     }
     return index;
 }
@@ -924,38 +989,92 @@ bool FastInfosetWriter::isIndexed(std::size_t size) const noexcept {
     return size <= static_cast<std::size_t>(static_cast<std::ptrdiff_t>(_maxIndexedStringLength));
 }
 
-// The index of a string that is short enough. A table that holds all the entries that an index can name takes
-// no more (X.891, 7.14.7): its other strings are written literally each time.
-unsigned int FastInfosetWriter::tableIndex(const std::string& s, ID id, bool& found, bool& added) {
-    Vocabulary<std::string>& table = _vocabulary.vocabulary(id);
-    if (table.values().size() > Encoder::MAXINT20) [[unlikely]] {
-        added = false;
-        return table.exists(s, found);
+TAMO_ALWAYS_INLINE FastInfosetWriter::FoundString FastInfosetWriter::lookUp(ID id, std::string_view text,
+                                                                            HashKey key) {
+    if (const IndexedVocabulary<std::string>* const pTable = _vocabulary.indexedVocabulary(id)) [[likely]] {
+        return pTable->find(text, key);
     }
-    added = true;
-    return table.index(s, found);
+    bool found = false;
+    return {_vocabulary.vocabulary(id).exists(std::string(text), found), 0};
+}
+
+// A part of a name: often none, which every table of ours has as its placeholder.
+FastInfosetWriter::FoundString FastInfosetWriter::lookUpPart(ID id, const std::string& text, HashKey key) {
+    return text.empty() && _vocabulary.indexedVocabulary(id) ? FoundString{0, 0} : lookUp(id, text, key);
+}
+
+// Adds what has just not been found.
+unsigned int FastInfosetWriter::add(ID id, std::string_view text, HashKey key, FoundString notFound) {
+    if (IndexedVocabulary<std::string>* const pTable = _vocabulary.indexedVocabulary(id)) [[likely]] {
+        return pTable->append(text, key, notFound);
+    }
+    bool found = false;
+    return _vocabulary.vocabulary(id).index(std::string(text), found);
+}
+
+// A table that holds all the entries that an index can name takes no more (X.891, 7.14.7): its other strings
+// are written literally each time.
+bool FastInfosetWriter::addString(ID id, std::string_view text, HashKey key, FoundString notFound) {
+    const bool hasRoom = _vocabulary.vocabulary(id).values().size() <= Encoder::MAXINT20;
+    if (hasRoom) {
+        add(id, text, key, notFound);
+    }
+    return hasRoom;
+}
+
+FastInfosetWriter::FoundName FastInfosetWriter::lookUp(bool isElement, const QualifiedNameEntry& name,
+                                                       HashKey key) {
+    if (const auto* const pTable = _vocabulary.indexedNames(isElement)) [[likely]] {
+        return pTable->find(name, key);
+    }
+    bool found = false;
+    return {getQNameVocabulary(isElement).exists(name, found), 0};
+}
+
+unsigned int FastInfosetWriter::add(bool isElement, const QualifiedNameEntry& name, HashKey key,
+                                    FoundName notFound) {
+    if (auto* const pTable = _vocabulary.indexedNames(isElement)) [[likely]] {
+        return pTable->append(name, key, notFound);
+    }
+    return insertQualifiedName(name, isElement);
 }
 
 // A non-identifying string or index at bit position 0 (X.891, C.14).
-void FastInfosetWriter::writeString(OctetComposer& octets, const std::string& s, ID id) {
-    bool found = false;
-    bool addToTable = false;
-    const unsigned int index = isIndexed(s.size()) ? tableIndex(s, id, found, addToTable) : 0;
-    if (found && OctetComposer::fitsPosition1(index)) {
-        octets.integerAtPosition1(0x80, index);
-    } else if (found) {
-        octets.flush();
-        _writer.write(true);
-        Encoder::integer(_writer, index);
-    } else if (s.empty()) [[unlikely]] {
-        octets.flush();
-        _writer.write(addToTable ? 0x04u : 0x00u, 4);
-        Encoder::nonEmptyOctetString(_writer, s); // throws
-    } else if (topState() == CDATA) [[unlikely]] {
-        octets.octet(addToTable ? 0x70 : 0x30);
-        octets.stringAtPosition4((CDataEncoding::TYPE - 1) << 4, s.data(), s.size());
+void FastInfosetWriter::writeString(OctetComposer& octets, std::string_view text, ID id) {
+    if (!isIndexed(text.size())) {
+        writeLiteralString(octets, text, false);
+        return;
+    }
+    const HashKey key = HashKey::of(text);
+    const FoundString string = lookUp(id, text, key);
+    if (string.index != NOT_FOUND) {
+        if (OctetComposer::fitsPosition1(string.index)) [[likely]] {
+            octets.integerAtPosition1(0x80, string.index);
+        } else {
+            octets.flush();
+            _writer.write(true);
+            Encoder::integer(_writer, string.index);
+        }
+        return;
+    }
+    const bool added = addString(id, text, key, string);
+    if (!text.empty() && HashKey::isExact(text.size()) && topState() != CDATA) {
+        octets.stringAtPosition4(added ? 0x40 : 0, key, text.size());
     } else {
-        octets.stringAtPosition4(addToTable ? 0x40 : 0, s.data(), s.size());
+        writeLiteralString(octets, text, added);
+    }
+}
+
+void FastInfosetWriter::writeLiteralString(OctetComposer& octets, std::string_view text, bool added) {
+    if (text.empty()) [[unlikely]] {
+        octets.flush();
+        _writer.write(added ? 0x04u : 0x00u, 4);
+        Encoder::nonEmptyOctetString(_writer, std::string()); // throws
+    } else if (topState() == CDATA) [[unlikely]] {
+        octets.octet(added ? 0x70 : 0x30);
+        octets.stringAtPosition4((CDataEncoding::TYPE - 1) << 4, text);
+    } else {
+        octets.stringAtPosition4(added ? 0x40 : 0, text);
     }
 }
 
@@ -964,16 +1083,16 @@ void FastInfosetWriter::writeNonIdentifyingStringOrIndex(const AutoPtr<Encoding>
                     "Illegal startposition for a NonIdentifyingStringOrIndex value");
     const Encoding& value = *e;
     const bool isText = value.type() == CDataEncoding::TYPE || value.type() == NullEncoding::TYPE;
-    bool found = false;
-    bool addToTable = false;
-    const unsigned int index =
-        isText && isIndexed(value.content().size()) ? tableIndex(value.content(), id, found, addToTable) : 0;
-    _writer.write(found);
-    if (found) {
-        Encoder::integer(_writer, index);
+    const std::string& text = value.content();
+    const bool indexed = isText && isIndexed(text.size());
+    const HashKey key = HashKey::of(indexed ? std::string_view(text) : std::string_view());
+    const FoundString string = indexed ? lookUp(id, text, key) : FoundString();
+    _writer.write(string.index != NOT_FOUND);
+    if (string.index != NOT_FOUND) {
+        Encoder::integer(_writer, string.index);
         return;
     }
-    _writer.write(addToTable);
+    _writer.write(indexed && addString(id, text, key, string));
     writeEncodedCharacterString(e);
 }
 
@@ -1065,10 +1184,7 @@ void FastInfosetWriter::insertEncoding(const AutoPtr<Encoding>& encoding) {
     }
 }
 
-void FastInfosetWriter::handleEncodedData() {
-    if (_encodedData.empty()) {
-        return;
-    }
+void FastInfosetWriter::writeEncodedData() {
     _writer.complete(false);
     for (const AutoPtr<Encoding>& e : _encodedData) {
         Encoding& value = *e;
@@ -1077,7 +1193,7 @@ void FastInfosetWriter::handleEncodedData() {
             value.createContent();
         }
         if (value.type() == CDataEncoding::TYPE) {
-            writeCharacterChunk(value.content().data(), value.content().size());
+            writeCharacterChunk(value.content());
         } else {
             _writer.write(0x02u, 2);
             writeNonIdentifyingStringOrIndex(e, DocumentVocabulary::CONTENT_CHARACTER_CHUNK);

@@ -3,8 +3,10 @@
 
 #include "Tamo/FastInfoset/BitStreamWriter.h"
 #include "Tamo/FastInfoset/Encoder.h"
+#include "Tamo/HashKey.h"
 #include <cstddef>
 #include <cstring>
+#include <string_view>
 
 namespace Tamo::FastInfoset {
 
@@ -15,24 +17,27 @@ namespace Tamo::FastInfoset {
 /// that stand before the integer or length. What has been composed when an exception passes is still written.
 class OctetComposer {
 public:
-    explicit OctetComposer(BitStreamWriter& writer) noexcept : _writer(writer) {}
+    explicit OctetComposer(BitStreamWriter& writer) noexcept : _writer(writer) { begin(); }
 
     OctetComposer(const OctetComposer&) = delete;
     OctetComposer& operator=(const OctetComposer&) = delete;
 
     ~OctetComposer() {
-        try {
-            flush();
-        } catch (...) { // NOLINT(bugprone-empty-catch): another exception passes already
+        if (_pNext != _pBegin) [[unlikely]] {
+            rescue();
         }
     }
 
     /// Hands over what has been composed; to be called at the end.
-    void flush() {
-        const std::size_t size = _size;
-        _size = 0;
-        if (size != 0) {
-            _writer.write(_octets, size);
+    TAMO_ALWAYS_INLINE void flush() {
+        const auto size = static_cast<std::size_t>(_pNext - _pBegin);
+        const bool inStream = _pBegin != _own;
+        _pBegin = _own;
+        _pNext = _own;
+        if (inStream) {
+            _writer.advanceStream(size);
+        } else if (size != 0) {
+            _writer.write(_own, size);
         }
     }
 
@@ -43,154 +48,179 @@ public:
     static bool fitsPosition3(unsigned int val) noexcept { return val - 1 < 263184; }
 
     /// An octet as it is.
-    void octet(unsigned int value) {
-        makeRoom();
-        put(value);
+    TAMO_ALWAYS_INLINE void octet(unsigned int value) {
+        char* const p = next();
+        _pNext = put(p, value);
     }
 
     /// An integer, 0 to 2^20, at bit position 1 (X.891, C.25).
-    void integerAtPosition1(unsigned int high, unsigned int val) {
-        makeRoom();
+    TAMO_ALWAYS_INLINE void integerAtPosition1(unsigned int high, unsigned int val) {
+        char* p = next();
         if (val - 1 < 64) {
-            put(high | (val - 1));
+            p = put(p, high | (val - 1));
         } else if (val == 0) {
-            put(high | 0x7F);
+            p = put(p, high | 0x7F);
         } else if (val <= 8256) {
-            put(high | 0x40 | (val - 65) >> 8);
-            put(val - 65);
+            p = put(p, high | 0x40 | (val - 65) >> 8);
+            p = put(p, val - 65);
         } else {
-            put(high | 0x60 | (val - 8257) >> 16);
-            put((val - 8257) >> 8);
-            put(val - 8257);
+            p = put(p, high | 0x60 | (val - 8257) >> 16);
+            p = put(p, (val - 8257) >> 8);
+            p = put(p, val - 8257);
         }
+        _pNext = p;
     }
 
     /// An integer, 1 to 526368, at bit position 2 (X.891, C.27).
-    void integerAtPosition2(unsigned int high, unsigned int val) {
-        makeRoom();
+    TAMO_ALWAYS_INLINE void integerAtPosition2(unsigned int high, unsigned int val) {
+        char* p = next();
         if (val <= 32) {
-            put(high | (val - 1));
+            p = put(p, high | (val - 1));
         } else if (val <= 2080) {
-            put(high | 0x20 | (val - 33) >> 8);
-            put(val - 33);
+            p = put(p, high | 0x20 | (val - 33) >> 8);
+            p = put(p, val - 33);
         } else {
-            put(high | 0x28 | (val - 2081) >> 16);
-            put((val - 2081) >> 8);
-            put(val - 2081);
+            p = put(p, high | 0x28 | (val - 2081) >> 16);
+            p = put(p, (val - 2081) >> 8);
+            p = put(p, val - 2081);
         }
+        _pNext = p;
     }
 
     /// An integer, 1 to 263184, at bit position 3 (X.891, C.28).
-    void integerAtPosition3(unsigned int high, unsigned int val) {
-        makeRoom();
+    TAMO_ALWAYS_INLINE void integerAtPosition3(unsigned int high, unsigned int val) {
+        char* p = next();
         if (val <= 16) {
-            put(high | (val - 1));
+            p = put(p, high | (val - 1));
         } else if (val <= 1040) {
-            put(high | 0x10 | (val - 17) >> 8);
-            put(val - 17);
+            p = put(p, high | 0x10 | (val - 17) >> 8);
+            p = put(p, val - 17);
         } else {
-            put(high | 0x14 | (val - 1041) >> 16);
-            put((val - 1041) >> 8);
-            put(val - 1041);
+            p = put(p, high | 0x14 | (val - 1041) >> 16);
+            p = put(p, (val - 1041) >> 8);
+            p = put(p, val - 1041);
         }
+        _pNext = p;
     }
 
     /// A string, not empty, whose length stands at bit position 1 (X.891, C.22).
-    void stringAtPosition1(unsigned int high, const char* pOctets, std::size_t size) {
-        makeRoom();
+    void stringAtPosition1(unsigned int high, std::string_view text) {
+        char* p = next();
+        const std::size_t size = text.size();
         if (size <= 64) {
-            put(high | static_cast<unsigned int>(size - 1));
+            p = put(p, high | static_cast<unsigned int>(size - 1));
         } else if (size <= 320) {
-            put(high | 0x40);
-            put(static_cast<unsigned int>(size - 65));
+            p = put(p, high | 0x40);
+            p = put(p, static_cast<unsigned int>(size - 65));
         } else {
-            put(high | 0x60);
-            putLong(size - 321);
+            p = put(p, high | 0x60);
+            p = putLong(p, size - 321);
         }
-        append(pOctets, size);
+        append(p, text);
     }
 
     /// A string, not empty, whose length stands at bit position 4 (X.891, C.23).
-    void stringAtPosition4(unsigned int high, const char* pOctets, std::size_t size) {
-        makeRoom();
-        if (size <= 8) {
-            put(high | static_cast<unsigned int>(size - 1));
-        } else if (size <= 264) {
-            put(high | 0x08);
-            put(static_cast<unsigned int>(size - 9));
-        } else {
-            put(high | 0x0C);
-            putLong(size - 265);
-        }
-        append(pOctets, size);
+    void stringAtPosition4(unsigned int high, std::string_view text) {
+        append(lengthAtPosition4(next(), high, text.size()), text);
     }
 
     /// A string, not empty, whose length stands at bit position 6 (X.891, C.24).
-    void stringAtPosition6(unsigned int high, const char* pOctets, std::size_t size) {
-        makeRoom();
-        if (size <= 2) {
-            put(high | static_cast<unsigned int>(size - 1));
-        } else if (size <= 258) {
-            put(high | 0x02);
-            put(static_cast<unsigned int>(size - 3));
-        } else {
-            put(high | 0x03);
-            putLong(size - 259);
-        }
-        append(pOctets, size);
+    void stringAtPosition6(unsigned int high, std::string_view text) {
+        append(lengthAtPosition6(next(), high, text.size()), text);
+    }
+
+    /// The same for a string of this size that its key holds whole.
+    TAMO_ALWAYS_INLINE void stringAtPosition4(unsigned int high, HashKey key, std::size_t size) {
+        append(lengthAtPosition4(next(), high, size), key, size);
+    }
+    TAMO_ALWAYS_INLINE void stringAtPosition6(unsigned int high, HashKey key, std::size_t size) {
+        append(lengthAtPosition6(next(), high, size), key, size);
     }
 
 private:
     static constexpr std::size_t ROOM = 512;
-    static constexpr std::size_t LONGEST_FORM = 8;
+    static constexpr std::size_t LONGEST_FORM = 8 + HashKey::MOST_EXACT;
 
-    void makeRoom() {
-        if (_size > ROOM - LONGEST_FORM) [[unlikely]] {
+    // Another exception passes already.
+    void rescue() noexcept {
+        try {
             flush();
+        } catch (...) { // NOLINT(bugprone-empty-catch)
         }
     }
 
-    void put(unsigned int octet) noexcept { _octets[_size++] = static_cast<char>(octet); }
-
-    void putLong(std::size_t value) noexcept {
-        put(static_cast<unsigned int>(value >> 24));
-        put(static_cast<unsigned int>(value >> 16));
-        put(static_cast<unsigned int>(value >> 8));
-        put(static_cast<unsigned int>(value));
+    // In the stream's buffer where that has the room, else here.
+    void begin() noexcept {
+        char* const pRoom = _writer.roomInStream(ROOM);
+        _pBegin = pRoom ? pRoom : _own;
+        _pNext = _pBegin;
     }
 
-    void append(const char* pOctets, std::size_t size) {
-        if (size <= 16 && _size + 16 <= ROOM) {
-            // Two moves of a fixed size each: shorter strings are most of all strings.
-            appendShort(pOctets, size);
-        } else if (size <= ROOM - _size) {
-            std::memcpy(_octets + _size, pOctets, size);
-            _size += size;
-        } else {
+    // Where the longest form of what is no text has room.
+    TAMO_ALWAYS_INLINE char* next() {
+        if (_pNext - _pBegin > static_cast<std::ptrdiff_t>(ROOM - LONGEST_FORM)) [[unlikely]] {
             flush();
-            _writer.write(pOctets, size);
+            begin();
         }
+        return _pNext;
     }
 
-    void appendShort(const char* pOctets, std::size_t size) noexcept {
-        char* const p = _octets + _size;
-        _size += size;
-        if (size >= 8) {
-            std::memcpy(p, pOctets, 8);
-            std::memcpy(p + size - 8, pOctets + size - 8, 8);
-        } else if (size >= 4) {
-            std::memcpy(p, pOctets, 4);
-            std::memcpy(p + size - 4, pOctets + size - 4, 4);
+    static TAMO_ALWAYS_INLINE char* put(char* p, unsigned int octet) noexcept {
+        *p = static_cast<char>(octet);
+        return p + 1;
+    }
+
+    static char* putLong(char* p, std::size_t value) noexcept {
+        p = put(p, static_cast<unsigned int>(value >> 24));
+        p = put(p, static_cast<unsigned int>(value >> 16));
+        p = put(p, static_cast<unsigned int>(value >> 8));
+        return put(p, static_cast<unsigned int>(value));
+    }
+
+    static TAMO_ALWAYS_INLINE char* lengthAtPosition4(char* p, unsigned int high, std::size_t size) noexcept {
+        if (size <= 8) {
+            return put(p, high | static_cast<unsigned int>(size - 1));
+        }
+        if (size <= 264) {
+            p = put(p, high | 0x08);
+            return put(p, static_cast<unsigned int>(size - 9));
+        }
+        return putLong(put(p, high | 0x0C), size - 265);
+    }
+
+    static TAMO_ALWAYS_INLINE char* lengthAtPosition6(char* p, unsigned int high, std::size_t size) noexcept {
+        if (size <= 2) {
+            return put(p, high | static_cast<unsigned int>(size - 1));
+        }
+        if (size <= 258) {
+            p = put(p, high | 0x02);
+            return put(p, static_cast<unsigned int>(size - 3));
+        }
+        return putLong(put(p, high | 0x03), size - 259);
+    }
+
+    // There is room for the whole key; what is too much is overwritten by what follows.
+    TAMO_ALWAYS_INLINE void append(char* p, HashKey key, std::size_t size) noexcept {
+        key.copyTo(p);
+        _pNext = p + size;
+    }
+
+    void append(char* p, std::string_view text) {
+        if (text.size() <= ROOM - static_cast<std::size_t>(p - _pBegin)) {
+            std::memcpy(p, text.data(), text.size());
+            _pNext = p + text.size();
         } else {
-            p[0] = pOctets[0];
-            p[size / 2] = pOctets[size / 2];
-            p[size - 1] = pOctets[size - 1];
+            _pNext = p;
+            flush();
+            _writer.write(text.data(), text.size());
+            begin();
         }
     }
 
     BitStreamWriter& _writer;
-    std::size_t _size = 0;
-    char _octets[ROOM];
+    char* _pBegin;
+    char* _pNext;
+    char _own[ROOM];
 };
 
 } // namespace Tamo::FastInfoset

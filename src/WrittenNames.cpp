@@ -1,30 +1,89 @@
 #include "Tamo/FastInfoset/WrittenNames.h"
+#include <utility>
 
 namespace Tamo::FastInfoset {
 
 void WrittenNames::enter(const std::string& uri, const std::string& localName, const std::string& qname,
                          UInt64 bindings, unsigned int index) {
+    if (localName.empty() || localName.size() > LONGEST) {
+        return;
+    }
     if (_entries.empty()) {
         _entries.resize(FIRST_SIZE);
     }
-    const Entry& old = _entries[slot(uri, localName)];
-    if (old.pLocalName && *old.pLocalName != localName && _entries.size() < MOST) {
-        // Names push each other out: more room, which the names in use soon fill again.
-        const std::size_t size = _entries.size() * 2;
-        _entries.clear();
-        _entries.resize(size);
-    }
-    Entry& entry = _entries[slot(uri, localName)];
-    entry.pUri = &uri;
-    entry.pLocalName = &localName;
+    const std::string* const pUri = keep(uri);
+    const HashKey key = HashKey::of(localName);
+    Entry& entry = entryFor(key, uri);
+    entry.size = 0; // should a copy below fail
+    entry.key = key;
     entry.bindings = bindings;
     entry.index = index;
-    entry.qname = qname;
+    entry.pUri = pUri;
+    entry.isPlain = HashKey::isExact(localName.size()) && (qname.empty() || qname == localName);
+    if (!entry.isPlain) {
+        if (!entry.pName) {
+            entry.pName = &_names.emplace_front();
+        }
+        entry.pName->localName = localName;
+        entry.pName->qname = qname;
+    }
+    entry.size = localName.size() & LONGEST;
 }
 
 void WrittenNames::clear() noexcept {
     for (Entry& entry : _entries) {
-        entry.pLocalName = nullptr;
+        entry.size = 0;
+    }
+    _count = 0;
+}
+
+// The copy of a namespace name that entries share.
+const std::string* WrittenNames::keep(const std::string& uri) {
+    if (uri.empty()) {
+        return nullptr;
+    }
+    for (std::size_t i = _uris.size(); i-- > 0;) {
+        if (equalText(*_uris[i], uri)) {
+            return _uris[i].get();
+        }
+    }
+    if (_uris.size() == MOST_URIS) {
+        clear();
+        _uris.clear();
+    }
+    return _uris.emplace_back(std::make_unique<const std::string>(uri)).get();
+}
+
+WrittenNames::Entry& WrittenNames::entryFor(HashKey key, const std::string& uri) {
+    if (_count * 4 >= _entries.size() * 3 && _entries.size() < MOST) {
+        grow();
+    }
+    const std::size_t i = slot(key, uri.size());
+    for (Entry* const pEntry : {&_entries[i], &_entries[i ^ 1]}) {
+        if (pEntry->size == 0) {
+            ++_count;
+            return *pEntry;
+        }
+        // The same name under other bindings is likely to be out of use.
+        if (pEntry->key == key) {
+            return *pEntry;
+        }
+    }
+    return _entries[i];
+}
+
+// Names that find both places taken are left out.
+void WrittenNames::grow() {
+    std::vector<Entry> old(_entries.size() * 4);
+    old.swap(_entries);
+    _count = 0;
+    for (const Entry& entry : old) {
+        if (entry.size != 0) {
+            const std::size_t i = slot(entry.key, entry.pUri ? entry.pUri->size() : 0);
+            Entry& place = _entries[i].size == 0 ? _entries[i] : _entries[i ^ 1];
+            _count += place.size == 0 ? 1 : 0;
+            place = entry;
+        }
     }
 }
 

@@ -6,6 +6,33 @@
 namespace Tamo::FastInfoset::Test {
 namespace {
 
+// Collects octets through a put area of a fixed size, or octet by octet.
+class SmallBuffer : public std::streambuf {
+public:
+    explicit SmallBuffer(std::size_t size) : _area(size, '\0') { setp(_area.data(), _area.data() + size); }
+    const std::string& collected() {
+        pubsync();
+        return _collected;
+    }
+
+protected:
+    int overflow(int c) override {
+        sync();
+        return c == EOF        ? 0
+               : _area.empty() ? (_collected.push_back(static_cast<char>(c)), c)
+                               : sputc(static_cast<char>(c));
+    }
+    int sync() override {
+        _collected.append(pbase(), pptr());
+        setp(_area.data(), _area.data() + _area.size());
+        return 0;
+    }
+
+private:
+    std::string _area;
+    std::string _collected;
+};
+
 TEST(WriterTest, DocumentsElementsAndAttributes) {
     expectDocuments(
         {{"nothing", "^|$", "00 F0"},
@@ -47,6 +74,45 @@ TEST(WriterTest, Namespaces) {
           "00 78 CF 00 70 00 75 F0 3C 00 65 7B 81 81 00 61 40 76 FF F0", R"(^|+p=u|<e {u}a="v"|>|-p|$)"},
          {"an attribute without a bound prefix", R"(^|<e {u}a="v"|>|$)",
           "00 78 CD 00 75 F0 3C 00 65 79 81 00 61 40 76 FF F0", R"(^|+=u|<e {u}a="v"|>|-|$)"}});
+}
+
+// What the writer remembers of names must not be seen, nor where the octets go.
+TEST(WriterTest, ManyNamesWhateverIsRememberedAndWhateverTheStream) {
+    std::vector<std::string> events{"^|+p=u|<{u}p:root"};
+    for (int i = 0; i < 9000; ++i) {
+        // Names of all sizes, more of them than are remembered; of each third some come again soon.
+        const int n = i % 3 == 0 ? i % 1500 : i % 7;
+        const std::string name = "n" + std::string(static_cast<std::size_t>(n % 40), 'x') + std::to_string(n);
+        const std::string uri = "http://example.com/" + std::to_string(n % 50);
+        std::string attributes;
+        for (int a = 0; a < (i % 100 == 0 ? 20 : i % 3); ++a) {
+            attributes += " a" + std::to_string(a + n) + "=\"" +
+                          std::string(static_cast<std::size_t>(i % 18), 'v') + "\" {u}p:b" +
+                          std::to_string(a) + "=\"" + std::to_string(n) + "\"";
+        }
+        events.push_back(i % 5 == 0 ? "+q=" + uri + "|<{" + uri + "}q:" + name + attributes + "|>|-q"
+                                    : "<" + name + attributes + "|>");
+        events.push_back(i % 11 == 0 ? "<{u}" + name + "|<{u}p:" + name + "|>|>" : "'" + attributes + " ");
+    }
+    events.push_back(">|-p|$");
+    const auto write = [&](std::ostream& stream, bool forgetful) {
+        FastInfosetWriter writer(stream, false, DocumentVocabulary::VOC_MAP);
+        for (const std::string& some : events) {
+            play(some, writer);
+            if (forgetful) {
+                writer.getDocumentVocabulary();
+            }
+        }
+    };
+    std::ostringstream expected;
+    write(expected, true);
+    expectRewritten(expected.str());
+    for (const std::size_t size : {0, 1, 7, 600, 100000}) {
+        SmallBuffer buffer(size);
+        std::ostream stream(&buffer);
+        write(stream, false);
+        EXPECT_TRUE(buffer.collected() == expected.str()) << "with " << size << " octets of buffer";
+    }
 }
 
 TEST(WriterTest, Content) {

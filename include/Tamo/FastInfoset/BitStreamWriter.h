@@ -6,8 +6,10 @@
 #include "Tamo/FastInfoset/Utility.h"
 #include "Tamo/Types.h"
 #include <cstddef>
+#include <cstring>
 #include <ios>
 #include <iosfwd>
+#include <streambuf>
 #include <string>
 
 namespace Tamo::FastInfoset {
@@ -19,6 +21,9 @@ namespace Tamo::FastInfoset {
 /// in any error state after a write or flush gives IOException. Used by one thread at a time.
 class TAMO_API BitStreamWriter {
 public:
+    /// The most octets that are put into the stream's buffer in one go.
+    static constexpr std::streamsize MOST_AT_ONCE = 1 << 20;
+
     /// A writer over ostr that pads with fillBit in complete().
     BitStreamWriter(std::ostream& ostr, bool fillBit);
 
@@ -71,7 +76,13 @@ public:
     void write(const char* data, std::size_t n);
 
     /// Pads the partial octet with fillBit bits and flushes the stream.
-    void complete(bool fillBit);
+    void complete(bool fillBit) {
+        if (_pendingBits != 0) {
+            const int missing = 8 - _pendingBits;
+            append(fillBit ? Utility::lowBitMask[missing] : 0u, missing);
+        }
+        flush();
+    }
 
     /// Pads with the constructor's fill bit and flushes the stream.
     void complete() { complete(_fillBit); }
@@ -89,7 +100,32 @@ public:
     void writeFullBytes() noexcept {}
 
     /// Writes n octets to the stream past the pending bits.
-    void writeToStream(const char* data, std::streamsize n);
+    void writeToStream(const char* data, std::streamsize n) {
+        char* const pRoom = n <= MOST_AT_ONCE ? roomInStream(static_cast<std::size_t>(n)) : nullptr;
+        if (!pRoom) {
+            transfer(data, n);
+        } else {
+            std::memcpy(pRoom, data, static_cast<std::size_t>(n));
+            advanceStream(static_cast<std::size_t>(n));
+        }
+    }
+
+    /// Where the next size octets of the stream go, for a caller that composes them there and then calls
+    /// advanceStream; pending bits are passed over. Null when the stream's buffer has no such place, or the
+    /// stream wants to know of each transfer or has failed: writeToStream serves then.
+    TAMO_ALWAYS_INLINE char* roomInStream(std::size_t size) const noexcept {
+        const std::streambuf* const pBuf = _pIos->rdbuf();
+        if (!pBuf || !_pIos->good() || !isPlain()) [[unlikely]] {
+            return nullptr;
+        }
+        char* const pNext = (pBuf->*&PutArea::pptr)();
+        return static_cast<std::size_t>((pBuf->*&PutArea::epptr)() - pNext) >= size ? pNext : nullptr;
+    }
+
+    /// Takes over size octets, up to MOST_AT_ONCE, that stand where roomInStream has said.
+    void advanceStream(std::size_t size) noexcept {
+        (_pIos->rdbuf()->*&PutArea::pbump)(static_cast<int>(size));
+    }
 
     /// True when 1 <= numOfBits <= maxBits.
     bool checkInputParams(int maxBits, int& numOfBits) const noexcept {
@@ -97,22 +133,62 @@ public:
     }
 
 private:
+    // Gives access to the buffer's next free octets, where std::streambuf::sputc puts its own as well: no
+    // buffer that works can tell the difference.
+    struct PutArea : std::streambuf {
+        using std::streambuf::epptr;
+        using std::streambuf::pbump;
+        using std::streambuf::pptr;
+    };
+
+    // Whether octets may be handed to the stream's buffer directly: nothing that std::ostream::write does
+    // around the transfer is then missed.
+    bool isPlain() const noexcept { return !_pIos->tie() && !(_pIos->flags() & std::ios_base::unitbuf); }
+
     void append(UInt64 value, int numOfBits) {
         const int pending = _pendingBits + numOfBits;
         if (pending < 8) {
             const unsigned int bits = static_cast<unsigned int>(value) & ((1u << numOfBits) - 1);
             _octet = static_cast<char>(static_cast<unsigned char>(_octet) | bits << (8 - pending));
             _pendingBits = pending;
+        } else if (pending == 8) {
+            const unsigned int bits = static_cast<unsigned int>(value) & ((1u << numOfBits) - 1);
+            const char octet = static_cast<char>(static_cast<unsigned char>(_octet) | bits);
+            _octet = 0;
+            _pendingBits = 0;
+            appendOctet(octet);
         } else {
             appendOctets(value, numOfBits);
         }
     }
 
+    void appendOctet(char octet) {
+        if (char* const pRoom = roomInStream(1)) [[likely]] {
+            *pRoom = octet;
+            advanceStream(1);
+        } else {
+            transfer(&octet, 1);
+        }
+    }
+
     void appendOctets(UInt64 value, int numOfBits);
     void writeUnaligned(const char* data, std::size_t n);
-    void flush();
+    void transfer(const char* data, std::streamsize n);
+
+    void flush() {
+        if (!_pIos->rdbuf() || !_pIos->good() || !isPlain()) [[unlikely]] {
+            flushStream();
+        } else if (!synchronise() || !_pIos->good()) [[unlikely]] {
+            failStream();
+        }
+    }
+
+    bool synchronise() noexcept;
+    void flushStream();
+    [[noreturn]] void failStream();
 
     std::ostream* _pStream;
+    std::ios* _pIos; // the same stream; its virtual base is looked up once
     bool _fillBit;
     int _pendingBits = 0;
     char _octet = 0;

@@ -179,11 +179,11 @@ public:
 private:
     enum State { UNINITIALIZED, DOCUMENT, ELEMENT, CDATA, DTD };
 
-    // A name as it was written: its index, and whether the tables knew it already.
-    struct WrittenName {
-        unsigned int index = 0;
-        bool known = false;
-    };
+    // Where a table has a string or would have it, and a name likewise.
+    using FoundString = ValueIndex<std::string>::Found;
+    using FoundName = ValueIndex<QualifiedNameEntry>::Found;
+
+    static constexpr unsigned int NOT_FOUND = Vocabulary<std::string>::NOT_FOUND;
 
     // One attribute on its way out; the strings belong to the attribute list and the namespace bindings.
     struct AttributeValue {
@@ -191,8 +191,13 @@ private:
         const std::string* pValue = nullptr;
         const std::string* pUri = nullptr;
         const std::string* pLocalName = nullptr;
-        WrittenName name;
         std::string ownLocalName;
+    };
+
+    // How an attribute's name is written: by its index, or in full where that is NOT_FOUND.
+    struct AttributeName {
+        unsigned int index;
+        const std::string* pPrefix;
     };
 
     struct NamespaceAttribute {
@@ -219,27 +224,31 @@ private:
     void declareAttributeNamespaces(const XML::Attributes& attributes);
     void addNamespaceAttributes();
     void addAttributes(const XML::Attributes& attributes, const std::string& elementURI);
-    bool writeKnownElement(const std::string& uri, const std::string& localName, const std::string& qname,
-                           const XML::Attributes& attributes);
-    void rememberNames(const WrittenName& name, const std::string& uri, const std::string& localName,
-                       const std::string& qname, const XML::Attributes& attributes);
-    void rememberName(WrittenNames& names, const WrittenName& name, const std::string& uri,
-                      const std::string& localName, const std::string& qname, UInt64 bindings,
-                      bool isElement);
-    WrittenName writeElement(const std::string& prefix, const std::string& uri, const std::string& localName);
+    bool writeSimpleElement(const std::string& uri, const std::string& localName, const std::string& qname,
+                            const XML::Attributes& attributes);
+    void writeNewAttributeName(OctetComposer& octets, const std::string& prefix,
+                               const XML::Attributes& attributes, int i, const std::string& elementURI);
+    void rememberName(WrittenNames& names, const std::string& uri, const std::string& localName,
+                      const std::string& qname, UInt64 bindings, unsigned int index);
+    const std::string* boundElementPrefix(const std::string& uri, const std::string& localName,
+                                          const std::string& qname);
+    const std::string* boundAttributePrefix(const std::string& uri, const std::string& localName,
+                                            const std::string& qname) const;
+    void writeElement(const std::string& prefix, const std::string& uri, const std::string& localName);
     void writeNamespaceAttribute(OctetComposer& octets, const std::string& prefix, const std::string& uri);
-    WrittenName writeQualifiedNameOrIndex(OctetComposer& octets, unsigned int high, const std::string& prefix,
-                                          const std::string& uri, const std::string& localName,
-                                          bool isElement);
-    bool isKnown(ID id, const std::string& s, unsigned int& index) const;
+    unsigned int writeQualifiedNameOrIndex(OctetComposer& octets, unsigned int high,
+                                           const std::string& prefix, const std::string& uri,
+                                           const std::string& localName, bool isElement);
     void writeQualifiedName(const std::string& prefix, const std::string& uri, const std::string& localName,
                             bool isElement);
     void writeQualifiedName(const QualifiedNameEntry& entry, bool isElement);
     unsigned int insertQualifiedName(const QualifiedNameEntry& qne, bool isElement);
     Vocabulary<QualifiedNameEntry>& getQNameVocabulary(bool isElement);
 
-    void writeText(const char* pText, std::size_t size);
-    void writeCharacterChunk(const char* pText, std::size_t size);
+    void writeText(std::string_view text);
+    void writeCharacterChunk(std::string_view text);
+    void writeCharacterChunk(std::string_view text, HashKey key);
+    void writeLiteralChunk(OctetComposer& octets, std::string_view text, bool added);
     void writeDocumentTypeDeclaration(const std::string& publicId, const std::string& systemId);
     void writeNotation(const std::string& name, const std::string* publicId, const std::string* systemId);
     void writeUnparsedEntity(const std::string& name, const std::string* publicId,
@@ -248,16 +257,29 @@ private:
                                         const std::string* publicId);
 
     unsigned int writeIdentifyingStringOrIndex(OctetComposer& octets, const std::string& s, ID id);
+    unsigned int writeIdentifyingStringOrIndex(OctetComposer& octets, const std::string& s, ID id,
+                                               HashKey key, FoundString found);
     unsigned int writeIdentifyingStringOrIndex(const std::string& s, ID id);
     void writeIdentifyingStringIndex(unsigned int index);
     void writeIdentifyingString(const std::string& s, ID id);
-    void writeString(OctetComposer& octets, const std::string& s, ID id);
+    void writeString(OctetComposer& octets, std::string_view text, ID id);
+    void writeLiteralString(OctetComposer& octets, std::string_view text, bool added);
     void writeNonIdentifyingStringOrIndex(const AutoPtr<Encoding>& e, ID id);
     void writeEncodedCharacterString(const AutoPtr<Encoding>& e);
-    void handleEncodedData();
+    void handleEncodedData() {
+        if (!_encodedData.empty()) [[unlikely]] {
+            writeEncodedData();
+        }
+    }
+    void writeEncodedData();
     bool isIndexed(std::size_t size) const noexcept;
     void forgetNames() noexcept;
-    unsigned int tableIndex(const std::string& s, ID id, bool& found, bool& added);
+    FoundString lookUp(ID id, std::string_view text, HashKey key);
+    FoundString lookUpPart(ID id, const std::string& text, HashKey key);
+    unsigned int add(ID id, std::string_view text, HashKey key, FoundString notFound);
+    bool addString(ID id, std::string_view text, HashKey key, FoundString notFound);
+    FoundName lookUp(bool isElement, const QualifiedNameEntry& name, HashKey key);
+    unsigned int add(bool isElement, const QualifiedNameEntry& name, HashKey key, FoundName notFound);
     template<class E, class T>
     void insertValue(const T& value);
     template<class T>
@@ -285,9 +307,9 @@ private:
 
     // Kept for their capacity from element to element.
     WrittenNames _elementNames;
-    WrittenNames _attributeNames;         // that were written without a prefix
-    WrittenNames _prefixedAttributeNames; // in another namespace than their element
-    std::vector<unsigned int> _attributeIndexes;
+    WrittenNames _plainNames;   // of attributes, written without a prefix
+    WrittenNames _foreignNames; // of attributes in another namespace than their element
+    std::vector<AttributeName> _attributeNames;
     std::vector<AttributeValue> _attributeValues;
     std::size_t _attributeCount = 0;
     std::vector<NamespaceAttribute> _namespaceAttributes;

@@ -3,8 +3,11 @@
 
 #include "Tamo/Export.h"
 #include "Tamo/Hash.h"
+#include "Tamo/HashKey.h"
 #include "Tamo/Types.h"
 #include <cstddef>
+#include <forward_list>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,7 +18,7 @@ namespace Tamo::FastInfoset {
 ///
 /// An entry holds for the namespace bindings that it was made under, whose number its user gives (a name that
 /// depends on none has the number ANY). A name that is not here may be known to the vocabulary all the same.
-/// Namespace and local names are referred to where the vocabulary keeps them. Used by one thread at a time.
+/// Names are copied. Used by one thread at a time.
 class TAMO_API WrittenNames {
 public:
     /// The number of bindings that a name in no namespace is entered with.
@@ -25,19 +28,27 @@ public:
     static constexpr unsigned int NOT_FOUND = 0xFFFFFFFF;
 
     /// The index of a name as an event gives it, under the bindings with this number.
-    unsigned int find(const std::string& uri, const std::string& localName, const std::string& qname,
-                      UInt64 bindings) const noexcept {
-        if (_entries.empty()) {
+    TAMO_ALWAYS_INLINE unsigned int find(const std::string& uri, const std::string& localName,
+                                         const std::string& qname, UInt64 bindings) const noexcept {
+        if (_entries.empty() || localName.empty()) {
             return NOT_FOUND;
         }
-        const Entry& entry = _entries[slot(uri, localName)];
-        return entry.pLocalName && entry.bindings == bindings && equalText(*entry.pLocalName, localName) &&
-                       equalText(*entry.pUri, uri) && equalText(entry.qname, qname)
-                   ? entry.index
-                   : NOT_FOUND;
+        const HashKey key = HashKey::of(localName);
+        const std::size_t i = slot(key, uri.size());
+        const auto isFound = [&](const Entry& entry) {
+            return entry.key == key && entry.size == localName.size() && entry.bindings == bindings &&
+                   (entry.pUri ? equalText(*entry.pUri, uri) : uri.empty()) &&
+                   (entry.isPlain ? qname.empty() || equalText(qname, localName)
+                                  : equalText(entry.pName->qname, qname) &&
+                                        equalText(entry.pName->localName, localName));
+        };
+        if (isFound(_entries[i])) [[likely]] {
+            return _entries[i].index;
+        }
+        return isFound(_entries[i ^ 1]) ? _entries[i ^ 1].index : NOT_FOUND;
     }
 
-    /// Enters a name, which may push another one out. The references must stay valid.
+    /// Enters a name, which may push another one out.
     void enter(const std::string& uri, const std::string& localName, const std::string& qname,
                UInt64 bindings, unsigned int index);
 
@@ -45,22 +56,39 @@ public:
     void clear() noexcept;
 
 private:
-    struct Entry {
-        const std::string* pUri = nullptr;
-        const std::string* pLocalName = nullptr; // null: no entry
-        UInt64 bindings = ANY;
-        unsigned int index = NOT_FOUND;
+    struct Name {
+        std::string localName;
         std::string qname;
     };
 
-    static constexpr std::size_t FIRST_SIZE = 32;
-    static constexpr std::size_t MOST = 1024;
+    struct Entry {
+        HashKey key{0, 0}; // the local name's
+        UInt64 bindings = ANY;
+        const std::string* pUri = nullptr; // in _uris; null for the empty one
+        Name* pName = nullptr;             // in _names; kept for later names when isPlain
+        unsigned int index = 0;
+        UInt32 size : 31 = 0;   // the local name's, in octets; 0: no entry
+        UInt32 isPlain : 1 = 0; // the key is the local name, and there is no prefix
+    };
 
-    std::size_t slot(const std::string& uri, const std::string& localName) const noexcept {
-        return (Tamo::hash(localName) + uri.size()) & (_entries.size() - 1);
+    static constexpr std::size_t FIRST_SIZE = 16;
+    static constexpr std::size_t LONGEST = 0x7FFFFFFF;
+    static constexpr std::size_t MOST = 1024;
+    static constexpr std::size_t MOST_URIS = 32;
+
+    std::size_t slot(HashKey key, std::size_t uriSize) const noexcept {
+        return (static_cast<std::size_t>(key.hash() >> 32) + uriSize) & (_entries.size() - 1);
     }
 
-    std::vector<Entry> _entries; // none until the first name, then a power of two
+    const std::string* keep(const std::string& uri);
+    Entry& entryFor(HashKey key, const std::string& uri);
+    void grow();
+
+    // None until the first name, then a power of two. A name stands in its slot or in the other of that pair.
+    std::vector<Entry> _entries;
+    std::size_t _count = 0; // of the entries, those in use
+    std::forward_list<Name> _names;
+    std::vector<std::unique_ptr<const std::string>> _uris; // the latest last
 };
 
 } // namespace Tamo::FastInfoset
