@@ -327,6 +327,7 @@ private:
     static void guarded(void* pUser, Event&& event);
 
     void startElement(const char* name, const char** attributes);
+    void addAttributes(const NameCache::QName& element, const char** attributes);
     void endElement(const char* name);
     void text(std::string_view text);
     void flushText();
@@ -549,6 +550,17 @@ void SAXParser::Driver::startElement(const char* name, const char** attributes) 
         return;
     }
     _attributes.clear();
+    if (_parser._namespaces && _types.empty()) [[likely]] {
+        for (; *attributes; attributes += 2) {
+            _attributes.add(_names.attribute(attributes[0]), CDATA_TYPE, attributes[1]);
+        }
+    } else {
+        addAttributes(element, attributes);
+    }
+    pHandler->startElement(element.uri(), element.localName(), element.qname(), _attributes);
+}
+
+void SAXParser::Driver::addAttributes(const NameCache::QName& element, const char** attributes) {
     for (; *attributes; attributes += 2) {
         const NameCache::QName& attribute = _names.attribute(*attributes);
         if (!_parser._namespaces &&
@@ -559,7 +571,6 @@ void SAXParser::Driver::startElement(const char* name, const char** attributes) 
             _types.empty() ? CDATA_TYPE : declaredType(element.qname(), attribute.qname());
         _attributes.add(attribute, type, attributes[1]);
     }
-    pHandler->startElement(element.uri(), element.localName(), element.qname(), _attributes);
 }
 
 void SAXParser::Driver::endElement(const char* name) {
