@@ -141,7 +141,6 @@ void FastInfosetWriter::endFragment() {
 void FastInfosetWriter::startDocument() {
     forgetNames();
     writeHeader();
-    _states.reserve(16);
     _states.push_back(DOCUMENT);
     _namespaces.reset();
     _namespaces.pushContext();
@@ -152,6 +151,13 @@ void FastInfosetWriter::endDocument() {
     _writer.writeBits(4, true);
     _writer.complete();
     popState();
+}
+
+std::vector<FastInfosetWriter::State> FastInfosetWriter::initialStates() {
+    std::vector<State> states;
+    states.reserve(16); // as deep as most documents are
+    states.push_back(UNINITIALIZED);
+    return states;
 }
 
 FastInfosetWriter::State FastInfosetWriter::topState() const {
@@ -355,7 +361,7 @@ bool FastInfosetWriter::writeSimpleElement(const std::string& uri, const std::st
         [[unlikely]] {
         return false;
     }
-    const UInt64 bindings = _namespaces.changes();
+    const UInt64 bindings = _namespaces.state();
     const unsigned int index = _elementNames.find(uri, localName, qname, bindings);
     const std::string* pPrefix = nullptr;
     if (index == WrittenNames::NOT_FOUND || !OctetComposer::fitsPosition2(index)) {
@@ -429,7 +435,7 @@ void FastInfosetWriter::writeNewAttributeName(OctetComposer& octets, const std::
         rememberName(_plainNames, uri, localName, uri, WrittenNames::ANY, index);
     } else {
         rememberName(uri == elementURI ? _plainNames : _foreignNames, uri, localName, attributes.getQName(i),
-                     _namespaces.changes(), index);
+                     _namespaces.state(), index);
     }
 }
 

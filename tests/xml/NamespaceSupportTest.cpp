@@ -28,6 +28,9 @@ TEST(NamespaceSupport, AgreesWithPlainMapsOverRandomOperations) {
         std::mt19937 random(names);
         NamespaceSupport scope;
         std::vector<Context> model(1);
+        std::map<Tamo::UInt64, std::map<std::string, std::string>>
+            states; // the bindings that a state stood for
+        int again = 0;
         const auto prefix = [&] { return random() % 5 ? numbered("p", random() % names) : std::string(); };
         const auto uri = [&] { return numbered("u", random() % (names / 2 + 1)); };
         for (int step = 0; step < 20000; ++step) {
@@ -53,6 +56,13 @@ TEST(NamespaceSupport, AgreesWithPlainMapsOverRandomOperations) {
                     inForce[bound] = {name, depth};
                 }
             }
+            std::map<std::string, std::string> bindings;
+            for (const auto& [bound, where] : inForce) {
+                bindings[bound] = where.first;
+            }
+            const auto [state, isNew] = states.emplace(scope.state(), bindings);
+            ASSERT_EQ(state->second, bindings);
+            again += isNew ? 0 : 1;
             const std::string asked = prefix();
             ASSERT_EQ(scope.getURI(asked), inForce.contains(asked) ? inForce[asked].first : "");
             const std::string wanted = uri();
@@ -81,6 +91,8 @@ TEST(NamespaceSupport, AgreesWithPlainMapsOverRandomOperations) {
             for (const std::string& one : declared) {
                 ASSERT_TRUE(model.back().contains(one));
             }
+            ASSERT_TRUE(!scope.declaresNothing() || declared.empty());
         }
+        EXPECT_GT(again, 5000);
     }
 }

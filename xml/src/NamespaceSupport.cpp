@@ -16,6 +16,8 @@ std::size_t bucket(std::string_view text, std::size_t buckets) {
 } // namespace
 
 NamespaceSupport::NamespaceSupport() {
+    _bindings.reserve(4);
+    _contexts.reserve(16);
     reset();
 }
 
@@ -42,10 +44,10 @@ bool NamespaceSupport::declarePrefix(const std::string& prefix, const std::strin
     const UInt32 i = findPrefix(prefix);
     if (i != NONE && i >= _contexts.back().first) {
         if (_bindings[i].uri != uri) {
-            ++_changes;
             unlink(i);
             _bindings[i].uri = uri;
             link(i);
+            changeStates(i, _bindings[i].stateBefore);
         }
     } else {
         append(prefix, uri, i);
@@ -59,20 +61,19 @@ bool NamespaceSupport::undeclarePrefix(const std::string& prefix) {
     if (i == NONE || i < context.first) {
         return false;
     }
-    if (i + 1 == _count) {
-        removeLast();
-    } else {
-        ++_changes;
-        unlink(i);
-        _bindings[i].live = false;
-        if (_bindings[i].outer != NONE) {
-            _bindings[_bindings[i].outer].inForce = true;
-        }
+    if (i + 1 != _count) {
+        remove(i);
         ++context.dead;
         // Long alternation of declaring and undeclaring in one context must not fill it with dead bindings.
         if (context.dead > 8 && context.dead > (_count - context.first) / 2) {
             compact();
         }
+        return true;
+    }
+    removeLast();
+    while (_count > context.first && !_bindings[_count - 1].live) {
+        removeLast();
+        --context.dead;
     }
     return true;
 }
@@ -146,13 +147,17 @@ UInt32 NamespaceSupport::findURI(const std::string& uri, bool nonEmptyPrefix) co
 }
 
 void NamespaceSupport::append(const std::string& prefix, const std::string& uri, UInt32 outer) {
-    ++_changes;
     if (_count == _bindings.size()) {
         _bindings.emplace_back();
     }
     Binding& binding = _bindings[_count];
-    binding.prefix = prefix;
-    binding.uri = uri;
+    if (binding.stateBefore != _state || binding.prefix != prefix || binding.uri != uri) {
+        binding.stateBefore = 0; // should a copy fail
+        binding.prefix = prefix;
+        binding.uri = uri;
+        binding.stateAfter = ++_lastState;
+        binding.stateBefore = _state;
+    }
     binding.outer = outer;
     binding.live = true;
     binding.inForce = true;
@@ -160,6 +165,7 @@ void NamespaceSupport::append(const std::string& prefix, const std::string& uri,
         _bindings[outer].inForce = false;
     }
     ++_count;
+    _state = binding.stateAfter;
     if (indexed() && _count <= _prefixHeads.size()) {
         link(static_cast<UInt32>(_count - 1));
     } else if (_count > SCAN_LIMIT) {
@@ -168,7 +174,6 @@ void NamespaceSupport::append(const std::string& prefix, const std::string& uri,
 }
 
 void NamespaceSupport::removeLast() {
-    ++_changes;
     const UInt32 last = static_cast<UInt32>(_count - 1);
     const Binding& binding = _bindings[last];
     if (binding.live) {
@@ -176,11 +181,36 @@ void NamespaceSupport::removeLast() {
         if (binding.outer != NONE) {
             _bindings[binding.outer].inForce = true;
         }
+        _state = binding.stateBefore;
     }
     --_count;
     if (indexed() && _count < SCAN_LIMIT / 2) {
         _prefixHeads.clear();
         _uriHeads.clear();
+    }
+}
+
+// A binding that has others behind it.
+void NamespaceSupport::remove(UInt32 i) {
+    Binding& binding = _bindings[i];
+    unlink(i);
+    binding.live = false;
+    if (binding.outer != NONE) {
+        _bindings[binding.outer].inForce = true;
+    }
+    changeStates(i + 1, binding.stateBefore);
+}
+
+// The bindings from i on follow a state that they did not follow before.
+void NamespaceSupport::changeStates(std::size_t i, UInt64 stateBefore) {
+    _state = stateBefore;
+    for (; i < _count; ++i) {
+        Binding& binding = _bindings[i];
+        if (binding.live) {
+            binding.stateBefore = _state;
+            binding.stateAfter = ++_lastState;
+            _state = binding.stateAfter;
+        }
     }
 }
 

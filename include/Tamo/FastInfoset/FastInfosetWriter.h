@@ -288,13 +288,14 @@ private:
             encodedData(value);
         }
     }
+    static std::vector<State> initialStates();
     State topState() const;
     void popState();
 
     BitStreamWriter _writer;
     bool _writeXMLDeclaration = false;
     DocumentVocabulary _vocabulary;
-    std::vector<State> _states{UNINITIALIZED};
+    std::vector<State> _states = initialStates();
     int _prefixCounter = 0;
     XML::NamespaceSupport _namespaces;
     std::vector<AutoPtr<Encoding>> _encodedData;

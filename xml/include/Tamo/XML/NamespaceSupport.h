@@ -57,8 +57,9 @@ public:
     /// True when the current context has declared nothing, or nothing that is still there.
     bool declaresNothing() const noexcept { return _contexts.back().first == _count; }
 
-    /// A number that stays the same while no binding is made, changed or removed, and is never 0.
-    UInt64 changes() const noexcept { return _changes; }
+    /// A number for the bindings in force, never 0: equal numbers mean equal bindings. It is the same again
+    /// when what was declared is removed, and often when it is declared again.
+    UInt64 state() const noexcept { return _state; }
 
     /// A prefix in force for the namespace name: the empty one when the default namespace is uri, else the
     /// one declared innermost. Empty when there is none (see isMapped) and for an empty uri.
@@ -94,6 +95,8 @@ private:
         UInt32 outer = NONE;      ///< the binding of the same prefix that this one hides
         UInt32 nextPrefix = NONE; ///< next older binding in the same bucket of the prefix index
         UInt32 nextURI = NONE;    ///< likewise for the index of namespace names
+        UInt64 stateBefore = 0;   ///< the state that it was declared in
+        UInt64 stateAfter = 0;    ///< the state that it led to
         bool live = false;        ///< false once undeclared
         bool inForce = false;     ///< false while an inner context binds the prefix anew
     };
@@ -108,6 +111,8 @@ private:
     void append(const std::string& prefix, const std::string& uri, UInt32 outer);
     void removeContext();
     void removeLast();
+    void remove(UInt32 i);
+    void changeStates(std::size_t i, UInt64 stateBefore);
     void compact();
     void link(UInt32 i);
     void unlink(UInt32 i);
@@ -116,10 +121,11 @@ private:
     UInt32& prefixHead(std::string_view prefix);
     UInt32& uriHead(const std::string& uri);
 
-    std::vector<Binding> _bindings; // slots above _count are kept for their capacity
+    std::vector<Binding> _bindings; // slots above _count are kept: the same is likely to be declared again
     std::size_t _count = 0;
     std::vector<Context> _contexts;
-    UInt64 _changes = 1;
+    UInt64 _state = 1;
+    UInt64 _lastState = 1;            // that was ever in use
     std::vector<UInt32> _prefixHeads; // empty while a scan will do
     std::vector<UInt32> _uriHeads;
 };
