@@ -36,17 +36,18 @@ constexpr std::array<Encoding::DecodeMethod, EncodingAlgorithm::USER_DEFINED> BU
 
 } // namespace
 
-DecodingAlgorithm::DecodingAlgorithm() : _decodings(BUILT_IN.begin(), BUILT_IN.end()) {}
+DecodingAlgorithm::DecodingAlgorithm() = default;
 
 void DecodingAlgorithm::add(Encoding::DecodeMethod decodeMethod) {
     _decodings.push_back(decodeMethod);
 }
 
 AutoPtr<Encoding> DecodingAlgorithm::read(int index, BitStreamReader& reader) const {
-    if (index < 0 || static_cast<std::size_t>(index) >= _decodings.size()) {
-        return InvalidDecoding::decode(reader);
+    if (index >= 0 && static_cast<std::size_t>(index) < BUILT_IN.size()) {
+        return BUILT_IN[static_cast<std::size_t>(index)](reader);
     }
-    return _decodings[static_cast<std::size_t>(index)](reader);
+    const std::size_t own = static_cast<std::size_t>(index) - BUILT_IN.size();
+    return index < 0 || own >= _decodings.size() ? InvalidDecoding::decode(reader) : _decodings[own](reader);
 }
 
 } // namespace Tamo::FastInfoset

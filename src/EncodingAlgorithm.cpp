@@ -52,8 +52,7 @@ constexpr std::array<Encoding::CheckMethod, EncodingAlgorithm::USER_DEFINED> CHE
 
 } // namespace
 
-EncodingAlgorithm::EncodingAlgorithm()
-    : _encodings(ENCODINGS.begin(), ENCODINGS.end()), _checks(CHECKS.begin(), CHECKS.end()) {}
+EncodingAlgorithm::EncodingAlgorithm() = default;
 
 void EncodingAlgorithm::add(Encoding::EncodeMethod encodeMethod, Encoding::CheckMethod checkMethod) {
     _encodings.push_back(encodeMethod);
@@ -61,18 +60,20 @@ void EncodingAlgorithm::add(Encoding::EncodeMethod encodeMethod, Encoding::Check
 }
 
 void EncodingAlgorithm::encode(unsigned int index, BitStreamWriter& writer, const std::string& text) const {
-    if (index >= _encodings.size()) {
-        InvalidEncoding::encode(writer, text);
+    if (index < USER_DEFINED) {
+        ENCODINGS[index](writer, text);
+    } else if (index - USER_DEFINED < _encodings.size()) {
+        _encodings[index - USER_DEFINED](writer, text);
     } else {
-        _encodings[index](writer, text);
+        InvalidEncoding::encode(writer, text);
     }
 }
 
 unsigned int EncodingAlgorithm::findEncoding(const std::string& text) const {
     int best = std::numeric_limits<int>::max();
     unsigned int bestIndex = 0;
-    for (unsigned int i = 0; i < _checks.size(); ++i) {
-        const int score = _checks[i](text);
+    for (unsigned int i = 0; i < USER_DEFINED + _checks.size(); ++i) {
+        const int score = i < USER_DEFINED ? CHECKS[i](text) : _checks[i - USER_DEFINED](text);
         if (score > 0 && score < best) {
             best = score;
             bestIndex = i;

@@ -42,16 +42,19 @@ const std::string* WrittenNames::keep(const std::string& uri) {
     if (uri.empty()) {
         return nullptr;
     }
-    for (std::size_t i = _uris.size(); i-- > 0;) {
-        if (equalText(*_uris[i], uri)) {
-            return _uris[i].get();
+    for (const std::string& kept : _uris) {
+        if (equalText(kept, uri)) {
+            return &kept;
         }
     }
-    if (_uris.size() == MOST_URIS) {
+    if (_uriCount == MOST_URIS) {
         clear();
         _uris.clear();
+        _uriCount = 0;
     }
-    return _uris.emplace_back(std::make_unique<const std::string>(uri)).get();
+    _uris.push_front(uri);
+    ++_uriCount;
+    return &_uris.front();
 }
 
 WrittenNames::Entry& WrittenNames::entryFor(HashKey key, const std::string& uri) {

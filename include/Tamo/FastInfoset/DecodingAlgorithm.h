@@ -21,7 +21,7 @@ public:
     AutoPtr<Encoding> read(int index, BitStreamReader& reader) const;
 
 private:
-    std::vector<Encoding::DecodeMethod> _decodings;
+    std::vector<Encoding::DecodeMethod> _decodings; // the application's
 };
 
 } // namespace Tamo::FastInfoset

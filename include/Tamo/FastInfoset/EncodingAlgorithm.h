@@ -30,7 +30,7 @@ public:
     unsigned int findEncoding(const std::string& text) const;
 
 private:
-    std::vector<Encoding::EncodeMethod> _encodings;
+    std::vector<Encoding::EncodeMethod> _encodings; // the application's, as below
     std::vector<Encoding::CheckMethod> _checks;
 };
 

@@ -7,7 +7,6 @@
 #include "Tamo/Types.h"
 #include <cstddef>
 #include <forward_list>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -88,7 +87,8 @@ private:
     std::vector<Entry> _entries;
     std::size_t _count = 0; // of the entries, those in use
     std::forward_list<Name> _names;
-    std::vector<std::unique_ptr<const std::string>> _uris; // the latest last
+    std::forward_list<std::string> _uris; // the latest first
+    std::size_t _uriCount = 0;
 };
 
 } // namespace Tamo::FastInfoset
