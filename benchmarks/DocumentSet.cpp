@@ -89,7 +89,9 @@ DocumentSet::DocumentSet(std::string name, const std::vector<std::filesystem::pa
 }
 
 void DocumentSet::add(const std::filesystem::path& file) {
+    static std::size_t documents = 0;
     auto pDocument = std::make_unique<Document>();
+    pDocument->number = ++documents;
     pDocument->name = file.string();
     pDocument->xml = contentOf(file);
     try {

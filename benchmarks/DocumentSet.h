@@ -13,6 +13,8 @@ namespace Tamo::Benchmarks {
 /// One document in all the forms that the jobs need.
 struct Document {
     std::string name;
+    /// What no other document of the program has, not even one at the same address later.
+    std::size_t number = 0;
     /// The XML text.
     std::string xml;
     /// Its events, as Expat reports them.

@@ -66,11 +66,11 @@ UInt64 PugixmlPeer::parseAndWalk(const std::string& xml) {
     return walker.sum;
 }
 
-UInt64 PugixmlPeer::save(const std::string& xml) {
-    auto& pTree = _trees[&xml];
+UInt64 PugixmlPeer::save(const Document& document) {
+    auto& pTree = _trees[document.number];
     if (!pTree) {
         pTree = std::make_unique<Tree>();
-        load(pTree->document, xml);
+        load(pTree->document, document.xml);
     }
     _out.reset();
     StreamWriter writer(_out);

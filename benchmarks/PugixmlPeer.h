@@ -2,6 +2,7 @@
 #define TAMO_BENCHMARKS_PUGIXMLPEER_H
 
 #include "BufferStream.h"
+#include "DocumentSet.h"
 #include "Tamo/Types.h"
 #include <map>
 #include <memory>
@@ -22,14 +23,14 @@ public:
     static UInt64 parseAndWalk(const std::string& xml);
 
     /// Writes the tree of a document, built when it is first needed, as XML text; returns its size.
-    UInt64 save(const std::string& xml);
+    UInt64 save(const Document& document);
 
     /// What was written last.
     std::string written() const { return std::string(_out.view()); }
 
 private:
     struct Tree;
-    std::map<const std::string*, std::unique_ptr<Tree>> _trees;
+    std::map<std::size_t, std::unique_ptr<Tree>> _trees; // by the number of the document
     BufferStream _out;
 };
 
