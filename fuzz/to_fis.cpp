@@ -6,6 +6,15 @@ using namespace Tamo;
 using namespace Tamo::FastInfoset;
 using namespace Tamo::FastInfoset::Fuzz;
 
+namespace {
+
+// In ISO-8859-1 Expat takes U+00AA, U+00B5 and U+00BA for letters of names, which XMLWriter refuses.
+bool isLatin1Name(const std::string& xml, const Outcome& back) {
+    return back.failure.ends_with("is no XML name") && xml.find_first_of("\xAA\xB5\xBA") != std::string::npos;
+}
+
+} // namespace
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string xml(reinterpret_cast<const char*>(data), size);
     const Outcome original = informationOfXML(xml);
@@ -27,6 +36,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         require(read.events == original.events, "it holds the same information", original.events,
                 read.events);
         const Outcome back = convertedToXML(document.events, 0);
+        if (isLatin1Name(xml, back)) {
+            return 0;
+        }
         require(!back.failed(), "it converts back", back.failure, xml);
         require(informationOfXML(back.events).events == original.events, "and is the same", xml, back.events);
     }
