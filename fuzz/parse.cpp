@@ -101,7 +101,7 @@ void compareTexts(const std::string& document) {
     struct Texts : XML::DefaultHandler {
         std::string texts;
         void characters(const char ch[], int start, int length) override {
-            if (length > 0) { // an array of no values is text without characters, and no event to the cursor
+            if (length > 0) { // an array of no values is empty text here, and no event to the cursor
                 texts.append(ch + start, static_cast<std::size_t>(length)) += '|';
             }
         }
@@ -121,7 +121,7 @@ void compareTexts(const std::string& document) {
     const std::string cursorsFailure = Test::failureOf([&] {
         reader.open(std::string_view(block.data(), block.size()));
         while (reader.next() != FastInfosetReader::END_DOCUMENT) {
-            if (reader.event() == FastInfosetReader::TEXT) {
+            if (reader.event() == FastInfosetReader::TEXT && !reader.text().empty()) {
                 texts.append(reader.text()) += '|';
             }
         }
