@@ -39,10 +39,6 @@ void requirePosition(bool holds, const char* message) {
     }
 }
 
-const std::string& nameToString(const std::string& localName, const std::string& qname) {
-    return qname.empty() ? localName : qname;
-}
-
 std::string_view prefixOf(const std::string& qname) {
     const std::size_t colon = qname.find(':');
     return colon == std::string::npos ? std::string_view() : std::string_view(qname).substr(0, colon);
@@ -391,8 +387,8 @@ bool FastInfosetWriter::writeSimpleElement(const std::string& uri, const std::st
             pNames[i].index = (isForeign ? _foreignNames : _plainNames)
                                   .find(attributeURI, attributeLocalName, attributeQName, bindings);
             if (pNames[i].index == WrittenNames::NOT_FOUND) {
-                pNames[i].pPrefix = boundAttributePrefix(attributeURI, attributeLocalName, attributeQName);
-                if (!pNames[i].pPrefix) {
+                pNames[i].pPrefix = boundAttributePrefix(attributeURI, attributeQName);
+                if (!pNames[i].pPrefix || attributeLocalName.empty()) {
                     return false;
                 }
                 if (!isForeign) {
@@ -448,59 +444,42 @@ void FastInfosetWriter::rememberName(WrittenNames& names, const std::string& uri
     }
 }
 
-// The prefix that elementPrefix gives when it declares none; null when it declares one or throws.
+// The prefix of an element whose namespace is bound already; null when it would have to be declared.
 const std::string* FastInfosetWriter::boundElementPrefix(const std::string& uri, const std::string& localName,
                                                          const std::string& qname) {
-    if (qname.empty() || qname == localName) {
-        const std::string& prefix = _namespaces.getPrefix(uri);
-        return uri.empty() || _namespaces.getURI(prefix) == uri ? &prefix : nullptr;
+    const std::string_view prefix = qname == localName ? std::string_view() : prefixOf(qname);
+    const std::string* pPrefix = &_namespaces.getPrefix(uri);
+    if (!prefix.empty()) {
+        _prefix = prefix;
+        pPrefix = &_prefix;
     }
-    const std::string_view prefix = prefixOf(qname);
-    if (prefix.empty()) {
-        const std::string& bound = _namespaces.getPrefix(uri);
-        return uri.empty() || _namespaces.getURI(bound) == uri ? &bound : nullptr;
-    }
-    if (!uri.empty() && _namespaces.getURI(prefix) != uri) {
-        return nullptr;
-    }
-    _prefix = prefix;
-    return &_prefix;
+    return uri.empty() || _namespaces.getURI(*pPrefix) == uri ? pPrefix : nullptr;
 }
 
-// The prefix of an attribute in a namespace that is bound already; null when it would have to be.
+// Likewise of an attribute in a namespace: the prefix that it is written with.
 const std::string* FastInfosetWriter::boundAttributePrefix(const std::string& uri,
-                                                           const std::string& localName,
                                                            const std::string& qname) const {
     const std::string_view prefix = prefixOf(qname);
     const std::string& bound = _namespaces.getPrefix(uri);
-    return !localName.empty() && _namespaces.getURI(prefix.empty() ? bound : prefix) == uri ? &bound
-                                                                                            : nullptr;
+    return _namespaces.getURI(prefix.empty() ? bound : prefix) == uri ? &bound : nullptr;
 }
 
+// Declares the prefix where it is not bound.
 const std::string& FastInfosetWriter::elementPrefix(const std::string& uri, const std::string& localName,
                                                     const std::string& qname) {
-    if (!localName.empty() && (qname.empty() || qname == localName)) {
-        if (!uri.empty() && !_namespaces.isMapped(uri)) {
-            _namespaces.declarePrefix(newPrefix(), uri);
+    if (localName.empty()) {
+        if (!uri.empty() || qname.empty()) {
+            throw FISException("Tag mismatch", qname);
         }
-        return _namespaces.getPrefix(uri);
+        return EMPTY; // a name without namespace processing has no prefix
     }
-    if (uri.empty() && localName.empty() && !qname.empty()) {
-        _text.clear(); // a name without namespace processing has no prefix
-        return _text;
+    const std::string* pPrefix = boundElementPrefix(uri, localName, qname);
+    if (!pPrefix) {
+        _prefix = qname.empty() || qname == localName ? newPrefix() : std::string(prefixOf(qname));
+        _namespaces.declarePrefix(_prefix, uri);
+        pPrefix = &_prefix;
     }
-    if (localName.empty() || qname.empty()) {
-        throw FISException("Tag mismatch", nameToString(localName, qname));
-    }
-    XML::Name::split(qname, _text, _localPart);
-    if (_text.empty()) {
-        _text = _namespaces.getPrefix(uri);
-    }
-    const std::string& bound = _namespaces.getURI(_text);
-    if ((bound.empty() || bound != uri) && !uri.empty()) {
-        _namespaces.declarePrefix(_text, uri);
-    }
-    return _text;
+    return *pPrefix;
 }
 
 void FastInfosetWriter::endElement(const std::string&, const std::string&, const std::string&) {
@@ -575,16 +554,10 @@ void FastInfosetWriter::declareAttributeNamespaces(const XML::Attributes& attrib
     const int count = attributes.getLength();
     for (int i = 0; i < count; ++i) {
         const std::string& uri = attributes.getURI(i);
-        if (uri.empty()) {
-            continue;
-        }
-        std::string_view prefix = prefixOf(attributes.getQName(i));
-        if (prefix.empty()) {
-            prefix = _namespaces.getPrefix(uri);
-        }
-        if (_namespaces.getURI(prefix) != uri) {
+        const std::string& qname = attributes.getQName(i);
+        if (!uri.empty() && !boundAttributePrefix(uri, qname)) {
             // Deliberate: no prefix is generated; a name without one binds the default namespace.
-            _namespaces.declarePrefix(std::string(prefix), uri);
+            _namespaces.declarePrefix(std::string(prefixOf(qname)), uri);
         }
     }
 }
@@ -612,7 +585,7 @@ void FastInfosetWriter::addAttributes(const XML::Attributes& attributes, const s
         attribute.pLocalName = &attributes.getLocalName(i);
         attribute.pValue = &attributes.getValue(i);
         if (attribute.pLocalName->empty()) {
-            XML::Name::split(attributes.getQName(i), _localPart, attribute.ownLocalName);
+            attribute.ownLocalName = XML::Name::localName(attributes.getQName(i));
             attribute.pLocalName = &attribute.ownLocalName;
         }
         attribute.pPrefix = *attribute.pUri != elementURI ? &_namespaces.getPrefix(*attribute.pUri) : &EMPTY;

@@ -55,52 +55,21 @@ public:
 
     /// An integer, 0 to 2^20, at bit position 1 (X.891, C.25).
     TAMO_ALWAYS_INLINE void integerAtPosition1(unsigned int high, unsigned int val) {
-        char* p = next();
-        if (val - 1 < 64) {
-            p = put(p, high | (val - 1));
-        } else if (val == 0) {
-            p = put(p, high | 0x7F);
-        } else if (val <= 8256) {
-            p = put(p, high | 0x40 | (val - 65) >> 8);
-            p = put(p, val - 65);
+        if (val == 0) [[unlikely]] {
+            octet(high | 0x7F);
         } else {
-            p = put(p, high | 0x60 | (val - 8257) >> 16);
-            p = put(p, (val - 8257) >> 8);
-            p = put(p, val - 8257);
+            integer<64, 0x40, 8256, 0x60>(high, val);
         }
-        _pNext = p;
     }
 
     /// An integer, 1 to 526368, at bit position 2 (X.891, C.27).
     TAMO_ALWAYS_INLINE void integerAtPosition2(unsigned int high, unsigned int val) {
-        char* p = next();
-        if (val <= 32) {
-            p = put(p, high | (val - 1));
-        } else if (val <= 2080) {
-            p = put(p, high | 0x20 | (val - 33) >> 8);
-            p = put(p, val - 33);
-        } else {
-            p = put(p, high | 0x28 | (val - 2081) >> 16);
-            p = put(p, (val - 2081) >> 8);
-            p = put(p, val - 2081);
-        }
-        _pNext = p;
+        integer<32, 0x20, 2080, 0x28>(high, val);
     }
 
     /// An integer, 1 to 263184, at bit position 3 (X.891, C.28).
     TAMO_ALWAYS_INLINE void integerAtPosition3(unsigned int high, unsigned int val) {
-        char* p = next();
-        if (val <= 16) {
-            p = put(p, high | (val - 1));
-        } else if (val <= 1040) {
-            p = put(p, high | 0x10 | (val - 17) >> 8);
-            p = put(p, val - 17);
-        } else {
-            p = put(p, high | 0x14 | (val - 1041) >> 16);
-            p = put(p, (val - 1041) >> 8);
-            p = put(p, val - 1041);
-        }
-        _pNext = p;
+        integer<16, 0x10, 1040, 0x14>(high, val);
     }
 
     /// A string, not empty, whose length stands at bit position 1 (X.891, C.22).
@@ -154,6 +123,25 @@ private:
         char* const pRoom = _writer.roomInStream(ROOM);
         _pBegin = pRoom ? pRoom : _own;
         _pNext = _pBegin;
+    }
+
+    // An integer from 1 on in one octet, or with a mark in two or three.
+    template<unsigned int MOST_IN_ONE, unsigned int TWO, unsigned int MOST_IN_TWO, unsigned int THREE>
+    TAMO_ALWAYS_INLINE void integer(unsigned int high, unsigned int val) {
+        char* p = next();
+        if (val <= MOST_IN_ONE) {
+            p = put(p, high | (val - 1));
+        } else if (val <= MOST_IN_TWO) {
+            val -= MOST_IN_ONE + 1;
+            p = put(p, high | TWO | val >> 8);
+            p = put(p, val);
+        } else {
+            val -= MOST_IN_TWO + 1;
+            p = put(p, high | THREE | val >> 16);
+            p = put(p, val >> 8);
+            p = put(p, val);
+        }
+        _pNext = p;
     }
 
     // Where the longest form of what is no text has room.

@@ -232,8 +232,7 @@ private:
                       const std::string& qname, UInt64 bindings, unsigned int index);
     const std::string* boundElementPrefix(const std::string& uri, const std::string& localName,
                                           const std::string& qname);
-    const std::string* boundAttributePrefix(const std::string& uri, const std::string& localName,
-                                            const std::string& qname) const;
+    const std::string* boundAttributePrefix(const std::string& uri, const std::string& qname) const;
     void writeElement(const std::string& prefix, const std::string& uri, const std::string& localName);
     void writeNamespaceAttribute(OctetComposer& octets, const std::string& prefix, const std::string& uri);
     unsigned int writeQualifiedNameOrIndex(OctetComposer& octets, unsigned int high,
@@ -314,9 +313,7 @@ private:
     std::vector<AttributeValue> _attributeValues;
     std::size_t _attributeCount = 0;
     std::vector<NamespaceAttribute> _namespaceAttributes;
-    std::string _text;
     std::string _prefix;
-    std::string _localPart;
 };
 
 } // namespace Tamo::FastInfoset

@@ -130,7 +130,6 @@ private:
     static constexpr std::size_t NO_PLACE = ~std::size_t{0};
     static constexpr std::size_t MOST_SCANNED = 4;
     static constexpr std::size_t FIRST_SLOTS = 32;
-    static constexpr std::size_t FEW_SLOTS = 32;
     static constexpr std::size_t MANY_SLOTS = 1 << 17;
     static constexpr std::size_t MOST_PROBES = 64;
 
@@ -204,7 +203,7 @@ private:
         _pSlots = std::make_unique<Slot[]>(slots);
         _mask = slots - 1;
         _shift = 64 - std::countr_zero(slots);
-        _most = slots > FEW_SLOTS && slots < MANY_SLOTS ? slots / 2 : slots / 4 * 3;
+        _most = slots > FIRST_SLOTS && slots < MANY_SLOTS ? slots / 2 : slots / 4 * 3;
     }
 
     // Enters the first count of values anew; of equal ones the first.
