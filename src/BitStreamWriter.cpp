@@ -79,14 +79,6 @@ void BitStreamWriter::writeUnaligned(const char* data, std::size_t n) {
     }
 }
 
-bool BitStreamWriter::synchronise() noexcept {
-    try {
-        return _pIos->rdbuf()->pubsync() != -1;
-    } catch (...) {
-        return false;
-    }
-}
-
 void BitStreamWriter::flushStream() {
     _pStream->flush();
     if (!_pIos->good()) {

@@ -333,8 +333,8 @@ void FastInfosetWriter::writeUnparsedEntities(const std::vector<UnparsedEntity>&
 void FastInfosetWriter::startElement(const std::string& uri, const std::string& localName,
                                      const std::string& qname, const XML::Attributes& attributes) {
     handleEncodedData();
-    _writer.complete(false);
-    if (!writeSimpleElement(uri, localName, qname, attributes)) {
+    OctetComposer octets(_writer, _writer.startConstruct());
+    if (!writeSimpleElement(octets, uri, localName, qname, attributes)) {
         try {
             // Copied, because the attributes' declarations can move the bindings.
             _prefix = elementPrefix(uri, localName, qname);
@@ -351,8 +351,10 @@ void FastInfosetWriter::startElement(const std::string& uri, const std::string& 
 // The hot path: an element that declares nothing. Its names are mostly known under the bindings in force; of
 // the others the prefix is looked up first, because nothing may be written before it is certain that there is
 // nothing to declare. Writes what the operations below write; false, with nothing written, when they have to.
-bool FastInfosetWriter::writeSimpleElement(const std::string& uri, const std::string& localName,
-                                           const std::string& qname, const XML::Attributes& attributes) {
+TAMO_ALWAYS_INLINE bool FastInfosetWriter::writeSimpleElement(OctetComposer& octets, const std::string& uri,
+                                                              const std::string& localName,
+                                                              const std::string& qname,
+                                                              const XML::Attributes& attributes) {
     if (localName.empty() || !_namespaces.declaresNothing() || _states.empty() || _states.back() == CDATA)
         [[unlikely]] {
         return false;
@@ -360,14 +362,14 @@ bool FastInfosetWriter::writeSimpleElement(const std::string& uri, const std::st
     const UInt64 bindings = _namespaces.state();
     const unsigned int index = _elementNames.find(uri, localName, qname, bindings);
     const std::string* pPrefix = nullptr;
-    if (index == WrittenNames::NOT_FOUND || !OctetComposer::fitsPosition2(index)) {
+    if (!OctetComposer::fitsPosition2(index)) [[unlikely]] { // as an unknown name's does not
         pPrefix = boundElementPrefix(uri, localName, qname);
         if (!pPrefix) {
             return false;
         }
     }
     const int count = attributes.getLength();
-    if (_attributeNames.size() < static_cast<std::size_t>(count)) {
+    if (_attributeNames.size() < static_cast<std::size_t>(count)) [[unlikely]] {
         _attributeNames.resize(std::max<std::size_t>(16, static_cast<std::size_t>(count)));
     }
     AttributeName* const pNames = _attributeNames.data();
@@ -378,47 +380,79 @@ bool FastInfosetWriter::writeSimpleElement(const std::string& uri, const std::st
             pNames[i].index =
                 _plainNames.find(attributeURI, attributeLocalName, attributeURI, WrittenNames::ANY);
             pNames[i].pPrefix = &EMPTY;
-            if (pNames[i].index == WrittenNames::NOT_FOUND && attributeLocalName.empty()) {
+            if (pNames[i].index == WrittenNames::NOT_FOUND && attributeLocalName.empty()) [[unlikely]] {
                 return false;
             }
-        } else {
-            const bool isForeign = attributeURI != uri;
-            const std::string& attributeQName = attributes.getQName(i);
-            pNames[i].index = (isForeign ? _foreignNames : _plainNames)
-                                  .find(attributeURI, attributeLocalName, attributeQName, bindings);
-            if (pNames[i].index == WrittenNames::NOT_FOUND) {
-                pNames[i].pPrefix = boundAttributePrefix(attributeURI, attributeQName);
-                if (!pNames[i].pPrefix || attributeLocalName.empty()) {
-                    return false;
-                }
-                if (!isForeign) {
-                    pNames[i].pPrefix = &EMPTY;
-                }
-            }
+        } else if (!findForeignName(pNames[i], attributes, i, uri, bindings)) {
+            return false;
         }
     }
-    OctetComposer octets(_writer);
     const unsigned int high = count != 0 ? 0x40 : 0;
-    if (!pPrefix) {
+    if (!pPrefix) [[likely]] {
         octets.integerAtPosition2(high, index);
     } else {
-        const unsigned int newIndex = writeQualifiedNameOrIndex(octets, high, *pPrefix, uri, localName, true);
-        rememberName(_elementNames, uri, localName, qname, bindings, newIndex);
+        octets.apart([&](OctetComposer& name) {
+            const unsigned int newIndex = writeQualifiedNameOrIndex(name, high, *pPrefix, uri, localName, true);
+            rememberName(_elementNames, uri, localName, qname, bindings, newIndex);
+        });
     }
     for (int i = 0; i < count; ++i) {
-        if (pNames[i].index != WrittenNames::NOT_FOUND) {
+        if (pNames[i].index != WrittenNames::NOT_FOUND) [[likely]] {
             octets.integerAtPosition1(0, pNames[i].index);
         } else {
-            writeNewAttributeName(octets, *pNames[i].pPrefix, attributes, i, uri);
+            octets.apart([&](OctetComposer& name) {
+                writeNewAttributeName(name, *pNames[i].pPrefix, attributes, i, uri);
+            });
         }
-        writeString(octets, attributes.getValue(i), DocumentVocabulary::ATTRIBUTE_VALUE);
+        writeAttributeValue(octets, attributes.getValue(i));
     }
     octets.flush();
     if (count != 0) {
-        _writer.write(0x0Fu, 4);
+        _writer.writeTerminator();
     }
     _namespaces.pushContext();
     return true;
+}
+
+// An attribute in a namespace; false when that has to be declared.
+bool FastInfosetWriter::findForeignName(AttributeName& name, const XML::Attributes& attributes, int i,
+                                        const std::string& elementURI, UInt64 bindings) const {
+    const std::string& uri = attributes.getURI(i);
+    const std::string& localName = attributes.getLocalName(i);
+    const std::string& qname = attributes.getQName(i);
+    const bool isForeign = uri != elementURI;
+    name.index = (isForeign ? _foreignNames : _plainNames).find(uri, localName, qname, bindings);
+    if (name.index == WrittenNames::NOT_FOUND) {
+        name.pPrefix = boundAttributePrefix(uri, qname);
+        if (!name.pPrefix || localName.empty()) {
+            return false;
+        }
+        if (!isForeign) {
+            name.pPrefix = &EMPTY;
+        }
+    }
+    return true;
+}
+
+// Outside of CDATA sections.
+TAMO_ALWAYS_INLINE void FastInfosetWriter::writeAttributeValue(OctetComposer& octets,
+                                                               const std::string& value) {
+    if (!isIndexed(value.size())) {
+        octets.stringAtPosition4(0, value); // which is not empty: the empty one is indexed
+        return;
+    }
+    const HashKey key = HashKey::of(value);
+    const FoundString string = lookUp(DocumentVocabulary::ATTRIBUTE_VALUE, value, key);
+    if (OctetComposer::fitsPosition1(string.index)) {
+        octets.integerAtPosition1(0x80, string.index);
+    } else if (string.index == NOT_FOUND && HashKey::isExact(value.size()) && !value.empty()) [[likely]] {
+        const bool added = addString(DocumentVocabulary::ATTRIBUTE_VALUE, value, key, string);
+        octets.stringAtPosition4(added ? 0x40 : 0, key, value.size());
+    } else {
+        octets.apart([&](OctetComposer& composer) {
+            writeString(composer, value, DocumentVocabulary::ATTRIBUTE_VALUE, key, string);
+        });
+    }
 }
 
 void FastInfosetWriter::writeNewAttributeName(OctetComposer& octets, const std::string& prefix,
@@ -484,7 +518,7 @@ const std::string& FastInfosetWriter::elementPrefix(const std::string& uri, cons
 
 void FastInfosetWriter::endElement(const std::string&, const std::string&, const std::string&) {
     handleEncodedData();
-    _writer.write(0x0Fu, 4);
+    _writer.writeTerminator();
     popState();
     _namespaces.popContext();
 }
@@ -730,8 +764,8 @@ void FastInfosetWriter::characters(const char ch[], int start, int length) {
         const HashKey key = HashKey::of({ch, end});
         if (!key.hasNul(end)) [[likely]] {
             handleEncodedData();
-            _writer.complete(false);
-            writeCharacterChunk({ch, end}, key);
+            OctetComposer octets(_writer, _writer.startConstruct());
+            writeShortChunk(octets, {ch, end}, key);
             return;
         }
     }
@@ -755,52 +789,51 @@ void FastInfosetWriter::characters(std::string_view text) {
 
 void FastInfosetWriter::writeText(std::string_view text) {
     handleEncodedData();
-    _writer.complete(false);
-    writeCharacterChunk(text);
+    OctetComposer octets(_writer, _writer.startConstruct());
+    writeCharacterChunk(octets, text);
 }
 
-void FastInfosetWriter::writeCharacterChunk(std::string_view text) {
-    requirePosition(_writer.bitPos() == 0, "Illegal startposition for a CharacterChunk value");
+TAMO_ALWAYS_INLINE void FastInfosetWriter::writeCharacterChunk(OctetComposer& octets, std::string_view text) {
     if (isIndexed(text.size())) {
-        writeCharacterChunk(text, HashKey::of(text));
+        writeShortChunk(octets, text, HashKey::of(text));
     } else {
-        OctetComposer octets(_writer);
         writeLiteralChunk(octets, text, false);
         octets.flush();
     }
 }
 
 // A chunk that is short enough for its table.
-void FastInfosetWriter::writeCharacterChunk(std::string_view text, HashKey key) {
+TAMO_ALWAYS_INLINE void FastInfosetWriter::writeShortChunk(OctetComposer& octets, std::string_view text,
+                                                           HashKey key) {
     const FoundString chunk = lookUp(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, text, key);
-    if (chunk.index != NOT_FOUND) {
-        OctetComposer octets(_writer);
-        if (OctetComposer::fitsPosition3(chunk.index)) {
-            octets.integerAtPosition3(0xA0, chunk.index);
-        } else {
-            _writer.write(0x05u, 3);
-            Encoder::integer(_writer, chunk.index);
-        }
-        octets.flush();
+    if (OctetComposer::fitsPosition3(chunk.index)) {
+        octets.integerAtPosition3(0xA0, chunk.index);
+    } else if (chunk.index != NOT_FOUND) [[unlikely]] {
+        _writer.write(0x05u, 3);
+        Encoder::integer(_writer, chunk.index);
         return;
-    }
-    bool added = false;
-    try {
-        added = addString(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, text, key, chunk);
-    } catch (...) {
-        _writer.write(0x02u, 2); // the chunk had begun
-        throw;
-    }
-    OctetComposer octets(_writer);
-    if (!text.empty() && HashKey::isExact(text.size()) && topState() != CDATA) {
-        octets.stringAtPosition6(added ? 0x90 : 0x80, key, text.size());
     } else {
-        writeLiteralChunk(octets, text, added);
+        const bool added = addChunk(text, key, chunk);
+        if (!text.empty() && HashKey::isExact(text.size()) && topState() != CDATA) [[likely]] {
+            octets.stringAtPosition6(added ? 0x90 : 0x80, key, text.size());
+        } else {
+            writeLiteralChunk(octets, text, added);
+        }
     }
     octets.flush();
 }
 
-void FastInfosetWriter::writeLiteralChunk(OctetComposer& octets, std::string_view text, bool added) {
+bool FastInfosetWriter::addChunk(std::string_view text, HashKey key, FoundString notFound) {
+    try {
+        return addString(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, text, key, notFound);
+    } catch (...) {
+        _writer.write(0x02u, 2); // the chunk had begun
+        throw;
+    }
+}
+
+TAMO_ALWAYS_INLINE void FastInfosetWriter::writeLiteralChunk(OctetComposer& octets, std::string_view text,
+                                                             bool added) {
     if (text.empty()) [[unlikely]] {
         _writer.write(added ? 0x24u : 0x20u, 6);
         Encoder::nonEmptyOctetString(_writer, std::string()); // throws
@@ -994,6 +1027,13 @@ unsigned int FastInfosetWriter::add(ID id, std::string_view text, HashKey key, F
 // A table that holds all the entries that an index can name takes no more (X.891, 7.14.7): its other strings
 // are written literally each time.
 bool FastInfosetWriter::addString(ID id, std::string_view text, HashKey key, FoundString notFound) {
+    if (IndexedVocabulary<std::string>* const pTable = _vocabulary.indexedVocabulary(id)) [[likely]] {
+        const bool hasRoom = pTable->values().size() <= Encoder::MAXINT20;
+        if (hasRoom) {
+            pTable->append(text, key, notFound);
+        }
+        return hasRoom;
+    }
     const bool hasRoom = _vocabulary.vocabulary(id).values().size() <= Encoder::MAXINT20;
     if (hasRoom) {
         add(id, text, key, notFound);
@@ -1025,7 +1065,11 @@ void FastInfosetWriter::writeString(OctetComposer& octets, std::string_view text
         return;
     }
     const HashKey key = HashKey::of(text);
-    const FoundString string = lookUp(id, text, key);
+    writeString(octets, text, id, key, lookUp(id, text, key));
+}
+
+void FastInfosetWriter::writeString(OctetComposer& octets, std::string_view text, ID id, HashKey key,
+                                    FoundString string) {
     if (string.index != NOT_FOUND) {
         if (OctetComposer::fitsPosition1(string.index)) [[likely]] {
             octets.integerAtPosition1(0x80, string.index);
@@ -1172,7 +1216,9 @@ void FastInfosetWriter::writeEncodedData() {
             value.createContent();
         }
         if (value.type() == CDataEncoding::TYPE) {
-            writeCharacterChunk(value.content());
+            requirePosition(_writer.bitPos() == 0, "Illegal startposition for a CharacterChunk value");
+            OctetComposer octets(_writer);
+            writeCharacterChunk(octets, value.content());
         } else {
             _writer.write(0x02u, 2);
             writeNonIdentifyingStringOrIndex(e, DocumentVocabulary::CONTENT_CHARACTER_CHUNK);

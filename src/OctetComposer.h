@@ -15,30 +15,45 @@ namespace Tamo::FastInfoset {
 ///
 /// The octets are those that Encoder writes bit by bit. The argument high holds the bits of the first octet
 /// that stand before the integer or length. What has been composed when an exception passes is still written.
+/// A local variable whose address goes nowhere stays in registers: so all is inline, and what is rare goes
+/// through apart().
 class OctetComposer {
 public:
-    explicit OctetComposer(BitStreamWriter& writer) noexcept : _writer(writer) { begin(); }
+    using Room = BitStreamWriter::Room;
+
+    TAMO_ALWAYS_INLINE explicit OctetComposer(BitStreamWriter& writer) noexcept
+        : OctetComposer(writer, writer.room()) {}
+
+    /// Composes in a room that the writer has just given.
+    TAMO_ALWAYS_INLINE OctetComposer(BitStreamWriter& writer, Room room) noexcept : _writer(writer) {
+        begin(room);
+    }
 
     OctetComposer(const OctetComposer&) = delete;
     OctetComposer& operator=(const OctetComposer&) = delete;
 
-    ~OctetComposer() {
+    TAMO_ALWAYS_INLINE ~OctetComposer() {
         if (_pNext != _pBegin) [[unlikely]] {
-            rescue();
+            rescue(_writer, _pBegin, _pNext);
         }
     }
 
     /// Hands over what has been composed; to be called at the end.
     TAMO_ALWAYS_INLINE void flush() {
-        const auto size = static_cast<std::size_t>(_pNext - _pBegin);
-        const bool inStream = _pBegin != _own;
-        _pBegin = _own;
-        _pNext = _own;
-        if (inStream) {
-            _writer.advanceStream(size);
-        } else if (size != 0) {
-            _writer.write(_own, size);
-        }
+        const char* const pBegin = _pBegin;
+        const char* const pEnd = _pNext;
+        _pNext = _pBegin;
+        _writer.take(pBegin, pEnd);
+    }
+
+    /// Hands over what has been composed, lets write(composer) write what follows, and goes on behind that.
+    template<class Write>
+    TAMO_ALWAYS_INLINE void apart(Write&& write) {
+        flush();
+        OctetComposer composer(_writer);
+        write(composer);
+        composer.flush();
+        begin(_writer.room());
     }
 
     /// Whether a value can be written as an integer at a bit position by the operations below. Encoder writes
@@ -48,10 +63,7 @@ public:
     static bool fitsPosition3(unsigned int val) noexcept { return val - 1 < 263184; }
 
     /// An octet as it is.
-    TAMO_ALWAYS_INLINE void octet(unsigned int value) {
-        char* const p = next();
-        _pNext = put(p, value);
-    }
+    TAMO_ALWAYS_INLINE void octet(unsigned int value) { _pNext = put(next(), value); }
 
     /// An integer, 0 to 2^20, at bit position 1 (X.891, C.25).
     TAMO_ALWAYS_INLINE void integerAtPosition1(unsigned int high, unsigned int val) {
@@ -73,7 +85,7 @@ public:
     }
 
     /// A string, not empty, whose length stands at bit position 1 (X.891, C.22).
-    void stringAtPosition1(unsigned int high, std::string_view text) {
+    TAMO_ALWAYS_INLINE void stringAtPosition1(unsigned int high, std::string_view text) {
         char* p = next();
         const std::size_t size = text.size();
         if (size <= 64) {
@@ -89,12 +101,12 @@ public:
     }
 
     /// A string, not empty, whose length stands at bit position 4 (X.891, C.23).
-    void stringAtPosition4(unsigned int high, std::string_view text) {
+    TAMO_ALWAYS_INLINE void stringAtPosition4(unsigned int high, std::string_view text) {
         append(lengthAtPosition4(next(), high, text.size()), text);
     }
 
     /// A string, not empty, whose length stands at bit position 6 (X.891, C.24).
-    void stringAtPosition6(unsigned int high, std::string_view text) {
+    TAMO_ALWAYS_INLINE void stringAtPosition6(unsigned int high, std::string_view text) {
         append(lengthAtPosition6(next(), high, text.size()), text);
     }
 
@@ -107,22 +119,20 @@ public:
     }
 
 private:
-    static constexpr std::size_t ROOM = 512;
     static constexpr std::size_t LONGEST_FORM = 8 + HashKey::MOST_EXACT;
 
     // Another exception passes already.
-    void rescue() noexcept {
+    static void rescue(BitStreamWriter& writer, const char* pBegin, const char* pEnd) noexcept {
         try {
-            flush();
+            writer.take(pBegin, pEnd);
         } catch (...) { // NOLINT(bugprone-empty-catch)
         }
     }
 
-    // In the stream's buffer where that has the room, else here.
-    void begin() noexcept {
-        char* const pRoom = _writer.roomInStream(ROOM);
-        _pBegin = pRoom ? pRoom : _own;
-        _pNext = _pBegin;
+    TAMO_ALWAYS_INLINE void begin(Room room) noexcept {
+        _pBegin = room.pBegin;
+        _pNext = room.pBegin;
+        _pEnd = room.pEnd;
     }
 
     // An integer from 1 on in one octet, or with a mark in two or three.
@@ -146,9 +156,9 @@ private:
 
     // Where the longest form of what is no text has room.
     TAMO_ALWAYS_INLINE char* next() {
-        if (_pNext - _pBegin > static_cast<std::ptrdiff_t>(ROOM - LONGEST_FORM)) [[unlikely]] {
+        if (_pEnd - _pNext < static_cast<std::ptrdiff_t>(LONGEST_FORM)) [[unlikely]] {
             flush();
-            begin();
+            begin(_writer.room());
         }
         return _pNext;
     }
@@ -193,22 +203,22 @@ private:
         _pNext = p + size;
     }
 
-    void append(char* p, std::string_view text) {
-        if (text.size() <= ROOM - static_cast<std::size_t>(p - _pBegin)) {
+    TAMO_ALWAYS_INLINE void append(char* p, std::string_view text) {
+        _pNext = p;
+        if (text.size() <= static_cast<std::size_t>(_pEnd - p)) [[likely]] {
             std::memcpy(p, text.data(), text.size());
             _pNext = p + text.size();
         } else {
-            _pNext = p;
             flush();
             _writer.write(text.data(), text.size());
-            begin();
+            begin(_writer.room());
         }
     }
 
     BitStreamWriter& _writer;
     char* _pBegin;
     char* _pNext;
-    char _own[ROOM];
+    char* _pEnd;
 };
 
 } // namespace Tamo::FastInfoset

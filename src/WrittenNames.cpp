@@ -37,6 +37,12 @@ void WrittenNames::clear() noexcept {
     _count = 0;
 }
 
+unsigned int WrittenNames::findInOther(const Entry& entry, HashKey key, const std::string& uri,
+                                       const std::string& localName, const std::string& qname,
+                                       UInt64 bindings) noexcept {
+    return entry.holds(key, uri, localName, qname, bindings) ? entry.index : NOT_FOUND;
+}
+
 // The copy of a namespace name that entries share.
 const std::string* WrittenNames::keep(const std::string& uri) {
     if (uri.empty()) {

@@ -5,6 +5,7 @@
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/Utility.h"
 #include "Tamo/Types.h"
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <ios>
@@ -87,6 +88,60 @@ public:
     /// Pads with the constructor's fill bit and flushes the stream.
     void complete() { complete(_fillBit); }
 
+    /// Appends the four bits 1111 that end a list (X.891, 7.2.8 and others), at bit position 0 or 4.
+    TAMO_ALWAYS_INLINE void writeTerminator() {
+        if (_pendingBits == 0) {
+            _octet = static_cast<char>(0xF0);
+            _pendingBits = 4;
+        } else if (char* const pRoom = _pendingBits == 4 ? roomInStream(1) : nullptr) [[likely]] {
+            *pRoom = static_cast<char>(_octet | 0x0F);
+            advanceStream(1);
+            _octet = 0;
+            _pendingBits = 0;
+        } else {
+            write(0x0Fu, 4);
+        }
+    }
+
+    /// Where whole octets are composed before take() sends them on: in the stream's own buffer where that has
+    /// room for ROOM octets or more, else here.
+    struct Room {
+        char* pBegin;
+        char* pEnd; ///< behind the last octet that there is room for
+    };
+
+    /// The least that a Room has room for, in octets.
+    static constexpr std::size_t ROOM = 512;
+
+    /// The place for the next octets, until the next operation; pending bits are passed over.
+    TAMO_ALWAYS_INLINE Room room() noexcept {
+        const std::streambuf* const pBuf = _pIos->rdbuf();
+        return pBuf && _pIos->good() && isPlain() ? room(*pBuf) : ownRoom();
+    }
+
+    /// Starts a construct: complete(false), then room().
+    TAMO_ALWAYS_INLINE Room startConstruct() {
+        std::streambuf* const pBuf = _pIos->rdbuf();
+        if (!pBuf || !_pIos->good() || !isPlain() || !emitPending(*pBuf)) [[unlikely]] {
+            complete(false);
+            return room();
+        }
+        if (!synchronise(*pBuf) || !_pIos->good()) [[unlikely]] {
+            failStream();
+        }
+        return room(*pBuf);
+    }
+
+    /// Takes over the octets from pBegin, the beginning of the last room(), to before pEnd.
+    TAMO_ALWAYS_INLINE void take(const char* pBegin, const char* pEnd) {
+        const std::ptrdiff_t size = pEnd - pBegin;
+        if (pBegin != _own) [[likely]] {
+            advanceStream(static_cast<std::size_t>(size));
+        } else if (size != 0) {
+            write(_own, static_cast<std::size_t>(size));
+        }
+    }
+
     /// Bit number in the current octet that the next bit takes, 7 (most significant) to 0.
     int curBitOffsetInByte() const noexcept { return 7 - _pendingBits; }
 
@@ -162,6 +217,31 @@ private:
         }
     }
 
+    // The partial octet with zeros, if there is room for it.
+    TAMO_ALWAYS_INLINE bool emitPending(std::streambuf& buf) noexcept {
+        if (_pendingBits != 0) {
+            char* const pNext = (buf.*&PutArea::pptr)();
+            if (pNext == (buf.*&PutArea::epptr)()) [[unlikely]] {
+                return false;
+            }
+            *pNext = _octet;
+            (buf.*&PutArea::pbump)(1);
+            _octet = 0;
+            _pendingBits = 0;
+        }
+        return true;
+    }
+
+    TAMO_ALWAYS_INLINE Room room(const std::streambuf& buf) noexcept {
+        char* const pNext = (buf.*&PutArea::pptr)();
+        char* const pEnd = (buf.*&PutArea::epptr)();
+        return pEnd - pNext >= static_cast<std::ptrdiff_t>(ROOM)
+                   ? Room{pNext, pNext + std::min<std::ptrdiff_t>(pEnd - pNext, MOST_AT_ONCE)}
+                   : ownRoom();
+    }
+
+    Room ownRoom() noexcept { return {_own, _own + ROOM}; }
+
     void appendOctet(char octet) {
         if (char* const pRoom = roomInStream(1)) [[likely]] {
             *pRoom = octet;
@@ -178,12 +258,19 @@ private:
     void flush() {
         if (!_pIos->rdbuf() || !_pIos->good() || !isPlain()) [[unlikely]] {
             flushStream();
-        } else if (!synchronise() || !_pIos->good()) [[unlikely]] {
+        } else if (!synchronise(*_pIos->rdbuf()) || !_pIos->good()) [[unlikely]] {
             failStream();
         }
     }
 
-    bool synchronise() noexcept;
+    static TAMO_ALWAYS_INLINE bool synchronise(std::streambuf& buf) noexcept {
+        try {
+            return buf.pubsync() != -1;
+        } catch (...) {
+            return false;
+        }
+    }
+
     void flushStream();
     [[noreturn]] void failStream();
 
@@ -192,6 +279,7 @@ private:
     bool _fillBit;
     int _pendingBits = 0;
     char _octet = 0;
+    char _own[ROOM];
 };
 
 } // namespace Tamo::FastInfoset

@@ -224,8 +224,11 @@ private:
     void declareAttributeNamespaces(const XML::Attributes& attributes);
     void addNamespaceAttributes();
     void addAttributes(const XML::Attributes& attributes, const std::string& elementURI);
-    bool writeSimpleElement(const std::string& uri, const std::string& localName, const std::string& qname,
-                            const XML::Attributes& attributes);
+    bool writeSimpleElement(OctetComposer& octets, const std::string& uri, const std::string& localName,
+                            const std::string& qname, const XML::Attributes& attributes);
+    bool findForeignName(AttributeName& name, const XML::Attributes& attributes, int i,
+                         const std::string& elementURI, UInt64 bindings) const;
+    void writeAttributeValue(OctetComposer& octets, const std::string& value);
     void writeNewAttributeName(OctetComposer& octets, const std::string& prefix,
                                const XML::Attributes& attributes, int i, const std::string& elementURI);
     void rememberName(WrittenNames& names, const std::string& uri, const std::string& localName,
@@ -245,8 +248,9 @@ private:
     Vocabulary<QualifiedNameEntry>& getQNameVocabulary(bool isElement);
 
     void writeText(std::string_view text);
-    void writeCharacterChunk(std::string_view text);
-    void writeCharacterChunk(std::string_view text, HashKey key);
+    void writeCharacterChunk(OctetComposer& octets, std::string_view text);
+    void writeShortChunk(OctetComposer& octets, std::string_view text, HashKey key);
+    bool addChunk(std::string_view text, HashKey key, FoundString notFound);
     void writeLiteralChunk(OctetComposer& octets, std::string_view text, bool added);
     void writeDocumentTypeDeclaration(const std::string& publicId, const std::string& systemId);
     void writeNotation(const std::string& name, const std::string* publicId, const std::string* systemId);
@@ -262,6 +266,7 @@ private:
     void writeIdentifyingStringIndex(unsigned int index);
     void writeIdentifyingString(const std::string& s, ID id);
     void writeString(OctetComposer& octets, std::string_view text, ID id);
+    void writeString(OctetComposer& octets, std::string_view text, ID id, HashKey key, FoundString string);
     void writeLiteralString(OctetComposer& octets, std::string_view text, bool added);
     void writeNonIdentifyingStringOrIndex(const AutoPtr<Encoding>& e, ID id);
     void writeEncodedCharacterString(const AutoPtr<Encoding>& e);

@@ -34,17 +34,10 @@ public:
         }
         const HashKey key = HashKey::of(localName);
         const std::size_t i = slot(key, uri.size());
-        const auto isFound = [&](const Entry& entry) {
-            return entry.key == key && entry.size == localName.size() && entry.bindings == bindings &&
-                   (entry.pUri ? equalText(*entry.pUri, uri) : uri.empty()) &&
-                   (entry.isPlain ? qname.empty() || equalText(qname, localName)
-                                  : equalText(entry.pName->qname, qname) &&
-                                        equalText(entry.pName->localName, localName));
-        };
-        if (isFound(_entries[i])) [[likely]] {
+        if (_entries[i].holds(key, uri, localName, qname, bindings)) [[likely]] {
             return _entries[i].index;
         }
-        return isFound(_entries[i ^ 1]) ? _entries[i ^ 1].index : NOT_FOUND;
+        return findInOther(_entries[i ^ 1], key, uri, localName, qname, bindings);
     }
 
     /// Enters a name, which may push another one out.
@@ -61,6 +54,14 @@ private:
     };
 
     struct Entry {
+        TAMO_ALWAYS_INLINE bool holds(HashKey otherKey, const std::string& uri, const std::string& localName,
+                                      const std::string& qname, UInt64 otherBindings) const noexcept {
+            return key == otherKey && size == localName.size() && bindings == otherBindings &&
+                   (pUri ? equalText(*pUri, uri) : uri.empty()) &&
+                   (isPlain ? qname.empty() || equalText(qname, localName)
+                            : equalText(pName->qname, qname) && equalText(pName->localName, localName));
+        }
+
         HashKey key{0, 0}; // the local name's
         UInt64 bindings = ANY;
         const std::string* pUri = nullptr; // in _uris; null for the empty one
@@ -79,6 +80,9 @@ private:
         return (static_cast<std::size_t>(key.hash() >> 32) + uriSize) & (_entries.size() - 1);
     }
 
+    static unsigned int findInOther(const Entry& entry, HashKey key, const std::string& uri,
+                                    const std::string& localName, const std::string& qname,
+                                    UInt64 bindings) noexcept;
     const std::string* keep(const std::string& uri);
     Entry& entryFor(HashKey key, const std::string& uri);
     void grow();
