@@ -333,69 +333,71 @@ void FastInfosetWriter::writeUnparsedEntities(const std::vector<UnparsedEntity>&
 void FastInfosetWriter::startElement(const std::string& uri, const std::string& localName,
                                      const std::string& qname, const XML::Attributes& attributes) {
     handleEncodedData();
-    OctetComposer octets(_writer, _writer.startConstruct());
-    if (!writeSimpleElement(octets, uri, localName, qname, attributes)) {
-        try {
-            // Copied, because the attributes' declarations can move the bindings.
-            _prefix = elementPrefix(uri, localName, qname);
-            handleNamespaces(attributes, uri);
-        } catch (...) {
-            _writer.write(false); // the element had begun
-            throw;
+    const BitStreamWriter::Room room = _writer.startConstruct();
+    // The hot path: an element that declares nothing.
+    if (_namespaces.declaresNothing() && !localName.empty() && !_states.empty() && _states.back() != CDATA)
+        [[likely]] {
+        const unsigned int index = _elementNames.find(uri, localName, qname, _namespaces.state());
+        const int count = attributes.getLength();
+        if (count == 0 && OctetComposer::fitsPosition2(index)) [[likely]] { // an unknown name's does not
+            OctetComposer octets(_writer, room);
+            octets.integerAtPosition2(0, index);
+            octets.flush();
+            _namespaces.pushContext();
+            _states.push_back(ELEMENT);
+            return;
         }
-        writeElement(_prefix, uri, localName.empty() ? qname : localName);
+        if (writeSimpleElement(room, index, count, uri, localName, qname, attributes)) {
+            _namespaces.pushContext();
+            _states.push_back(ELEMENT);
+            return;
+        }
     }
+    writeDeclaringElement(uri, localName, qname, attributes);
     _states.push_back(ELEMENT);
 }
 
-// The hot path: an element that declares nothing. Its names are mostly known under the bindings in force; of
-// the others the prefix is looked up first, because nothing may be written before it is certain that there is
-// nothing to declare. Writes what the operations below write; false, with nothing written, when they have to.
-TAMO_ALWAYS_INLINE bool FastInfosetWriter::writeSimpleElement(OctetComposer& octets, const std::string& uri,
-                                                              const std::string& localName,
-                                                              const std::string& qname,
-                                                              const XML::Attributes& attributes) {
-    if (localName.empty() || !_namespaces.declaresNothing() || _states.empty() || _states.back() == CDATA)
-        [[unlikely]] {
-        return false;
+void FastInfosetWriter::writeDeclaringElement(const std::string& uri, const std::string& localName,
+                                              const std::string& qname, const XML::Attributes& attributes) {
+    try {
+        // Copied, because the attributes' declarations can move the bindings.
+        _prefix = elementPrefix(uri, localName, qname);
+        handleNamespaces(attributes, uri);
+    } catch (...) {
+        _writer.write(false); // the element had begun
+        throw;
     }
-    const UInt64 bindings = _namespaces.state();
-    const unsigned int index = _elementNames.find(uri, localName, qname, bindings);
+    writeElement(_prefix, uri, localName.empty() ? qname : localName);
+}
+
+// An element that may declare nothing, in the room of its construct. The prefixes of names that are not
+// known under the bindings in force are looked up first, because nothing may be written before it is certain
+// that there is nothing to declare. Writes what writeDeclaringElement() would write; false, with nothing
+// written, when that has to.
+bool FastInfosetWriter::writeSimpleElement(BitStreamWriter::Room room, unsigned int index, int count,
+                                           const std::string& uri, const std::string& localName,
+                                           const std::string& qname, const XML::Attributes& attributes) {
     const std::string* pPrefix = nullptr;
-    if (!OctetComposer::fitsPosition2(index)) [[unlikely]] { // as an unknown name's does not
+    if (!OctetComposer::fitsPosition2(index)) [[unlikely]] {
         pPrefix = boundElementPrefix(uri, localName, qname);
         if (!pPrefix) {
             return false;
         }
     }
-    const int count = attributes.getLength();
-    if (_attributeNames.size() < static_cast<std::size_t>(count)) [[unlikely]] {
-        _attributeNames.resize(std::max<std::size_t>(16, static_cast<std::size_t>(count)));
+    if (!findAttributeNames(attributes, count, uri)) [[unlikely]] {
+        return false;
     }
-    AttributeName* const pNames = _attributeNames.data();
-    for (int i = 0; i < count; ++i) {
-        const std::string& attributeURI = attributes.getURI(i);
-        const std::string& attributeLocalName = attributes.getLocalName(i);
-        if (attributeURI.empty()) {
-            pNames[i].index =
-                _plainNames.find(attributeURI, attributeLocalName, attributeURI, WrittenNames::ANY);
-            pNames[i].pPrefix = &EMPTY;
-            if (pNames[i].index == WrittenNames::NOT_FOUND && attributeLocalName.empty()) [[unlikely]] {
-                return false;
-            }
-        } else if (!findForeignName(pNames[i], attributes, i, uri, bindings)) {
-            return false;
-        }
-    }
+    OctetComposer octets(_writer, room);
     const unsigned int high = count != 0 ? 0x40 : 0;
     if (!pPrefix) [[likely]] {
         octets.integerAtPosition2(high, index);
     } else {
         octets.apart([&](OctetComposer& name) {
             const unsigned int newIndex = writeQualifiedNameOrIndex(name, high, *pPrefix, uri, localName, true);
-            rememberName(_elementNames, uri, localName, qname, bindings, newIndex);
+            rememberName(_elementNames, uri, localName, qname, _namespaces.state(), newIndex);
         });
     }
+    const AttributeName* const pNames = _attributeNames.data();
     for (int i = 0; i < count; ++i) {
         if (pNames[i].index != WrittenNames::NOT_FOUND) [[likely]] {
             octets.integerAtPosition1(0, pNames[i].index);
@@ -410,25 +412,39 @@ TAMO_ALWAYS_INLINE bool FastInfosetWriter::writeSimpleElement(OctetComposer& oct
     if (count != 0) {
         _writer.writeTerminator();
     }
-    _namespaces.pushContext();
     return true;
 }
 
-// An attribute in a namespace; false when that has to be declared.
-bool FastInfosetWriter::findForeignName(AttributeName& name, const XML::Attributes& attributes, int i,
-                                        const std::string& elementURI, UInt64 bindings) const {
-    const std::string& uri = attributes.getURI(i);
-    const std::string& localName = attributes.getLocalName(i);
-    const std::string& qname = attributes.getQName(i);
-    const bool isForeign = uri != elementURI;
-    name.index = (isForeign ? _foreignNames : _plainNames).find(uri, localName, qname, bindings);
-    if (name.index == WrittenNames::NOT_FOUND) {
-        name.pPrefix = boundAttributePrefix(uri, qname);
-        if (!name.pPrefix || localName.empty()) {
-            return false;
+// Looks up the names of an element's attributes; false when one of them has to be declared.
+bool FastInfosetWriter::findAttributeNames(const XML::Attributes& attributes, int count,
+                                           const std::string& elementURI) {
+    if (_attributeNames.size() < static_cast<std::size_t>(count)) [[unlikely]] {
+        _attributeNames.resize(std::max<std::size_t>(16, static_cast<std::size_t>(count)));
+    }
+    AttributeName* pName = _attributeNames.data();
+    for (int i = 0; i < count; ++i, ++pName) {
+        const std::string& uri = attributes.getURI(i);
+        const std::string& localName = attributes.getLocalName(i);
+        if (uri.empty()) {
+            pName->index = _plainNames.find(uri, localName, uri, WrittenNames::ANY);
+            pName->pPrefix = &EMPTY;
+        } else {
+            const bool isForeign = uri != elementURI;
+            const std::string& qname = attributes.getQName(i);
+            pName->index = (isForeign ? _foreignNames : _plainNames)
+                               .find(uri, localName, qname, _namespaces.state());
+            if (pName->index == WrittenNames::NOT_FOUND) {
+                pName->pPrefix = boundAttributePrefix(uri, qname);
+                if (!pName->pPrefix) {
+                    return false;
+                }
+                if (!isForeign) {
+                    pName->pPrefix = &EMPTY;
+                }
+            }
         }
-        if (!isForeign) {
-            name.pPrefix = &EMPTY;
+        if (pName->index == WrittenNames::NOT_FOUND && localName.empty()) [[unlikely]] {
+            return false;
         }
     }
     return true;

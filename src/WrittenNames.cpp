@@ -8,16 +8,16 @@ void WrittenNames::enter(const std::string& uri, const std::string& localName, c
     if (localName.empty() || localName.size() > LONGEST) {
         return;
     }
-    if (_entries.empty()) {
-        _entries.resize(FIRST_SIZE);
+    if (!_pEntries) {
+        _pEntries = std::make_unique<Entry[]>(FIRST_SIZE);
+        _mask = FIRST_SIZE - 1;
     }
     const std::string* const pUri = keep(uri);
     const HashKey key = HashKey::of(localName);
     Entry& entry = entryFor(key, uri);
-    entry.size = 0; // should a copy below fail
+    entry.empty(); // should a copy below fail
     entry.key = key;
     entry.bindings = bindings;
-    entry.index = index;
     entry.pUri = pUri;
     entry.isPlain = HashKey::isExact(localName.size()) && (qname.empty() || qname == localName);
     if (!entry.isPlain) {
@@ -28,13 +28,14 @@ void WrittenNames::enter(const std::string& uri, const std::string& localName, c
         entry.pName->qname = qname;
     }
     entry.size = localName.size() & LONGEST;
+    entry.index = index;
 }
 
 void WrittenNames::clear() noexcept {
-    for (Entry& entry : _entries) {
-        entry.size = 0;
+    for (std::size_t i = 0; _count != 0; ++i) {
+        _count -= _pEntries[i].size != 0 ? 1 : 0;
+        _pEntries[i].empty();
     }
-    _count = 0;
 }
 
 unsigned int WrittenNames::findInOther(const Entry& entry, HashKey key, const std::string& uri,
@@ -64,11 +65,11 @@ const std::string* WrittenNames::keep(const std::string& uri) {
 }
 
 WrittenNames::Entry& WrittenNames::entryFor(HashKey key, const std::string& uri) {
-    if (_count * 4 >= _entries.size() * 3 && _entries.size() < MOST) {
+    if (_count * 4 >= (_mask + 1) * 3 && _mask + 1 < MOST) {
         grow();
     }
     const std::size_t i = slot(key, uri.size());
-    for (Entry* const pEntry : {&_entries[i], &_entries[i ^ 1]}) {
+    for (Entry* const pEntry : {&_pEntries[i], &_pEntries[i ^ 1]}) {
         if (pEntry->size == 0) {
             ++_count;
             return *pEntry;
@@ -78,18 +79,20 @@ WrittenNames::Entry& WrittenNames::entryFor(HashKey key, const std::string& uri)
             return *pEntry;
         }
     }
-    return _entries[i];
+    return _pEntries[i];
 }
 
 // Names that find both places taken are left out.
 void WrittenNames::grow() {
-    std::vector<Entry> old(_entries.size() * 4);
-    old.swap(_entries);
+    std::unique_ptr<Entry[]> pOld = std::make_unique<Entry[]>(4 * (_mask + 1));
+    pOld.swap(_pEntries);
+    const std::size_t oldMask = std::exchange(_mask, 4 * _mask + 3);
     _count = 0;
-    for (const Entry& entry : old) {
+    for (std::size_t old = 0; old <= oldMask; ++old) {
+        const Entry& entry = pOld[old];
         if (entry.size != 0) {
             const std::size_t i = slot(entry.key, entry.pUri ? entry.pUri->size() : 0);
-            Entry& place = _entries[i].size == 0 ? _entries[i] : _entries[i ^ 1];
+            Entry& place = _pEntries[i].size == 0 ? _pEntries[i] : _pEntries[i ^ 1];
             _count += place.size == 0 ? 1 : 0;
             place = entry;
         }

@@ -236,7 +236,7 @@ private:
         char* const pNext = (buf.*&PutArea::pptr)();
         char* const pEnd = (buf.*&PutArea::epptr)();
         return pEnd - pNext >= static_cast<std::ptrdiff_t>(ROOM)
-                   ? Room{pNext, pNext + std::min<std::ptrdiff_t>(pEnd - pNext, MOST_AT_ONCE)}
+                   ? Room{pNext, pEnd}
                    : ownRoom();
     }
 

@@ -224,10 +224,12 @@ private:
     void declareAttributeNamespaces(const XML::Attributes& attributes);
     void addNamespaceAttributes();
     void addAttributes(const XML::Attributes& attributes, const std::string& elementURI);
-    bool writeSimpleElement(OctetComposer& octets, const std::string& uri, const std::string& localName,
-                            const std::string& qname, const XML::Attributes& attributes);
-    bool findForeignName(AttributeName& name, const XML::Attributes& attributes, int i,
-                         const std::string& elementURI, UInt64 bindings) const;
+    bool writeSimpleElement(BitStreamWriter::Room room, unsigned int index, int count,
+                            const std::string& uri, const std::string& localName, const std::string& qname,
+                            const XML::Attributes& attributes);
+    bool findAttributeNames(const XML::Attributes& attributes, int count, const std::string& elementURI);
+    void writeDeclaringElement(const std::string& uri, const std::string& localName,
+                               const std::string& qname, const XML::Attributes& attributes);
     void writeAttributeValue(OctetComposer& octets, const std::string& value);
     void writeNewAttributeName(OctetComposer& octets, const std::string& prefix,
                                const XML::Attributes& attributes, int i, const std::string& elementURI);

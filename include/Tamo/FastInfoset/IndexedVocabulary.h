@@ -34,9 +34,8 @@ public:
     }
 
     /// The index of value, whose key is key, or NOT_FOUND with the place for append(). No virtual calls; of a
-    /// table of strings the value may be a std::string_view.
-    template<class U>
-    TAMO_ALWAYS_INLINE Found find(const U& value, HashKey key) const {
+    /// table of strings the value is a std::string_view.
+    TAMO_ALWAYS_INLINE Found find(typename ValueIndex<T>::Probe value, HashKey key) const {
         return _values.find(this->_index, value, key);
     }
 

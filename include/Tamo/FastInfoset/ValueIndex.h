@@ -14,6 +14,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 namespace Tamo::FastInfoset {
@@ -60,9 +61,11 @@ public:
         return static_cast<UInt32>(std::min<std::size_t>(text.size(), 0xFFFFFFFF));
     }
 
-    /// Where value, whose key is key, is in values; value is a T or what compares with one.
-    template<class U>
-    TAMO_ALWAYS_INLINE Found find(const VerbTable<T>& values, const U& value, HashKey key) const {
+    /// What is looked for: a value as it is passed in registers.
+    using Probe = std::conditional_t<std::is_same_v<T, std::string>, std::string_view, T>;
+
+    /// Where value, whose key is key, is in values.
+    TAMO_ALWAYS_INLINE Found find(const VerbTable<T>& values, Probe value, HashKey key) const {
         if (!_pSlots) [[unlikely]] {
             return {scan(values, value), 0};
         }
@@ -141,8 +144,7 @@ private:
     static bool equal(const std::string& a, std::string_view b) noexcept { return equalText(a, b); }
     static bool equal(const QualifiedNameEntry& a, const QualifiedNameEntry& b) noexcept { return a == b; }
 
-    template<class U>
-    static unsigned int scan(const VerbTable<T>& values, const U& value) noexcept {
+    static unsigned int scan(const VerbTable<T>& values, Probe value) noexcept {
         for (std::size_t i = 0; i < values.size(); ++i) {
             if (equal(*values.find(i), value)) {
                 return static_cast<unsigned int>(i);
@@ -151,8 +153,7 @@ private:
         return NOT_FOUND;
     }
 
-    template<class U>
-    Found findFurther(const VerbTable<T>& values, const U& value, HashKey key, std::size_t place) const {
+    Found findFurther(const VerbTable<T>& values, Probe value, HashKey key, std::size_t place) const {
         const UInt32 size = sizeOf(value);
         for (std::size_t probes = 0; probes < MOST_PROBES; ++probes) {
             const Slot& slot = _pSlots[place];

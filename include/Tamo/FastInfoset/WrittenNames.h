@@ -7,8 +7,8 @@
 #include "Tamo/Types.h"
 #include <cstddef>
 #include <forward_list>
+#include <memory>
 #include <string>
-#include <vector>
 
 namespace Tamo::FastInfoset {
 
@@ -29,15 +29,15 @@ public:
     /// The index of a name as an event gives it, under the bindings with this number.
     TAMO_ALWAYS_INLINE unsigned int find(const std::string& uri, const std::string& localName,
                                          const std::string& qname, UInt64 bindings) const noexcept {
-        if (_entries.empty() || localName.empty()) {
+        if (!_pEntries) [[unlikely]] {
             return NOT_FOUND;
         }
         const HashKey key = HashKey::of(localName);
         const std::size_t i = slot(key, uri.size());
-        if (_entries[i].holds(key, uri, localName, qname, bindings)) [[likely]] {
-            return _entries[i].index;
+        if (_pEntries[i].holds(key, uri, localName, qname, bindings)) [[likely]] {
+            return _pEntries[i].index;
         }
-        return findInOther(_entries[i ^ 1], key, uri, localName, qname, bindings);
+        return findInOther(_pEntries[i ^ 1], key, uri, localName, qname, bindings);
     }
 
     /// Enters a name, which may push another one out.
@@ -62,12 +62,17 @@ private:
                             : equalText(pName->qname, qname) && equalText(pName->localName, localName));
         }
 
+        void empty() noexcept {
+            size = 0;
+            index = NOT_FOUND;
+        }
+
         HashKey key{0, 0}; // the local name's
         UInt64 bindings = ANY;
         const std::string* pUri = nullptr; // in _uris; null for the empty one
         Name* pName = nullptr;             // in _names; kept for later names when isPlain
-        unsigned int index = 0;
-        UInt32 size : 31 = 0;   // the local name's, in octets; 0: no entry
+        unsigned int index = NOT_FOUND;
+        UInt32 size : 31 = 0;   // the local name's, in octets; 0: no entry, which the empty name finds
         UInt32 isPlain : 1 = 0; // the key is the local name, and there is no prefix
     };
 
@@ -77,7 +82,7 @@ private:
     static constexpr std::size_t MOST_URIS = 32;
 
     std::size_t slot(HashKey key, std::size_t uriSize) const noexcept {
-        return (static_cast<std::size_t>(key.hash() >> 32) + uriSize) & (_entries.size() - 1);
+        return (static_cast<std::size_t>(key.hash() >> 32) + uriSize) & _mask;
     }
 
     static unsigned int findInOther(const Entry& entry, HashKey key, const std::string& uri,
@@ -88,7 +93,8 @@ private:
     void grow();
 
     // None until the first name, then a power of two. A name stands in its slot or in the other of that pair.
-    std::vector<Entry> _entries;
+    std::unique_ptr<Entry[]> _pEntries;
+    std::size_t _mask = 0;  // their number less one
     std::size_t _count = 0; // of the entries, those in use
     std::forward_list<Name> _names;
     std::forward_list<std::string> _uris; // the latest first
