@@ -137,7 +137,7 @@ void FastInfosetWriter::endFragment() {
 void FastInfosetWriter::startDocument() {
     forgetNames();
     writeHeader();
-    _states.push_back(DOCUMENT);
+    pushState(DOCUMENT);
     _namespaces.reset();
     _namespaces.pushContext();
 }
@@ -158,10 +158,16 @@ std::vector<FastInfosetWriter::State> FastInfosetWriter::initialStates() {
 
 FastInfosetWriter::State FastInfosetWriter::topState() const {
     tamo_assert(!_states.empty());
-    return _states.back();
+    return _plainElements != 0 ? ELEMENT : _states.back();
+}
+
+void FastInfosetWriter::pushState(State state) {
+    settle();
+    _states.push_back(state);
 }
 
 void FastInfosetWriter::popState() {
+    settle();
     tamo_assert(!_states.empty());
     _states.pop_back();
 }
@@ -335,26 +341,37 @@ void FastInfosetWriter::startElement(const std::string& uri, const std::string& 
     handleEncodedData();
     const BitStreamWriter::Room room = _writer.startConstruct();
     // The hot path: an element that declares nothing.
-    if (_namespaces.declaresNothing() && !localName.empty() && !_states.empty() && _states.back() != CDATA)
-        [[likely]] {
+    if ((_plainElements != 0 || isPlainPlace()) && !localName.empty()) [[likely]] {
         const unsigned int index = _elementNames.find(uri, localName, qname, _namespaces.state());
         const int count = attributes.getLength();
         if (count == 0 && OctetComposer::fitsPosition2(index)) [[likely]] { // an unknown name's does not
             OctetComposer octets(_writer, room);
             octets.integerAtPosition2(0, index);
             octets.flush();
-            _namespaces.pushContext();
-            _states.push_back(ELEMENT);
+            ++_plainElements;
             return;
         }
         if (writeSimpleElement(room, index, count, uri, localName, qname, attributes)) {
-            _namespaces.pushContext();
-            _states.push_back(ELEMENT);
+            ++_plainElements;
             return;
         }
     }
+    settle();
     writeDeclaringElement(uri, localName, qname, attributes);
     _states.push_back(ELEMENT);
+}
+
+// Whether an element may follow that needs no state and no namespace context of its own.
+bool FastInfosetWriter::isPlainPlace() const noexcept {
+    return _namespaces.declaresNothing() && !_states.empty() && _states.back() != CDATA;
+}
+
+// Gives the plain elements the states and contexts that they have done without.
+void FastInfosetWriter::settle() {
+    for (; _plainElements != 0; --_plainElements) {
+        _namespaces.pushContext();
+        _states.push_back(ELEMENT);
+    }
 }
 
 void FastInfosetWriter::writeDeclaringElement(const std::string& uri, const std::string& localName,
@@ -535,8 +552,12 @@ const std::string& FastInfosetWriter::elementPrefix(const std::string& uri, cons
 void FastInfosetWriter::endElement(const std::string&, const std::string&, const std::string&) {
     handleEncodedData();
     _writer.writeTerminator();
-    popState();
-    _namespaces.popContext();
+    if (_plainElements != 0) [[likely]] {
+        --_plainElements;
+    } else {
+        popState();
+        _namespaces.popContext();
+    }
 }
 
 void FastInfosetWriter::startElement(const std::string& uri, const std::string& localName,
@@ -579,12 +600,14 @@ void FastInfosetWriter::dataElement(const std::string& uri, const std::string& l
 
 void FastInfosetWriter::startPrefixMapping(const std::string& prefix, const std::string& uri) {
     if (prefix != NamespaceSupport::XML_NAMESPACE_PREFIX) {
+        settle();
         _namespaces.declarePrefix(prefix, uri);
     }
 }
 
 void FastInfosetWriter::endPrefixMapping(const std::string& prefix) {
     if (prefix != NamespaceSupport::XML_NAMESPACE_PREFIX) {
+        settle();
         _namespaces.undeclarePrefix(prefix);
     }
 }
@@ -777,8 +800,9 @@ void FastInfosetWriter::characters(const char ch[], int start, int length) {
     // The text ends at the first NUL of ch, but nothing behind start + length is looked at.
     const auto end = static_cast<std::size_t>(start) + static_cast<std::size_t>(length);
     if (start == 0 && isIndexed(end) && HashKey::isExact(end)) {
-        const HashKey key = HashKey::of({ch, end});
-        if (!key.hasNul(end)) [[likely]] {
+        bool hasNul = false;
+        const HashKey key = HashKey::ofWhole({ch, end}, hasNul);
+        if (!hasNul) [[likely]] {
             handleEncodedData();
             OctetComposer octets(_writer, _writer.startConstruct());
             writeShortChunk(octets, {ch, end}, key);
@@ -889,7 +913,7 @@ void FastInfosetWriter::startCDATA() {
     if (topState() == CDATA) {
         throw FISException("Cannot nest CDATA sections");
     }
-    _states.push_back(CDATA);
+    pushState(CDATA);
 }
 
 void FastInfosetWriter::endCDATA() {
@@ -901,7 +925,7 @@ void FastInfosetWriter::endCDATA() {
 
 void FastInfosetWriter::startDTD(const std::string&, const std::string& publicId,
                                  const std::string& systemId) {
-    _states.push_back(DTD);
+    pushState(DTD);
     _writer.complete(false);
     _writer.write(0x31u, 6);
     writeDocumentTypeDeclaration(publicId, systemId);
@@ -928,6 +952,7 @@ void FastInfosetWriter::writeDocumentTypeDeclaration(const std::string& publicId
 
 void FastInfosetWriter::notationDecl(const std::string& name, const std::string* publicId,
                                      const std::string* systemId) {
+    settle();
     tamo_assert(!_states.empty());
     tamo_assert(_states.back() == UNINITIALIZED);
     _notations.emplace_back(name, valueOrEmpty(publicId), valueOrEmpty(systemId));
@@ -935,6 +960,7 @@ void FastInfosetWriter::notationDecl(const std::string& name, const std::string*
 
 void FastInfosetWriter::unparsedEntityDecl(const std::string& name, const std::string* publicId,
                                            const std::string& systemId, const std::string& notationName) {
+    settle();
     tamo_assert(!_states.empty());
     tamo_assert(_states.back() == UNINITIALIZED);
     _unparsedEntities.emplace_back(name, valueOrEmpty(publicId), systemId, notationName);

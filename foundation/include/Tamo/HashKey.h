@@ -49,19 +49,18 @@ public:
         std::memcpy(pOctets + sizeof(_first), &_last, sizeof(_last));
     }
 
-    /// Whether one of the first size octets, up to MOST_EXACT, is NUL.
-    bool hasNul(std::size_t size) const noexcept {
-        if constexpr (std::endian::native != std::endian::little) {
-            char octets[MOST_EXACT];
-            copyTo(octets);
-            return std::find(octets, octets + size, '\0') != octets + size;
+    /// The key of a text that it holds whole (isExact()); hasNul becomes whether the text has a NUL octet.
+    static TAMO_ALWAYS_INLINE HashKey ofWhole(std::string_view text, bool& hasNul) noexcept {
+        const char* const p = text.data();
+        const std::size_t size = text.size();
+        if (size >= 8) {
+            hasNul = (nuls(word<UInt64>(p)) | nuls(word<UInt64>(p + size - 8))) != 0;
+        } else if (size >= 4) {
+            hasNul = nuls(word<UInt32>(p) | word<UInt32>(p + size - 4) << 32) != 0;
         } else {
-            // The lowest bit of these is the first NUL's.
-            const UInt64 first = (_first - ONES) & ~_first & HIGHS;
-            const UInt64 last = (_last - ONES) & ~_last & HIGHS;
-            const int zeros = first != 0 ? std::countr_zero(first) : 64 + std::countr_zero(last);
-            return static_cast<std::size_t>(zeros) / 8 < size;
+            hasNul = size > 0 && (p[0] == '\0' || p[size / 2] == '\0' || p[size - 1] == '\0');
         }
+        return whole(text);
     }
 
 private:
@@ -70,6 +69,9 @@ private:
 
     static constexpr UInt64 ONES = 0x0101010101010101;
     static constexpr UInt64 HIGHS = 0x8080808080808080;
+
+    // Not zero when one of the octets is.
+    static UInt64 nuls(UInt64 octets) noexcept { return (octets - ONES) & ~octets & HIGHS; }
 
     template<class T>
     static UInt64 word(const char* p, T value = 0) noexcept {

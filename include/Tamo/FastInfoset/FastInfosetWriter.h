@@ -296,12 +296,17 @@ private:
     }
     static std::vector<State> initialStates();
     State topState() const;
+    void pushState(State state);
     void popState();
+    bool isPlainPlace() const noexcept;
+    void settle();
 
     BitStreamWriter _writer;
     bool _writeXMLDeclaration = false;
     DocumentVocabulary _vocabulary;
     std::vector<State> _states = initialStates();
+    // The innermost open elements that declared nothing: in _states and _namespaces once settle() is called.
+    std::size_t _plainElements = 0;
     int _prefixCounter = 0;
     XML::NamespaceSupport _namespaces;
     std::vector<AutoPtr<Encoding>> _encodedData;

@@ -57,6 +57,8 @@ public:
     }
     static HashKey keyOf(std::string_view text) noexcept { return HashKey::of(text); }
     static UInt32 sizeOf(const QualifiedNameEntry&) noexcept { return 0; }
+    static bool isExact(const QualifiedNameEntry&) noexcept { return true; }
+    static bool isExact(std::string_view text) noexcept { return HashKey::isExact(text.size()); }
     static UInt32 sizeOf(std::string_view text) noexcept {
         return static_cast<UInt32>(std::min<std::size_t>(text.size(), 0xFFFFFFFF));
     }
@@ -71,8 +73,7 @@ public:
         }
         const std::size_t place = home(key);
         const Slot& slot = _pSlots[place];
-        const UInt32 size = sizeOf(value);
-        if (slot.holds(key, size) && HashKey::isExact(size)) [[likely]] {
+        if (slot.key == key && isExact(value) && slot.size == sizeOf(value)) [[likely]] {
             return {slot.number - 1, place}; // of the empty slot as well, whose key is the empty text's
         }
         if (slot.number == 0) {

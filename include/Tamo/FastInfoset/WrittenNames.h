@@ -58,7 +58,7 @@ private:
                                       const std::string& qname, UInt64 otherBindings) const noexcept {
             return key == otherKey && size == localName.size() && bindings == otherBindings &&
                    (pUri ? equalText(*pUri, uri) : uri.empty()) &&
-                   (isPlain ? qname.empty() || equalText(qname, localName)
+                   (isPlain ? qname.empty() || (qname.size() == size && HashKey::of(qname) == key)
                             : equalText(pName->qname, qname) && equalText(pName->localName, localName));
         }
 
