@@ -720,8 +720,11 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(OctetComposer& octets,
     const FoundString foundPrefix = lookUpPart(DocumentVocabulary::PREFIX, prefix, prefixKey);
     const FoundString foundUri = lookUpPart(DocumentVocabulary::NAMESPACE_NAME, uri, uriKey);
     if (local.index != NOT_FOUND && foundPrefix.index != NOT_FOUND && foundUri.index != NOT_FOUND) {
-        const QualifiedNameEntry name(foundPrefix.index, foundUri.index, local.index);
-        const unsigned int index = lookUp(isElement, name, ValueIndex<QualifiedNameEntry>::keyOf(name)).index;
+        const QualifiedNameEntry name(static_cast<unsigned int>(foundPrefix.index),
+                                      static_cast<unsigned int>(foundUri.index),
+                                      static_cast<unsigned int>(local.index));
+        const auto index = static_cast<unsigned int>(
+            lookUp(isElement, name, ValueIndex<QualifiedNameEntry>::keyOf(name)).index);
         if (index != NOT_FOUND) {
             if (isElement && OctetComposer::fitsPosition2(index)) {
                 octets.integerAtPosition2(high, index);
@@ -797,22 +800,22 @@ Vocabulary<QualifiedNameEntry>& FastInfosetWriter::getQNameVocabulary(bool isEle
 
 void FastInfosetWriter::characters(const char ch[], int start, int length) {
     tamo_assert(start >= 0 && length >= 0);
+    handleEncodedData();
+    const BitStreamWriter::Room room = _writer.startConstruct();
     // The text ends at the first NUL of ch, but nothing behind start + length is looked at.
     const auto end = static_cast<std::size_t>(start) + static_cast<std::size_t>(length);
     if (start == 0 && isIndexed(end) && HashKey::isExact(end)) {
         bool hasNul = false;
         const HashKey key = HashKey::ofWhole({ch, end}, hasNul);
         if (!hasNul) [[likely]] {
-            handleEncodedData();
-            OctetComposer octets(_writer, _writer.startConstruct());
-            writeShortChunk(octets, {ch, end}, key);
+            writeShortChunk(room, {ch, end}, key);
             return;
         }
     }
     const void* pNul = end != 0 ? std::memchr(ch, 0, end) : nullptr;
     const std::size_t stop = pNul ? static_cast<std::size_t>(static_cast<const char*>(pNul) - ch) : end;
     const std::size_t begin = std::min(static_cast<std::size_t>(start), stop);
-    writeText({ch + begin, stop - begin});
+    writeCharacterChunk(room, {ch + begin, stop - begin});
 }
 
 void FastInfosetWriter::ignorableWhitespace(const char ch[], int start, int length) {
@@ -829,36 +832,45 @@ void FastInfosetWriter::characters(std::string_view text) {
 
 void FastInfosetWriter::writeText(std::string_view text) {
     handleEncodedData();
-    OctetComposer octets(_writer, _writer.startConstruct());
-    writeCharacterChunk(octets, text);
+    writeCharacterChunk(_writer.startConstruct(), text);
 }
 
-TAMO_ALWAYS_INLINE void FastInfosetWriter::writeCharacterChunk(OctetComposer& octets, std::string_view text) {
+void FastInfosetWriter::writeCharacterChunk(BitStreamWriter::Room room, std::string_view text) {
     if (isIndexed(text.size())) {
-        writeShortChunk(octets, text, HashKey::of(text));
+        writeShortChunk(room, text, HashKey::of(text));
     } else {
+        OctetComposer octets(_writer, room);
         writeLiteralChunk(octets, text, false);
         octets.flush();
     }
 }
 
 // A chunk that is short enough for its table.
-TAMO_ALWAYS_INLINE void FastInfosetWriter::writeShortChunk(OctetComposer& octets, std::string_view text,
+TAMO_ALWAYS_INLINE void FastInfosetWriter::writeShortChunk(BitStreamWriter::Room room, std::string_view text,
                                                            HashKey key) {
     const FoundString chunk = lookUp(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, text, key);
     if (OctetComposer::fitsPosition3(chunk.index)) {
+        OctetComposer octets(_writer, room);
         octets.integerAtPosition3(0xA0, chunk.index);
-    } else if (chunk.index != NOT_FOUND) [[unlikely]] {
-        _writer.write(0x05u, 3);
-        Encoder::integer(_writer, chunk.index);
-        return;
+        octets.flush();
     } else {
-        const bool added = addChunk(text, key, chunk);
-        if (!text.empty() && HashKey::isExact(text.size()) && topState() != CDATA) [[likely]] {
-            octets.stringAtPosition6(added ? 0x90 : 0x80, key, text.size());
-        } else {
-            writeLiteralChunk(octets, text, added);
-        }
+        writeNewChunk(room, text, key, chunk);
+    }
+}
+
+void FastInfosetWriter::writeNewChunk(BitStreamWriter::Room room, std::string_view text, HashKey key,
+                                      FoundString chunk) {
+    if (chunk.index != NOT_FOUND) [[unlikely]] { // as no other form has room for
+        _writer.write(0x05u, 3);
+        Encoder::integer(_writer, static_cast<unsigned int>(chunk.index));
+        return;
+    }
+    const bool added = addChunk(text, key, chunk);
+    OctetComposer octets(_writer, room);
+    if (!text.empty() && HashKey::isExact(text.size()) && topState() != CDATA) [[likely]] {
+        octets.stringAtPosition6(added ? 0x90 : 0x80, key, text.size());
+    } else {
+        writeLiteralChunk(octets, text, added);
     }
     octets.flush();
 }
@@ -1003,7 +1015,7 @@ unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(OctetComposer& oct
 unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(OctetComposer& octets, const std::string& s,
                                                               ID id, HashKey key, FoundString found) {
     const bool isKnown = found.index != NOT_FOUND;
-    const unsigned int index = isKnown ? found.index : add(id, s, key, found);
+    const unsigned int index = isKnown ? static_cast<unsigned int>(found.index) : add(id, s, key, found);
     if (isKnown && OctetComposer::fitsPosition1(index)) {
         octets.integerAtPosition1(0x80, index);
     } else if (!isKnown && !s.empty()) {
@@ -1118,7 +1130,7 @@ void FastInfosetWriter::writeString(OctetComposer& octets, std::string_view text
         } else {
             octets.flush();
             _writer.write(true);
-            Encoder::integer(_writer, string.index);
+            Encoder::integer(_writer, static_cast<unsigned int>(string.index));
         }
         return;
     }
@@ -1154,7 +1166,7 @@ void FastInfosetWriter::writeNonIdentifyingStringOrIndex(const AutoPtr<Encoding>
     const FoundString string = indexed ? lookUp(id, text, key) : FoundString();
     _writer.write(string.index != NOT_FOUND);
     if (string.index != NOT_FOUND) {
-        Encoder::integer(_writer, string.index);
+        Encoder::integer(_writer, static_cast<unsigned int>(string.index));
         return;
     }
     _writer.write(indexed && addString(id, text, key, string));
@@ -1259,8 +1271,7 @@ void FastInfosetWriter::writeEncodedData() {
         }
         if (value.type() == CDataEncoding::TYPE) {
             requirePosition(_writer.bitPos() == 0, "Illegal startposition for a CharacterChunk value");
-            OctetComposer octets(_writer);
-            writeCharacterChunk(octets, value.content());
+            writeCharacterChunk(_writer.room(), value.content());
         } else {
             _writer.write(0x02u, 2);
             writeNonIdentifyingStringOrIndex(e, DocumentVocabulary::CONTENT_CHARACTER_CHUNK);

@@ -58,15 +58,15 @@ public:
 
     /// Whether a value can be written as an integer at a bit position by the operations below. Encoder writes
     /// the others, or throws.
-    static bool fitsPosition1(unsigned int val) noexcept { return val <= Encoder::MAXINT20; }
-    static bool fitsPosition2(unsigned int val) noexcept { return val - 1 < 526368; }
-    static bool fitsPosition3(unsigned int val) noexcept { return val - 1 < 263184; }
+    static bool fitsPosition1(std::size_t val) noexcept { return val <= Encoder::MAXINT20; }
+    static bool fitsPosition2(std::size_t val) noexcept { return val - 1 < 526368; }
+    static bool fitsPosition3(std::size_t val) noexcept { return val - 1 < 263184; }
 
     /// An octet as it is.
     TAMO_ALWAYS_INLINE void octet(unsigned int value) { _pNext = put(next(), value); }
 
     /// An integer, 0 to 2^20, at bit position 1 (X.891, C.25).
-    TAMO_ALWAYS_INLINE void integerAtPosition1(unsigned int high, unsigned int val) {
+    TAMO_ALWAYS_INLINE void integerAtPosition1(unsigned int high, std::size_t val) {
         if (val == 0) [[unlikely]] {
             octet(high | 0x7F);
         } else {
@@ -75,12 +75,12 @@ public:
     }
 
     /// An integer, 1 to 526368, at bit position 2 (X.891, C.27).
-    TAMO_ALWAYS_INLINE void integerAtPosition2(unsigned int high, unsigned int val) {
+    TAMO_ALWAYS_INLINE void integerAtPosition2(unsigned int high, std::size_t val) {
         integer<32, 0x20, 2080, 0x28>(high, val);
     }
 
     /// An integer, 1 to 263184, at bit position 3 (X.891, C.28).
-    TAMO_ALWAYS_INLINE void integerAtPosition3(unsigned int high, unsigned int val) {
+    TAMO_ALWAYS_INLINE void integerAtPosition3(unsigned int high, std::size_t val) {
         integer<16, 0x10, 1040, 0x14>(high, val);
     }
 
@@ -137,7 +137,8 @@ private:
 
     // An integer from 1 on in one octet, or with a mark in two or three.
     template<unsigned int MOST_IN_ONE, unsigned int TWO, unsigned int MOST_IN_TWO, unsigned int THREE>
-    TAMO_ALWAYS_INLINE void integer(unsigned int high, unsigned int val) {
+    TAMO_ALWAYS_INLINE void integer(unsigned int high, std::size_t value) {
+        auto val = static_cast<unsigned int>(value);
         char* p = next();
         if (val <= MOST_IN_ONE) {
             p = put(p, high | (val - 1));

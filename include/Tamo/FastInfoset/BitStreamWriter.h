@@ -121,8 +121,8 @@ public:
 
     /// Starts a construct: complete(false), then room().
     TAMO_ALWAYS_INLINE Room startConstruct() {
-        std::streambuf* const pBuf = _pIos->rdbuf();
-        if (!pBuf || !_pIos->good() || !isPlain() || !emitPending(*pBuf)) [[unlikely]] {
+        std::streambuf* const pBuf = _pIos->rdbuf(); // a stream that has none is not good
+        if (!_pIos->good() || !isPlain() || !emitPending(*pBuf)) [[unlikely]] {
             complete(false);
             return room();
         }

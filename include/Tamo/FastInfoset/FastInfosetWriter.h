@@ -250,8 +250,9 @@ private:
     Vocabulary<QualifiedNameEntry>& getQNameVocabulary(bool isElement);
 
     void writeText(std::string_view text);
-    void writeCharacterChunk(OctetComposer& octets, std::string_view text);
-    void writeShortChunk(OctetComposer& octets, std::string_view text, HashKey key);
+    void writeCharacterChunk(BitStreamWriter::Room room, std::string_view text);
+    void writeShortChunk(BitStreamWriter::Room room, std::string_view text, HashKey key);
+    void writeNewChunk(BitStreamWriter::Room room, std::string_view text, HashKey key, FoundString chunk);
     bool addChunk(std::string_view text, HashKey key, FoundString notFound);
     void writeLiteralChunk(OctetComposer& octets, std::string_view text, bool added);
     void writeDocumentTypeDeclaration(const std::string& publicId, const std::string& systemId);

@@ -24,13 +24,13 @@ public:
         const HashKey key = ValueIndex<T>::keyOf(value);
         const Found known = find(value, key);
         found = known.index != Vocabulary<T>::NOT_FOUND;
-        return found ? known.index : append(value, key, known);
+        return found ? static_cast<unsigned int>(known.index) : append(value, key, known);
     }
 
     unsigned int exists(const T& value, bool& found) const override {
         const Found known = find(value, ValueIndex<T>::keyOf(value));
         found = known.index != Vocabulary<T>::NOT_FOUND;
-        return known.index;
+        return static_cast<unsigned int>(known.index);
     }
 
     /// The index of value, whose key is key, or NOT_FOUND with the place for append(). No virtual calls; of a

@@ -34,7 +34,7 @@ public:
 
     /// Where a value is: its index, or NOT_FOUND and where insertLast() would put it.
     struct Found {
-        unsigned int index = NOT_FOUND;
+        std::size_t index = NOT_FOUND;
         std::size_t place = 0;
     };
 
@@ -74,7 +74,7 @@ public:
         const std::size_t place = home(key);
         const Slot& slot = _pSlots[place];
         if (slot.key == key && isExact(value) && slot.size == sizeOf(value)) [[likely]] {
-            return {slot.number - 1, place}; // of the empty slot as well, whose key is the empty text's
+            return {indexOf(slot), place};
         }
         if (slot.number == 0) {
             return {NOT_FOUND, place};
@@ -137,6 +137,9 @@ private:
     static constexpr std::size_t MANY_SLOTS = 1 << 17;
     static constexpr std::size_t MOST_PROBES = 64;
 
+    // NOT_FOUND for an empty slot, whose key is the empty text's.
+    static std::size_t indexOf(const Slot& slot) noexcept { return UInt32{slot.number - 1}; }
+
     // The slot count is a power of two.
     std::size_t home(HashKey key) const noexcept { return static_cast<std::size_t>(key.hash() >> _shift); }
 
@@ -163,7 +166,7 @@ private:
             }
             if (slot.holds(key, size) &&
                 (HashKey::isExact(size) || equal(*values.find(slot.number - 1), value))) {
-                return {slot.number - 1, place};
+                return {indexOf(slot), place};
             }
             place = behind(place);
         }
