@@ -113,6 +113,7 @@ EncodingAlgorithm& FastInfosetWriter::encodingAlgorithms() {
 void FastInfosetWriter::forgetNames() noexcept {
     _elementNames.clear();
     _plainNames.clear();
+    _nativeNames.clear();
     _foreignNames.clear();
 }
 
@@ -443,13 +444,13 @@ bool FastInfosetWriter::findAttributeNames(const XML::Attributes& attributes, in
         const std::string& uri = attributes.getURI(i);
         const std::string& localName = attributes.getLocalName(i);
         if (uri.empty()) {
-            pName->index = _plainNames.find(uri, localName, uri, WrittenNames::ANY);
+            pName->index = _plainNames.find(localName);
             pName->pPrefix = &EMPTY;
         } else {
             const bool isForeign = uri != elementURI;
             const std::string& qname = attributes.getQName(i);
-            pName->index = (isForeign ? _foreignNames : _plainNames)
-                               .find(uri, localName, qname, _namespaces.state());
+            pName->index =
+                (isForeign ? _foreignNames : _nativeNames).find(uri, localName, qname, _namespaces.state());
             if (pName->index == WrittenNames::NOT_FOUND) {
                 pName->pPrefix = boundAttributePrefix(uri, qname);
                 if (!pName->pPrefix) {
@@ -497,7 +498,7 @@ void FastInfosetWriter::writeNewAttributeName(OctetComposer& octets, const std::
     if (uri.empty()) {
         rememberName(_plainNames, uri, localName, uri, WrittenNames::ANY, index);
     } else {
-        rememberName(uri == elementURI ? _plainNames : _foreignNames, uri, localName, attributes.getQName(i),
+        rememberName(uri == elementURI ? _nativeNames : _foreignNames, uri, localName, attributes.getQName(i),
                      _namespaces.state(), index);
     }
 }

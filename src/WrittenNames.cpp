@@ -5,7 +5,7 @@ namespace Tamo::FastInfoset {
 
 void WrittenNames::enter(const std::string& uri, const std::string& localName, const std::string& qname,
                          UInt64 bindings, unsigned int index) {
-    if (localName.empty() || localName.size() > LONGEST) {
+    if (localName.empty() || localName.size() > LONGEST || qname.size() > LONGEST) {
         return;
     }
     if (!_pEntries) {
@@ -16,32 +16,35 @@ void WrittenNames::enter(const std::string& uri, const std::string& localName, c
     const HashKey key = HashKey::of(localName);
     Entry& entry = entryFor(key, uri);
     entry.empty(); // should a copy below fail
-    entry.key = key;
-    entry.bindings = bindings;
-    entry.pUri = pUri;
-    entry.isPlain = HashKey::isExact(localName.size()) && (qname.empty() || qname == localName);
-    if (!entry.isPlain) {
+    entry.localKey = key;
+    entry.qnameKey = HashKey::of(qname);
+    entry.localSize = static_cast<UInt16>(localName.size());
+    entry.qnameSize = static_cast<UInt16>(qname.size());
+    if (!entry.isExact()) {
+        entry.localSize = 0;
         if (!entry.pName) {
             entry.pName = &_names.emplace_front();
         }
         entry.pName->localName = localName;
         entry.pName->qname = qname;
+        entry.localSize = static_cast<UInt16>(localName.size());
     }
-    entry.size = localName.size() & LONGEST;
-    entry.index = index;
+    entry.bindings = bindings;
+    entry.pUri = pUri;
+    entry.number = index + 1;
 }
 
 void WrittenNames::clear() noexcept {
-    for (std::size_t i = 0; _count != 0; ++i) {
-        _count -= _pEntries[i].size != 0 ? 1 : 0;
+    for (std::size_t i = 0; _count != 0 && i <= _mask; ++i) {
         _pEntries[i].empty();
     }
+    _count = 0;
 }
 
 unsigned int WrittenNames::findInOther(const Entry& entry, HashKey key, const std::string& uri,
                                        const std::string& localName, const std::string& qname,
                                        UInt64 bindings) noexcept {
-    return entry.holds(key, uri, localName, qname, bindings) ? entry.index : NOT_FOUND;
+    return entry.holds(key, uri, localName, qname, bindings) ? entry.number - 1 : NOT_FOUND;
 }
 
 // The copy of a namespace name that entries share.
@@ -65,17 +68,17 @@ const std::string* WrittenNames::keep(const std::string& uri) {
 }
 
 WrittenNames::Entry& WrittenNames::entryFor(HashKey key, const std::string& uri) {
-    if (_count * 4 >= (_mask + 1) * 3 && _mask + 1 < MOST) {
+    if (2 * _count > _mask && _mask + 1 < MOST) {
         grow();
     }
     const std::size_t i = slot(key, uri.size());
     for (Entry* const pEntry : {&_pEntries[i], &_pEntries[i ^ 1]}) {
-        if (pEntry->size == 0) {
+        if (pEntry->number == 0) {
             ++_count;
             return *pEntry;
         }
         // The same name under other bindings is likely to be out of use.
-        if (pEntry->key == key) {
+        if (pEntry->localKey == key) {
             return *pEntry;
         }
     }
@@ -90,10 +93,10 @@ void WrittenNames::grow() {
     _count = 0;
     for (std::size_t old = 0; old <= oldMask; ++old) {
         const Entry& entry = pOld[old];
-        if (entry.size != 0) {
-            const std::size_t i = slot(entry.key, entry.pUri ? entry.pUri->size() : 0);
-            Entry& place = _pEntries[i].size == 0 ? _pEntries[i] : _pEntries[i ^ 1];
-            _count += place.size == 0 ? 1 : 0;
+        if (entry.number != 0) {
+            const std::size_t i = slot(entry.localKey, entry.pUri ? entry.pUri->size() : 0);
+            Entry& place = _pEntries[i].number == 0 ? _pEntries[i] : _pEntries[i ^ 1];
+            _count += place.number == 0 ? 1 : 0;
             place = entry;
         }
     }

@@ -58,21 +58,27 @@ inline bool equalText(std::string_view a, std::string_view b) noexcept {
         auto other = word;
         std::memcpy(&word, a.data() + at, sizeof(word));
         std::memcpy(&other, b.data() + at, sizeof(other));
-        return word != other;
+        return word ^ other;
     };
-    if (size > 32) {
+    // Blocks that overlap, without a loop.
+    const auto equalWords = [&](std::size_t first, std::size_t second) {
+        return (differ(first, std::uint64_t{}) | differ(first + 8, std::uint64_t{}) |
+                differ(second, std::uint64_t{}) | differ(second + 8, std::uint64_t{})) == 0;
+    };
+    if (size > 64) {
         return std::memcmp(a.data(), b.data(), size) == 0;
     }
+    if (size > 32) {
+        return equalWords(0, 16) && equalWords(size - 32, size - 16);
+    }
+    if (size >= 16) {
+        return equalWords(0, size - 16);
+    }
     if (size >= 8) {
-        for (std::size_t at = 0; at + 8 < size; at += 8) {
-            if (differ(at, std::uint64_t{})) {
-                return false;
-            }
-        }
-        return !differ(size - 8, std::uint64_t{});
+        return (differ(0, std::uint64_t{}) | differ(size - 8, std::uint64_t{})) == 0;
     }
     if (size >= 4) {
-        return !differ(0, std::uint32_t{}) && !differ(size - 4, std::uint32_t{});
+        return (differ(0, std::uint32_t{}) | differ(size - 4, std::uint32_t{})) == 0;
     }
     return size == 0 || (a[0] == b[0] && a[size / 2] == b[size / 2] && a[size - 1] == b[size - 1]);
 }

@@ -320,7 +320,8 @@ private:
 
     // Kept for their capacity from element to element.
     WrittenNames _elementNames;
-    WrittenNames _plainNames;   // of attributes, written without a prefix
+    WrittenNames _plainNames;   // of attributes in no namespace
+    WrittenNames _nativeNames;  // of attributes in their element's namespace, written without a prefix
     WrittenNames _foreignNames; // of attributes in another namespace than their element
     std::vector<AttributeName> _attributeNames;
     std::vector<AttributeValue> _attributeValues;

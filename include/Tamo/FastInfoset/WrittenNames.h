@@ -35,9 +35,23 @@ public:
         const HashKey key = HashKey::of(localName);
         const std::size_t i = slot(key, uri.size());
         if (_pEntries[i].holds(key, uri, localName, qname, bindings)) [[likely]] {
-            return _pEntries[i].index;
+            return _pEntries[i].number - 1;
         }
         return findInOther(_pEntries[i ^ 1], key, uri, localName, qname, bindings);
+    }
+
+    /// The index of a name that was entered without namespace name and qualified name; only such names are
+    /// here.
+    TAMO_ALWAYS_INLINE unsigned int find(const std::string& localName) const noexcept {
+        if (!_pEntries) [[unlikely]] {
+            return NOT_FOUND;
+        }
+        const HashKey key = HashKey::of(localName);
+        const std::size_t i = slot(key, 0);
+        if (_pEntries[i].holds(key, localName)) [[likely]] {
+            return _pEntries[i].number - 1;
+        }
+        return _pEntries[i ^ 1].holds(key, localName) ? _pEntries[i ^ 1].number - 1 : NOT_FOUND;
     }
 
     /// Enters a name, which may push another one out.
@@ -53,32 +67,46 @@ private:
         std::string qname;
     };
 
+    // Names that their keys hold whole have no Name. Sixty-four octets, so that one is in one cache line.
     struct Entry {
-        TAMO_ALWAYS_INLINE bool holds(HashKey otherKey, const std::string& uri, const std::string& localName,
-                                      const std::string& qname, UInt64 otherBindings) const noexcept {
-            return key == otherKey && size == localName.size() && bindings == otherBindings &&
-                   (pUri ? equalText(*pUri, uri) : uri.empty()) &&
-                   (isPlain ? qname.empty() || (qname.size() == size && HashKey::of(qname) == key)
-                            : equalText(pName->qname, qname) && equalText(pName->localName, localName));
+        TAMO_ALWAYS_INLINE bool holds(HashKey key, const std::string& uri, const std::string& localName,
+                                      const std::string& qname, UInt64 itsBindings) const noexcept {
+            return localKey == key && localSize == localName.size() && qnameSize == qname.size() &&
+                   bindings == itsBindings && (pUri ? equalText(*pUri, uri) : uri.empty()) &&
+                   qnameKey == HashKey::of(qname) && (isExact() || holdsLong(localName, qname));
         }
 
+        TAMO_ALWAYS_INLINE bool holds(HashKey key, const std::string& localName) const noexcept {
+            return localKey == key && localSize == localName.size() &&
+                   (isExact() || holdsLong(localName, std::string()));
+        }
+
+        bool isExact() const noexcept { return HashKey::isExact(localSize) && HashKey::isExact(qnameSize); }
+
+        bool holdsLong(const std::string& localName, const std::string& qname) const noexcept {
+            return pName->localName == localName && pName->qname == qname;
+        }
+
+        // The empty name, which is never entered, finds it.
         void empty() noexcept {
-            size = 0;
-            index = NOT_FOUND;
+            localSize = 0;
+            number = 0;
+            pUri = nullptr;
         }
 
-        HashKey key{0, 0}; // the local name's
+        HashKey localKey{0, 0};
+        HashKey qnameKey{0, 0};
         UInt64 bindings = ANY;
         const std::string* pUri = nullptr; // in _uris; null for the empty one
-        Name* pName = nullptr;             // in _names; kept for later names when isPlain
-        unsigned int index = NOT_FOUND;
-        UInt32 size : 31 = 0;   // the local name's, in octets; 0: no entry, which the empty name finds
-        UInt32 isPlain : 1 = 0; // the key is the local name, and there is no prefix
+        Name* pName = nullptr;             // in _names; kept for later names
+        UInt32 number = 0;                 // the index and one; 0: no entry
+        UInt16 localSize = 0;              // in octets
+        UInt16 qnameSize = 0;
     };
 
-    static constexpr std::size_t FIRST_SIZE = 16;
-    static constexpr std::size_t LONGEST = 0x7FFFFFFF;
-    static constexpr std::size_t MOST = 1024;
+    static constexpr std::size_t FIRST_SIZE = 32;
+    static constexpr std::size_t LONGEST = 0xFFFF;
+    static constexpr std::size_t MOST = 2048;
     static constexpr std::size_t MOST_URIS = 32;
 
     std::size_t slot(HashKey key, std::size_t uriSize) const noexcept {
