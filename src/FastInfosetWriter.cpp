@@ -720,13 +720,16 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(OctetComposer& octets,
     const FoundString local = lookUp(DocumentVocabulary::LOCAL_NAME, localName, localKey);
     const FoundString foundPrefix = lookUpPart(DocumentVocabulary::PREFIX, prefix, prefixKey);
     const FoundString foundUri = lookUpPart(DocumentVocabulary::NAMESPACE_NAME, uri, uriKey);
-    if (local.index != NOT_FOUND && foundPrefix.index != NOT_FOUND && foundUri.index != NOT_FOUND) {
+    const bool areKnown =
+        local.index != NOT_FOUND && foundPrefix.index != NOT_FOUND && foundUri.index != NOT_FOUND;
+    FoundName found;
+    if (areKnown) {
         const QualifiedNameEntry name(static_cast<unsigned int>(foundPrefix.index),
                                       static_cast<unsigned int>(foundUri.index),
                                       static_cast<unsigned int>(local.index));
-        const auto index = static_cast<unsigned int>(
-            lookUp(isElement, name, ValueIndex<QualifiedNameEntry>::keyOf(name)).index);
-        if (index != NOT_FOUND) {
+        found = lookUp(isElement, name, ValueIndex<QualifiedNameEntry>::keyOf(name));
+        if (found.index != NOT_FOUND) {
+            const auto index = static_cast<unsigned int>(found.index);
             if (isElement && OctetComposer::fitsPosition2(index)) {
                 octets.integerAtPosition2(high, index);
             } else if (!isElement && OctetComposer::fitsPosition1(index)) {
@@ -753,10 +756,11 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(OctetComposer& octets,
     const QualifiedNameEntry name(
         prefixId, uriId,
         writeIdentifyingStringOrIndex(octets, localName, DocumentVocabulary::LOCAL_NAME, localKey, local));
-    const HashKey key = ValueIndex<QualifiedNameEntry>::keyOf(name);
-    const FoundName found = lookUp(isElement, name, key);
-    tamo_assert(found.index == NOT_FOUND);
-    return add(isElement, name, key, found);
+    if (auto* const pTable = _vocabulary.indexedNames(isElement)) [[likely]] {
+        const HashKey key = ValueIndex<QualifiedNameEntry>::keyOf(name);
+        return areKnown ? pTable->append(name, key, found) : pTable->append(name, key);
+    }
+    return insertQualifiedName(name, isElement);
 }
 
 // A name of the header's tables, bit by bit.
@@ -1066,7 +1070,7 @@ TAMO_ALWAYS_INLINE FastInfosetWriter::FoundString FastInfosetWriter::lookUp(ID i
 }
 
 // A part of a name: often none, which every table of ours has as its placeholder.
-FastInfosetWriter::FoundString FastInfosetWriter::lookUpPart(ID id, const std::string& text, HashKey key) {
+TAMO_ALWAYS_INLINE FastInfosetWriter::FoundString FastInfosetWriter::lookUpPart(ID id, const std::string& text, HashKey key) {
     return text.empty() && _vocabulary.indexedVocabulary(id) ? FoundString{0, 0} : lookUp(id, text, key);
 }
 
@@ -1103,14 +1107,6 @@ FastInfosetWriter::FoundName FastInfosetWriter::lookUp(bool isElement, const Qua
     }
     bool found = false;
     return {getQNameVocabulary(isElement).exists(name, found), 0};
-}
-
-unsigned int FastInfosetWriter::add(bool isElement, const QualifiedNameEntry& name, HashKey key,
-                                    FoundName notFound) {
-    if (auto* const pTable = _vocabulary.indexedNames(isElement)) [[likely]] {
-        return pTable->append(name, key, notFound);
-    }
-    return insertQualifiedName(name, isElement);
 }
 
 // A non-identifying string or index at bit position 0 (X.891, C.14).

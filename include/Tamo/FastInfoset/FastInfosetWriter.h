@@ -286,7 +286,6 @@ private:
     unsigned int add(ID id, std::string_view text, HashKey key, FoundString notFound);
     bool addString(ID id, std::string_view text, HashKey key, FoundString notFound);
     FoundName lookUp(bool isElement, const QualifiedNameEntry& name, HashKey key);
-    unsigned int add(bool isElement, const QualifiedNameEntry& name, HashKey key, FoundName notFound);
     template<class E, class T>
     void insertValue(const T& value);
     template<class T>

@@ -57,6 +57,12 @@ public:
         return static_cast<unsigned int>(i);
     }
 
+    /// The same for a value of which it is known that it is not there.
+    template<class U>
+    unsigned int append(const U& value, HashKey key) {
+        return append(value, key, {Vocabulary<T>::NOT_FOUND, _values.freePlace(key)});
+    }
+
     const T& value(unsigned int idx) const override {
         tamo_assert(this->_index.size() > idx);
         return this->_index[idx];

@@ -82,6 +82,20 @@ public:
         return findFurther(values, value, key, place);
     }
 
+    /// Where insertLast() would put a value that is not there, whose key is key.
+    std::size_t freePlace(HashKey key) const noexcept {
+        if (!_pSlots) {
+            return 0;
+        }
+        std::size_t place = home(key);
+        for (std::size_t probes = 0; probes < MOST_PROBES; ++probes, place = behind(place)) {
+            if (_pSlots[place].number == 0) {
+                return place;
+            }
+        }
+        return NO_PLACE;
+    }
+
     /// Enters the last value of values, which find() has just not found, with its key, size and place;
     /// changes nothing when it throws.
     void insertLast(const VerbTable<T>& values, HashKey key, UInt32 size, std::size_t place) {
@@ -132,7 +146,7 @@ private:
     using Crowded = std::map<const T*, UInt32, Less>;
 
     static constexpr std::size_t NO_PLACE = ~std::size_t{0};
-    static constexpr std::size_t MOST_SCANNED = 4;
+    static constexpr std::size_t MOST_SCANNED = std::is_same_v<T, std::string> ? 4 : VerbTable<T>::FIRST_BLOCK;
     static constexpr std::size_t FIRST_SLOTS = 32;
     static constexpr std::size_t MANY_SLOTS = 1 << 17;
     static constexpr std::size_t MOST_PROBES = 64;
@@ -145,12 +159,15 @@ private:
 
     std::size_t behind(std::size_t place) const noexcept { return (place + 1) & _mask; }
 
-    static bool equal(const std::string& a, std::string_view b) noexcept { return equalText(a, b); }
+    static bool equal(const std::string& a, std::string_view b) noexcept {
+        return a.size() == b.size() && equalText(a, b);
+    }
     static bool equal(const QualifiedNameEntry& a, const QualifiedNameEntry& b) noexcept { return a == b; }
 
     static unsigned int scan(const VerbTable<T>& values, Probe value) noexcept {
+        const T* const pValues = values.firstBlock();
         for (std::size_t i = 0; i < values.size(); ++i) {
-            if (equal(*values.find(i), value)) {
+            if (equal(pValues[i], value)) {
                 return static_cast<unsigned int>(i);
             }
         }
@@ -184,15 +201,12 @@ private:
     }
 
     void insert(const VerbTable<T>& values, HashKey key, UInt32 size, std::size_t number) {
-        std::size_t place = home(key);
-        for (std::size_t probes = 0; probes < MOST_PROBES; ++probes) {
-            if (_pSlots[place].number == 0) {
-                put(place, key, size, number);
-                return;
-            }
-            place = behind(place);
+        const std::size_t place = freePlace(key);
+        if (place != NO_PLACE) [[likely]] {
+            put(place, key, size, number);
+        } else {
+            crowd(values, number);
         }
-        crowd(values, number);
     }
 
     void crowd(const VerbTable<T>& values, std::size_t number) {

@@ -102,6 +102,9 @@ public:
     /// The value at i, or null past the last one.
     const T* find(std::size_t i) const noexcept { return i < _size ? slot(i) : nullptr; }
 
+    /// The first FIRST_BLOCK values, which stand side by side; not for an empty table.
+    const T* firstBlock() const noexcept { return _blocks[0]; }
+
     /// Drops all values but the first count. Room for MOST_KEPT values is kept for those to come, with the
     /// storage of strings that are not long.
     void truncate(std::size_t count) {
