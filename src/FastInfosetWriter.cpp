@@ -54,6 +54,10 @@ const std::string* presentOrNull(const std::string& identifier) {
     return identifier.empty() ? nullptr : &identifier;
 }
 
+WrittenNames::Kind kindOf(const std::string& attributeURI, const std::string& elementURI) {
+    return attributeURI == elementURI ? WrittenNames::NATIVE_ATTRIBUTE : WrittenNames::FOREIGN_ATTRIBUTE;
+}
+
 std::string valueOrEmpty(const std::string* pIdentifier) {
     return pIdentifier ? *pIdentifier : std::string();
 }
@@ -111,10 +115,7 @@ EncodingAlgorithm& FastInfosetWriter::encodingAlgorithms() {
 }
 
 void FastInfosetWriter::forgetNames() noexcept {
-    _elementNames.clear();
-    _plainNames.clear();
-    _nativeNames.clear();
-    _foreignNames.clear();
+    _names.clear();
 }
 
 // ---- document
@@ -343,7 +344,7 @@ void FastInfosetWriter::startElement(const std::string& uri, const std::string& 
     const BitStreamWriter::Room room = _writer.startConstruct();
     // The hot path: an element that declares nothing.
     if ((_plainElements != 0 || isPlainPlace()) && !localName.empty()) [[likely]] {
-        const unsigned int index = _elementNames.find(uri, localName, qname, _namespaces.state());
+        const unsigned int index = _names.find(WrittenNames::ELEMENT, uri, localName, qname, _namespaces.state());
         const int count = attributes.getLength();
         if (count == 0 && OctetComposer::fitsPosition2(index)) [[likely]] { // an unknown name's does not
             OctetComposer octets(_writer, room);
@@ -412,7 +413,9 @@ bool FastInfosetWriter::writeSimpleElement(BitStreamWriter::Room room, unsigned 
     } else {
         octets.apart([&](OctetComposer& name) {
             const unsigned int newIndex = writeQualifiedNameOrIndex(name, high, *pPrefix, uri, localName, true);
-            rememberName(_elementNames, uri, localName, qname, _namespaces.state(), newIndex);
+            if (remembersNames()) [[likely]] {
+                _names.enter(WrittenNames::ELEMENT, uri, localName, qname, _namespaces.state(), newIndex);
+            }
         });
     }
     const AttributeName* const pNames = _attributeNames.data();
@@ -444,19 +447,18 @@ bool FastInfosetWriter::findAttributeNames(const XML::Attributes& attributes, in
         const std::string& uri = attributes.getURI(i);
         const std::string& localName = attributes.getLocalName(i);
         if (uri.empty()) {
-            pName->index = _plainNames.find(localName);
+            pName->index = _names.findPlain(localName);
             pName->pPrefix = &EMPTY;
         } else {
-            const bool isForeign = uri != elementURI;
             const std::string& qname = attributes.getQName(i);
-            pName->index =
-                (isForeign ? _foreignNames : _nativeNames).find(uri, localName, qname, _namespaces.state());
+            const WrittenNames::Kind kind = kindOf(uri, elementURI);
+            pName->index = _names.find(kind, uri, localName, qname, _namespaces.state());
             if (pName->index == WrittenNames::NOT_FOUND) {
                 pName->pPrefix = boundAttributePrefix(uri, qname);
                 if (!pName->pPrefix) {
                     return false;
                 }
-                if (!isForeign) {
+                if (kind == WrittenNames::NATIVE_ATTRIBUTE) {
                     pName->pPrefix = &EMPTY;
                 }
             }
@@ -495,21 +497,19 @@ void FastInfosetWriter::writeNewAttributeName(OctetComposer& octets, const std::
     const std::string& uri = attributes.getURI(i);
     const std::string& localName = attributes.getLocalName(i);
     const unsigned int index = writeQualifiedNameOrIndex(octets, 0, prefix, uri, localName, false);
-    if (uri.empty()) {
-        rememberName(_plainNames, uri, localName, uri, WrittenNames::ANY, index);
-    } else {
-        rememberName(uri == elementURI ? _nativeNames : _foreignNames, uri, localName, attributes.getQName(i),
-                     _namespaces.state(), index);
+    if (remembersNames()) [[likely]] {
+        if (uri.empty()) {
+            _names.enterPlain(localName, index);
+        } else {
+            _names.enter(kindOf(uri, elementURI), uri, localName, attributes.getQName(i), _namespaces.state(),
+                         index);
+        }
     }
 }
 
 // Only with tables of ours: without a placeholder an index does not tell what is absent.
-void FastInfosetWriter::rememberName(WrittenNames& names, const std::string& uri,
-                                     const std::string& localName, const std::string& qname, UInt64 bindings,
-                                     unsigned int index) {
-    if (_vocabulary.indexedNames(true)) [[likely]] {
-        names.enter(uri, localName, qname, bindings, index);
-    }
+bool FastInfosetWriter::remembersNames() noexcept {
+    return _vocabulary.indexedNames(true) != nullptr;
 }
 
 // The prefix of an element whose namespace is bound already; null when it would have to be declared.

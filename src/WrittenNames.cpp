@@ -3,8 +3,8 @@
 
 namespace Tamo::FastInfoset {
 
-void WrittenNames::enter(const std::string& uri, const std::string& localName, const std::string& qname,
-                         UInt64 bindings, unsigned int index) {
+void WrittenNames::enter(Kind kind, const std::string& uri, const std::string& localName,
+                         const std::string& qname, UInt64 bindings, unsigned int index) {
     if (localName.empty() || localName.size() > LONGEST || qname.size() > LONGEST) {
         return;
     }
@@ -14,7 +14,8 @@ void WrittenNames::enter(const std::string& uri, const std::string& localName, c
     }
     const std::string* const pUri = keep(uri);
     const HashKey key = HashKey::of(localName);
-    Entry& entry = entryFor(key, uri);
+    const UInt64 scope = scopeOf(kind, bindings);
+    Entry& entry = entryFor(key, scope, uri);
     entry.empty(); // should a copy below fail
     entry.localKey = key;
     entry.qnameKey = HashKey::of(qname);
@@ -29,7 +30,7 @@ void WrittenNames::enter(const std::string& uri, const std::string& localName, c
         entry.pName->qname = qname;
         entry.localSize = static_cast<UInt16>(localName.size());
     }
-    entry.bindings = bindings;
+    entry.scope = scope;
     entry.pUri = pUri;
     entry.number = index + 1;
 }
@@ -41,10 +42,9 @@ void WrittenNames::clear() noexcept {
     _count = 0;
 }
 
-unsigned int WrittenNames::findInOther(const Entry& entry, HashKey key, const std::string& uri,
-                                       const std::string& localName, const std::string& qname,
-                                       UInt64 bindings) noexcept {
-    return entry.holds(key, uri, localName, qname, bindings) ? entry.number - 1 : NOT_FOUND;
+unsigned int WrittenNames::findInOther(const Entry& entry, HashKey key, UInt64 scope, const std::string& uri,
+                                       const std::string& localName, const std::string& qname) noexcept {
+    return entry.holds(key, scope, uri, localName, qname) ? entry.number - 1 : NOT_FOUND;
 }
 
 // The copy of a namespace name that entries share.
@@ -67,18 +67,18 @@ const std::string* WrittenNames::keep(const std::string& uri) {
     return &_uris.front();
 }
 
-WrittenNames::Entry& WrittenNames::entryFor(HashKey key, const std::string& uri) {
+WrittenNames::Entry& WrittenNames::entryFor(HashKey key, UInt64 scope, const std::string& uri) {
     if (2 * _count > _mask && _mask + 1 < MOST) {
         grow();
     }
-    const std::size_t i = slot(key, uri.size());
+    const std::size_t i = slot(key, scope & 3, uri.size());
     for (Entry* const pEntry : {&_pEntries[i], &_pEntries[i ^ 1]}) {
         if (pEntry->number == 0) {
             ++_count;
             return *pEntry;
         }
         // The same name under other bindings is likely to be out of use.
-        if (pEntry->localKey == key) {
+        if (pEntry->localKey == key && (pEntry->scope & 3) == (scope & 3)) {
             return *pEntry;
         }
     }
@@ -94,7 +94,7 @@ void WrittenNames::grow() {
     for (std::size_t old = 0; old <= oldMask; ++old) {
         const Entry& entry = pOld[old];
         if (entry.number != 0) {
-            const std::size_t i = slot(entry.localKey, entry.pUri ? entry.pUri->size() : 0);
+            const std::size_t i = slot(entry.localKey, entry.scope & 3, entry.pUri ? entry.pUri->size() : 0);
             Entry& place = _pEntries[i].number == 0 ? _pEntries[i] : _pEntries[i ^ 1];
             _count += place.number == 0 ? 1 : 0;
             place = entry;

@@ -233,8 +233,7 @@ private:
     void writeAttributeValue(OctetComposer& octets, const std::string& value);
     void writeNewAttributeName(OctetComposer& octets, const std::string& prefix,
                                const XML::Attributes& attributes, int i, const std::string& elementURI);
-    void rememberName(WrittenNames& names, const std::string& uri, const std::string& localName,
-                      const std::string& qname, UInt64 bindings, unsigned int index);
+    bool remembersNames() noexcept;
     const std::string* boundElementPrefix(const std::string& uri, const std::string& localName,
                                           const std::string& qname);
     const std::string* boundAttributePrefix(const std::string& uri, const std::string& qname) const;
@@ -318,10 +317,7 @@ private:
     int _maxIndexedStringLength = 16;
 
     // Kept for their capacity from element to element.
-    WrittenNames _elementNames;
-    WrittenNames _plainNames;   // of attributes in no namespace
-    WrittenNames _nativeNames;  // of attributes in their element's namespace, written without a prefix
-    WrittenNames _foreignNames; // of attributes in another namespace than their element
+    WrittenNames _names;
     std::vector<AttributeName> _attributeNames;
     std::vector<AttributeValue> _attributeValues;
     std::size_t _attributeCount = 0;

@@ -15,48 +15,58 @@ namespace Tamo::FastInfoset {
 /// Remembers under which index the writer wrote a name: a small cache in front of the namespace bindings and
 /// four look-ups in the vocabulary, which decide otherwise.
 ///
-/// An entry holds for the namespace bindings that it was made under, whose number its user gives (a name that
-/// depends on none has the number ANY). A name that is not here may be known to the vocabulary all the same.
-/// Names are copied. Used by one thread at a time.
+/// An entry is for names of one kind and holds for the namespace bindings that it was made under, whose number
+/// its user gives. A name that is not here may be known to the vocabulary all the same. Names are copied. Used
+/// by one thread at a time.
 class TAMO_API WrittenNames {
 public:
-    /// The number of bindings that a name in no namespace is entered with.
-    static constexpr UInt64 ANY = 0;
+    /// What a name is the name of.
+    enum Kind {
+        PLAIN_ATTRIBUTE,   ///< an attribute in no namespace
+        ELEMENT,           ///< an element
+        NATIVE_ATTRIBUTE,  ///< an attribute in its element's namespace
+        FOREIGN_ATTRIBUTE, ///< an attribute in another namespace
+    };
 
     /// What find() returns for a name that is not here.
     static constexpr unsigned int NOT_FOUND = 0xFFFFFFFF;
 
     /// The index of a name as an event gives it, under the bindings with this number.
-    TAMO_ALWAYS_INLINE unsigned int find(const std::string& uri, const std::string& localName,
+    TAMO_ALWAYS_INLINE unsigned int find(Kind kind, const std::string& uri, const std::string& localName,
                                          const std::string& qname, UInt64 bindings) const noexcept {
         if (!_pEntries) [[unlikely]] {
             return NOT_FOUND;
         }
         const HashKey key = HashKey::of(localName);
-        const std::size_t i = slot(key, uri.size());
-        if (_pEntries[i].holds(key, uri, localName, qname, bindings)) [[likely]] {
+        const UInt64 scope = scopeOf(kind, bindings);
+        const std::size_t i = slot(key, kind, uri.size());
+        if (_pEntries[i].holds(key, scope, uri, localName, qname)) [[likely]] {
             return _pEntries[i].number - 1;
         }
-        return findInOther(_pEntries[i ^ 1], key, uri, localName, qname, bindings);
+        return findInOther(_pEntries[i ^ 1], key, scope, uri, localName, qname);
     }
 
-    /// The index of a name that was entered without namespace name and qualified name; only such names are
-    /// here.
-    TAMO_ALWAYS_INLINE unsigned int find(const std::string& localName) const noexcept {
+    /// The index of the name of a PLAIN_ATTRIBUTE.
+    TAMO_ALWAYS_INLINE unsigned int findPlain(const std::string& localName) const noexcept {
         if (!_pEntries) [[unlikely]] {
             return NOT_FOUND;
         }
         const HashKey key = HashKey::of(localName);
-        const std::size_t i = slot(key, 0);
-        if (_pEntries[i].holds(key, localName)) [[likely]] {
+        const std::size_t i = slot(key, PLAIN_ATTRIBUTE, 0);
+        if (_pEntries[i].holdsPlain(key, localName)) [[likely]] {
             return _pEntries[i].number - 1;
         }
-        return _pEntries[i ^ 1].holds(key, localName) ? _pEntries[i ^ 1].number - 1 : NOT_FOUND;
+        return _pEntries[i ^ 1].holdsPlain(key, localName) ? _pEntries[i ^ 1].number - 1 : NOT_FOUND;
     }
 
     /// Enters a name, which may push another one out.
-    void enter(const std::string& uri, const std::string& localName, const std::string& qname,
+    void enter(Kind kind, const std::string& uri, const std::string& localName, const std::string& qname,
                UInt64 bindings, unsigned int index);
+
+    /// Enters the name of a PLAIN_ATTRIBUTE.
+    void enterPlain(const std::string& localName, unsigned int index) {
+        enter(PLAIN_ATTRIBUTE, std::string(), localName, std::string(), 0, index);
+    }
 
     /// Forgets all names.
     void clear() noexcept;
@@ -69,15 +79,15 @@ private:
 
     // Names that their keys hold whole have no Name. Sixty-four octets, so that one is in one cache line.
     struct Entry {
-        TAMO_ALWAYS_INLINE bool holds(HashKey key, const std::string& uri, const std::string& localName,
-                                      const std::string& qname, UInt64 itsBindings) const noexcept {
+        TAMO_ALWAYS_INLINE bool holds(HashKey key, UInt64 itsScope, const std::string& uri,
+                                      const std::string& localName, const std::string& qname) const noexcept {
             return localKey == key && localSize == localName.size() && qnameSize == qname.size() &&
-                   bindings == itsBindings && (pUri ? equalText(*pUri, uri) : uri.empty()) &&
+                   scope == itsScope && (pUri ? equalText(*pUri, uri) : uri.empty()) &&
                    qnameKey == HashKey::of(qname) && (isExact() || holdsLong(localName, qname));
         }
 
-        TAMO_ALWAYS_INLINE bool holds(HashKey key, const std::string& localName) const noexcept {
-            return localKey == key && localSize == localName.size() &&
+        TAMO_ALWAYS_INLINE bool holdsPlain(HashKey key, const std::string& localName) const noexcept {
+            return localKey == key && localSize == localName.size() && scope == PLAIN_ATTRIBUTE &&
                    (isExact() || holdsLong(localName, std::string()));
         }
 
@@ -96,7 +106,7 @@ private:
 
         HashKey localKey{0, 0};
         HashKey qnameKey{0, 0};
-        UInt64 bindings = ANY;
+        UInt64 scope = 0;
         const std::string* pUri = nullptr; // in _uris; null for the empty one
         Name* pName = nullptr;             // in _names; kept for later names
         UInt32 number = 0;                 // the index and one; 0: no entry
@@ -109,15 +119,16 @@ private:
     static constexpr std::size_t MOST = 2048;
     static constexpr std::size_t MOST_URIS = 32;
 
-    std::size_t slot(HashKey key, std::size_t uriSize) const noexcept {
-        return (static_cast<std::size_t>(key.hash() >> 32) + uriSize) & _mask;
+    static UInt64 scopeOf(Kind kind, UInt64 bindings) noexcept { return bindings << 2 | kind; }
+
+    std::size_t slot(HashKey key, UInt64 kind, std::size_t uriSize) const noexcept {
+        return (static_cast<std::size_t>(key.hash() >> 32) + 2 * kind + uriSize) & _mask;
     }
 
-    static unsigned int findInOther(const Entry& entry, HashKey key, const std::string& uri,
-                                    const std::string& localName, const std::string& qname,
-                                    UInt64 bindings) noexcept;
+    static unsigned int findInOther(const Entry& entry, HashKey key, UInt64 scope, const std::string& uri,
+                                    const std::string& localName, const std::string& qname) noexcept;
     const std::string* keep(const std::string& uri);
-    Entry& entryFor(HashKey key, const std::string& uri);
+    Entry& entryFor(HashKey key, UInt64 scope, const std::string& uri);
     void grow();
 
     // None until the first name, then a power of two. A name stands in its slot or in the other of that pair.
