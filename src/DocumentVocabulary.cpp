@@ -136,7 +136,7 @@ struct DocumentVocabulary::Tables : TableSet {
 
 template<class Strings, class Names>
 void DocumentVocabulary::create() {
-    auto pTables = std::make_unique<Tables<Strings, Names>>();
+    auto pTables = std::make_unique_for_overwrite<Tables<Strings, Names>>();
     _vocabularies.reserve(ELEMENT_NAME);
     _vocabularies.resize(PREFIX);
     for (Strings& table : pTables->strings) {

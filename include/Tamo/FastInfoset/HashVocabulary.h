@@ -24,7 +24,7 @@ public:
     /// A table with its placeholder that accepts size entries (at least 1).
     explicit HashVocabulary(unsigned long size = DEFAULT_SIZE) : IndexedVocabulary<T>(size) {
         tamo_assert(size > 0);
-        this->_index.pushPlaceholder();
+        this->_index.emplace_back(T());
     }
 
     /// A table without placeholder that accepts size entries.

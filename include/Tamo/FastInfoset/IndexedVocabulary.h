@@ -74,7 +74,7 @@ public:
 
     void reset() override {
         this->_index.truncate(0);
-        this->_index.pushPlaceholder();
+        this->_index.emplace_back(T());
         _values.clear();
     }
 

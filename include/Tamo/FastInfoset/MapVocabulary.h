@@ -18,7 +18,7 @@ public:
 
     /// A table with its placeholder; the size hint is not used.
     explicit MapVocabulary(unsigned long = 0) : MapVocabulary(DontInitialize()) {
-        this->_index.pushPlaceholder();
+        this->_index.emplace_back(T());
     }
 
     /// A table without placeholder.

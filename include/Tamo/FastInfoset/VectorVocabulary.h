@@ -15,7 +15,7 @@ public:
     struct DontInitialize {};
 
     /// A table with its placeholder; the size hint is not used.
-    explicit VectorVocabulary(unsigned long = 0) { this->_index.pushPlaceholder(); }
+    explicit VectorVocabulary(unsigned long = 0) { this->_index.emplace_back(T()); }
 
     /// A table without placeholder.
     explicit VectorVocabulary(DontInitialize) {}
@@ -56,7 +56,7 @@ public:
 
     void reset() override {
         this->_index.truncate(0);
-        this->_index.pushPlaceholder();
+        this->_index.emplace_back(T());
     }
 };
 

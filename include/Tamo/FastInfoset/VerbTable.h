@@ -17,9 +17,9 @@ namespace Tamo::FastInfoset {
 
 /// The value store of a vocabulary table: a list of blocks that never moves a stored value.
 ///
-/// The first block has room for 16 values, every further one for twice as many as the one before it, so a
-/// value is found by arithmetic and references stay valid while the table grows. Values are owned; the table
-/// is used by one thread at a time.
+/// The first block, which belongs to the table, has room for 16 values, every further one for twice as many as
+/// the one before it, so a value is found by arithmetic and references stay valid while the table grows (and
+/// is not moved). Values are owned; the table is used by one thread at a time.
 template<class T>
 class TAMO_API VerbTable {
 public:
@@ -32,10 +32,6 @@ public:
     VerbTable() = default;
 
     VerbTable(const VerbTable& other) : VerbTable() {
-        if (other.holdsPlaceholderOnly()) {
-            pushPlaceholder();
-            return;
-        }
         for (std::size_t i = 0; i < other._size; ++i) {
             push_back(*other.find(i));
         }
@@ -53,17 +49,6 @@ public:
 
     /// Appends a value.
     void push_back(const T& value) { emplace_back(value); }
-
-    /// Appends an empty value; as the first and only one it costs no storage.
-    void pushPlaceholder() {
-        if (_blockCount != 0) {
-            emplace_back(T());
-        } else {
-            tamo_assert(_size == 0);
-            _blocks[0] = const_cast<T*>(&placeholder()); // never written to: it is in no block
-            _size = 1;
-        }
-    }
 
     /// Appends a value that is made of another type's.
     template<class U>
@@ -141,22 +126,23 @@ private:
         return _blocks[block] + (i + FIRST_BLOCK - capacityOf(block));
     }
 
-    static const T& placeholder() {
-        static const T EMPTY{};
-        return EMPTY;
-    }
-
-    bool holdsPlaceholderOnly() const noexcept { return _size == 1 && _constructed == 0; }
+    T* ownBlock() noexcept { return reinterpret_cast<T*>(_ownBlock); }
 
     // Moves the contents of other here, where there are none.
     void take(VerbTable& other) noexcept {
-        std::copy_n(other._blocks, std::max(other._blockCount, std::min<std::size_t>(other._size, 1)),
-                    _blocks);
+        static_assert(std::is_nothrow_move_constructible_v<T>);
+        const std::size_t own = std::min(other._constructed, FIRST_BLOCK);
+        std::uninitialized_move_n(other.ownBlock(), own, ownBlock());
+        std::destroy_n(other.ownBlock(), own);
+        std::copy_n(other._blocks, other._blockCount, _blocks);
+        _blocks[0] = ownBlock();
         _blockCount = std::exchange(other._blockCount, 0);
         _size = std::exchange(other._size, 0);
         _constructed = std::exchange(other._constructed, 0);
-        _pNext = std::exchange(other._pNext, nullptr);
-        _pEnd = std::exchange(other._pEnd, nullptr);
+        _pNext = nullptr;
+        _pEnd = nullptr;
+        other._pNext = nullptr;
+        other._pEnd = nullptr;
     }
 
     // Goes to where the next value stands, in a new block if need be.
@@ -173,12 +159,9 @@ private:
         if (_blockCount == MOST_BLOCKS) {
             throw PoolOverflowException("Vocabulary table full");
         }
-        T* const pBlock = std::allocator<T>().allocate(capacityOf(_blockCount));
-        if (holdsPlaceholderOnly()) {
-            std::construct_at(pBlock);
-            _constructed = 1;
-        }
-        _blocks[_blockCount++] = pBlock;
+        _blocks[_blockCount] =
+            _blockCount == 0 ? ownBlock() : std::allocator<T>().allocate(capacityOf(_blockCount));
+        ++_blockCount;
     }
 
     // Destroys the values from count on and frees the blocks that hold nothing else.
@@ -188,16 +171,19 @@ private:
         }
         while (_blockCount != 0 && capacityOf(_blockCount - 1) - FIRST_BLOCK >= count) {
             --_blockCount;
-            std::allocator<T>().deallocate(_blocks[_blockCount], capacityOf(_blockCount));
+            if (_blockCount != 0) {
+                std::allocator<T>().deallocate(_blocks[_blockCount], capacityOf(_blockCount));
+            }
         }
     }
 
-    T* _blocks[MOST_BLOCKS]; // the first _blockCount, or the placeholder's alone
+    T* _blocks[MOST_BLOCKS]; // the first _blockCount
     std::size_t _blockCount = 0;
     std::size_t _size = 0;
     std::size_t _constructed = 0; // values beyond _size are left from before truncate()
     T* _pNext = nullptr;          // where the next value goes, unless it is _pEnd
     T* _pEnd = nullptr;           // of the block
+    alignas(T) std::byte _ownBlock[FIRST_BLOCK * sizeof(T)]; // the first of them
 };
 
 } // namespace Tamo::FastInfoset
