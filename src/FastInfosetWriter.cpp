@@ -116,6 +116,8 @@ EncodingAlgorithm& FastInfosetWriter::encodingAlgorithms() {
 
 void FastInfosetWriter::forgetNames() noexcept {
     _names.clear();
+    _recentNamespace.clear();
+    _defaultBindings = 0;
 }
 
 // ---- document
@@ -516,12 +518,23 @@ bool FastInfosetWriter::remembersNames() noexcept {
 const std::string* FastInfosetWriter::boundElementPrefix(const std::string& uri, const std::string& localName,
                                                          const std::string& qname) {
     const std::string_view prefix = qname == localName ? std::string_view() : prefixOf(qname);
-    const std::string* pPrefix = &_namespaces.getPrefix(uri);
     if (!prefix.empty()) {
         _prefix = prefix;
-        pPrefix = &_prefix;
+        return uri.empty() || _namespaces.getURI(prefix) == uri ? &_prefix : nullptr;
     }
-    return uri.empty() || _namespaces.getURI(*pPrefix) == uri ? pPrefix : nullptr;
+    if (uri.empty() || (_defaultBindings == _namespaces.state() && _defaultNamespace == uri)) {
+        return &EMPTY;
+    }
+    const std::string& bound = _namespaces.getPrefix(uri);
+    if (!bound.empty()) {
+        return &bound;
+    }
+    if (_namespaces.getURI(bound) != uri) {
+        return nullptr;
+    }
+    _defaultNamespace = uri;
+    _defaultBindings = _namespaces.state();
+    return &EMPTY;
 }
 
 // Likewise of an attribute in a namespace: the prefix that it is written with.
@@ -716,10 +729,13 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(OctetComposer& octets,
     tamo_assert(!localName.empty());
     const HashKey localKey = HashKey::of(localName);
     const HashKey prefixKey = HashKey::of(prefix);
-    const HashKey uriKey = HashKey::of(uri);
     const FoundString local = lookUp(DocumentVocabulary::LOCAL_NAME, localName, localKey);
     const FoundString foundPrefix = lookUpPart(DocumentVocabulary::PREFIX, prefix, prefixKey);
-    const FoundString foundUri = lookUpPart(DocumentVocabulary::NAMESPACE_NAME, uri, uriKey);
+    const bool isRecent = !uri.empty() && uri == _recentNamespace;
+    const HashKey uriKey = isRecent ? HashKey(0, 0) : HashKey::of(uri);
+    const FoundString foundUri = isRecent
+                                     ? FoundString{_recentNamespaceIndex, 0}
+                                     : lookUpPart(DocumentVocabulary::NAMESPACE_NAME, uri, uriKey);
     const bool areKnown =
         local.index != NOT_FOUND && foundPrefix.index != NOT_FOUND && foundUri.index != NOT_FOUND;
     FoundName found;
@@ -752,6 +768,10 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(OctetComposer& octets,
     if (!uri.empty()) {
         uriId =
             writeIdentifyingStringOrIndex(octets, uri, DocumentVocabulary::NAMESPACE_NAME, uriKey, foundUri);
+        if (!isRecent) {
+            _recentNamespace = uri;
+            _recentNamespaceIndex = uriId;
+        }
     }
     const QualifiedNameEntry name(
         prefixId, uriId,

@@ -318,6 +318,10 @@ private:
 
     // Kept for their capacity from element to element.
     WrittenNames _names;
+    std::string _defaultNamespace;   // under the bindings with this number, none of them for 0
+    UInt64 _defaultBindings = 0;
+    std::string _recentNamespace;    // of the last name that was written in full, empty for none
+    unsigned int _recentNamespaceIndex = 0;
     std::vector<AttributeName> _attributeNames;
     std::vector<AttributeValue> _attributeValues;
     std::size_t _attributeCount = 0;
