@@ -33,24 +33,31 @@ TEST(Hash, SpreadsSimilarNamesOverATable) {
 }
 
 TEST(HashKey, HoldsShortTextsAndTellsLongOnesApart) {
-    std::string text("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOP");
+    const auto hasNul = [](const std::string& part) {
+        bool has = false;
+        EXPECT_TRUE(HashKey::ofWhole(part, has) == HashKey::of(part)) << part;
+        return has;
+    };
+    std::string text("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789abcdefghijklm");
     for (std::size_t size = 0; size <= text.size(); ++size) {
         const std::string part(text, 0, size);
         const HashKey key = HashKey::of(part);
         EXPECT_EQ(HashKey::isExact(size), size <= 16);
         EXPECT_TRUE(key == HashKey::of(std::string_view(text).substr(0, size)));
+        EXPECT_TRUE(equalText(part, std::string_view(text).substr(0, size))) << size;
         if (HashKey::isExact(size)) {
             char octets[HashKey::MOST_EXACT];
             key.copyTo(octets);
             EXPECT_EQ(std::string(octets, sizeof(octets)), part + std::string(16 - size, '\0'));
-            EXPECT_FALSE(key.hasNul(size)) << size;
+            EXPECT_FALSE(hasNul(part)) << size;
         }
         for (std::size_t i = 0; i < size; ++i) {
             std::string changed(part);
             changed[i] = '\0';
             EXPECT_FALSE(key == HashKey::of(changed)) << size << ' ' << i;
+            EXPECT_FALSE(equalText(part, changed)) << size << ' ' << i;
             EXPECT_NE(key.hash(), HashKey::of(changed).hash()) << size << ' ' << i;
-            EXPECT_TRUE(!HashKey::isExact(size) || HashKey::of(changed).hasNul(size)) << size << ' ' << i;
+            EXPECT_TRUE(!HashKey::isExact(size) || hasNul(changed)) << size << ' ' << i;
         }
     }
     std::vector<int> load(1024);
