@@ -290,7 +290,6 @@ public:
     Driver(SAXParser& parser, const std::string& publicId, const std::string& systemId)
         : _parser(parser), _names(parser._namespaces), _holding(parser._declarationsFirst) {
         _entities.push_back({nullptr, publicId, systemId});
-        _text.reserve(1000);
     }
 
     void run(Input input, const std::string& encoding);
@@ -330,6 +329,7 @@ private:
     void addAttributes(const NameCache::QName& element, const char** attributes);
     void endElement(const char* name);
     void text(std::string_view text);
+    void makeRoom(std::string_view& text);
     void flushText();
     void comment(std::string&& text);
     void processingInstruction(std::string&& target, std::string&& data);
@@ -352,7 +352,8 @@ private:
     SAXParser& _parser;
     NameCache _names;
     ParsedAttributes _attributes;
-    std::string _text;
+    std::string _text = std::string(1000, '\0'); // room for text that has yet to be delivered
+    std::size_t _textSize = 0;
     std::vector<Entity> _entities; // the document entity and the external entities open inside it
     std::exception_ptr _exception;
     bool _inDTD = false;
@@ -581,25 +582,44 @@ void SAXParser::Driver::endElement(const char* name) {
     }
 }
 
+// Expat delivers every line end by itself.
 void SAXParser::Driver::text(std::string_view text) {
-    while (_text.size() + text.size() > MAX_RUN) {
-        std::size_t room = MAX_RUN - _text.size();
+    if (text.size() > _text.size() - _textSize) [[unlikely]] {
+        makeRoom(text);
+    }
+    char* const pNext = _text.data() + _textSize;
+    if (text.size() == 1) {
+        *pNext = text[0];
+    } else if (!text.empty()) {
+        std::memcpy(pNext, text.data(), text.size());
+    }
+    _textSize += text.size();
+}
+
+// Delivers what makes whole runs; for the rest, which text becomes, there is room.
+void SAXParser::Driver::makeRoom(std::string_view& text) {
+    while (_textSize + text.size() > MAX_RUN) {
+        std::size_t room = MAX_RUN - _textSize;
         while (room > 0 && (static_cast<unsigned char>(text[room]) & 0xC0) == 0x80) {
             --room; // not inside a character
         }
-        _text.append(text.substr(0, room));
+        _text.resize(MAX_RUN);
+        text.copy(_text.data() + _textSize, room);
+        _textSize += room;
         text.remove_prefix(room);
         flushText();
     }
-    _text.append(text);
+    if (text.size() > _text.size() - _textSize) {
+        _text.resize(std::min(MAX_RUN, std::max(2 * _text.size(), _textSize + text.size())));
+    }
 }
 
 void SAXParser::Driver::flushText() {
-    if (!_text.empty()) {
+    if (_textSize != 0) {
+        const int size = static_cast<int>(std::exchange(_textSize, 0));
         if (ContentHandler* pHandler = _parser._pContentHandler) {
-            pHandler->characters(_text.data(), 0, static_cast<int>(_text.size()));
+            pHandler->characters(_text.data(), 0, size);
         }
-        _text.clear();
     }
 }
 
