@@ -346,7 +346,8 @@ void FastInfosetWriter::startElement(const std::string& uri, const std::string& 
     const BitStreamWriter::Room room = _writer.startConstruct();
     // The hot path: an element that declares nothing.
     if ((_plainElements != 0 || isPlainPlace()) && !localName.empty()) [[likely]] {
-        const unsigned int index = _names.find(WrittenNames::ELEMENT, uri, localName, qname, _namespaces.state());
+        const unsigned int index =
+            _names.find(WrittenNames::ELEMENT, uri, localName, qname, _namespaces.state());
         const int count = attributes.getLength();
         if (count == 0 && OctetComposer::fitsPosition2(index)) [[likely]] { // an unknown name's does not
             OctetComposer octets(_writer, room);
@@ -414,7 +415,8 @@ bool FastInfosetWriter::writeSimpleElement(BitStreamWriter::Room room, unsigned 
         octets.integerAtPosition2(high, index);
     } else {
         octets.apart([&](OctetComposer& name) {
-            const unsigned int newIndex = writeQualifiedNameOrIndex(name, high, *pPrefix, uri, localName, true);
+            const unsigned int newIndex =
+                writeQualifiedNameOrIndex(name, high, *pPrefix, uri, localName, true);
             if (remembersNames()) [[likely]] {
                 _names.enter(WrittenNames::ELEMENT, uri, localName, qname, _namespaces.state(), newIndex);
             }
@@ -733,9 +735,8 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(OctetComposer& octets,
     const FoundString foundPrefix = lookUpPart(DocumentVocabulary::PREFIX, prefix, prefixKey);
     const bool isRecent = !uri.empty() && uri == _recentNamespace;
     const HashKey uriKey = isRecent ? HashKey(0, 0) : HashKey::of(uri);
-    const FoundString foundUri = isRecent
-                                     ? FoundString{_recentNamespaceIndex, 0}
-                                     : lookUpPart(DocumentVocabulary::NAMESPACE_NAME, uri, uriKey);
+    const FoundString foundUri = isRecent ? FoundString{_recentNamespaceIndex, 0}
+                                          : lookUpPart(DocumentVocabulary::NAMESPACE_NAME, uri, uriKey);
     const bool areKnown =
         local.index != NOT_FOUND && foundPrefix.index != NOT_FOUND && foundUri.index != NOT_FOUND;
     FoundName found;
@@ -1090,7 +1091,8 @@ TAMO_ALWAYS_INLINE FastInfosetWriter::FoundString FastInfosetWriter::lookUp(ID i
 }
 
 // A part of a name: often none, which every table of ours has as its placeholder.
-TAMO_ALWAYS_INLINE FastInfosetWriter::FoundString FastInfosetWriter::lookUpPart(ID id, const std::string& text, HashKey key) {
+TAMO_ALWAYS_INLINE FastInfosetWriter::FoundString
+FastInfosetWriter::lookUpPart(ID id, const std::string& text, HashKey key) {
     return text.empty() && _vocabulary.indexedVocabulary(id) ? FoundString{0, 0} : lookUp(id, text, key);
 }
 

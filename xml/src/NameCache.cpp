@@ -4,8 +4,8 @@
 
 namespace Tamo::XML {
 
-NameCache::QName* NameCache::find(std::string_view key) {
-    const std::size_t h = hash(key);
+NameCache::QName* NameCache::find(std::string_view key, UInt64 scope) {
+    const std::size_t h = hash(key, scope);
     for (std::size_t i = 0; i < MAX_PROBES; ++i) {
         QName*& pSlot = _slots[(h + i) & (_slots.size() - 1)];
         if (!pSlot) {
@@ -14,18 +14,23 @@ NameCache::QName* NameCache::find(std::string_view key) {
             }
             if (_used >= _slots.size() / 2 && _slots.size() < MAX_SLOTS) {
                 grow();
-                return find(key);
+                return find(key, scope);
             }
             QName& name = _names.emplace_back();
             char* const pKey = static_cast<char*>(_memory.allocate(key.size() + 1, 1));
             pKey[key.copy(pKey, key.size())] = '\0';
             name._pKey = pKey;
             name._keySize = key.size();
-            if (_pURI && key.size() > _pURI->size() && key[_pURI->size()] == SEPARATOR &&
-                key.starts_with(*_pURI)) {
-                name._pURI = _pURI;
+            name._scope = scope;
+            if (scope != AS_DELIVERED) {
+                resolve(key, name);
+            } else {
+                if (_pURI && key.size() > _pURI->size() && key[_pURI->size()] == SEPARATOR &&
+                    key.starts_with(*_pURI)) {
+                    name._pURI = _pURI;
+                }
+                split(key, name);
             }
-            split(key, name);
             if (!name._ownURI.empty()) {
                 _pURI = &name._ownURI;
             }
@@ -33,25 +38,31 @@ NameCache::QName* NameCache::find(std::string_view key) {
             pSlot = &name;
             return pSlot;
         }
-        if (equalText({pSlot->_pKey, pSlot->_keySize}, key)) {
+        if (pSlot->_scope == scope && equalText({pSlot->_pKey, pSlot->_keySize}, key)) {
             return pSlot;
         }
     }
     return nullptr;
 }
 
-const NameCache::QName& NameCache::spill(std::string_view key) {
+const NameCache::QName& NameCache::spill(std::string_view key, UInt64 scope) {
     ++_spilled;
     QName& name = _spill.emplace_back();
-    split(key, name);
+    name._scope = scope;
+    if (scope != AS_DELIVERED) {
+        resolve(key, name);
+    } else {
+        split(key, name);
+    }
     return name;
 }
 
-std::size_t NameCache::hash(std::string_view key) {
+std::size_t NameCache::hash(std::string_view key, UInt64 scope) {
     // Names differ at their end: the namespace name comes first and is often long. Should many names share
     // their last octets and their length, find() looks at MAX_PROBES of them and no more.
     constexpr std::size_t TAIL = 24;
-    return Tamo::hash(key.substr(key.size() - std::min(key.size(), TAIL))) + key.size();
+    return Tamo::hash(key.substr(key.size() - std::min(key.size(), TAIL))) + key.size() +
+           static_cast<std::size_t>(scope * 0x9E3779B1);
 }
 
 void NameCache::split(std::string_view key, QName& name) const {
@@ -77,6 +88,35 @@ void NameCache::split(std::string_view key, QName& name) const {
     }
 }
 
+// A raw name.
+void NameCache::resolve(std::string_view key, QName& name) {
+    const std::size_t colon = key.find(':');
+    const std::string* pURI = &name._ownURI;
+    if (colon == std::string_view::npos) {
+        name._localName = key;
+        name._pQName = &name._localName;
+        if (name._scope == _elementScope) {
+            pURI = &_pBindings->getURI(std::string_view());
+        }
+    } else {
+        name._localName = key.substr(colon + 1);
+        name._ownQName = key;
+        pURI = &_pBindings->getURI(key.substr(0, colon));
+        _hasOdd = _hasOdd || colon == 0 || pURI->empty() || !isSurelyNCName(name._localName);
+    }
+    if (_pURI && *_pURI == *pURI) {
+        name._pURI = _pURI;
+    } else if (!pURI->empty()) {
+        name._ownURI = *pURI;
+    }
+}
+
+bool NameCache::isSurelyNCName(std::string_view name) noexcept {
+    const char first = name.empty() ? '\0' : name.front();
+    const char letter = static_cast<char>(first | 0x20);
+    return ((letter >= 'a' && letter <= 'z') || first == '_') && name.find(':') == std::string_view::npos;
+}
+
 void NameCache::grow() {
     std::vector<QName*> old(_slots.size() * 2);
     old.swap(_slots);
@@ -84,7 +124,7 @@ void NameCache::grow() {
         if (!pName) {
             continue;
         }
-        const std::size_t h = hash({pName->_pKey, pName->_keySize});
+        const std::size_t h = hash({pName->_pKey, pName->_keySize}, pName->_scope);
         std::size_t i = 0;
         while (i < MAX_PROBES && _slots[(h + i) & (_slots.size() - 1)]) {
             ++i;

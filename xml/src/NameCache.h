@@ -2,6 +2,8 @@
 #define TAMO_XML_NAMECACHE_H
 
 #include "Tamo/Bugcheck.h"
+#include "Tamo/Types.h"
+#include "Tamo/XML/NamespaceSupport.h"
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -17,7 +19,8 @@ namespace Tamo::XML {
 /// The names of a document, split once instead of at every event.
 ///
 /// A key is what Expat delivers: namespace name, local name and prefix with SEPARATOR between them, of which
-/// the first and the last may be missing; without namespace processing, the qualified name. Most names are
+/// the first and the last may be missing; without namespace processing, the qualified name. Or it is a raw
+/// name, which the bindings in force resolve: it then holds in their scope only. Most names are
 /// found by a guess that is verified: an attribute where Expat kept the same name before, an element behind
 /// the one that it followed before, the end of an element in the stack of those that are open. The cache is
 /// bounded but for that stack: names that find no place are split for the current event only. Owned by one
@@ -41,8 +44,11 @@ public:
     private:
         friend class NameCache;
 
-        bool is(const char* name) const { return std::strcmp(_pKey, name) == 0; }
+        bool is(const char* name, UInt64 scope) const {
+            return _scope == scope && std::strcmp(_pKey, name) == 0;
+        }
 
+        UInt64 _scope = AS_DELIVERED;
         const char* _pKey = nullptr;
         std::size_t _keySize = 0;
         const std::string* _pURI = &_ownURI;
@@ -57,19 +63,41 @@ public:
     /// A cache for keys with or without namespace parts.
     explicit NameCache(bool namespaces) : _namespaces(namespaces), _slots(64) { _open.reserve(32); }
 
+    /// From now on keys are raw names that these bindings, which have just changed, resolve; with null they
+    /// are what Expat delivers.
+    void resolveWith(const NamespaceSupport* pBindings) noexcept {
+        _pBindings = pBindings;
+        _elementScope = pBindings ? 2 * pBindings->state() : AS_DELIVERED;
+        _attributeScope = pBindings ? _elementScope + 1 : AS_DELIVERED;
+        _plainScope = pBindings ? ANY_BINDINGS : AS_DELIVERED;
+    }
+
+    /// Whether a raw name was found that the bindings do not resolve, or that is perhaps no qualified name.
+    bool hasOdd() const noexcept { return _hasOdd; }
+
+    /// Whether a part of a name that the XML recommendation allows is also one that Namespaces in XML allow,
+    /// as far as its ASCII characters tell.
+    static bool isSurelyNCName(std::string_view name) noexcept;
+
+    /// Undoes the last startElement().
+    void undoStart() {
+        _open.pop_back();
+        _pGuess = &_noGuess;
+    }
+
     /// The parts of the name of an element that begins. This and all other names are valid until the next
     /// element begins or ends.
     const QName& startElement(const char* name) {
         beginEvent();
         QName* pName = *_pGuess;
-        if (!pName || !pName->is(name)) {
-            pName = find(name);
+        if (!pName || !pName->is(name, _elementScope)) {
+            pName = find(name, _elementScope);
             *_pGuess = pName;
         }
         _open.push_back(pName);
         if (!pName) [[unlikely]] {
             _pGuess = &_noGuess;
-            return spill(name);
+            return spill(name, _elementScope);
         }
         _pGuess = &pName->_pChild;
         return *pName;
@@ -78,12 +106,14 @@ public:
     /// The parts of the name of one of its attributes.
     const QName& attribute(const char* name) {
         Attribute& guess = _attributes[place(name)];
-        if (guess.pAddress == name && guess.pName->is(name)) {
+        if (guess.pAddress == name &&
+            (guess.pName->is(name, _plainScope) || guess.pName->is(name, _attributeScope))) {
             return *guess.pName;
         }
-        QName* const pName = find(name);
+        const UInt64 scope = std::strchr(name, ':') ? _attributeScope : _plainScope;
+        QName* const pName = find(name, scope);
         if (!pName) [[unlikely]] {
-            return spill(name);
+            return spill(name, scope);
         }
         guess = {name, pName};
         return *pName;
@@ -96,20 +126,25 @@ public:
         QName* pName = _open.size() > _forgotten ? _open.back() : nullptr;
         _open.pop_back();
         if (!pName) [[unlikely]] {
-            pName = find(name);
+            pName = find(name, _elementScope);
             if (_open.size() < _forgotten) {
                 _forgotten = _open.size();
             }
         }
         if (!pName) [[unlikely]] {
             _pGuess = &_noGuess;
-            return spill(name);
+            return spill(name, _elementScope);
         }
         _pGuess = &pName->_pFollower;
         return *pName;
     }
 
 private:
+    /// The scope of a name in its parts, and of an attribute's name that bindings do not bear on. That of
+    /// other raw names is the number of the bindings, doubled, and one for attributes.
+    static constexpr UInt64 AS_DELIVERED = 0;
+    static constexpr UInt64 ANY_BINDINGS = 1;
+
     static constexpr std::size_t MAX_SLOTS = 8192;
     static constexpr std::size_t MAX_PROBES = 8;
     /// A longer key is not worth keeping; together with MAX_SLOTS this bounds the memory.
@@ -129,7 +164,7 @@ private:
         return (number ^ number / ATTRIBUTES) % ATTRIBUTES;
     }
 
-    static std::size_t hash(std::string_view key);
+    static std::size_t hash(std::string_view key, UInt64 scope);
 
     /// Forgets the names that found no place.
     void beginEvent() {
@@ -138,13 +173,19 @@ private:
         }
     }
 
-    QName* find(std::string_view key);
-    const QName& spill(std::string_view key);
+    QName* find(std::string_view key, UInt64 scope);
+    const QName& spill(std::string_view key, UInt64 scope);
     void split(std::string_view key, QName& name) const;
+    void resolve(std::string_view key, QName& name);
     void grow();
     void endSpill();
 
     bool _namespaces;
+    const NamespaceSupport* _pBindings = nullptr; // null unless names are raw
+    UInt64 _elementScope = AS_DELIVERED;
+    UInt64 _attributeScope = AS_DELIVERED;
+    UInt64 _plainScope = AS_DELIVERED;
+    bool _hasOdd = false;
     std::array<std::byte, 3072> _buffer; // enough for small documents
     std::pmr::monotonic_buffer_resource _memory{_buffer.data(), _buffer.size()};
     std::pmr::list<QName> _names{&_memory};

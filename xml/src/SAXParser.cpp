@@ -12,6 +12,7 @@
 #include "Tamo/XML/InputSource.h"
 #include "Tamo/XML/LexicalHandler.h"
 #include "Tamo/XML/Locator.h"
+#include "Tamo/XML/NamespaceSupport.h"
 #include "Tamo/XML/SAXException.h"
 #include <algorithm>
 #include <cstring>
@@ -269,6 +270,20 @@ std::string systemIdentifier(const char* text) {
     return identifier;
 }
 
+/// The namespace name of declarations themselves, which nothing may be bound to.
+constexpr std::string_view DECLARATION_NAMESPACE = "http://www.w3.org/2000/xmlns/";
+
+/// Whether an attribute declares a namespace.
+bool isDeclaration(const char* name) {
+    return name[0] == 'x' && std::strncmp(name, "xmlns", 5) == 0 && (name[5] == '\0' || name[5] == ':');
+}
+
+/// Whether a name that Expat has not split may be none, or another one, with namespaces.
+bool isOddName(const char* name) {
+    const char* const pColon = std::strchr(name, ':');
+    return pColon && (pColon == name || !NameCache::isSurelyNCName(pColon + 1));
+}
+
 /// Whether the replacement text refers to another entity. Character references do not count.
 bool refersToEntity(std::string_view text) {
     for (std::size_t i = 0; i + 1 < text.size(); ++i) {
@@ -283,13 +298,24 @@ bool refersToEntity(std::string_view text) {
 
 /// One parse: stands between Expat's callbacks and the handlers.
 ///
+/// A document that is here as a whole is first given to an Expat that knows nothing of namespaces, which are
+/// resolved here: that is faster. Whatever is then unusual (an error, a name or a declaration that could be
+/// wrong, an internal subset) leaves the verdict to an Expat with namespaces, which reads the document again
+/// from its beginning; the callbacks up to that point are passed over.
+///
 /// No exception may pass through Expat, which is C: a callback catches it, stops Expat, and run() throws it
 /// on.
 class SAXParser::Driver : public Locator {
 public:
     Driver(SAXParser& parser, const std::string& publicId, const std::string& systemId)
-        : _parser(parser), _names(parser._namespaces), _holding(parser._declarationsFirst) {
+        : _parser(parser),
+          _names(parser._namespaces),
+          _isRaw(parser._namespaces && !parser._externalParameterEntities),
+          _holding(parser._declarationsFirst) {
         _entities.push_back({nullptr, publicId, systemId});
+        if (_isRaw) {
+            _names.resolveWith(&_bindings);
+        }
     }
 
     void run(Input input, const std::string& encoding);
@@ -318,14 +344,28 @@ private:
         std::string first, second, third;
     };
 
+    ParserPtr createExpat(const std::string& encoding);
     void installCallbacks(XML_Parser pExpat);
+    bool feedRaw(ParserPtr& pExpat, Input& input, const std::string& encoding);
     void feed(XML_Parser pExpat, Input& input);
+    void parse(XML_Parser pExpat, std::size_t size, bool isFinal);
+    void readAgain();
     [[noreturn]] void fail(const std::string& message);
 
+    enum Callback { COMMON, NAMESPACE_START, NAMESPACE_END };
+
     template<class Event>
-    static void guarded(void* pUser, Event&& event);
+    static void guarded(void* pUser, Callback callback, Event&& event);
+    template<class Event>
+    static void guarded(void* pUser, Event&& event) {
+        guarded(pUser, COMMON, std::forward<Event>(event));
+    }
+    bool takes(Callback callback) noexcept;
 
     void startElement(const char* name, const char** attributes);
+    void startRawElement(const char* name, const char** attributes);
+    bool declare(const char** attributes);
+    void endDeclarations();
     void addAttributes(const NameCache::QName& element, const char** attributes);
     void endElement(const char* name);
     void text(std::string_view text);
@@ -354,6 +394,16 @@ private:
     ParsedAttributes _attributes;
     std::string _text = std::string(1000, '\0'); // room for text that has yet to be delivered
     std::size_t _textSize = 0;
+    NamespaceSupport _bindings;             // of raw names
+    std::vector<std::size_t> _declaring;    // the depths of the open elements that declare something
+    std::vector<const std::string*> _ended; // the prefixes of one of them
+    std::size_t _depth = 0;                 // counted while names are raw
+    bool _isRaw;                            // whether Expat knows nothing of namespaces
+    bool _isReadAgain = false;              // whether it is to stop because of that
+    bool _isUnusual = false;                // whether callbacks may have to be left out
+    bool _isPassingEnds = false;
+    UInt64 _callbacks = 0;         // but those of namespaces
+    UInt64 _passOver = 0;          // how many of them have been here before
     std::vector<Entity> _entities; // the document entity and the external entities open inside it
     std::exception_ptr _exception;
     bool _inDTD = false;
@@ -366,9 +416,25 @@ private:
 };
 
 void SAXParser::Driver::run(Input input, const std::string& encoding) {
+    ParserPtr pExpat = createExpat(encoding);
+    if (ContentHandler* pHandler = _parser._pContentHandler) {
+        pHandler->setDocumentLocator(this);
+        if (!_holding) {
+            pHandler->startDocument();
+        }
+    }
+    if (!_isRaw || !feedRaw(pExpat, input, encoding)) {
+        feed(pExpat.get(), input);
+    }
+    if (ContentHandler* pHandler = _parser._pContentHandler) {
+        pHandler->endDocument();
+    }
+}
+
+ParserPtr SAXParser::Driver::createExpat(const std::string& encoding) {
     const char* pEncoding = encoding.empty() ? nullptr : encoding.c_str();
-    ParserPtr pExpat(_parser._namespaces ? XML_ParserCreateNS(pEncoding, NameCache::SEPARATOR)
-                                         : XML_ParserCreate(pEncoding),
+    ParserPtr pExpat(_parser._namespaces && !_isRaw ? XML_ParserCreateNS(pEncoding, NameCache::SEPARATOR)
+                                                    : XML_ParserCreate(pEncoding),
                      &XML_ParserFree);
     if (!pExpat) {
         throw std::bad_alloc();
@@ -379,17 +445,7 @@ void SAXParser::Driver::run(Input input, const std::string& encoding) {
         throw std::bad_alloc();
     }
     _entities.back().pExpat = pExpat.get();
-
-    if (ContentHandler* pHandler = _parser._pContentHandler) {
-        pHandler->setDocumentLocator(this);
-        if (!_holding) {
-            pHandler->startDocument();
-        }
-    }
-    feed(pExpat.get(), input);
-    if (ContentHandler* pHandler = _parser._pContentHandler) {
-        pHandler->endDocument();
-    }
+    return pExpat;
 }
 
 void SAXParser::Driver::installCallbacks(XML_Parser pExpat) {
@@ -399,7 +455,10 @@ void SAXParser::Driver::installCallbacks(XML_Parser pExpat) {
     XML_SetElementHandler(
         pExpat,
         [](void* pUser, const char* name, const char** attributes) {
-            guarded(pUser, [&](Driver& driver) { driver.startElement(name, attributes); });
+            guarded(pUser, [&](Driver& driver) {
+                driver._isRaw ? driver.startRawElement(name, attributes)
+                              : driver.startElement(name, attributes);
+            });
         },
         [](void* pUser, const char* name) {
             guarded(pUser, [&](Driver& driver) { driver.endElement(name); });
@@ -408,7 +467,13 @@ void SAXParser::Driver::installCallbacks(XML_Parser pExpat) {
         guarded(pUser, [&](Driver& driver) { driver.text({text, static_cast<std::size_t>(length)}); });
     });
     XML_SetProcessingInstructionHandler(pExpat, [](void* pUser, const char* target, const char* data) {
-        guarded(pUser, [&](Driver& driver) { driver.processingInstruction(target, data); });
+        guarded(pUser, [&](Driver& driver) {
+            if (driver._isRaw && std::strchr(target, ':')) {
+                driver.readAgain();
+            } else {
+                driver.processingInstruction(target, data);
+            }
+        });
     });
     XML_SetCommentHandler(pExpat, [](void* pUser, const char* text) {
         guarded(pUser, [&](Driver& driver) { driver.comment(text); });
@@ -434,7 +499,7 @@ void SAXParser::Driver::installCallbacks(XML_Parser pExpat) {
     XML_SetNamespaceDeclHandler(
         pExpat,
         [](void* pUser, const char* prefix, const char* uri) {
-            guarded(pUser, [&](Driver& driver) {
+            guarded(pUser, NAMESPACE_START, [&](Driver& driver) {
                 driver.flushText();
                 driver.releaseHeld();
                 if (ContentHandler* pHandler = driver._parser._pContentHandler) {
@@ -443,7 +508,7 @@ void SAXParser::Driver::installCallbacks(XML_Parser pExpat) {
             });
         },
         [](void* pUser, const char* prefix) {
-            guarded(pUser, [&](Driver& driver) {
+            guarded(pUser, NAMESPACE_END, [&](Driver& driver) {
                 if (ContentHandler* pHandler = driver._parser._pContentHandler) {
                     pHandler->endPrefixMapping(prefix ? prefix : EMPTY);
                 }
@@ -451,8 +516,14 @@ void SAXParser::Driver::installCallbacks(XML_Parser pExpat) {
         });
     XML_SetDoctypeDeclHandler(
         pExpat,
-        [](void* pUser, const char* name, const char* systemId, const char* publicId, int) {
-            guarded(pUser, [&](Driver& driver) { driver.startDTD(name, systemId, publicId); });
+        [](void* pUser, const char* name, const char* systemId, const char* publicId, int hasSubset) {
+            guarded(pUser, [&](Driver& driver) {
+                if (driver._isRaw && (hasSubset || isOddName(name))) {
+                    driver.readAgain();
+                } else {
+                    driver.startDTD(name, systemId, publicId);
+                }
+            });
         },
         [](void* pUser) { guarded(pUser, [](Driver& driver) { driver.endDTD(); }); });
     XML_SetNotationDeclHandler(
@@ -479,7 +550,11 @@ void SAXParser::Driver::installCallbacks(XML_Parser pExpat) {
     });
     XML_SetSkippedEntityHandler(pExpat, [](void* pUser, const char* name, int isParameter) {
         guarded(pUser, [&](Driver& driver) {
-            driver.skippedEntity(isParameter ? std::string("%").append(name) : std::string(name));
+            if (driver._isRaw && std::strchr(name, ':')) {
+                driver.readAgain();
+            } else {
+                driver.skippedEntity(isParameter ? std::string("%").append(name) : std::string(name));
+            }
         });
     });
     // Without this callback Expat would drop references to external entities silently.
@@ -493,6 +568,44 @@ void SAXParser::Driver::installCallbacks(XML_Parser pExpat) {
     }
 }
 
+// Reads the first piece. True when that was the document and it has been parsed; else pExpat, which knows
+// namespaces now, has been given the piece and what follows is still to be read.
+bool SAXParser::Driver::feedRaw(ParserPtr& pExpat, Input& input, const std::string& encoding) {
+    const std::size_t size = input.nextSize();
+    void* const pPiece = XML_GetBuffer(pExpat.get(), static_cast<int>(size));
+    if (!pPiece) {
+        throw std::bad_alloc();
+    }
+    const std::size_t count = input.read(static_cast<char*>(pPiece));
+    const bool isWhole = count < size;
+    if (isWhole) {
+        const XML_Status status = XML_ParseBuffer(pExpat.get(), static_cast<int>(count), true);
+        if (_exception) {
+            std::rethrow_exception(_exception);
+        }
+        if (status == XML_STATUS_OK && !_isReadAgain) {
+            return true;
+        }
+        if (!_isReadAgain && XML_GetErrorCode(pExpat.get()) == XML_ERROR_NO_MEMORY) {
+            throw std::bad_alloc();
+        }
+        _passOver = _callbacks;
+        _isPassingEnds = true;
+        _isUnusual = true;
+    }
+    _isRaw = false;
+    _isReadAgain = false;
+    _names.resolveWith(nullptr);
+    const ParserPtr pRaw = std::exchange(pExpat, createExpat(encoding));
+    void* const pCopy = XML_GetBuffer(pExpat.get(), static_cast<int>(std::max<std::size_t>(count, 1)));
+    if (!pCopy) {
+        throw std::bad_alloc();
+    }
+    std::memcpy(pCopy, pPiece, count); // which is in the buffer of pRaw
+    parse(pExpat.get(), count, isWhole);
+    return isWhole;
+}
+
 void SAXParser::Driver::feed(XML_Parser pExpat, Input& input) {
     bool isFinal = false;
     while (!isFinal) {
@@ -503,21 +616,34 @@ void SAXParser::Driver::feed(XML_Parser pExpat, Input& input) {
         }
         const std::size_t count = input.read(static_cast<char*>(pBuffer));
         isFinal = count < size;
-        if (XML_ParseBuffer(pExpat, static_cast<int>(count), isFinal) != XML_STATUS_OK) {
-            if (_exception) {
-                std::rethrow_exception(_exception);
-            }
-            const XML_Error error = XML_GetErrorCode(pExpat);
-            if (error == XML_ERROR_NO_MEMORY) {
-                throw std::bad_alloc();
-            }
-            fail(XML_ErrorString(error));
+        parse(pExpat, count, isFinal);
+    }
+}
+
+// What is in Expat's buffer.
+void SAXParser::Driver::parse(XML_Parser pExpat, std::size_t size, bool isFinal) {
+    if (XML_ParseBuffer(pExpat, static_cast<int>(size), isFinal) != XML_STATUS_OK) {
+        if (_exception) {
+            std::rethrow_exception(_exception);
         }
+        const XML_Error error = XML_GetErrorCode(pExpat);
+        if (error == XML_ERROR_NO_MEMORY) {
+            throw std::bad_alloc();
+        }
+        fail(XML_ErrorString(error));
     }
     // A callback behind the last one that Expat can be stopped in.
     if (_exception) {
         std::rethrow_exception(_exception);
     }
+}
+
+// The callback that is being executed does nothing; Expat with namespaces is to decide about it.
+void SAXParser::Driver::readAgain() {
+    --_callbacks;
+    _isReadAgain = true;
+    _isUnusual = true;
+    XML_StopParser(_entities.back().pExpat, XML_FALSE);
 }
 
 void SAXParser::Driver::fail(const std::string& message) {
@@ -528,16 +654,35 @@ void SAXParser::Driver::fail(const std::string& message) {
     throw exception;
 }
 
-template<class Event>
-void SAXParser::Driver::guarded(void* pUser, Event&& event) {
-    Driver& driver = *static_cast<Driver*>(pUser);
-    if (driver._exception) {
-        return; // Expat may deliver a few more events before it stops
+// Whether a callback is to be executed where that is not certain.
+bool SAXParser::Driver::takes(Callback callback) noexcept {
+    if (_exception || _isReadAgain) {
+        return false; // Expat may deliver a few more events before it stops
     }
+    if (_passOver != 0) {
+        _passOver -= callback == COMMON ? 1 : 0;
+        return false;
+    }
+    // The ends of the last element's declarations have been reported with its end.
+    if (callback == NAMESPACE_END) {
+        return !_isPassingEnds;
+    }
+    _isPassingEnds = false;
+    return true;
+}
+
+template<class Event>
+void SAXParser::Driver::guarded(void* pUser, Callback callback, Event&& event) {
+    Driver& driver = *static_cast<Driver*>(pUser);
+    if (driver._isUnusual && !driver.takes(callback)) [[unlikely]] {
+        return;
+    }
+    ++driver._callbacks;
     try {
         event(driver);
     } catch (...) {
         driver._exception = std::current_exception();
+        driver._isUnusual = true;
         XML_StopParser(driver._entities.back().pExpat, XML_FALSE);
     }
 }
@@ -561,6 +706,81 @@ void SAXParser::Driver::startElement(const char* name, const char** attributes) 
     pHandler->startElement(element.uri(), element.localName(), element.qname(), _attributes);
 }
 
+void SAXParser::Driver::startRawElement(const char* name, const char** attributes) {
+    bool declares = false;
+    for (const char** p = attributes; *p; p += 2) {
+        declares = declares || isDeclaration(*p);
+    }
+    if (declares && !declare(attributes)) {
+        readAgain();
+        return;
+    }
+    const NameCache::QName& element = _names.startElement(name);
+    _attributes.clear();
+    for (; *attributes; attributes += 2) {
+        if (!declares || !isDeclaration(*attributes)) {
+            _attributes.add(_names.attribute(attributes[0]), CDATA_TYPE, attributes[1]);
+        }
+    }
+    if (_names.hasOdd()) [[unlikely]] {
+        _names.undoStart();
+        readAgain();
+        return;
+    }
+    ++_depth;
+    flushText();
+    releaseHeld();
+    ContentHandler* pHandler = _parser._pContentHandler;
+    if (!pHandler) {
+        return;
+    }
+    if (declares) {
+        _bindings.visitDeclared([&](const std::string& prefix, const std::string& uri) {
+            if (ContentHandler* pNow = _parser._pContentHandler) {
+                pNow->startPrefixMapping(prefix, uri);
+            }
+        });
+    }
+    pHandler->startElement(element.uri(), element.localName(), element.qname(), _attributes);
+}
+
+// Binds the prefixes of an element that begins; false when one of its declarations may be an error, or binds
+// a second prefix to a name, so that attributes with different prefixes could be the same.
+bool SAXParser::Driver::declare(const char** attributes) {
+    _bindings.pushContext();
+    _declaring.push_back(_depth + 1);
+    for (; *attributes; attributes += 2) {
+        if (!isDeclaration(attributes[0])) {
+            continue;
+        }
+        const std::string prefix(attributes[0][5] ? attributes[0] + 6 : "");
+        const std::string uri(attributes[1]);
+        const bool isPrefix = NameCache::isSurelyNCName(prefix) && !uri.empty() && !prefix.starts_with("xml");
+        const std::string& bound = _bindings.getAttributePrefix(uri);
+        if ((attributes[0][5] && !(isPrefix && (bound.empty() || bound == prefix))) ||
+            uri == NamespaceSupport::XML_NAMESPACE || uri == DECLARATION_NAMESPACE) {
+            return false;
+        }
+        _bindings.declarePrefix(prefix, uri);
+    }
+    _names.resolveWith(&_bindings);
+    return true;
+}
+
+void SAXParser::Driver::endDeclarations() {
+    _ended.clear();
+    _bindings.visitDeclared(
+        [this](const std::string& prefix, const std::string&) { _ended.push_back(&prefix); });
+    for (; !_ended.empty(); _ended.pop_back()) {
+        if (ContentHandler* pHandler = _parser._pContentHandler) {
+            pHandler->endPrefixMapping(*_ended.back());
+        }
+    }
+    _declaring.pop_back();
+    _bindings.popContext();
+    _names.resolveWith(&_bindings);
+}
+
 void SAXParser::Driver::addAttributes(const NameCache::QName& element, const char** attributes) {
     for (; *attributes; attributes += 2) {
         const NameCache::QName& attribute = _names.attribute(*attributes);
@@ -579,6 +799,12 @@ void SAXParser::Driver::endElement(const char* name) {
     const NameCache::QName& element = _names.endElement(name);
     if (ContentHandler* pHandler = _parser._pContentHandler) {
         pHandler->endElement(element.uri(), element.localName(), element.qname());
+    }
+    if (_isRaw) {
+        if (!_declaring.empty() && _declaring.back() == _depth) {
+            endDeclarations();
+        }
+        --_depth;
     }
 }
 

@@ -235,9 +235,7 @@ private:
     TAMO_ALWAYS_INLINE Room room(const std::streambuf& buf) noexcept {
         char* const pNext = (buf.*&PutArea::pptr)();
         char* const pEnd = (buf.*&PutArea::epptr)();
-        return pEnd - pNext >= static_cast<std::ptrdiff_t>(ROOM)
-                   ? Room{pNext, pEnd}
-                   : ownRoom();
+        return pEnd - pNext >= static_cast<std::ptrdiff_t>(ROOM) ? Room{pNext, pEnd} : ownRoom();
     }
 
     Room ownRoom() noexcept { return {_own, _own + ROOM}; }

@@ -97,14 +97,14 @@ public:
     /// another kind and when tables have been replaced.
     IndexedVocabulary<std::string>* indexedVocabulary(ID voc) {
         return _isSearchable ? static_cast<IndexedVocabulary<std::string>*>(_vocabularies[voc].get())
-                              : nullptr;
+                             : nullptr;
     }
 
     /// The table of element or attribute names in the same way.
     IndexedVocabulary<QualifiedNameEntry>* indexedNames(bool isElement) {
         return _isSearchable ? static_cast<IndexedVocabulary<QualifiedNameEntry>*>(
-                                    (isElement ? _pElementVocabulary : _pAttributeVocabulary).get())
-                              : nullptr;
+                                   (isElement ? _pElementVocabulary : _pAttributeVocabulary).get())
+                             : nullptr;
     }
 
     /// The string at index of a table of strings.

@@ -224,12 +224,12 @@ private:
     void declareAttributeNamespaces(const XML::Attributes& attributes);
     void addNamespaceAttributes();
     void addAttributes(const XML::Attributes& attributes, const std::string& elementURI);
-    bool writeSimpleElement(BitStreamWriter::Room room, unsigned int index, int count,
-                            const std::string& uri, const std::string& localName, const std::string& qname,
+    bool writeSimpleElement(BitStreamWriter::Room room, unsigned int index, int count, const std::string& uri,
+                            const std::string& localName, const std::string& qname,
                             const XML::Attributes& attributes);
     bool findAttributeNames(const XML::Attributes& attributes, int count, const std::string& elementURI);
-    void writeDeclaringElement(const std::string& uri, const std::string& localName,
-                               const std::string& qname, const XML::Attributes& attributes);
+    void writeDeclaringElement(const std::string& uri, const std::string& localName, const std::string& qname,
+                               const XML::Attributes& attributes);
     void writeAttributeValue(OctetComposer& octets, const std::string& value);
     void writeNewAttributeName(OctetComposer& octets, const std::string& prefix,
                                const XML::Attributes& attributes, int i, const std::string& elementURI);
@@ -318,9 +318,9 @@ private:
 
     // Kept for their capacity from element to element.
     WrittenNames _names;
-    std::string _defaultNamespace;   // under the bindings with this number, none of them for 0
+    std::string _defaultNamespace; // under the bindings with this number, none of them for 0
     UInt64 _defaultBindings = 0;
-    std::string _recentNamespace;    // of the last name that was written in full, empty for none
+    std::string _recentNamespace; // of the last name that was written in full, empty for none
     unsigned int _recentNamespaceIndex = 0;
     std::vector<AttributeName> _attributeNames;
     std::vector<AttributeValue> _attributeValues;

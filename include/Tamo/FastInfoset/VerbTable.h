@@ -17,9 +17,9 @@ namespace Tamo::FastInfoset {
 
 /// The value store of a vocabulary table: a list of blocks that never moves a stored value.
 ///
-/// The first block, which belongs to the table, has room for 16 values, every further one for twice as many as
-/// the one before it, so a value is found by arithmetic and references stay valid while the table grows (and
-/// is not moved). Values are owned; the table is used by one thread at a time.
+/// The first block, which belongs to the table, has room for 16 values, every further one for twice as many
+/// as the one before it, so a value is found by arithmetic and references stay valid while the table grows
+/// (and is not moved). Values are owned; the table is used by one thread at a time.
 template<class T>
 class TAMO_API VerbTable {
 public:

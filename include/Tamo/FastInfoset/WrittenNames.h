@@ -15,9 +15,9 @@ namespace Tamo::FastInfoset {
 /// Remembers under which index the writer wrote a name: a small cache in front of the namespace bindings and
 /// four look-ups in the vocabulary, which decide otherwise.
 ///
-/// An entry is for names of one kind and holds for the namespace bindings that it was made under, whose number
-/// its user gives. A name that is not here may be known to the vocabulary all the same. Names are copied. Used
-/// by one thread at a time.
+/// An entry is for names of one kind and holds for the namespace bindings that it was made under, whose
+/// number its user gives. A name that is not here may be known to the vocabulary all the same. Names are
+/// copied. Used by one thread at a time.
 class TAMO_API WrittenNames {
 public:
     /// What a name is the name of.
