@@ -349,14 +349,15 @@ void FastInfosetWriter::startElement(const std::string& uri, const std::string& 
         const unsigned int index =
             _names.find(WrittenNames::ELEMENT, uri, localName, qname, _namespaces.state());
         const int count = attributes.getLength();
-        if (count == 0 && OctetComposer::fitsPosition2(index)) [[likely]] { // an unknown name's does not
+        bool isWritten = count == 0 && OctetComposer::fitsPosition2(index); // as an unknown name's does not
+        if (isWritten) [[likely]] {
             OctetComposer octets(_writer, room);
             octets.integerAtPosition2(0, index);
             octets.flush();
-            ++_plainElements;
-            return;
+        } else {
+            isWritten = writeSimpleElement(room, index, count, uri, localName, qname, attributes);
         }
-        if (writeSimpleElement(room, index, count, uri, localName, qname, attributes)) {
+        if (isWritten) [[likely]] {
             ++_plainElements;
             return;
         }

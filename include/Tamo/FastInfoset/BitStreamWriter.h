@@ -88,7 +88,7 @@ public:
     /// Pads with the constructor's fill bit and flushes the stream.
     void complete() { complete(_fillBit); }
 
-    /// Appends the four bits 1111 that end a list (X.891, 7.2.8 and others), at bit position 0 or 4.
+    /// Appends the four bits 1111 that end a list (X.891, annex C), at bit position 0 or 4.
     TAMO_ALWAYS_INLINE void writeTerminator() {
         if (_pendingBits == 0) {
             _octet = static_cast<char>(0xF0);
@@ -177,8 +177,12 @@ public:
         return static_cast<std::size_t>((pBuf->*&PutArea::epptr)() - pNext) >= size ? pNext : nullptr;
     }
 
-    /// Takes over size octets, up to MOST_AT_ONCE, that stand where roomInStream has said.
-    void advanceStream(std::size_t size) noexcept {
+    /// Takes over size octets that stand where roomInStream has said.
+    TAMO_ALWAYS_INLINE void advanceStream(std::size_t size) noexcept {
+        for (; size > MOST_AT_ONCE; size -= MOST_AT_ONCE)
+            [[unlikely]] {
+                (_pIos->rdbuf()->*&PutArea::pbump)(static_cast<int>(MOST_AT_ONCE));
+            }
         (_pIos->rdbuf()->*&PutArea::pbump)(static_cast<int>(size));
     }
 
