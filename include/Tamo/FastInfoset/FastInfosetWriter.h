@@ -71,7 +71,7 @@ public:
     void endDocument() override;
     /// Starts an element. Its name is namespace and local name; the qualified name's prefix is kept where it
     /// is or can be bound to the namespace. A qualified name alone (namespace processing off) becomes the
-    /// local name.
+    /// local name. The attribute list must not use the stream.
     void startElement(const std::string& uri, const std::string& localName, const std::string& qname,
                       const XML::Attributes& attributes) override;
     /// Ends the open element; the names are not compared.

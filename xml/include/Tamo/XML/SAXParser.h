@@ -29,8 +29,8 @@ class LexicalHandler;
 /// ErrorHandler::fatalError; a stream that fails is an IOException; exceptions of handlers pass unchanged.
 /// The parser can be used again after each. Memory grows with the depth of the document, its longest name,
 /// attribute list or comment, and its declarations, not with its size; but a document of less than 64 MiB in
-/// memory or 16 MiB in a file is copied at once, for speed. Handlers are borrowed. One thread at a time; no
-/// locale dependence.
+/// memory or 16 MiB in a file is copied at once, for speed, and twice if it is unusual. Handlers are
+/// borrowed. One thread at a time; no locale dependence.
 class TAMO_API SAXParser : public XMLReader {
 public:
     /// Reports notations and unparsed entities before startDocument, and everything else in document order:
