@@ -22,10 +22,15 @@ public:
 
 protected:
     int_type underflow() override;
+    std::streamsize xsgetn(char* data, std::streamsize size) override;
+    /// What is left of a regular file: an XML parser reads one of moderate size faster as a whole.
+    std::streamsize showmanyc() override;
     int_type overflow(int_type c) override;
     std::streamsize xsputn(const char* data, std::streamsize size) override;
 
 private:
+    std::streamsize readSome(char* data, std::size_t size);
+
     int _descriptor;
     std::atomic<std::uintmax_t>* _pOctetsRead;
     int _error = 0;
