@@ -309,6 +309,7 @@ class SAXParser::Driver : public Locator {
 public:
     Driver(SAXParser& parser, const std::string& publicId, const std::string& systemId)
         : _parser(parser),
+          _namespaces(parser._namespaces),
           _names(parser._namespaces),
           _isRaw(parser._namespaces && !parser._externalParameterEntities),
           _holding(parser._declarationsFirst) {
@@ -390,6 +391,7 @@ private:
     static int XMLCALL unknownEncoding(void*, const char* name, XML_Encoding* pInfo);
 
     SAXParser& _parser;
+    const bool _namespaces; // the feature, which a handler may set for the next parse
     NameCache _names;
     ParsedAttributes _attributes;
     std::string _text = std::string(1000, '\0'); // room for text that has yet to be delivered
@@ -433,8 +435,8 @@ void SAXParser::Driver::run(Input input, const std::string& encoding) {
 
 ParserPtr SAXParser::Driver::createExpat(const std::string& encoding) {
     const char* pEncoding = encoding.empty() ? nullptr : encoding.c_str();
-    ParserPtr pExpat(_parser._namespaces && !_isRaw ? XML_ParserCreateNS(pEncoding, NameCache::SEPARATOR)
-                                                    : XML_ParserCreate(pEncoding),
+    ParserPtr pExpat(_namespaces && !_isRaw ? XML_ParserCreateNS(pEncoding, NameCache::SEPARATOR)
+                                            : XML_ParserCreate(pEncoding),
                      &XML_ParserFree);
     if (!pExpat) {
         throw std::bad_alloc();
@@ -668,6 +670,7 @@ bool SAXParser::Driver::takes(Callback callback) noexcept {
         return !_isPassingEnds;
     }
     _isPassingEnds = false;
+    _isUnusual = false;
     return true;
 }
 
@@ -696,7 +699,7 @@ void SAXParser::Driver::startElement(const char* name, const char** attributes) 
         return;
     }
     _attributes.clear();
-    if (_parser._namespaces && _types.empty()) [[likely]] {
+    if (_namespaces && _types.empty()) [[likely]] {
         for (; *attributes; attributes += 2) {
             _attributes.add(_names.attribute(attributes[0]), CDATA_TYPE, attributes[1]);
         }
@@ -784,8 +787,7 @@ void SAXParser::Driver::endDeclarations() {
 void SAXParser::Driver::addAttributes(const NameCache::QName& element, const char** attributes) {
     for (; *attributes; attributes += 2) {
         const NameCache::QName& attribute = _names.attribute(*attributes);
-        if (!_parser._namespaces &&
-            (attribute.qname() == "xmlns" || attribute.qname().starts_with("xmlns:"))) {
+        if (!_namespaces && (attribute.qname() == "xmlns" || attribute.qname().starts_with("xmlns:"))) {
             continue;
         }
         const std::string& type =
