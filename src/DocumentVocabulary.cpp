@@ -91,7 +91,7 @@ void DocumentVocabulary::reset() {
         break;
     }
     init();
-    setOwnTables(true);
+    _ownTables = true;
 }
 
 bool DocumentVocabulary::isPredefined() const {
@@ -121,7 +121,7 @@ void DocumentVocabulary::clear() {
     _pElementVocabulary.reset();
     _pAttributeVocabulary.reset();
     _pTables.reset();
-    setOwnTables(false);
+    _ownTables = false;
 }
 
 template<class Strings, class Names>
@@ -180,7 +180,7 @@ void DocumentVocabulary::initialize(ID vocabulary, Vocabulary<std::string>* tabl
         _vocabularies.resize(static_cast<std::size_t>(vocabulary) + 1);
     }
     _vocabularies[vocabulary] = std::move(pTable);
-    setOwnTables(false);
+    _ownTables = false;
 }
 
 void DocumentVocabulary::copy(const DocumentVocabulary& other) {
@@ -196,7 +196,7 @@ void DocumentVocabulary::copy(const DocumentVocabulary& other) {
         NameTablePtr(other._pElementVocabulary ? other._pElementVocabulary->clone() : nullptr);
     _pAttributeVocabulary =
         NameTablePtr(other._pAttributeVocabulary ? other._pAttributeVocabulary->clone() : nullptr);
-    setOwnTables(other._ownTables);
+    _ownTables = other._ownTables;
 }
 
 DocumentVocabulary DocumentVocabulary::operator-(const DocumentVocabulary& doc) const {

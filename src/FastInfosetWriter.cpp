@@ -117,7 +117,6 @@ EncodingAlgorithm& FastInfosetWriter::encodingAlgorithms() {
 void FastInfosetWriter::forgetNames() noexcept {
     _names.clear();
     _recentNamespace.clear();
-    _defaultBindings = 0;
 }
 
 // ---- document
@@ -162,7 +161,7 @@ std::vector<FastInfosetWriter::State> FastInfosetWriter::initialStates() {
 
 FastInfosetWriter::State FastInfosetWriter::topState() const {
     tamo_assert(!_states.empty());
-    return _plainElements != 0 ? ELEMENT : _states.back();
+    return _states.back(); // plain elements begin where this is no CDATA section, and it is none then
 }
 
 void FastInfosetWriter::pushState(State state) {
@@ -1109,13 +1108,6 @@ unsigned int FastInfosetWriter::add(ID id, std::string_view text, HashKey key, F
 // A table that holds all the entries that an index can name takes no more (X.891, 7.14.7): its other strings
 // are written literally each time.
 bool FastInfosetWriter::addString(ID id, std::string_view text, HashKey key, FoundString notFound) {
-    if (IndexedVocabulary<std::string>* const pTable = _vocabulary.indexedVocabulary(id)) [[likely]] {
-        const bool hasRoom = pTable->values().size() <= Encoder::MAXINT20;
-        if (hasRoom) {
-            pTable->append(text, key, notFound);
-        }
-        return hasRoom;
-    }
     const bool hasRoom = _vocabulary.vocabulary(id).values().size() <= Encoder::MAXINT20;
     if (hasRoom) {
         add(id, text, key, notFound);

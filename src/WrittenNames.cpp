@@ -17,19 +17,17 @@ void WrittenNames::enter(Kind kind, const std::string& uri, const std::string& l
     const UInt64 scope = scopeOf(kind, bindings);
     Entry& entry = entryFor(key, scope, uri);
     entry.empty(); // should a copy below fail
-    entry.localKey = key;
-    entry.qnameKey = HashKey::of(qname);
-    entry.localSize = static_cast<UInt16>(localName.size());
-    entry.qnameSize = static_cast<UInt16>(qname.size());
-    if (!entry.isExact()) {
-        entry.localSize = 0;
+    if (!HashKey::isExact(localName.size()) || !HashKey::isExact(qname.size())) {
         if (!entry.pName) {
             entry.pName = &_names.emplace_front();
         }
         entry.pName->localName = localName;
         entry.pName->qname = qname;
-        entry.localSize = static_cast<UInt16>(localName.size());
     }
+    entry.localKey = key;
+    entry.qnameKey = HashKey::of(qname);
+    entry.localSize = static_cast<UInt16>(localName.size());
+    entry.qnameSize = static_cast<UInt16>(qname.size());
     entry.scope = scope;
     entry.pUri = pUri;
     entry.number = index + 1;

@@ -1,7 +1,10 @@
 // What the writer writes, octet by octet, and that every reader understands it.
 #include "DocumentTest.h"
 #include "Tamo/Exception.h"
+#include "Tamo/HashKey.h"
 #include "Tamo/XML/AttributesImpl.h"
+#include <bit>
+#include <cstring>
 
 namespace Tamo::FastInfoset::Test {
 namespace {
@@ -112,6 +115,90 @@ TEST(WriterTest, ManyNamesWhateverIsRememberedAndWhateverTheStream) {
         std::ostream stream(&buffer);
         write(stream, false);
         EXPECT_TRUE(buffer.collected() == expected.str()) << "with " << size << " octets of buffer";
+    }
+}
+
+// What is remembered of names must tell them apart whatever they share, and goes when the tables change.
+TEST(WriterTest, RemembersNamesForWhatTheyAre) {
+    const auto write = [](const std::vector<std::string>& events, bool forgetful) {
+        std::ostringstream stream;
+        FastInfosetWriter writer(stream, false, DocumentVocabulary::VOC_MAP);
+        for (const std::string& some : events) {
+            play(some, writer);
+            if (forgetful) {
+                writer.getDocumentVocabulary();
+            }
+        }
+        return stream.str();
+    };
+    for (std::size_t size = 1; size <= 70; ++size) {
+        const std::string uri(size, 'u');
+        const std::string element =
+            "<{" + uri + "}q:n n=\"1\" {" + uri + "}q:n=\"2\" {v}p:n=\"3\"|<n n=\"4\"|>|>";
+        const std::vector<std::string> events{"^|+p=v|+q=" + uri + "|<r", element, element, ">|-p|-q|$"};
+        ASSERT_EQ(write(events, false), write(events, true)) << size;
+    }
+
+    // The default namespace, and the same namespace where it is not.
+    std::vector<std::string> events{"^|+p=u|<{u}p:r"};
+    for (int i = 0; i < 200; ++i) {
+        const std::string uri = "d" + std::to_string(i % 3), name = "n" + std::to_string(i);
+        events.push_back("+=" + uri + "|<{" + uri + "}" + name + "|<{" + uri + "}x" + name + "|>|<{u}y" +
+                         name + "|>|<{d1}w" + name + "|>|>|-|<{" + uri + "}z" + name + "|>");
+    }
+    events.push_back(">|-p|$");
+    EXPECT_EQ(write(events, false), write(events, true));
+    // A prefix is made where the namespace is not the default one, and serves the elements behind it as well.
+    EXPECT_NE(write(events, false).find("ns4"), std::string::npos);
+    EXPECT_EQ(write(events, false).find("ns5"), std::string::npos);
+
+    // Names of 32 octets whose keys are equal, as a hostile document can have them.
+    constexpr Tamo::UInt64 K[] = {0x9E3779B97F4A7C15, 0xD6E8FEB86659FD93};
+    std::vector<std::string> twins;
+    for (Tamo::UInt64 word : {0x6161616161616161u, 0x6262626262626262u}) {
+        std::string name(32, '\0');
+        for (int half = 0; half < 2; ++half) {
+            const Tamo::UInt64 k = K[half];
+            Tamo::UInt64 inverse = k;
+            for (int i = 0; i < 6; ++i) {
+                inverse *= 2 - k * inverse;
+            }
+            const Tamo::UInt64 state =
+                std::rotl((half == 0 ? 32 : Tamo::UInt64{0}) ^ (word * k), half == 0 ? 29 : 31) * K[1 - half];
+            const Tamo::UInt64 second = (state ^ 0x7172737475767778u) * inverse;
+            std::memcpy(name.data() + 8 * half, &word, 8);
+            std::memcpy(name.data() + 16 + 8 * half, &second, 8);
+        }
+        twins.push_back(name);
+    }
+    ASSERT_TRUE(Tamo::HashKey::of(twins[0]) == Tamo::HashKey::of(twins[1]) && twins[0] != twins[1]);
+    std::ostringstream stream;
+    FastInfosetWriter writer(stream, false, DocumentVocabulary::VOC_MAP);
+    writer.startDocument();
+    for (const std::string& name : {twins[0], twins[1], twins[0], twins[1]}) {
+        writer.emptyElement("", name, name);
+    }
+    EXPECT_EQ(writer.getDocumentVocabulary().elementVocabulary().size(), 3u);
+    EXPECT_NE(stream.str().find(twins[1]), std::string::npos);
+
+    // The same octets each time when the tables have become empty.
+    for (const bool replaces : {false, true}) {
+        std::ostringstream octets;
+        FastInfosetWriter second(octets, false, DocumentVocabulary::VOC_MAP);
+        play("^|+p=u|<{u}p:r", second);
+        std::vector<std::string> parts;
+        for (int i = 0; i < 3; ++i) {
+            if (replaces) {
+                second.setDocumentVocabulary(DocumentVocabulary(DocumentVocabulary::VOC_MAP));
+            } else {
+                second.getDocumentVocabulary().reset();
+            }
+            const std::size_t begin = octets.str().size();
+            play("<{u}p:a b=\"c\"|<{u}p:d|>|>'t", second);
+            parts.push_back(octets.str().substr(begin));
+        }
+        EXPECT_EQ(parts[1], parts[2]);
+        EXPECT_NE(parts[1].find('u'), std::string::npos);
     }
 }
 

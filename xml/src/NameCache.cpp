@@ -22,15 +22,11 @@ NameCache::QName* NameCache::find(std::string_view key, UInt64 scope) {
             name._pKey = pKey;
             name._keySize = key.size();
             name._scope = scope;
-            if (scope != AS_DELIVERED) {
-                resolve(key, name);
-            } else {
-                if (_pURI && key.size() > _pURI->size() && key[_pURI->size()] == SEPARATOR &&
-                    key.starts_with(*_pURI)) {
-                    name._pURI = _pURI;
-                }
-                split(key, name);
+            if (_pURI && key.size() > _pURI->size() && key[_pURI->size()] == SEPARATOR &&
+                key.starts_with(*_pURI)) {
+                name._pURI = _pURI;
             }
+            split(key, name);
             if (!name._ownURI.empty()) {
                 _pURI = &name._ownURI;
             }
@@ -49,11 +45,7 @@ const NameCache::QName& NameCache::spill(std::string_view key, UInt64 scope) {
     ++_spilled;
     QName& name = _spill.emplace_back();
     name._scope = scope;
-    if (scope != AS_DELIVERED) {
-        resolve(key, name);
-    } else {
-        split(key, name);
-    }
+    split(key, name);
     return name;
 }
 
@@ -65,7 +57,11 @@ std::size_t NameCache::hash(std::string_view key, UInt64 scope) {
            static_cast<std::size_t>(scope * 0x9E3779B1);
 }
 
-void NameCache::split(std::string_view key, QName& name) const {
+void NameCache::split(std::string_view key, QName& name) {
+    if (name._scope != AS_DELIVERED) {
+        resolve(key, name);
+        return;
+    }
     if (!_namespaces) {
         name._ownQName = key;
         return;

@@ -72,6 +72,9 @@ public:
         _plainScope = pBindings ? ANY_BINDINGS : AS_DELIVERED;
     }
 
+    /// The number of elements that are open.
+    std::size_t depth() const noexcept { return _open.size(); }
+
     /// Whether a raw name was found that the bindings do not resolve, or that is perhaps no qualified name.
     bool hasOdd() const noexcept { return _hasOdd; }
 
@@ -175,7 +178,7 @@ private:
 
     QName* find(std::string_view key, UInt64 scope);
     const QName& spill(std::string_view key, UInt64 scope);
-    void split(std::string_view key, QName& name) const;
+    void split(std::string_view key, QName& name);
     void resolve(std::string_view key, QName& name);
     void grow();
     void endSpill();

@@ -270,9 +270,6 @@ std::string systemIdentifier(const char* text) {
     return identifier;
 }
 
-/// The namespace name of declarations themselves, which nothing may be bound to.
-constexpr std::string_view DECLARATION_NAMESPACE = "http://www.w3.org/2000/xmlns/";
-
 /// Whether an attribute declares a namespace.
 bool isDeclaration(const char* name) {
     return name[0] == 'x' && std::strncmp(name, "xmlns", 5) == 0 && (name[5] == '\0' || name[5] == ':');
@@ -399,7 +396,6 @@ private:
     NamespaceSupport _bindings;             // of raw names
     std::vector<std::size_t> _declaring;    // the depths of the open elements that declare something
     std::vector<const std::string*> _ended; // the prefixes of one of them
-    std::size_t _depth = 0;                 // counted while names are raw
     bool _isRaw;                            // whether Expat knows nothing of namespaces
     bool _isReadAgain = false;              // whether it is to stop because of that
     bool _isUnusual = false;                // whether callbacks may have to be left out
@@ -730,7 +726,6 @@ void SAXParser::Driver::startRawElement(const char* name, const char** attribute
         readAgain();
         return;
     }
-    ++_depth;
     flushText();
     releaseHeld();
     ContentHandler* pHandler = _parser._pContentHandler;
@@ -751,7 +746,7 @@ void SAXParser::Driver::startRawElement(const char* name, const char** attribute
 // a second prefix to a name, so that attributes with different prefixes could be the same.
 bool SAXParser::Driver::declare(const char** attributes) {
     _bindings.pushContext();
-    _declaring.push_back(_depth + 1);
+    _declaring.push_back(_names.depth() + 1);
     for (; *attributes; attributes += 2) {
         if (!isDeclaration(attributes[0])) {
             continue;
@@ -761,7 +756,7 @@ bool SAXParser::Driver::declare(const char** attributes) {
         const bool isPrefix = NameCache::isSurelyNCName(prefix) && !uri.empty() && !prefix.starts_with("xml");
         const std::string& bound = _bindings.getAttributePrefix(uri);
         if ((attributes[0][5] && !(isPrefix && (bound.empty() || bound == prefix))) ||
-            uri == NamespaceSupport::XML_NAMESPACE || uri == DECLARATION_NAMESPACE) {
+            uri == NamespaceSupport::XML_NAMESPACE || uri == NamespaceSupport::XMLNS_NAMESPACE) {
             return false;
         }
         _bindings.declarePrefix(prefix, uri);
@@ -802,11 +797,8 @@ void SAXParser::Driver::endElement(const char* name) {
     if (ContentHandler* pHandler = _parser._pContentHandler) {
         pHandler->endElement(element.uri(), element.localName(), element.qname());
     }
-    if (_isRaw) {
-        if (!_declaring.empty() && _declaring.back() == _depth) {
-            endDeclarations();
-        }
-        --_depth;
+    if (_isRaw && !_declaring.empty() && _declaring.back() == _names.depth() + 1) {
+        endDeclarations();
     }
 }
 

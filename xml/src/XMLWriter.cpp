@@ -11,7 +11,6 @@ namespace Tamo::XML {
 namespace {
 
 const std::string XMLNS_PREFIX{"xmlns"};
-const std::string XMLNS_NAMESPACE{"http://www.w3.org/2000/xmlns/"};
 const std::string EMPTY;
 
 constexpr std::size_t MAX_INDENT = 32;
@@ -33,7 +32,7 @@ bool isDeclarable(std::string_view prefix) {
 }
 
 void checkNamespaceName(const char* what, const std::string& uri) {
-    if (uri == XMLNS_NAMESPACE) {
+    if (uri == NamespaceSupport::XMLNS_NAMESPACE) {
         XMLOutput::refuse(what, uri, "is a reserved namespace name");
     }
 }
@@ -383,7 +382,7 @@ void XMLWriter::declareMappings(bool elementHasNamespace) {
     for (std::size_t i = 0; i < _mappingCount; ++i) {
         const auto& [prefix, uri] = _mappings[i];
         const bool isLegal =
-            uri != NamespaceSupport::XML_NAMESPACE && uri != XMLNS_NAMESPACE &&
+            uri != NamespaceSupport::XML_NAMESPACE && uri != NamespaceSupport::XMLNS_NAMESPACE &&
             (prefix.empty() ? uri.empty() || elementHasNamespace : !uri.empty() && isDeclarable(prefix));
         if (isLegal) {
             _namespaces.declarePrefix(prefix, uri);

@@ -5,7 +5,6 @@
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/Utility.h"
 #include "Tamo/Types.h"
-#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <ios>
@@ -165,27 +164,6 @@ public:
         }
     }
 
-    /// Where the next size octets of the stream go, for a caller that composes them there and then calls
-    /// advanceStream; pending bits are passed over. Null when the stream's buffer has no such place, or the
-    /// stream wants to know of each transfer or has failed: writeToStream serves then.
-    TAMO_ALWAYS_INLINE char* roomInStream(std::size_t size) const noexcept {
-        const std::streambuf* const pBuf = _pIos->rdbuf();
-        if (!pBuf || !_pIos->good() || !isPlain()) [[unlikely]] {
-            return nullptr;
-        }
-        char* const pNext = (pBuf->*&PutArea::pptr)();
-        return static_cast<std::size_t>((pBuf->*&PutArea::epptr)() - pNext) >= size ? pNext : nullptr;
-    }
-
-    /// Takes over size octets that stand where roomInStream has said.
-    TAMO_ALWAYS_INLINE void advanceStream(std::size_t size) noexcept {
-        for (; size > MOST_AT_ONCE; size -= MOST_AT_ONCE)
-            [[unlikely]] {
-                (_pIos->rdbuf()->*&PutArea::pbump)(static_cast<int>(MOST_AT_ONCE));
-            }
-        (_pIos->rdbuf()->*&PutArea::pbump)(static_cast<int>(size));
-    }
-
     /// True when 1 <= numOfBits <= maxBits.
     bool checkInputParams(int maxBits, int& numOfBits) const noexcept {
         return numOfBits >= 1 && numOfBits <= maxBits;
@@ -203,6 +181,25 @@ private:
     // Whether octets may be handed to the stream's buffer directly: nothing that std::ostream::write does
     // around the transfer is then missed.
     bool isPlain() const noexcept { return !_pIos->tie() && !(_pIos->flags() & std::ios_base::unitbuf); }
+
+    // Where the next size octets of the stream go, past the pending bits. Null when the stream's buffer has
+    // no such place, or the stream wants to know of each transfer or has failed: transfer() serves then.
+    TAMO_ALWAYS_INLINE char* roomInStream(std::size_t size) const noexcept {
+        const std::streambuf* const pBuf = _pIos->rdbuf();
+        if (!pBuf || !_pIos->good() || !isPlain()) [[unlikely]] {
+            return nullptr;
+        }
+        char* const pNext = (pBuf->*&PutArea::pptr)();
+        return static_cast<std::size_t>((pBuf->*&PutArea::epptr)() - pNext) >= size ? pNext : nullptr;
+    }
+
+    // Takes over size octets that stand there.
+    TAMO_ALWAYS_INLINE void advanceStream(std::size_t size) noexcept {
+        for (; size > MOST_AT_ONCE; size -= MOST_AT_ONCE) {
+            (_pIos->rdbuf()->*&PutArea::pbump)(static_cast<int>(MOST_AT_ONCE));
+        }
+        (_pIos->rdbuf()->*&PutArea::pbump)(static_cast<int>(size));
+    }
 
     void append(UInt64 value, int numOfBits) {
         const int pending = _pendingBits + numOfBits;

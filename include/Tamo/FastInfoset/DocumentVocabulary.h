@@ -96,15 +96,15 @@ public:
     /// The table of strings for id as what finds its values without virtual calls; null for a table of
     /// another kind and when tables have been replaced.
     IndexedVocabulary<std::string>* indexedVocabulary(ID voc) {
-        return _isSearchable ? static_cast<IndexedVocabulary<std::string>*>(_vocabularies[voc].get())
-                             : nullptr;
+        return isSearchable() ? static_cast<IndexedVocabulary<std::string>*>(_vocabularies[voc].get())
+                              : nullptr;
     }
 
     /// The table of element or attribute names in the same way.
     IndexedVocabulary<QualifiedNameEntry>* indexedNames(bool isElement) {
-        return _isSearchable ? static_cast<IndexedVocabulary<QualifiedNameEntry>*>(
-                                   (isElement ? _pElementVocabulary : _pAttributeVocabulary).get())
-                             : nullptr;
+        return isSearchable() ? static_cast<IndexedVocabulary<QualifiedNameEntry>*>(
+                                    (isElement ? _pElementVocabulary : _pAttributeVocabulary).get())
+                              : nullptr;
     }
 
     /// The string at index of a table of strings.
@@ -194,10 +194,7 @@ private:
     void create();
     void init();
     void copy(const DocumentVocabulary& other);
-    void setOwnTables(bool own) noexcept {
-        _ownTables = own;
-        _isSearchable = own && _impl != VOC_VECTOR;
-    }
+    bool isSearchable() const noexcept { return _ownTables && _impl != VOC_VECTOR; }
     void checkTable(ID voc) const {
         tamo_assert(voc > DocumentVocabulary::ENCODING_ALGORITHM && voc < DocumentVocabulary::ELEMENT_NAME);
         tamo_assert(voc < _vocabularies.size());
@@ -213,8 +210,7 @@ private:
     NameTablePtr _pElementVocabulary;
     NameTablePtr _pAttributeVocabulary;
     std::string _uri;
-    bool _ownTables = false;    // every table was built here with its own limit, so that reset() may keep it
-    bool _isSearchable = false; // and finds its values
+    bool _ownTables = false; // every table was built here with its own limit, so that reset() may keep it
 };
 
 } // namespace Tamo::FastInfoset

@@ -23,6 +23,9 @@ public:
     /// The namespace name that "xml" is bound to.
     static inline const std::string XML_NAMESPACE{"http://www.w3.org/XML/1998/namespace"};
 
+    /// The namespace name of declarations themselves, which nothing may be bound to.
+    static inline const std::string XMLNS_NAMESPACE{"http://www.w3.org/2000/xmlns/"};
+
     /// One base context with nothing but `xml` bound.
     NamespaceSupport();
 
