@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_COMMONFORMS_H
 #define TAMO_FASTINFOSET_COMMONFORMS_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/Types.h"
 #include <cstddef>
@@ -8,30 +9,55 @@
 namespace Tamo::FastInfoset {
 
 /// The common forms of integers and lengths (ITU-T X.891, C.22 to C.27), read from the octets that a
-/// BitStreamReader on an octet boundary surely has.
+/// BitStreamReader surely has.
 ///
-/// A look ahead: the reader itself is advanced by its user, by consumedBits(). A form that is not common, or
-/// that may reach past the cached octets, makes an operation return false (null); what has been consumed is
-/// meaningless then. Every operation reads within the octet that first() yields, whose higher bits its user
-/// has taken, and the octets behind it.
+/// A place in those octets: it goes forward by accept(), and the reader is told by leave(). While there are
+/// not areEnough() none of the other operations may be used. A form that is not common makes an operation
+/// return false (null); nothing is consumed then, and what has been yielded is meaningless. Every operation
+/// reads within the octet that first() yields, whose higher bits its user has taken, and the octets behind
+/// it. A local variable whose address goes nowhere stays in registers: so all is inline, and what is not
+/// common is read from the reader between leave() and enter().
 class CommonForms {
 public:
-    explicit CommonForms(const BitStreamReader& reader) noexcept {
-        _left = reader.cachedOctets(_p);
-        if (_left < ENOUGH || reader.bitPos() != 0) [[unlikely]] {
-            _p = NOTHING;
-            _left = 0;
+    TAMO_ALWAYS_INLINE explicit CommonForms(const BitStreamReader& reader) noexcept { enter(reader); }
+
+    CommonForms(const CommonForms&) = delete;
+    CommonForms& operator=(const CommonForms&) = delete;
+
+    /// Begins where the reader stands; there are no octets when that is within one.
+    TAMO_ALWAYS_INLINE void enter(const BitStreamReader& reader) noexcept {
+        const std::size_t left = reader.cachedOctets(_p);
+        if (left == 0 || reader.bitPos() != 0) [[unlikely]] {
+            _p = nullptr;
+        }
+        _pEnd = _p ? _p + left : nullptr;
+    }
+
+    /// Puts the reader behind what has been accepted.
+    TAMO_ALWAYS_INLINE void leave(BitStreamReader& reader) const noexcept {
+        if (_p) [[likely]] {
+            reader.advanceTo(_p);
         }
     }
 
-    /// The octet that the next form begins in.
-    unsigned char first() const noexcept { return *_p; }
+    /// Whether there are as many octets as the integers and the length of one construct can take.
+    TAMO_ALWAYS_INLINE bool areEnough() const noexcept { return _pEnd - _p >= ENOUGH; }
 
-    /// What has been read, up to the end of the last form.
-    UInt64 consumedBits() const noexcept { return static_cast<UInt64>(_size) * 8; }
+    /// The octet that the next form begins in.
+    TAMO_ALWAYS_INLINE unsigned int first() const noexcept { return *_p; }
+
+    /// Whether the octet that a list ends in is done with it: it ends something else too, or a child follows.
+    /// Four other bits and an end behind them are no document.
+    TAMO_ALWAYS_INLINE bool isEndWhole() const noexcept { return (*_p & 0x0F) == 0x0F || _p[1] < 0xF0; }
+
+    /// Consumes the form that has been read last.
+    TAMO_ALWAYS_INLINE void accept() noexcept { _p += _size; }
+
+    /// Consumes the first octet.
+    TAMO_ALWAYS_INLINE void acceptOctet() noexcept { ++_p; }
 
     /// An integer at bit position 1 (X.891, C.25).
-    bool integerAtPosition1(unsigned int& val) noexcept {
+    TAMO_ALWAYS_INLINE bool integerAtPosition1(unsigned int& val) noexcept {
         const unsigned int x = *_p & 0x7Fu;
         if (x < 64) {
             val = x + 1;
@@ -50,7 +76,7 @@ public:
     }
 
     /// An integer at bit position 2 (X.891, C.27).
-    bool integerAtPosition2(unsigned int& val) noexcept {
+    TAMO_ALWAYS_INLINE bool integerAtPosition2(unsigned int& val) noexcept {
         const unsigned int x = *_p & 0x3Fu;
         if (x < 32) {
             val = x + 1;
@@ -63,7 +89,7 @@ public:
     }
 
     /// An integer at bit position 3 (X.891, C.28).
-    bool integerAtPosition3(unsigned int& val) noexcept {
+    TAMO_ALWAYS_INLINE bool integerAtPosition3(unsigned int& val) noexcept {
         const unsigned int x = *_p & 0x1Fu;
         if (x < 16) {
             val = x + 1;
@@ -81,7 +107,7 @@ public:
     }
 
     /// A length at bit position 1 (X.891, C.22), up to 320.
-    bool lengthAtPosition1(std::size_t& length) noexcept {
+    TAMO_ALWAYS_INLINE bool lengthAtPosition1(std::size_t& length) noexcept {
         const unsigned int x = *_p & 0x7Fu;
         if (x < 64) {
             length = x + 1;
@@ -94,7 +120,7 @@ public:
     }
 
     /// A length at bit position 4 (X.891, C.23), up to 264.
-    bool lengthAtPosition4(std::size_t& length) noexcept {
+    TAMO_ALWAYS_INLINE bool lengthAtPosition4(std::size_t& length) noexcept {
         const unsigned int x = *_p & 0x0Fu;
         if (x < 8) {
             length = x + 1;
@@ -107,7 +133,7 @@ public:
     }
 
     /// A length at bit position 6 (X.891, C.24).
-    bool lengthAtPosition6(std::size_t& length) noexcept {
+    TAMO_ALWAYS_INLINE bool lengthAtPosition6(std::size_t& length) noexcept {
         const unsigned int x = *_p & 0x03u;
         if (x < 2) {
             length = x + 1;
@@ -124,27 +150,22 @@ public:
         return true;
     }
 
-    /// The string of a length that was just read, or null when it is not there whole.
-    const char* string(std::size_t length) noexcept {
+    /// Consumes a length that has just been read and the string behind it; null when that is not there whole.
+    TAMO_ALWAYS_INLINE const char* string(std::size_t length) noexcept {
+        const unsigned char* const pString = _p + _size;
         // An octet more than the string is wanted, so that the end of the source is met elsewhere.
-        if (_left <= _size || _left - _size <= length) {
+        if (static_cast<std::size_t>(_pEnd - pString) <= length) {
             return nullptr;
         }
-        const char* const pString = reinterpret_cast<const char*>(_p) + _size;
-        _size += length;
-        return pString;
+        _p = pString + length;
+        return reinterpret_cast<const char*>(pString);
     }
 
 private:
-    // More than the integers and the length of one construct take.
-    static constexpr std::size_t ENOUGH = 16;
-
-    // Terminators, with which no form begins.
-    static constexpr unsigned char NOTHING[ENOUGH] = {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF,
-                                                      0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF};
+    static constexpr std::ptrdiff_t ENOUGH = 6; // an index or a length in the longest form, twice
 
     const unsigned char* _p = nullptr;
-    std::size_t _left = 0;
+    const unsigned char* _pEnd = nullptr;
     std::size_t _size = 0; // of the form read last
 };
 

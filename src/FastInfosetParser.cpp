@@ -10,6 +10,7 @@
 #include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
 #include "Tamo/FastInfoset/StringDecoder.h"
+#include "Tamo/FastInfoset/VectorVocabulary.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/EntityResolverImpl.h"
 #include "Tamo/XML/InputSource.h"
@@ -18,6 +19,8 @@
 #include "Tamo/XML/XMLWriter.h"
 #include <algorithm>
 #include <limits>
+#include <string_view>
+#include <typeinfo>
 
 namespace Tamo::FastInfoset {
 
@@ -26,6 +29,7 @@ namespace {
 // The four bits that end a list, an element or the document.
 constexpr unsigned char TERMINATOR = 0x0F;
 
+constexpr const char* ELEMENT_END = "Unexpected end of stream while parsing element";
 constexpr const char* DTD_END = "Unexpected end of stream while parsing document type declaration";
 
 inline void readBit(BitStreamReader& reader, bool& bit, const char* message) {
@@ -343,8 +347,16 @@ bool FastInfosetParser::parseItems(BitStreamReader& reader, bool all) {
     do {
         if (_inDTD) [[unlikely]] {
             parseDTDItem(reader);
-        } else if (peekBits(reader, 4, END) != TERMINATOR) {
-            parseElementChild(reader);
+            continue;
+        }
+        if (all) {
+            parseCommonItems(reader, true);
+        }
+        if (peekBits(reader, 4, END) != TERMINATOR) {
+            reader.skipToByteStart();
+            if (all || !parseCommonItems(reader, false)) {
+                parseElementChild(reader);
+            }
         } else if (_openElements.empty()) {
             return false;
         } else {
@@ -355,11 +367,170 @@ bool FastInfosetParser::parseItems(BitStreamReader& reader, bool all) {
     return true;
 }
 
-inline void FastInfosetParser::parseElementChild(BitStreamReader& reader) {
-    reader.skipToByteStart();
-    if (parseCommonChild(reader)) [[likely]] {
-        return;
+// The hot path: what most documents consist of, read octet by octet from what the reader surely has. The
+// operations named parseCommon... take the usual forms only and give way, nothing consumed, when they meet
+// anything else: a rarer encoding, a long index, octets that are not there yet, a limit. The operations that
+// take every form, bit by bit, do the rest and are the ones to read for the format.
+//
+// Reads all items from an octet boundary on that are of usual forms, or only one child; false when it gives
+// way.
+bool FastInfosetParser::parseCommonItems(BitStreamReader& reader, bool all) {
+    CommonForms octets(reader);
+    while (octets.areEnough()) {
+        const unsigned int b = octets.first();
+        if (b < 0x80) {
+            parseCommonElement(reader, octets, all);
+        } else if (b < 0xC0) {
+            if (!parseCommonCharacterChunk(octets)) {
+                break;
+            }
+        } else if (b < 0xF0 || !all || _openElements.empty()) {
+            break;
+        } else {
+            endElement();
+            const bool endsHere = b == 0xFF && _openElements.empty();
+            if (endsHere || !octets.isEndWhole()) {
+                octets.leave(reader);
+                reader.advance(4);
+                return false;
+            }
+            if (b == 0xFF) {
+                endElement();
+            }
+            octets.acceptOctet();
+        }
+        if (!all) {
+            octets.leave(reader);
+            return true;
+        }
     }
+    octets.leave(reader);
+    return false;
+}
+
+TAMO_ALWAYS_INLINE void FastInfosetParser::parseCommonElement(BitStreamReader& reader, CommonForms& octets,
+                                                              bool all) {
+    const unsigned int b = octets.first();
+    _declaredPrefixes.clear();
+    unsigned int index = 0;
+    const ResolvedNames::Name* pName = nullptr;
+    if (octets.integerAtPosition2(index) && (pName = _elementNames.find(index))) [[likely]] {
+        octets.accept();
+    } else {
+        octets.leave(reader);
+        reader.advance(2);
+        index = parseElementName(reader);
+        pName = _elementNames.find(index);
+        octets.enter(reader);
+    }
+    _attributes.clear();
+    const bool isEnd = (b & 0x40) && parseCommonAttributes(reader, octets, all);
+    startElement(index, *pName);
+    if (isEnd) {
+        endElement();
+    }
+}
+
+// Reads the attributes of an element; true when the octet that ends them ends the element as well and has
+// been read whole, as it is when all items are.
+TAMO_ALWAYS_INLINE bool FastInfosetParser::parseCommonAttributes(BitStreamReader& reader, CommonForms& octets,
+                                                                 bool all) {
+    while (octets.areEnough()) {
+        const unsigned int b = octets.first();
+        if (b & 0x80) {
+            if (!all || !octets.isEndWhole()) {
+                break;
+            }
+            octets.acceptOctet();
+            return (b & 0x0F) == TERMINATOR;
+        }
+        unsigned int index = 0;
+        const ResolvedNames::Name* pName = nullptr;
+        if (octets.integerAtPosition1(index) && (pName = _attributeNames.find(index))) [[likely]] {
+            octets.accept();
+        } else {
+            octets.leave(reader);
+            reader.advance(1);
+            pName = &parseAttributeName(reader);
+            octets.enter(reader);
+        }
+        if (!octets.areEnough() || !parseCommonAttributeValue(octets, *pName)) [[unlikely]] {
+            octets.leave(reader);
+            parseAttributeValue(reader, *pName);
+            octets.enter(reader);
+        }
+    }
+    octets.leave(reader);
+    parseAttributes(reader);
+    octets.enter(reader);
+    return false;
+}
+
+// A value by index or as UTF-8.
+TAMO_ALWAYS_INLINE bool FastInfosetParser::parseCommonAttributeValue(CommonForms& octets,
+                                                                     const ResolvedNames::Name& name) {
+    const unsigned int b = octets.first();
+    if (b & 0x80) {
+        unsigned int index = 0;
+        const std::string* pValue = nullptr;
+        if (!octets.integerAtPosition1(index) ||
+            !(pValue = _tables[DocumentVocabulary::ATTRIBUTE_VALUE]->find(index))) {
+            return false;
+        }
+        octets.accept();
+        addAttribute(name, *pValue);
+        return true;
+    }
+    std::size_t size = 0;
+    const char* pValue = nullptr;
+    if ((b & 0x30) != DocumentVocabulary::UTF8 || !octets.lengthAtPosition4(size) ||
+        size > _limits.maxStringLength || !(pValue = octets.string(size))) {
+        return false;
+    }
+    if (b & 0x40) {
+        addAttribute(name, *addLiteral(DocumentVocabulary::ATTRIBUTE_VALUE, pValue, size).pValue);
+    } else {
+        addAttribute(name, pValue, size);
+    }
+    return true;
+}
+
+TAMO_ALWAYS_INLINE bool FastInfosetParser::parseCommonCharacterChunk(CommonForms& octets) {
+    const unsigned int b = octets.first();
+    if (b & 0x20) {
+        unsigned int index = 0;
+        const std::string* pText = nullptr;
+        if (!octets.integerAtPosition3(index) ||
+            !(pText = _tables[DocumentVocabulary::CONTENT_CHARACTER_CHUNK]->find(index))) {
+            return false;
+        }
+        octets.accept();
+        reportCharacters(pText->data(), pText->size());
+        return true;
+    }
+    std::size_t size = 0;
+    const char* pText = nullptr;
+    if ((b & 0x0C) != DocumentVocabulary::UTF8 || !octets.lengthAtPosition6(size) ||
+        size > _limits.maxStringLength || size > static_cast<std::size_t>(std::numeric_limits<int>::max()) ||
+        !(pText = octets.string(size))) {
+        return false;
+    }
+    if (b & 0x10) {
+        addLiteral(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, pText, size);
+    }
+    reportCharacters(pText, size);
+    return true;
+}
+
+inline void FastInfosetParser::reportCharacters(const char* pText, std::size_t size) {
+    if (_pContentHandler) {
+        deliver(size);
+        _pContentHandler->characters(pText, 0, static_cast<int>(size));
+    }
+}
+
+// A child on an octet boundary.
+void FastInfosetParser::parseElementChild(BitStreamReader& reader) {
     const unsigned char b = peekBits(reader, 8, "Unexpected end of stream while parsing element children");
     if (b < 0x80) {
         reader.advance(1);
@@ -389,105 +560,37 @@ inline void FastInfosetParser::parseElementChild(BitStreamReader& reader) {
     }
 }
 
-// The hot path: what most documents consist of, read octet by octet from what the reader surely has. The
-// operations named parseCommon... take the usual forms only and give way, nothing consumed, when they meet
-// anything else: a name for the first time, a rarer encoding, a long index, octets that are not there yet, a
-// limit. The operations that take every form, bit by bit, do the rest and are the ones to read for the
-// format.
-inline bool FastInfosetParser::parseCommonChild(BitStreamReader& reader) {
-    CommonForms octets(reader);
-    const unsigned char b = octets.first();
-    if (b >= 0xC0) {
-        return false;
-    }
-    if (b >= 0x80) {
-        return parseCommonCharacterChunk(reader, octets);
-    }
-    unsigned int index = 0;
-    if (octets.integerAtPosition2(index) && _elementNames.find(index)) [[likely]] {
-        reader.advance(octets.consumedBits());
-        _declaredPrefixes.clear();
-    } else if ((b & 0x3C) == 0x3C) {
-        reader.advance(8);
-        _declaredPrefixes.clear();
-        index = parseQualifiedName(reader, (b & 0x02) != 0, (b & 0x01) != 0, true);
-    } else {
-        return false;
-    }
-    _attributes.clear();
-    if (b & 0x40) {
-        parseAttributes(reader);
-    }
-    startElement(index);
-    return true;
-}
-
-inline bool FastInfosetParser::parseCommonCharacterChunk(BitStreamReader& reader, CommonForms& octets) {
-    const unsigned char b = octets.first();
-    if (b & 0x20) {
-        unsigned int index = 0;
-        const std::string* pText = nullptr;
-        if (!octets.integerAtPosition3(index) ||
-            !(pText = _tables[DocumentVocabulary::CONTENT_CHARACTER_CHUNK]->find(index))) {
-            return false;
-        }
-        reader.advance(octets.consumedBits());
-        reportCharacters(pText->data(), pText->size());
-        return true;
-    }
-    std::size_t size = 0;
-    if ((b & 0x0C) != DocumentVocabulary::UTF8 || !octets.lengthAtPosition6(size) ||
-        size > _limits.maxStringLength || size > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
-        return false;
-    }
-    const char* pText = octets.string(size);
-    if (!pText) {
-        return false;
-    }
-    reader.advance(octets.consumedBits());
-    if (b & 0x10) {
-        StringDecoder::decodeUTF8(pText, size, _text);
-        addToTable(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, _text);
-    }
-    reportCharacters(pText, size);
-    return true;
-}
-
-inline void FastInfosetParser::reportCharacters(const char* pText, std::size_t size) {
-    if (_pContentHandler) {
-        deliver(size);
-        _pContentHandler->characters(pText, 0, static_cast<int>(size));
-    }
-}
-
 void FastInfosetParser::parseElement(BitStreamReader& reader) {
-    static constexpr const char* END = "Unexpected end of stream while parsing element";
     requirePosition(reader.bitPos() == 1, "Illegal startposition for an Element value");
     bool hasAttributes = false;
-    readBit(reader, hasAttributes, END);
+    readBit(reader, hasAttributes, ELEMENT_END);
     // Deliberate: one list for all elements, so that an element ends the mappings of the element started
     // last. Handlers that rely on balanced endPrefixMapping calls would have to count themselves.
     _declaredPrefixes.clear();
-    if (peekBits(reader, 6, END) == 0x38) {
-        parseNamespaceAttributes(reader);
-    }
-    const unsigned int name = parseQualifiedNameOrIndex(reader, true);
+    const unsigned int index = parseElementName(reader);
     _attributes.clear();
     if (hasAttributes) {
         parseAttributes(reader);
     }
-    startElement(name);
+    startElement(index, *_elementNames.find(index));
 }
 
-inline void FastInfosetParser::startElement(unsigned int index) {
+// The namespace attributes of an element, if any, and its name.
+unsigned int FastInfosetParser::parseElementName(BitStreamReader& reader) {
+    if (peekBits(reader, 6, ELEMENT_END) == 0x38) {
+        parseNamespaceAttributes(reader);
+    }
+    return parseQualifiedNameOrIndex(reader, true);
+}
+
+inline void FastInfosetParser::startElement(unsigned int index, const ResolvedNames::Name& name) {
     if (_openElements.size() >= _limits.maxDepth) [[unlikely]] {
         throwLimitExceeded("Limit exceeded: element depth", _limits.maxDepth);
     }
     _openElements.push_back(index);
     if (_pContentHandler) {
-        const ResolvedNames::Name& name = *_elementNames.find(index);
         // The name is handed out twice, here and at the end.
-        deliver(2 * (name.pUri->size() + name.pPrefix->size() + name.pLocalName->size()));
+        deliver(2 * (name.octets + name.pPrefix->size()));
         _pContentHandler->startElement(*name.pUri, *name.pLocalName, qualifiedName(index), _attributes);
     }
 }
@@ -505,14 +608,13 @@ inline void FastInfosetParser::endElement() {
 }
 
 void FastInfosetParser::parseNamespaceAttributes(BitStreamReader& reader) {
-    static constexpr const char* END = "Unexpected end of stream while parsing element";
-    skipBits(reader, 6, END);
-    while (readBits(reader, 4, END) != TERMINATOR) {
+    skipBits(reader, 6, ELEMENT_END);
+    while (readBits(reader, 4, ELEMENT_END) != TERMINATOR) {
         // Deliberate: any other four bits are taken for 1100.
-        skipBits(reader, 2, END);
+        skipBits(reader, 2, ELEMENT_END);
         parseNamespaceAttribute(reader);
     }
-    skipBits(reader, 6, END);
+    skipBits(reader, 6, ELEMENT_END);
 }
 
 void FastInfosetParser::parseNamespaceAttribute(BitStreamReader& reader) {
@@ -536,44 +638,22 @@ void FastInfosetParser::parseNamespaceAttribute(BitStreamReader& reader) {
 void FastInfosetParser::parseAttributes(BitStreamReader& reader) {
     static constexpr const char* END = "Unexpected end of stream while parsing attributes";
     for (;;) {
-        CommonForms octets(reader);
-        if (octets.first() & 0x80) {
-            bool last = false;
-            readBit(reader, last, END);
-            if (last) {
-                skipBits(reader, 3, END);
-                return;
-            }
-            parseAttribute(reader);
-            continue;
+        bool last = false;
+        readBit(reader, last, END);
+        if (last) {
+            skipBits(reader, 3, END);
+            return;
         }
-        unsigned int index = 0;
-        const ResolvedNames::Name* pName = nullptr;
-        if (octets.integerAtPosition1(index) && (pName = _attributeNames.find(index))) [[likely]] {
-            reader.advance(octets.consumedBits());
-            parseAttributeValue(reader, *pName);
-        } else if ((octets.first() & 0x78) == 0x78) {
-            const unsigned char b = octets.first();
-            reader.advance(8);
-            index = parseQualifiedName(reader, (b & 0x02) != 0, (b & 0x01) != 0, false);
-            parseAttributeValue(reader, *_attributeNames.find(index));
-        } else {
-            reader.advance(1);
-            parseAttribute(reader);
-        }
+        parseAttributeValue(reader, parseAttributeName(reader));
     }
 }
 
-void FastInfosetParser::parseAttribute(BitStreamReader& reader) {
+const ResolvedNames::Name& FastInfosetParser::parseAttributeName(BitStreamReader& reader) {
     requirePosition(reader.bitPos() == 1, "Illegal startposition for a Attribute value");
-    const unsigned int index = parseQualifiedNameOrIndex(reader, false);
-    parseAttributeValue(reader, *_attributeNames.find(index));
+    return *_attributeNames.find(parseQualifiedNameOrIndex(reader, false));
 }
 
-inline void FastInfosetParser::parseAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name) {
-    if (parseCommonAttributeValue(reader, name)) [[likely]] {
-        return;
-    }
+void FastInfosetParser::parseAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name) {
     const std::string& value =
         parseNonIdentifyingStringOrIndexXML(reader, DocumentVocabulary::ATTRIBUTE_VALUE);
     if (&value == &_text) {
@@ -583,51 +663,15 @@ inline void FastInfosetParser::parseAttributeValue(BitStreamReader& reader, cons
     }
 }
 
-// A value by index or as UTF-8.
-inline bool FastInfosetParser::parseCommonAttributeValue(BitStreamReader& reader,
-                                                         const ResolvedNames::Name& name) {
-    CommonForms octets(reader);
-    const unsigned char b = octets.first();
-    if (b & 0x80) {
-        unsigned int index = 0;
-        const std::string* pValue = nullptr;
-        if (!octets.integerAtPosition1(index) ||
-            !(pValue = _tables[DocumentVocabulary::ATTRIBUTE_VALUE]->find(index))) {
-            return false;
-        }
-        reader.advance(octets.consumedBits());
-        addAttribute(name, *pValue);
-        return true;
-    }
-    std::size_t size = 0;
-    if ((b & 0x30) != DocumentVocabulary::UTF8 || !octets.lengthAtPosition4(size) ||
-        size > _limits.maxStringLength) {
-        return false;
-    }
-    const char* pValue = octets.string(size);
-    if (!pValue) {
-        return false;
-    }
-    reader.advance(octets.consumedBits());
-    if (b & 0x40) {
-        StringDecoder::decodeUTF8(pValue, size, _text);
-        addAttribute(name, *_tables[DocumentVocabulary::ATTRIBUTE_VALUE]->find(
-                               addToTable(DocumentVocabulary::ATTRIBUTE_VALUE, _text)));
-    } else {
-        addAttribute(name, pValue, size);
-    }
-    return true;
-}
-
 // A value that belongs to a table.
 inline void FastInfosetParser::addAttribute(const ResolvedNames::Name& name, const std::string& value) {
-    deliver(name.pUri->size() + name.pLocalName->size() + value.size());
+    deliver(name.octets + value.size());
     _attributes.add(*name.pUri, *name.pLocalName, value);
 }
 
 inline void FastInfosetParser::addAttribute(const ResolvedNames::Name& name, const char* pValue,
                                             std::size_t size) {
-    deliver(name.pUri->size() + name.pLocalName->size() + size);
+    deliver(name.octets + size);
     _attributes.add(*name.pUri, *name.pLocalName, pValue, size);
 }
 
@@ -641,11 +685,8 @@ unsigned int FastInfosetParser::parseQualifiedNameOrIndex(BitStreamReader& reade
     if (bits == TERMINATOR) {
         static constexpr const char* END = "Unexpected end of stream while parsing qualified name";
         skipBits(reader, position == 1 ? 5 : 4, END);
-        bool hasPrefix = false;
-        bool hasNamespace = false;
-        readBit(reader, hasPrefix, END);
-        readBit(reader, hasNamespace, END);
-        return parseQualifiedName(reader, hasPrefix, hasNamespace, isElement);
+        const unsigned char presence = readBits(reader, 2, END);
+        return parseQualifiedName(reader, (presence & 2) != 0, (presence & 1) != 0, isElement);
     }
     unsigned int index = 0;
     Decoder::integer(reader, index);
@@ -663,57 +704,56 @@ unsigned int FastInfosetParser::parseQualifiedNameOrIndex(BitStreamReader& reade
 
 unsigned int FastInfosetParser::parseQualifiedName(BitStreamReader& reader, bool hasPrefix, bool hasNamespace,
                                                    bool isElement) {
-    unsigned int prefixId = 0;
-    unsigned int namespaceId = 0;
-    unsigned int localNameId = 0;
-    const std::string& prefix =
-        hasPrefix ? parseIdentifyingStringOrIndex(reader, DocumentVocabulary::PREFIX, prefixId)
-                  : EMPTY_STRING;
-    const std::string& uri =
-        hasNamespace ? parseIdentifyingStringOrIndex(reader, DocumentVocabulary::NAMESPACE_NAME, namespaceId)
-                     : EMPTY_STRING;
-    const std::string& localName =
-        parseIdentifyingStringOrIndex(reader, DocumentVocabulary::LOCAL_NAME, localNameId);
+    CommonForms octets(reader);
+    const Entry prefix = hasPrefix ? parseCommonIdentifyingString(reader, octets, DocumentVocabulary::PREFIX)
+                                   : Entry{&EMPTY_STRING, 0};
+    const Entry uri = hasNamespace
+                          ? parseCommonIdentifyingString(reader, octets, DocumentVocabulary::NAMESPACE_NAME)
+                          : Entry{&EMPTY_STRING, 0};
+    const Entry localName = parseCommonIdentifyingString(reader, octets, DocumentVocabulary::LOCAL_NAME);
+    octets.leave(reader);
     bool found = false;
     Vocabulary<QualifiedNameEntry>& names = getQNameVocabulary(isElement);
-    const unsigned int index = names.index(QualifiedNameEntry(prefixId, namespaceId, localNameId), found);
+    const unsigned int index =
+        names.index(QualifiedNameEntry(prefix.index, uri.index, localName.index), found);
     if (names.values().size() > _limits.maxTableEntries) [[unlikely]] {
         throwLimitExceeded("Limit exceeded: table entries", _limits.maxTableEntries);
     }
-    resolvedNames(isElement).enter(index, prefix, uri, localName);
+    resolvedNames(isElement).enter(index, *prefix.pValue, *uri.pValue, *localName.pValue);
     return index;
 }
 
-// An index, or a literal that is not long.
-const std::string* FastInfosetParser::parseCommonIdentifyingString(BitStreamReader& reader,
-                                                                   DocumentVocabulary::ID id,
-                                                                   unsigned int& index) {
-    CommonForms octets(reader);
-    if (octets.first() & 0x80) {
-        const std::string* pString = nullptr;
-        if (octets.integerAtPosition1(index) && (pString = _tables[id]->find(index))) {
-            reader.advance(octets.consumedBits());
+// An index, or a literal that is not long; any other form by the reader.
+inline FastInfosetParser::Entry FastInfosetParser::parseCommonIdentifyingString(BitStreamReader& reader,
+                                                                                CommonForms& octets,
+                                                                                DocumentVocabulary::ID id) {
+    if (octets.areEnough()) [[likely]] {
+        if (octets.first() & 0x80) {
+            Entry entry;
+            if (octets.integerAtPosition1(entry.index) && (entry.pValue = _tables[id]->find(entry.index)))
+                [[likely]] {
+                octets.accept();
+                return entry;
+            }
+        } else {
+            std::size_t size = 0;
+            const char* pLiteral = nullptr;
+            if (octets.lengthAtPosition1(size) && size <= _limits.maxStringLength &&
+                (pLiteral = octets.string(size))) [[likely]] {
+                return addLiteral(id, pLiteral, size);
+            }
         }
-        return pString;
     }
-    std::size_t size = 0;
-    const char* pString = nullptr;
-    if (!octets.lengthAtPosition1(size) || size > _limits.maxStringLength ||
-        !(pString = octets.string(size))) {
-        return nullptr;
-    }
-    reader.advance(octets.consumedBits());
-    StringDecoder::decodeUTF8(pString, size, _scratch);
-    index = addToTable(id, _scratch);
-    return _tables[id]->find(index);
+    octets.leave(reader);
+    Entry entry;
+    entry.pValue = &parseIdentifyingStringOrIndex(reader, id, entry.index);
+    octets.enter(reader);
+    return entry;
 }
 
 const std::string& FastInfosetParser::parseIdentifyingStringOrIndex(BitStreamReader& reader,
                                                                     DocumentVocabulary::ID id,
                                                                     unsigned int& index) {
-    if (const std::string* pString = parseCommonIdentifyingString(reader, id, index)) [[likely]] {
-        return *pString;
-    }
     requirePosition(reader.bitPos() == 0, "Illegal startposition for an parseIdentifyingStringOrIndex");
     bool isIndex = false;
     readBit(reader, isIndex, "Unexpected end of stream while parsing identifying string or index");
@@ -946,9 +986,13 @@ void FastInfosetParser::bindTables() {
     largest = std::max({largest, _vocabulary.elementVocabulary().values().size(),
                         _vocabulary.attributeVocabulary().values().size()});
     for (int id = DocumentVocabulary::PREFIX; id < DocumentVocabulary::ELEMENT_NAME; ++id) {
-        _tables[static_cast<std::size_t>(id)] =
-            &_vocabulary.vocabulary(static_cast<DocumentVocabulary::ID>(id)).values();
-        largest = std::max(largest, _tables[static_cast<std::size_t>(id)]->size());
+        Vocabulary<std::string>& table = _vocabulary.vocabulary(static_cast<DocumentVocabulary::ID>(id));
+        const auto i = static_cast<std::size_t>(id);
+        _tables[i] = &table.values();
+        _appendedTables[i] = typeid(table) == typeid(VectorVocabulary<std::string>)
+                                 ? static_cast<VectorVocabulary<std::string>*>(&table)
+                                 : nullptr;
+        largest = std::max(largest, _tables[i]->size());
     }
     if (largest > _limits.maxTableEntries) {
         throwLimitExceeded("Limit exceeded: table entries", _limits.maxTableEntries);
@@ -958,10 +1002,27 @@ void FastInfosetParser::bindTables() {
 unsigned int FastInfosetParser::addToTable(DocumentVocabulary::ID id, const std::string& s) {
     bool found = false;
     const unsigned int index = _vocabulary.vocabulary(id).index(s, found);
+    requireRoom(id);
+    return index;
+}
+
+// The same of a literal that stands in the input. A table that only appends takes it from there.
+inline FastInfosetParser::Entry FastInfosetParser::addLiteral(DocumentVocabulary::ID id, const char* pText,
+                                                              std::size_t size) {
+    if (VectorVocabulary<std::string>* const pTable = _appendedTables[id]) [[likely]] {
+        const std::string& value = pTable->append(std::string_view(pText, size));
+        requireRoom(id);
+        return {&value, static_cast<unsigned int>(_tables[id]->size() - 1)};
+    }
+    StringDecoder::decodeUTF8(pText, size, _scratch);
+    const unsigned int index = addToTable(id, _scratch);
+    return {_tables[id]->find(index), index};
+}
+
+inline void FastInfosetParser::requireRoom(DocumentVocabulary::ID id) const {
     if (_tables[id]->size() > _limits.maxTableEntries) [[unlikely]] {
         throwLimitExceeded("Limit exceeded: table entries", _limits.maxTableEntries);
     }
-    return index;
 }
 
 inline void FastInfosetParser::deliver(std::size_t octets) {

@@ -165,6 +165,11 @@ public:
     /// Advances by numBits bits that the caller has seen to be cached.
     void advance(UInt64 numBits) noexcept { _bitOffset += numBits; }
 
+    /// Goes to an octet among those that cachedOctets() has told of.
+    void advanceTo(const unsigned char* pOctet) noexcept {
+        _bitOffset = static_cast<UInt64>(pOctet - _pBuffer) * Utility::SIZEOFCHARINBIT;
+    }
+
 private:
     Int64 unreadBits() const noexcept { return static_cast<Int64>(_cachedBits - _bitOffset); }
 

@@ -29,6 +29,8 @@ class FastInfosetWriter;
 class FISContentHandler;
 class FISDefaultHandler;
 class FISDocumentHandler;
+template<class T>
+class VectorVocabulary;
 
 /// Reads a Fast Infoset document (ITU-T X.891) and reports it as SAX2 events.
 ///
@@ -129,23 +131,32 @@ private:
         bool typed = false;
     };
 
+    // An entry of a table of strings.
+    struct Entry {
+        const std::string* pValue = nullptr;
+        unsigned int index = 0;
+    };
+
     void parseDocument(BitStreamReader& reader);
     void beginDocument(BitStreamReader& reader);
     void parseDocumentChildren(BitStreamReader& reader, const Decoder::OpenHeaderParts& parts);
     bool parseItems(BitStreamReader& reader, bool all);
+    bool parseCommonItems(BitStreamReader& reader, bool all);
+    void parseCommonElement(BitStreamReader& reader, CommonForms& octets, bool all);
+    bool parseCommonAttributes(BitStreamReader& reader, CommonForms& octets, bool all);
+    bool parseCommonAttributeValue(CommonForms& octets, const ResolvedNames::Name& name);
+    bool parseCommonCharacterChunk(CommonForms& octets);
     void parseElementChild(BitStreamReader& reader);
-    bool parseCommonChild(BitStreamReader& reader);
-    bool parseCommonCharacterChunk(BitStreamReader& reader, CommonForms& octets);
-    bool parseCommonAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name);
-    const std::string* parseCommonIdentifyingString(BitStreamReader& reader, DocumentVocabulary::ID id,
-                                                    unsigned int& index);
+    Entry parseCommonIdentifyingString(BitStreamReader& reader, CommonForms& octets,
+                                       DocumentVocabulary::ID id);
     void parseElement(BitStreamReader& reader);
-    void startElement(unsigned int index);
+    unsigned int parseElementName(BitStreamReader& reader);
+    void startElement(unsigned int index, const ResolvedNames::Name& name);
     void endElement();
     void parseNamespaceAttributes(BitStreamReader& reader);
     void parseNamespaceAttribute(BitStreamReader& reader);
     void parseAttributes(BitStreamReader& reader);
-    void parseAttribute(BitStreamReader& reader);
+    const ResolvedNames::Name& parseAttributeName(BitStreamReader& reader);
     void parseAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name);
     void addAttribute(const ResolvedNames::Name& name, const std::string& value);
     void addAttribute(const ResolvedNames::Name& name, const char* pValue, std::size_t size);
@@ -174,6 +185,8 @@ private:
 
     void bindTables();
     unsigned int addToTable(DocumentVocabulary::ID id, const std::string& s);
+    Entry addLiteral(DocumentVocabulary::ID id, const char* pText, std::size_t size);
+    void requireRoom(DocumentVocabulary::ID id) const;
     void deliver(std::size_t octets);
     Vocabulary<QualifiedNameEntry>& getQNameVocabulary(bool isElement);
     const std::string& tableValue(DocumentVocabulary::ID id, unsigned int index) const;
@@ -195,6 +208,7 @@ private:
     bool _inDTD = false;
     DocumentVocabulary _vocabulary;
     std::array<const VerbTable<std::string>*, DocumentVocabulary::ELEMENT_NAME> _tables{};
+    std::array<VectorVocabulary<std::string>*, DocumentVocabulary::ELEMENT_NAME> _appendedTables{}; // or null
     ResolvedNames _elementNames;
     ResolvedNames _attributeNames;
     ParsedAttributes _attributes;

@@ -23,11 +23,12 @@ public:
         const std::string* pUri = nullptr;
         const std::string* pLocalName = nullptr;
         const std::string* pQName = nullptr; ///< null until qualifiedName() was called, and for long ones
+        std::size_t octets = 0;              ///< of namespace name and local name
     };
 
     /// The name at index, or null when it has not been entered. Valid until the next enter() or clear().
     const Name* find(unsigned int index) const noexcept {
-        return index < _names.size() && _names[index].pLocalName ? &_names[index] : nullptr;
+        return index < _size && _names[index].pLocalName ? &_names[index] : nullptr;
     }
 
     /// Enters the name at index, replacing what is there. The index is that of a table's entry, so that this
@@ -45,6 +46,7 @@ public:
     /// Forgets all names and keeps their storage.
     void clear() noexcept {
         _names.clear();
+        _size = 0;
         _qnameCount = 0;
     }
 
@@ -52,6 +54,7 @@ private:
     const std::string& makeQualifiedName(unsigned int index);
 
     std::vector<Name> _names;
+    std::size_t _size = 0;           // of the vector, at hand without a division
     std::deque<std::string> _qnames; // never moves a string; the first _qnameCount are in use
     std::size_t _qnameCount = 0;
     std::string _longName; // the long qualified name that was made last

@@ -29,6 +29,12 @@ public:
         return static_cast<unsigned int>(this->_index.size() - 1);
     }
 
+    /// Appends a value that is made of another type's, and returns it.
+    template<class U>
+    const T& append(const U& value) {
+        return this->_index.emplace_back(value);
+    }
+
     unsigned int exists(const T& value, bool& found) const override {
         for (std::size_t i = 0; i < this->_index.size(); ++i) {
             if (this->_index[i] == value) {
@@ -55,8 +61,11 @@ public:
     Vocabulary<T>* clone() const override { return new VectorVocabulary(*this); }
 
     void reset() override {
-        this->_index.truncate(0);
-        this->_index.emplace_back(T());
+        const bool hasPlaceholder = !this->_index.empty() && this->_index[0] == T();
+        this->_index.truncate(hasPlaceholder ? 1 : 0);
+        if (!hasPlaceholder) {
+            this->_index.emplace_back(T());
+        }
     }
 };
 

@@ -50,9 +50,9 @@ public:
     /// Appends a value.
     void push_back(const T& value) { emplace_back(value); }
 
-    /// Appends a value that is made of another type's.
+    /// Appends a value that is made of another type's, and returns it.
     template<class U>
-    void emplace_back(const U& value) {
+    T& emplace_back(const U& value) {
         if (_pNext == _pEnd) [[unlikely]] {
             openBlock();
         }
@@ -62,8 +62,8 @@ public:
             std::construct_at(_pNext, value);
             ++_constructed;
         }
-        ++_pNext;
         ++_size;
+        return *_pNext++;
     }
 
     /// Number of values.
@@ -100,11 +100,7 @@ public:
             release(MOST_KEPT);
         }
         if constexpr (std::is_same_v<T, std::string>) {
-            for (std::size_t i = count; i < _size && i < _constructed; ++i) {
-                if (slot(i)->capacity() > LONGEST_KEPT) {
-                    *slot(i) = std::string();
-                }
-            }
+            forgetLong(count, std::min(_size, _constructed));
         }
         _size = count;
         _pNext = nullptr;
@@ -124,6 +120,19 @@ private:
     T* slot(std::size_t i) const noexcept {
         const std::size_t block = blockOf(i);
         return _blocks[block] + (i + FIRST_BLOCK - capacityOf(block));
+    }
+
+    // Gives back what the strings from begin to before end hold beyond LONGEST_KEPT octets.
+    void forgetLong(std::size_t begin, std::size_t end) noexcept {
+        while (begin < end) {
+            const std::size_t block = blockOf(begin);
+            const std::size_t behind = std::min(end, 2 * capacityOf(block) - FIRST_BLOCK);
+            for (T* pValue = slot(begin); begin < behind; ++begin, ++pValue) {
+                if (pValue->capacity() > LONGEST_KEPT) [[unlikely]] {
+                    *pValue = T();
+                }
+            }
+        }
     }
 
     T* ownBlock() noexcept { return reinterpret_cast<T*>(_ownBlock); }
