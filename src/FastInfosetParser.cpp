@@ -418,8 +418,7 @@ TAMO_ALWAYS_INLINE void FastInfosetParser::parseCommonElement(BitStreamReader& r
         octets.accept();
     } else {
         octets.leave(reader);
-        reader.advance(2);
-        index = parseElementName(reader);
+        index = parseOtherName(reader, b, true);
         pName = _elementNames.find(index);
         octets.enter(reader);
     }
@@ -429,6 +428,17 @@ TAMO_ALWAYS_INLINE void FastInfosetParser::parseCommonElement(BitStreamReader& r
     if (isEnd) {
         endElement();
     }
+}
+
+// A name on the octet b that is not known by its index: in full, or in a form for the reader.
+unsigned int FastInfosetParser::parseOtherName(BitStreamReader& reader, unsigned int b, bool isElement) {
+    const unsigned int literal = isElement ? 0x3C : 0x78;
+    if ((b & literal) == literal) [[likely]] {
+        reader.advance(8);
+        return parseQualifiedName(reader, (b & 0x02) != 0, (b & 0x01) != 0, isElement);
+    }
+    reader.advance(isElement ? 2 : 1);
+    return isElement ? parseElementName(reader) : parseQualifiedNameOrIndex(reader, false);
 }
 
 // Reads the attributes of an element; true when the octet that ends them ends the element as well and has
@@ -450,8 +460,7 @@ TAMO_ALWAYS_INLINE bool FastInfosetParser::parseCommonAttributes(BitStreamReader
             octets.accept();
         } else {
             octets.leave(reader);
-            reader.advance(1);
-            pName = &parseAttributeName(reader);
+            pName = _attributeNames.find(parseOtherName(reader, b, false));
             octets.enter(reader);
         }
         if (!octets.areEnough() || !parseCommonAttributeValue(octets, *pName)) [[unlikely]] {
@@ -644,13 +653,9 @@ void FastInfosetParser::parseAttributes(BitStreamReader& reader) {
             skipBits(reader, 3, END);
             return;
         }
-        parseAttributeValue(reader, parseAttributeName(reader));
+        requirePosition(reader.bitPos() == 1, "Illegal startposition for a Attribute value");
+        parseAttributeValue(reader, *_attributeNames.find(parseQualifiedNameOrIndex(reader, false)));
     }
-}
-
-const ResolvedNames::Name& FastInfosetParser::parseAttributeName(BitStreamReader& reader) {
-    requirePosition(reader.bitPos() == 1, "Illegal startposition for a Attribute value");
-    return *_attributeNames.find(parseQualifiedNameOrIndex(reader, false));
 }
 
 void FastInfosetParser::parseAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name) {

@@ -14,15 +14,10 @@ const std::string NO_NAME;
 
 } // namespace
 
-const ResolvedNames::Name& ResolvedNames::enter(unsigned int index, const std::string& prefix,
-                                                const std::string& uri, const std::string& localName) {
-    if (index >= _size) {
-        const std::size_t needed = static_cast<std::size_t>(index) + 1;
-        _names.resize(std::max({needed, needed < 2 * _size ? 2 * _size : 0, FIRST_SIZE}));
-        _size = _names.size();
-    }
-    _names[index] = Name{&prefix, &uri, &localName, nullptr, uri.size() + localName.size()};
-    return _names[index];
+void ResolvedNames::grow(unsigned int index) {
+    const std::size_t needed = static_cast<std::size_t>(index) + 1;
+    _names.resize(std::max({needed, needed < 2 * _size ? 2 * _size : 0, FIRST_SIZE}));
+    _size = _names.size();
 }
 
 const std::string& ResolvedNames::makeQualifiedName(unsigned int index) {

@@ -143,6 +143,7 @@ private:
     bool parseItems(BitStreamReader& reader, bool all);
     bool parseCommonItems(BitStreamReader& reader, bool all);
     void parseCommonElement(BitStreamReader& reader, CommonForms& octets, bool all);
+    unsigned int parseOtherName(BitStreamReader& reader, unsigned int b, bool isElement);
     bool parseCommonAttributes(BitStreamReader& reader, CommonForms& octets, bool all);
     bool parseCommonAttributeValue(CommonForms& octets, const ResolvedNames::Name& name);
     bool parseCommonCharacterChunk(CommonForms& octets);
@@ -156,7 +157,6 @@ private:
     void parseNamespaceAttributes(BitStreamReader& reader);
     void parseNamespaceAttribute(BitStreamReader& reader);
     void parseAttributes(BitStreamReader& reader);
-    const ResolvedNames::Name& parseAttributeName(BitStreamReader& reader);
     void parseAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name);
     void addAttribute(const ResolvedNames::Name& name, const std::string& value);
     void addAttribute(const ResolvedNames::Name& name, const char* pValue, std::size_t size);

@@ -33,8 +33,13 @@ public:
 
     /// Enters the name at index, replacing what is there. The index is that of a table's entry, so that this
     /// holds no more names than the table.
-    const Name& enter(unsigned int index, const std::string& prefix, const std::string& uri,
-                      const std::string& localName);
+    void enter(unsigned int index, const std::string& prefix, const std::string& uri,
+               const std::string& localName) {
+        if (index >= _size) [[unlikely]] {
+            grow(index);
+        }
+        _names[index] = Name{&prefix, &uri, &localName, nullptr, uri.size() + localName.size()};
+    }
 
     /// The qualified name of the name at index, which must have been entered: prefix, colon and local name,
     /// or nothing when it has no prefix. Valid until the next call or clear().
@@ -51,6 +56,7 @@ public:
     }
 
 private:
+    void grow(unsigned int index);
     const std::string& makeQualifiedName(unsigned int index);
 
     std::vector<Name> _names;
