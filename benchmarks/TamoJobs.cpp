@@ -115,6 +115,18 @@ UInt64 write(const DocumentSet& set) {
     return size;
 }
 
+UInt64 writeReused(const DocumentSet& set) {
+    UInt64 size = 0;
+    BufferStream& out = emptyBuffer();
+    FastInfosetWriter writer(out, false, DocumentVocabulary::VOC_MAP);
+    for (const auto& pDocument : set.documents()) {
+        writer.reset(emptyBuffer());
+        replayTo(writer, pDocument->recording);
+        size += out.view().size();
+    }
+    return size;
+}
+
 template<DocumentVocabulary::VocabularyImpl impl>
 UInt64 writeCounted(const DocumentSet& set) {
     UInt64 size = 0;
@@ -175,6 +187,7 @@ std::vector<Job> TamoJobs::all() {
         {"parse-stream", "as parse, from a std::istream", parseStream},
         {"write-hash", "recorded events to a memory stream, VOC_HASH", write<DocumentVocabulary::VOC_HASH>},
         {"write-map", "recorded events to a memory stream, VOC_MAP", write<DocumentVocabulary::VOC_MAP>},
+        {"write-reused", "as write-map, one writer for all documents", writeReused},
         {"write-hash-null", "recorded events to a stream that counts, VOC_HASH",
          writeCounted<DocumentVocabulary::VOC_HASH>},
         {"write-map-null", "recorded events to a stream that counts, VOC_MAP",

@@ -28,6 +28,13 @@ BitStreamWriter::~BitStreamWriter() {
     }
 }
 
+void BitStreamWriter::reset(std::ostream& ostr) {
+    _pStream = &ostr;
+    _pIos = &ostr;
+    _pendingBits = 0;
+    _octet = 0;
+}
+
 void BitStreamWriter::appendOctets(UInt64 value, int numOfBits) {
     // At most 7 pending bits and 32 new ones: they fit one word.
     const UInt64 mask = (static_cast<UInt64>(1) << numOfBits) - 1;

@@ -121,6 +121,24 @@ void FastInfosetWriter::forgetNames() noexcept {
 
 // ---- document
 
+void FastInfosetWriter::reset(std::ostream& str) {
+    _writer.reset(str);
+    if (_pExternalVocabulary) {
+        _vocabulary = *_pExternalVocabulary;
+    } else {
+        if (_vocabulary.restrictedAlphabets().alphabets().size() != DocumentRestrictedAlphabet::BUILT_IN) {
+            _vocabulary = DocumentVocabulary(_vocabulary.impl());
+        }
+        _vocabulary.reset();
+    }
+    _states.assign(1, UNINITIALIZED);
+    _plainElements = 0;
+    _prefixCounter = 0;
+    _encodedData.clear();
+    _notations.clear();
+    _unparsedEntities.clear();
+}
+
 void FastInfosetWriter::setDocumentLocator(const XML::Locator*) {}
 
 void FastInfosetWriter::skippedEntity(const std::string&) {}

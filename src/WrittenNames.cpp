@@ -34,6 +34,12 @@ void WrittenNames::enter(Kind kind, const std::string& uri, const std::string& l
 }
 
 void WrittenNames::clear() noexcept {
+    if (_mask >= MOST_KEPT) {
+        _pEntries.reset();
+        _names.clear();
+        _mask = 0;
+        _count = 0;
+    }
     for (std::size_t i = 0; _count != 0 && i <= _mask; ++i) {
         _pEntries[i].empty();
     }

@@ -306,6 +306,62 @@ TEST(WriterTest, OptionsAndLifecycle) {
     EXPECT_EQ(eventsOf(stream.str()), "^|+ns2=u|<{u}ns2:a|>|-ns2|$");
 }
 
+// A writer that goes on to another document writes what a new one does, whatever it has written before.
+TEST(WriterTest, AnotherDocument) {
+    std::string many = "^|+p=u|<{u}p:r";
+    for (int i = 0; i < 600; ++i) {
+        const std::string n = std::to_string(i);
+        many += "|<{u}p:e" + n + " a" + n + "=\"" + n + "\"|'text " + n + "|>";
+    }
+    using Use = std::function<void(FastInfosetWriter&)>;
+    const std::vector<Use> uses{
+        [](auto& w) { play("^|<{u}a b=\"c\"|'text|#comment|?t d|<{v}b|>|>|$", w); },
+        [&](auto& w) { play(many + "|>|-p|$", w); },
+        [](auto& w) { play("^|+p=u|<{u}p:a|[|'open", w); },
+        [](auto& w) { play("^|<r|<a|>", w), w.encodedData(1.5); },
+        [](auto& w) { w.notationDecl("n", nullptr, nullptr), play("^|<r|>|$", w); },
+        [](auto& w) { play("^|+=u|<{u}a|>|<a|>|<{v}q:a {u}p:b=\"c\" b=\"\"|>|-|$", w); },
+        [](auto& w) { w.getDocumentVocabulary().restrictedAlphabets().add("ab"), play("^|<r|>|$", w); },
+        [](auto& w) { failureOf([&] { play("^|<a|'|[|[", w); }); },
+        [](auto& w) {
+            w.setDocumentVocabulary(DocumentVocabulary(DocumentVocabulary::VOC_MAP)), play("^|<a|>|$", w);
+        }};
+    for (const auto impl : {DocumentVocabulary::VOC_MAP, DocumentVocabulary::VOC_HASH}) {
+        std::ostringstream none;
+        FastInfosetWriter writer(none, true, impl);
+        writer.setMaxIndexedStringLength(9);
+        for (std::size_t i = 0; i < 6 * uses.size(); ++i) {
+            const Use& use = uses[i * 7 % uses.size()];
+            std::ostringstream expected;
+            FastInfosetWriter fresh(expected, true, impl);
+            fresh.setMaxIndexedStringLength(9);
+            use(fresh);
+            std::ostringstream stream;
+            writer.reset(stream);
+            use(writer);
+            EXPECT_EQ(hex(stream.str()), hex(expected.str())) << i;
+            if (i % 2 == 0) {
+                writer.reset(none); // the stream may be gone
+            }
+        }
+        EXPECT_EQ(none.str(), "");
+        writer.reset(none);
+    }
+
+    // An external vocabulary stays, and its entries are known.
+    DocumentVocabulary vocabulary(DocumentVocabulary::VOC_MAP);
+    bool found = false;
+    vocabulary.index(DocumentVocabulary::LOCAL_NAME, "e", found);
+    vocabulary.elementVocabulary().index(QualifiedNameEntry(0, 0, 1), found);
+    std::ostringstream first, second;
+    FastInfosetWriter writer(first, false, vocabulary);
+    writer.setExternalVocabulary("urn:v", vocabulary);
+    play("^|<e|<x|>|>|$", writer);
+    writer.reset(second);
+    play("^|<e|<x|>|>|$", writer);
+    EXPECT_EQ(hex(second.str()), hex(first.str()));
+}
+
 TEST(WriterTest, Vocabularies) {
     // What is in the tables before the document is announced, as far as the header can carry it.
     const auto start = [](const std::function<void(DocumentVocabulary&)>& prepare) {

@@ -33,6 +33,10 @@ public:
     /// Completes the last octet; lets nothing out.
     virtual ~BitStreamWriter();
 
+    /// Goes on with another stream, on an octet boundary. The last stream is left as it is: bits of an octet
+    /// that is not complete are dropped.
+    void reset(std::ostream& ostr);
+
     /// Appends one bit.
     void write(bool bit) { append(bit ? 1u : 0u, 1); }
 

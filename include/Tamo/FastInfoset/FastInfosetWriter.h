@@ -39,7 +39,8 @@ class OctetComposer;
 /// start of every construct: put a DeferredFlushOutputStream in front of a file.
 ///
 /// Expected order: setters and declarations; startDocument; optionally startDTD to endDTD; the content;
-/// endDocument. A writer writes one document and is used by one thread at a time.
+/// endDocument. A writer writes one document, or another one after each reset(), and is used by one thread at
+/// a time.
 ///
 /// Exceptions: FISException for misuse ("Tag mismatch", "Cannot nest CDATA sections"), FISEncodingException
 /// for values that cannot be encoded, AssertionViolationException for declarations that come too late,
@@ -62,6 +63,12 @@ public:
 
     FastInfosetWriter(const FastInfosetWriter&) = delete;
     FastInfosetWriter& operator=(const FastInfosetWriter&) = delete;
+
+    /// Makes the writer ready for another document, on str, whatever has become of the last one: many small
+    /// documents cost less so than with a writer each. The stream of the last document is not touched. Tables
+    /// are what the external vocabulary holds, or empty, and a vocabulary of the application's own has to be
+    /// set again, as have notations and unparsed entities; the other options stay.
+    void reset(std::ostream& str);
 
     /// Not used.
     void setDocumentLocator(const XML::Locator* pLocator) override;

@@ -73,9 +73,10 @@ public:
     bool empty() const override { return this->_index.empty(); }
 
     void reset() override {
-        this->_index.truncate(0);
-        this->_index.emplace_back(T());
+        this->resetValues();
         _values.clear();
+        const HashKey key = ValueIndex<T>::keyOf(T());
+        _values.insertLast(this->_index, key, 0, _values.freePlace(key));
     }
 
 protected:

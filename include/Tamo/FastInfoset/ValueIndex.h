@@ -44,7 +44,7 @@ public:
 
     /// Becomes the index of values, a copy of the table that other is the index of.
     void copy(const ValueIndex& other, const VerbTable<T>& values) {
-        clear();
+        release();
         if (other._pSlots) {
             allot(other._mask + 1);
             enter(values, values.size());
@@ -110,11 +110,14 @@ public:
         }
     }
 
-    /// Forgets everything.
+    /// Forgets everything, and keeps the storage unless that is large.
     void clear() noexcept {
-        _pSlots.reset();
-        _most = MOST_SCANNED;
-        _pCrowded.reset();
+        if (_pSlots && _mask < MOST_KEPT) {
+            std::fill_n(_pSlots.get(), _mask + 1, Slot());
+            _pCrowded.reset();
+        } else {
+            release();
+        }
     }
 
 private:
@@ -150,10 +153,17 @@ private:
         std::is_same_v<T, std::string> ? 4 : VerbTable<T>::FIRST_BLOCK;
     static constexpr std::size_t FIRST_SLOTS = 32;
     static constexpr std::size_t MANY_SLOTS = 1 << 17;
+    static constexpr std::size_t MOST_KEPT = 128;
     static constexpr std::size_t MOST_PROBES = 64;
 
     // NOT_FOUND for an empty slot, whose key is the empty text's.
     static std::size_t indexOf(const Slot& slot) noexcept { return UInt32{slot.number - 1}; }
+
+    void release() noexcept {
+        _pSlots.reset();
+        _most = MOST_SCANNED;
+        _pCrowded.reset();
+    }
 
     // The slot count is a power of two.
     std::size_t home(HashKey key) const noexcept { return static_cast<std::size_t>(key.hash() >> _shift); }

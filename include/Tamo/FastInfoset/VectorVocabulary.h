@@ -60,13 +60,7 @@ public:
 
     Vocabulary<T>* clone() const override { return new VectorVocabulary(*this); }
 
-    void reset() override {
-        const bool hasPlaceholder = !this->_index.empty() && this->_index[0] == T();
-        this->_index.truncate(hasPlaceholder ? 1 : 0);
-        if (!hasPlaceholder) {
-            this->_index.emplace_back(T());
-        }
-    }
+    void reset() override { this->resetValues(); }
 };
 
 } // namespace Tamo::FastInfoset

@@ -64,6 +64,15 @@ protected:
         }
     }
 
+    /// Drops all values but the placeholder, which a table without gets.
+    void resetValues() {
+        const bool hasPlaceholder = !_index.empty() && _index[0] == T();
+        _index.truncate(hasPlaceholder ? 1 : 0);
+        if (!hasPlaceholder) {
+            _index.emplace_back(T());
+        }
+    }
+
     VerbTable<T> _index;
 };
 

@@ -117,6 +117,7 @@ private:
     static constexpr std::size_t FIRST_SIZE = 32;
     static constexpr std::size_t LONGEST = 0xFFFF;
     static constexpr std::size_t MOST = 2048;
+    static constexpr std::size_t MOST_KEPT = 128; // when all are forgotten
     static constexpr std::size_t MOST_URIS = 32;
 
     static UInt64 scopeOf(Kind kind, UInt64 bindings) noexcept { return bindings << 2 | kind; }
