@@ -368,12 +368,11 @@ bool FastInfosetParser::parseItems(BitStreamReader& reader, bool all) {
 }
 
 // The hot path: what most documents consist of, read octet by octet from what the reader surely has. The
-// operations named parseCommon... take the usual forms only and give way, nothing consumed, when they meet
-// anything else: a rarer encoding, a long index, octets that are not there yet, a limit. The operations that
-// take every form, bit by bit, do the rest and are the ones to read for the format.
+// operations named parseCommon... take the usual forms only. What else they meet, be it a rarer encoding, a
+// long index, octets that are not there yet or a limit, is left to the operations that take every form, bit
+// by bit, and are the ones to read for the format.
 //
-// Reads all items from an octet boundary on that are of usual forms, or only one child; false when it gives
-// way.
+// Reads all items from an octet boundary on, or only one child; false when the next item is left.
 bool FastInfosetParser::parseCommonItems(BitStreamReader& reader, bool all) {
     CommonForms octets(reader);
     while (octets.areEnough()) {
