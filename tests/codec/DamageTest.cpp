@@ -292,26 +292,45 @@ TEST(DamageTest, AMillionNestedElements) {
 }
 
 TEST(DamageTest, LimitsBoundWhatADocumentCosts) {
-    const std::string limited = document("00 3C 00 61 91 68 69 A0 A0 3C 00 62 FF F0");
+    const char* const mixed = "00 3C 00 61 91 68 69 A0 A0 3C 00 62 FF F0";
     const struct {
-        std::function<void(ParserLimits&)> set;
-        const char* failure;
-    } rows[] = {{[](auto& l) { l.maxDepth = 2; }, ""},
-                {[](auto& l) { l.maxDepth = 1; }, "element depth: 1"},
-                {[](auto& l) { l.maxStringLength = 2; }, ""},
-                {[](auto& l) { l.maxStringLength = 1; }, "string length: 1"},
-                {[](auto& l) { l.maxTableEntries = 3; }, ""},
-                {[](auto& l) { l.maxTableEntries = 2; }, "table entries: 2"},
-                {[](auto& l) { l.maxDeliveredOctets = 10; }, ""},
-                {[](auto& l) { l.maxDeliveredOctets = 9; }, "delivered octets: 9"}};
+        const char* document;
+        const char* what;
+        void (*set)(ParserLimits&, unsigned int);
+        unsigned int needed;
+    } rows[] = {
+        {mixed, "element depth: ", [](auto& l, auto n) { l.maxDepth = n; }, 2},
+        {mixed, "string length: ", [](auto& l, auto n) { l.maxStringLength = n; }, 2},
+        {mixed, "table entries: ", [](auto& l, auto n) { l.maxTableEntries = n; }, 3},
+        {mixed, "delivered octets: ", [](auto& l, auto n) { l.maxDeliveredOctets = n; }, 10},
+        // Names, attribute values and text, added to their tables or not.
+        {"00 3C 02 61 62 63 FF", "string length: ", [](auto& l, auto n) { l.maxStringLength = n; }, 3},
+        {"00 7C 00 61 78 00 62 42 63 64 65 FF F0",
+         "string length: ", [](auto& l, auto n) { l.maxStringLength = n; }, 3},
+        {"00 7C 00 61 78 00 62 02 63 64 65 FF F0",
+         "string length: ", [](auto& l, auto n) { l.maxStringLength = n; }, 3},
+        {"00 7C 00 61 78 00 62 02 63 64 65 FF F0",
+         "delivered octets: ", [](auto& l, auto n) { l.maxDeliveredOctets = n; }, 6},
+        {"00 7C 00 61 78 00 62 40 63 F0 40 00 40 64 F0 40 00 40 65 FF FF F0",
+         "table entries: ", [](auto& l, auto n) { l.maxTableEntries = n; }, 4},
+        {"00 3C 00 61 90 62 90 63 90 64 FF",
+         "table entries: ", [](auto& l, auto n) { l.maxTableEntries = n; }, 4},
+        {"00 3C 00 61 3C 00 62 3C 00 63 FF FF",
+         "table entries: ", [](auto& l, auto n) { l.maxTableEntries = n; }, 4}};
     for (const auto& row : rows) {
-        Reading<EventRecorder> reading;
-        ParserLimits limits;
-        row.set(limits);
-        reading.parser.setLimits(limits);
-        const std::string failure = row.failure;
-        EXPECT_FAILURE(failure.empty() ? "" : "FISException: Limit exceeded: " + failure,
-                       reading.events(limited));
+        for (const char* const behind : {"", "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"}) {
+            SCOPED_TRACE(std::string(row.what) + row.document + behind);
+            const std::string limited = document(std::string(row.document) + behind);
+            Reading<EventRecorder> reading;
+            ParserLimits limits;
+            row.set(limits, row.needed);
+            reading.parser.setLimits(limits);
+            EXPECT_FAILURE("", reading.events(limited));
+            row.set(limits, row.needed - 1);
+            reading.parser.setLimits(limits);
+            EXPECT_FAILURE("FISException: Limit exceeded: " + (row.what + std::to_string(row.needed - 1)),
+                           reading.events(limited));
+        }
     }
 }
 
