@@ -45,6 +45,22 @@ void expectTable() {
     large.reset();
     EXPECT_EQ(large.size(), 1u);
     EXPECT_EQ(large.exists("first", found), 0xFFFFFFFFu);
+
+    // A table that has been used is as good as a new one, also to copy into.
+    Table few, used;
+    for (int i = 0; i < 30; ++i) {
+        used.index(std::to_string(i), found);
+    }
+    used.reset();
+    for (Table* const pTable : {&few, &used}) {
+        EXPECT_EQ(pTable->exists("", found), 0u);
+        EXPECT_EQ(pTable->index("a", found), 1u);
+        EXPECT_EQ(pTable->exists("a", found), 1u);
+        EXPECT_EQ(pTable->exists("29", found), 0xFFFFFFFFu);
+    }
+    used.reset();
+    used = few;
+    EXPECT_EQ(used.exists("a", found), 1u);
 }
 
 TEST(VocabularyTest, TablesIndexFindAndGrow) {
