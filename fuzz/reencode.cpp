@@ -168,5 +168,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Outcome actual = read(out.str(), document, again);
     require(!actual.failed(), "what is written can be read", actual.failure, expected.events);
     require(actual.events == expected.events, "the events are the same", expected.events, actual.events);
+
+    // A writer that has written a document writes it as a new one does.
+    std::ostringstream second;
+    writer.reset(second);
+    FastInfosetParser fresh(DocumentVocabulary::VOC_MAP);
+    fresh.setLimits(limits());
+    fresh.setExternalVocabularyLoader(&loader);
+    fresh.initialize(&writer);
+    fresh.parseMemoryNP(document.data(), document.size());
+    require(second.view() == out.view(), "the octets are the same after reset()");
     return 0;
 }

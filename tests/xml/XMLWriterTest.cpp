@@ -186,6 +186,29 @@ TEST(XMLWriter, EscapesContent) {
         {"<a;!- <&> -x;!;?t <&>? ;?t;/", "<a><!--- <&> -x--><!----><?t <&>? ?><?t?></a>"},
         {"<a;'" + longText + ";/", "<a>" + longText + "</a>"},
     });
+    // What is escaped or checked is found wherever it stands.
+    const char* const found[][3] = {{"<", "&lt;", "&lt;"},   {"&", "&amp;", "&amp;"}, {">", "&gt;", ">"},
+                                    {"\"", "\"", "&quot;"},  {"\t", "\t", "&#9;"},    {"\n", "\n", "&#10;"},
+                                    {"\r", "&#13;", "&#13;"}};
+    for (std::size_t at = 0; at < 10; ++at) {
+        for (std::size_t behind = 0; behind < 6; ++behind) {
+            const std::string front(at, 'x'), rest(behind, 'y');
+            for (const auto& row : found) {
+                const std::string both = front + row[0] + rest + row[0];
+                expectWritten({{"<a;@b=" + both + ";'" + both + ";/", "<a b=\"" + front + row[2] + rest +
+                                                                          row[2] + "\">" + front + row[1] +
+                                                                          rest + row[1] + "</a>"}});
+            }
+            for (const char* const bad : {"\x01", "\xFF", "\xC3"}) {
+                const std::string text = front + bad + rest;
+                std::ostringstream out;
+                XMLWriter writer(out);
+                writer.startDocument();
+                writer.startElement("", "", "a", AttributesImpl());
+                EXPECT_THROW(writer.characters(text.data(), 0, static_cast<int>(text.size())), XMLException);
+            }
+        }
+    }
 }
 
 TEST(XMLWriter, WritesProlog) {

@@ -53,6 +53,18 @@ inline unsigned int classOf(char c) {
     return CLASSES[static_cast<unsigned char>(c)];
 }
 
+/// The first octet from p on that is of one of the classes, or pEnd.
+template<int STOP>
+inline const char* nextOf(const char* p, const char* pEnd) {
+    while (pEnd - p >= 4 && ((classOf(p[0]) | classOf(p[1]) | classOf(p[2]) | classOf(p[3])) & STOP) == 0) {
+        p += 4;
+    }
+    while (p != pEnd && !(classOf(*p) & STOP)) {
+        ++p;
+    }
+    return p;
+}
+
 std::string inHex(std::uint32_t value, std::size_t digits) {
     std::string text;
     for (std::size_t i = digits; i-- > 0;) {
@@ -145,22 +157,32 @@ XMLOutput::XMLOutput(std::ostream* pStream) : _pStream(pStream) {
     }
 }
 
-void XMLOutput::putText(std::string_view text) {
+// What is escaped in text or in values, by class.
+template<int STOP>
+TAMO_ALWAYS_INLINE void XMLOutput::putEscaped(std::string_view text, const char* what) {
     const char* p = text.data();
     const char* const pEnd = p + text.size();
     const char* pRun = p;
-    while (p != pEnd) {
-        if (!(classOf(*p) & STOP_TEXT)) {
-            ++p;
-        } else if (const std::string_view escaped = reference(*p); !escaped.empty()) {
+    while ((p = nextOf<STOP>(p, pEnd)) != pEnd) {
+        if (const std::string_view escaped = reference(*p); !escaped.empty()) {
             put({pRun, static_cast<std::size_t>(p - pRun)});
             put(escaped);
             pRun = ++p;
         } else {
-            p += checkedLength(p, pEnd, "text");
+            do { // beyond ASCII one follows the other
+                p += checkedLength(p, pEnd, what);
+            } while (p != pEnd && static_cast<unsigned char>(*p) >= 0x80);
         }
     }
     put({pRun, static_cast<std::size_t>(p - pRun)});
+}
+
+void XMLOutput::putText(std::string_view text) {
+    putEscaped<STOP_TEXT>(text, "text");
+}
+
+void XMLOutput::putAttributeValue(std::string_view value, const char* what) {
+    putEscaped<STOP_VALUE>(value, what);
 }
 
 void XMLOutput::putCDATA(std::string_view text, std::size_t& brackets) {
@@ -183,24 +205,6 @@ void XMLOutput::putCDATA(std::string_view text, std::size_t& brackets) {
         } else {
             brackets = 0;
             p += checkedLength(p, pEnd, "text");
-        }
-    }
-    put({pRun, static_cast<std::size_t>(p - pRun)});
-}
-
-void XMLOutput::putAttributeValue(std::string_view value, const char* what) {
-    const char* p = value.data();
-    const char* const pEnd = p + value.size();
-    const char* pRun = p;
-    while (p != pEnd) {
-        if (!(classOf(*p) & STOP_VALUE)) {
-            ++p;
-        } else if (const std::string_view escaped = reference(*p); !escaped.empty()) {
-            put({pRun, static_cast<std::size_t>(p - pRun)});
-            put(escaped);
-            pRun = ++p;
-        } else {
-            p += checkedLength(p, pEnd, what);
         }
     }
     put({pRun, static_cast<std::size_t>(p - pRun)});

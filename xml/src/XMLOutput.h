@@ -97,6 +97,8 @@ public:
     [[noreturn]] static void refuse(const char* what, std::string_view value, std::string_view reason);
 
 private:
+    template<int STOP>
+    void putEscaped(std::string_view text, const char* what);
     void makeRoom(std::size_t size);
     void putLong(std::string_view markup);
     void putChecked(std::string_view text, const char* what);
