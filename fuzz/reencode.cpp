@@ -148,6 +148,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     static constexpr std::array MAX_INDEXED{16, 0, -1};
     std::ostringstream out;
+    std::ostringstream second;
     FastInfosetWriter writer(out);
     writer.setMaxIndexedStringLength(MAX_INDEXED[size % MAX_INDEXED.size()]);
     Loader loader(document);
@@ -170,7 +171,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(actual.events == expected.events, "the events are the same", expected.events, actual.events);
 
     // A writer that has written a document writes it as a new one does.
-    std::ostringstream second;
     writer.reset(second);
     FastInfosetParser fresh(DocumentVocabulary::VOC_MAP);
     fresh.setLimits(limits());

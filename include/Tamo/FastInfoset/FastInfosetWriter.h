@@ -65,9 +65,10 @@ public:
     FastInfosetWriter& operator=(const FastInfosetWriter&) = delete;
 
     /// Makes the writer ready for another document, on str, whatever has become of the last one: many small
-    /// documents cost less so than with a writer each. The stream of the last document is not touched. Tables
-    /// are what the external vocabulary holds, or empty, and a vocabulary of the application's own has to be
-    /// set again, as have notations and unparsed entities; the other options stay.
+    /// documents cost less so than with a writer each. The stream of the last document is not touched, that
+    /// of the next one has to last until the writer is reset again or ends. Tables are what the external
+    /// vocabulary holds, or empty, and a vocabulary of the application's own has to be set again, as have
+    /// notations and unparsed entities; the other options stay.
     void reset(std::ostream& str);
 
     /// Not used.
