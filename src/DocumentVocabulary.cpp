@@ -91,7 +91,20 @@ void DocumentVocabulary::reset() {
         break;
     }
     init();
+    takeAsOwn();
+}
+
+// Every table is of the kind that _impl says, and has its own limit.
+void DocumentVocabulary::takeAsOwn() {
     _ownTables = true;
+    if (_impl != VOC_VECTOR) {
+        for (std::size_t id = PREFIX; id < _vocabularies.size(); ++id) {
+            _indexed.strings[id] = static_cast<IndexedVocabulary<std::string>*>(_vocabularies[id].get());
+        }
+        _indexed.pElements = static_cast<IndexedVocabulary<QualifiedNameEntry>*>(_pElementVocabulary.get());
+        _indexed.pAttributes =
+            static_cast<IndexedVocabulary<QualifiedNameEntry>*>(_pAttributeVocabulary.get());
+    }
 }
 
 bool DocumentVocabulary::isPredefined() const {
@@ -122,6 +135,7 @@ void DocumentVocabulary::clear() {
     _pAttributeVocabulary.reset();
     _pTables.reset();
     _ownTables = false;
+    _indexed = IndexedTables();
 }
 
 template<class Strings, class Names>
@@ -181,6 +195,7 @@ void DocumentVocabulary::initialize(ID vocabulary, Vocabulary<std::string>* tabl
     }
     _vocabularies[vocabulary] = std::move(pTable);
     _ownTables = false;
+    _indexed = IndexedTables();
 }
 
 void DocumentVocabulary::copy(const DocumentVocabulary& other) {
@@ -196,7 +211,9 @@ void DocumentVocabulary::copy(const DocumentVocabulary& other) {
         NameTablePtr(other._pElementVocabulary ? other._pElementVocabulary->clone() : nullptr);
     _pAttributeVocabulary =
         NameTablePtr(other._pAttributeVocabulary ? other._pAttributeVocabulary->clone() : nullptr);
-    _ownTables = other._ownTables;
+    if (other._ownTables) {
+        takeAsOwn();
+    }
 }
 
 DocumentVocabulary DocumentVocabulary::operator-(const DocumentVocabulary& doc) const {

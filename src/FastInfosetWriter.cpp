@@ -360,21 +360,18 @@ void FastInfosetWriter::writeUnparsedEntities(const std::vector<UnparsedEntity>&
 void FastInfosetWriter::startElement(const std::string& uri, const std::string& localName,
                                      const std::string& qname, const XML::Attributes& attributes) {
     handleEncodedData();
-    const BitStreamWriter::Room room = _writer.startConstruct();
+    std::streambuf* const pBuf = _writer.startConstruct();
     // The hot path: an element that declares nothing.
     if ((_plainElements != 0 || isPlainPlace()) && !localName.empty()) [[likely]] {
         const unsigned int index =
             _names.find(WrittenNames::ELEMENT, uri, localName, qname, _namespaces.state());
         const int count = attributes.getLength();
-        bool isWritten = count == 0 && OctetComposer::fitsPosition2(index); // as an unknown name's does not
-        if (isWritten) [[likely]] {
-            OctetComposer octets(_writer, room);
-            octets.integerAtPosition2(0, index);
-            octets.flush();
-        } else {
-            isWritten = writeSimpleElement(room, index, count, uri, localName, qname, attributes);
+        if (count == 0 && OctetComposer::fitsPosition2(index)) [[likely]] { // as an unknown name's does not
+            _writer.take(pBuf, OctetComposer::integerAtPosition2(_writer.room(pBuf).pBegin, 0, index));
+            ++_plainElements;
+            return;
         }
-        if (isWritten) [[likely]] {
+        if (writeSimpleElement(pBuf, index, count, uri, localName, qname, attributes)) [[likely]] {
             ++_plainElements;
             return;
         }
@@ -414,7 +411,7 @@ void FastInfosetWriter::writeDeclaringElement(const std::string& uri, const std:
 // known under the bindings in force are looked up first, because nothing may be written before it is certain
 // that there is nothing to declare. Writes what writeDeclaringElement() would write; false, with nothing
 // written, when that has to.
-bool FastInfosetWriter::writeSimpleElement(BitStreamWriter::Room room, unsigned int index, int count,
+bool FastInfosetWriter::writeSimpleElement(std::streambuf* pBuf, unsigned int index, int count,
                                            const std::string& uri, const std::string& localName,
                                            const std::string& qname, const XML::Attributes& attributes) {
     const std::string* pPrefix = nullptr;
@@ -427,12 +424,12 @@ bool FastInfosetWriter::writeSimpleElement(BitStreamWriter::Room room, unsigned 
     if (!findAttributeNames(attributes, count, uri)) [[unlikely]] {
         return false;
     }
-    OctetComposer octets(_writer, room);
+    OctetComposer octets(_writer, pBuf);
     const unsigned int high = count != 0 ? 0x40 : 0;
     if (!pPrefix) [[likely]] {
         octets.integerAtPosition2(high, index);
     } else {
-        octets.apart([&](OctetComposer& name) {
+        octets.apart([=, this, &uri, &localName, &qname](OctetComposer& name) {
             const unsigned int newIndex =
                 writeQualifiedNameOrIndex(name, high, *pPrefix, uri, localName, true);
             if (remembersNames()) [[likely]] {
@@ -445,7 +442,7 @@ bool FastInfosetWriter::writeSimpleElement(BitStreamWriter::Room room, unsigned 
         if (pNames[i].index != WrittenNames::NOT_FOUND) [[likely]] {
             octets.integerAtPosition1(0, pNames[i].index);
         } else {
-            octets.apart([&](OctetComposer& name) {
+            octets.apart([=, this, &attributes, &uri](OctetComposer& name) {
                 writeNewAttributeName(name, *pNames[i].pPrefix, attributes, i, uri);
             });
         }
@@ -507,7 +504,7 @@ TAMO_ALWAYS_INLINE void FastInfosetWriter::writeAttributeValue(OctetComposer& oc
         const bool added = addString(DocumentVocabulary::ATTRIBUTE_VALUE, value, key, string);
         octets.stringAtPosition4(added ? 0x40 : 0, key, value.size());
     } else {
-        octets.apart([&](OctetComposer& composer) {
+        octets.apart([=, this, &value](OctetComposer& composer) {
             writeString(composer, value, DocumentVocabulary::ATTRIBUTE_VALUE, key, string);
         });
     }
@@ -845,21 +842,21 @@ Vocabulary<QualifiedNameEntry>& FastInfosetWriter::getQNameVocabulary(bool isEle
 void FastInfosetWriter::characters(const char ch[], int start, int length) {
     tamo_assert(start >= 0 && length >= 0);
     handleEncodedData();
-    const BitStreamWriter::Room room = _writer.startConstruct();
+    std::streambuf* const pBuf = _writer.startConstruct();
     // The text ends at the first NUL of ch, but nothing behind start + length is looked at.
     const auto end = static_cast<std::size_t>(start) + static_cast<std::size_t>(length);
     if (start == 0 && isIndexed(end) && HashKey::isExact(end)) {
         bool hasNul = false;
         const HashKey key = HashKey::ofWhole({ch, end}, hasNul);
         if (!hasNul) [[likely]] {
-            writeShortChunk(room, {ch, end}, key);
+            writeShortChunk(pBuf, {ch, end}, key);
             return;
         }
     }
     const void* pNul = end != 0 ? std::memchr(ch, 0, end) : nullptr;
     const std::size_t stop = pNul ? static_cast<std::size_t>(static_cast<const char*>(pNul) - ch) : end;
     const std::size_t begin = std::min(static_cast<std::size_t>(start), stop);
-    writeCharacterChunk(room, {ch + begin, stop - begin});
+    writeCharacterChunk(pBuf, {ch + begin, stop - begin});
 }
 
 void FastInfosetWriter::ignorableWhitespace(const char ch[], int start, int length) {
@@ -879,30 +876,28 @@ void FastInfosetWriter::writeText(std::string_view text) {
     writeCharacterChunk(_writer.startConstruct(), text);
 }
 
-void FastInfosetWriter::writeCharacterChunk(BitStreamWriter::Room room, std::string_view text) {
+void FastInfosetWriter::writeCharacterChunk(std::streambuf* pBuf, std::string_view text) {
     if (isIndexed(text.size())) {
-        writeShortChunk(room, text, HashKey::of(text));
+        writeShortChunk(pBuf, text, HashKey::of(text));
     } else {
-        OctetComposer octets(_writer, room);
+        OctetComposer octets(_writer, pBuf);
         writeLiteralChunk(octets, text, false);
         octets.flush();
     }
 }
 
 // A chunk that is short enough for its table.
-TAMO_ALWAYS_INLINE void FastInfosetWriter::writeShortChunk(BitStreamWriter::Room room, std::string_view text,
+TAMO_ALWAYS_INLINE void FastInfosetWriter::writeShortChunk(std::streambuf* pBuf, std::string_view text,
                                                            HashKey key) {
     const FoundString chunk = lookUp(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, text, key);
     if (OctetComposer::fitsPosition3(chunk.index)) {
-        OctetComposer octets(_writer, room);
-        octets.integerAtPosition3(0xA0, chunk.index);
-        octets.flush();
+        _writer.take(pBuf, OctetComposer::integerAtPosition3(_writer.room(pBuf).pBegin, 0xA0, chunk.index));
     } else {
-        writeNewChunk(room, text, key, chunk);
+        writeNewChunk(pBuf, text, key, chunk);
     }
 }
 
-void FastInfosetWriter::writeNewChunk(BitStreamWriter::Room room, std::string_view text, HashKey key,
+void FastInfosetWriter::writeNewChunk(std::streambuf* pBuf, std::string_view text, HashKey key,
                                       FoundString chunk) {
     if (chunk.index != NOT_FOUND) [[unlikely]] { // as no other form has room for
         _writer.write(0x05u, 3);
@@ -910,7 +905,7 @@ void FastInfosetWriter::writeNewChunk(BitStreamWriter::Room room, std::string_vi
         return;
     }
     const bool added = addChunk(text, key, chunk);
-    OctetComposer octets(_writer, room);
+    OctetComposer octets(_writer, pBuf);
     if (!text.empty() && HashKey::isExact(text.size()) && topState() != CDATA) [[likely]] {
         octets.stringAtPosition6(added ? 0x90 : 0x80, key, text.size());
     } else {
@@ -1301,7 +1296,7 @@ void FastInfosetWriter::writeEncodedData() {
         }
         if (value.type() == CDataEncoding::TYPE) {
             requirePosition(_writer.bitPos() == 0, "Illegal startposition for a CharacterChunk value");
-            writeCharacterChunk(_writer.room(), value.content());
+            writeCharacterChunk(_writer.placeOfRoom(), value.content());
         } else {
             _writer.write(0x02u, 2);
             writeNonIdentifyingStringOrIndex(e, DocumentVocabulary::CONTENT_CHARACTER_CHUNK);

@@ -19,41 +19,40 @@ namespace Tamo::FastInfoset {
 /// through apart().
 class OctetComposer {
 public:
-    using Room = BitStreamWriter::Room;
-
     TAMO_ALWAYS_INLINE explicit OctetComposer(BitStreamWriter& writer) noexcept
-        : OctetComposer(writer, writer.room()) {}
+        : OctetComposer(writer, writer.placeOfRoom()) {}
 
-    /// Composes in a room that the writer has just given.
-    TAMO_ALWAYS_INLINE OctetComposer(BitStreamWriter& writer, Room room) noexcept : _writer(writer) {
-        begin(room);
+    /// Composes in the place that the writer has just told.
+    TAMO_ALWAYS_INLINE OctetComposer(BitStreamWriter& writer, std::streambuf* pBuf) noexcept
+        : _writer(writer) {
+        begin(pBuf);
     }
 
     OctetComposer(const OctetComposer&) = delete;
     OctetComposer& operator=(const OctetComposer&) = delete;
 
     TAMO_ALWAYS_INLINE ~OctetComposer() {
-        if (_pNext != _pBegin) [[unlikely]] {
-            rescue(_writer, _pBegin, _pNext);
+        if (_pNext) [[unlikely]] {
+            rescue(_writer, _pBuf, _pNext);
         }
     }
 
-    /// Hands over what has been composed; to be called at the end.
+    /// Hands over what has been composed; to be called at the end, and before the writer is used directly.
     TAMO_ALWAYS_INLINE void flush() {
-        const char* const pBegin = _pBegin;
-        const char* const pEnd = _pNext;
-        _pNext = _pBegin;
-        _writer.take(pBegin, pEnd);
+        if (const char* const pEnd = _pNext) {
+            _pNext = nullptr;
+            _pEnd = nullptr; // so that next() asks for another room
+            _writer.take(_pBuf, pEnd);
+        }
     }
 
     /// Hands over what has been composed, lets write(composer) write what follows, and goes on behind that.
+    /// What write has captured by reference has to be in memory for that.
     template<class Write>
-    TAMO_ALWAYS_INLINE void apart(Write&& write) {
-        flush();
-        OctetComposer composer(_writer);
-        write(composer);
-        composer.flush();
-        begin(_writer.room());
+    TAMO_ALWAYS_INLINE void apart(const Write& write) {
+        const char* const pEnd = _pNext;
+        _pNext = nullptr;
+        begin(writeApart(_writer, _pBuf, pEnd, write));
     }
 
     /// Whether a value can be written as an integer at a bit position by the operations below. Encoder writes
@@ -82,6 +81,14 @@ public:
     /// An integer, 1 to 263184, at bit position 3 (X.891, C.28).
     TAMO_ALWAYS_INLINE void integerAtPosition3(unsigned int high, std::size_t val) {
         integer<16, 0x10, 1040, 0x14>(high, val);
+    }
+
+    /// The same for an integer that stands alone at p, where there is room for it; returns what is behind it.
+    static TAMO_ALWAYS_INLINE char* integerAtPosition2(char* p, unsigned int high, std::size_t val) noexcept {
+        return putInteger<32, 0x20, 2080, 0x28>(p, high, val);
+    }
+    static TAMO_ALWAYS_INLINE char* integerAtPosition3(char* p, unsigned int high, std::size_t val) noexcept {
+        return putInteger<16, 0x10, 1040, 0x14>(p, high, val);
     }
 
     /// A string, not empty, whose length stands at bit position 1 (X.891, C.22).
@@ -121,25 +128,40 @@ public:
 private:
     static constexpr std::size_t LONGEST_FORM = 8 + HashKey::MOST_EXACT;
 
+    template<class Write>
+    static TAMO_COLD std::streambuf* writeApart(BitStreamWriter& writer, std::streambuf* pBuf,
+                                                const char* pEnd, const Write& write) {
+        writer.take(pBuf, pEnd);
+        OctetComposer composer(writer);
+        write(composer);
+        composer.flush();
+        return writer.placeOfRoom();
+    }
+
     // Another exception passes already.
-    static void rescue(BitStreamWriter& writer, const char* pBegin, const char* pEnd) noexcept {
+    static void rescue(BitStreamWriter& writer, std::streambuf* pBuf, const char* pEnd) noexcept {
         try {
-            writer.take(pBegin, pEnd);
+            writer.take(pBuf, pEnd);
         } catch (...) { // NOLINT(bugprone-empty-catch)
         }
     }
 
-    TAMO_ALWAYS_INLINE void begin(Room room) noexcept {
-        _pBegin = room.pBegin;
+    TAMO_ALWAYS_INLINE void begin(std::streambuf* pBuf) noexcept {
+        const BitStreamWriter::Room room = _writer.room(pBuf);
+        _pBuf = pBuf;
         _pNext = room.pBegin;
         _pEnd = room.pEnd;
     }
 
+    template<unsigned int MOST_IN_ONE, unsigned int TWO, unsigned int MOST_IN_TWO, unsigned int THREE>
+    TAMO_ALWAYS_INLINE void integer(unsigned int high, std::size_t val) {
+        _pNext = putInteger<MOST_IN_ONE, TWO, MOST_IN_TWO, THREE>(next(), high, val);
+    }
+
     // An integer from 1 on in one octet, or with a mark in two or three.
     template<unsigned int MOST_IN_ONE, unsigned int TWO, unsigned int MOST_IN_TWO, unsigned int THREE>
-    TAMO_ALWAYS_INLINE void integer(unsigned int high, std::size_t value) {
+    static TAMO_ALWAYS_INLINE char* putInteger(char* p, unsigned int high, std::size_t value) noexcept {
         auto val = static_cast<unsigned int>(value);
-        char* p = next();
         if (val <= MOST_IN_ONE) {
             p = put(p, high | (val - 1));
         } else if (val <= MOST_IN_TWO) {
@@ -152,14 +174,14 @@ private:
             p = put(p, val >> 8);
             p = put(p, val);
         }
-        _pNext = p;
+        return p;
     }
 
     // Where the longest form of what is no text has room.
     TAMO_ALWAYS_INLINE char* next() {
         if (_pEnd - _pNext < static_cast<std::ptrdiff_t>(LONGEST_FORM)) [[unlikely]] {
             flush();
-            begin(_writer.room());
+            begin(_writer.placeOfRoom());
         }
         return _pNext;
     }
@@ -212,13 +234,13 @@ private:
         } else {
             flush();
             _writer.write(text.data(), text.size());
-            begin(_writer.room());
+            begin(_writer.placeOfRoom());
         }
     }
 
     BitStreamWriter& _writer;
-    char* _pBegin;
-    char* _pNext;
+    std::streambuf* _pBuf; // where the room is
+    char* _pNext;          // null when nothing is left to hand over
     char* _pEnd;
 };
 

@@ -13,9 +13,12 @@
 #define TAMO_API __attribute__((visibility("default")))
 /// A function that its callers are built around: inline whatever the compiler's own measure says.
 #define TAMO_ALWAYS_INLINE inline __attribute__((always_inline))
+/// A function that is seldom called: its callers keep their registers for what is done often.
+#define TAMO_COLD __attribute__((noinline, cold))
 #else
 #define TAMO_API
 #define TAMO_ALWAYS_INLINE inline
+#define TAMO_COLD
 #endif
 
 #endif

@@ -106,8 +106,7 @@ public:
         }
     }
 
-    /// Where whole octets are composed before take() sends them on: in the stream's own buffer where that has
-    /// room for ROOM octets or more, else here.
+    /// Where whole octets are composed before take() sends them on.
     struct Room {
         char* pBegin;
         char* pEnd; ///< behind the last octet that there is room for
@@ -116,32 +115,37 @@ public:
     /// The least that a Room has room for, in octets.
     static constexpr std::size_t ROOM = 512;
 
-    /// The place for the next octets, until the next operation; pending bits are passed over.
-    TAMO_ALWAYS_INLINE Room room() noexcept {
-        const std::streambuf* const pBuf = _pIos->rdbuf();
-        return pBuf && _pIos->good() && isPlain() ? room(*pBuf) : ownRoom();
-    }
-
-    /// Starts a construct: complete(false), then room().
-    TAMO_ALWAYS_INLINE Room startConstruct() {
+    /// Starts a construct, that is complete(false), and tells where its octets are composed: in the stream's
+    /// own buffer where that has room for ROOM octets or more, else in the writer, which null stands for.
+    TAMO_ALWAYS_INLINE std::streambuf* startConstruct() {
         std::streambuf* const pBuf = _pIos->rdbuf(); // a stream that has none is not good
         if (!_pIos->good() || !isPlain() || !emitPending(*pBuf)) [[unlikely]] {
             complete(false);
-            return room();
+            return placeOfRoom();
         }
         if (!synchronise(*pBuf) || !_pIos->good()) [[unlikely]] {
             failStream();
         }
-        return room(*pBuf);
+        return hasRoom(*pBuf) ? pBuf : nullptr;
     }
 
-    /// Takes over the octets from pBegin, the beginning of the last room(), to before pEnd.
-    TAMO_ALWAYS_INLINE void take(const char* pBegin, const char* pEnd) {
-        const std::ptrdiff_t size = pEnd - pBegin;
-        if (pBegin != _own) [[likely]] {
-            advanceStream(static_cast<std::size_t>(size));
-        } else if (size != 0) {
-            write(_own, static_cast<std::size_t>(size));
+    /// The same in the middle of a construct; pending bits are passed over.
+    TAMO_ALWAYS_INLINE std::streambuf* placeOfRoom() noexcept {
+        std::streambuf* const pBuf = _pIos->rdbuf();
+        return pBuf && _pIos->good() && isPlain() && hasRoom(*pBuf) ? pBuf : nullptr;
+    }
+
+    /// The room in that place, until the next operation.
+    TAMO_ALWAYS_INLINE Room room(std::streambuf* pBuf) noexcept {
+        return pBuf ? Room{(pBuf->*&PutArea::pptr)(), (pBuf->*&PutArea::epptr)()} : Room{_own, _own + ROOM};
+    }
+
+    /// Takes over the octets from the beginning of the room in that place to before pEnd.
+    TAMO_ALWAYS_INLINE void take(std::streambuf* pBuf, const char* pEnd) {
+        if (pBuf) [[likely]] {
+            advance(*pBuf, static_cast<std::size_t>(pEnd - (pBuf->*&PutArea::pptr)()));
+        } else if (pEnd != _own) {
+            write(_own, static_cast<std::size_t>(pEnd - _own));
         }
     }
 
@@ -198,11 +202,13 @@ private:
     }
 
     // Takes over size octets that stand there.
-    TAMO_ALWAYS_INLINE void advanceStream(std::size_t size) noexcept {
-        for (; size > MOST_AT_ONCE; size -= MOST_AT_ONCE) {
-            (_pIos->rdbuf()->*&PutArea::pbump)(static_cast<int>(MOST_AT_ONCE));
+    TAMO_ALWAYS_INLINE void advanceStream(std::size_t size) noexcept { advance(*_pIos->rdbuf(), size); }
+
+    static TAMO_ALWAYS_INLINE void advance(std::streambuf& buf, std::size_t size) noexcept {
+        for (; size > MOST_AT_ONCE; size -= MOST_AT_ONCE) [[unlikely]] {
+            (buf.*&PutArea::pbump)(static_cast<int>(MOST_AT_ONCE));
         }
-        (_pIos->rdbuf()->*&PutArea::pbump)(static_cast<int>(size));
+        (buf.*&PutArea::pbump)(static_cast<int>(size));
     }
 
     void append(UInt64 value, int numOfBits) {
@@ -237,13 +243,9 @@ private:
         return true;
     }
 
-    TAMO_ALWAYS_INLINE Room room(const std::streambuf& buf) noexcept {
-        char* const pNext = (buf.*&PutArea::pptr)();
-        char* const pEnd = (buf.*&PutArea::epptr)();
-        return pEnd - pNext >= static_cast<std::ptrdiff_t>(ROOM) ? Room{pNext, pEnd} : ownRoom();
+    static TAMO_ALWAYS_INLINE bool hasRoom(const std::streambuf& buf) noexcept {
+        return (buf.*&PutArea::epptr)() - (buf.*&PutArea::pptr)() >= static_cast<std::ptrdiff_t>(ROOM);
     }
-
-    Room ownRoom() noexcept { return {_own, _own + ROOM}; }
 
     void appendOctet(char octet) {
         if (char* const pRoom = roomInStream(1)) [[likely]] {

@@ -95,16 +95,11 @@ public:
 
     /// The table of strings for id as what finds its values without virtual calls; null for a table of
     /// another kind and when tables have been replaced.
-    IndexedVocabulary<std::string>* indexedVocabulary(ID voc) {
-        return isSearchable() ? static_cast<IndexedVocabulary<std::string>*>(_vocabularies[voc].get())
-                              : nullptr;
-    }
+    IndexedVocabulary<std::string>* indexedVocabulary(ID voc) noexcept { return _indexed.strings[voc]; }
 
     /// The table of element or attribute names in the same way.
-    IndexedVocabulary<QualifiedNameEntry>* indexedNames(bool isElement) {
-        return isSearchable() ? static_cast<IndexedVocabulary<QualifiedNameEntry>*>(
-                                    (isElement ? _pElementVocabulary : _pAttributeVocabulary).get())
-                              : nullptr;
+    IndexedVocabulary<QualifiedNameEntry>* indexedNames(bool isElement) noexcept {
+        return isElement ? _indexed.pElements : _indexed.pAttributes;
     }
 
     /// The string at index of a table of strings.
@@ -190,11 +185,18 @@ private:
     using StringTablePtr = std::unique_ptr<StringTable, DeleteTable>;
     using NameTablePtr = std::unique_ptr<NameTable, DeleteTable>;
 
+    // The tables again as what they are, when every one was built here; null otherwise.
+    struct IndexedTables {
+        IndexedVocabulary<std::string>* strings[ELEMENT_NAME] = {};
+        IndexedVocabulary<QualifiedNameEntry>* pElements = nullptr;
+        IndexedVocabulary<QualifiedNameEntry>* pAttributes = nullptr;
+    };
+
     template<class Strings, class Names>
     void create();
     void init();
     void copy(const DocumentVocabulary& other);
-    bool isSearchable() const noexcept { return _ownTables && _impl != VOC_VECTOR; }
+    void takeAsOwn();
     void checkTable(ID voc) const {
         tamo_assert(voc > DocumentVocabulary::ENCODING_ALGORITHM && voc < DocumentVocabulary::ELEMENT_NAME);
         tamo_assert(voc < _vocabularies.size());
@@ -211,6 +213,7 @@ private:
     NameTablePtr _pAttributeVocabulary;
     std::string _uri;
     bool _ownTables = false; // every table was built here with its own limit, so that reset() may keep it
+    IndexedTables _indexed;
 };
 
 } // namespace Tamo::FastInfoset

@@ -232,7 +232,7 @@ private:
     void declareAttributeNamespaces(const XML::Attributes& attributes);
     void addNamespaceAttributes();
     void addAttributes(const XML::Attributes& attributes, const std::string& elementURI);
-    bool writeSimpleElement(BitStreamWriter::Room room, unsigned int index, int count, const std::string& uri,
+    bool writeSimpleElement(std::streambuf* pBuf, unsigned int index, int count, const std::string& uri,
                             const std::string& localName, const std::string& qname,
                             const XML::Attributes& attributes);
     bool findAttributeNames(const XML::Attributes& attributes, int count, const std::string& elementURI);
@@ -257,9 +257,9 @@ private:
     Vocabulary<QualifiedNameEntry>& getQNameVocabulary(bool isElement);
 
     void writeText(std::string_view text);
-    void writeCharacterChunk(BitStreamWriter::Room room, std::string_view text);
-    void writeShortChunk(BitStreamWriter::Room room, std::string_view text, HashKey key);
-    void writeNewChunk(BitStreamWriter::Room room, std::string_view text, HashKey key, FoundString chunk);
+    void writeCharacterChunk(std::streambuf* pBuf, std::string_view text);
+    void writeShortChunk(std::streambuf* pBuf, std::string_view text, HashKey key);
+    void writeNewChunk(std::streambuf* pBuf, std::string_view text, HashKey key, FoundString chunk);
     bool addChunk(std::string_view text, HashKey key, FoundString notFound);
     void writeLiteralChunk(OctetComposer& octets, std::string_view text, bool added);
     void writeDocumentTypeDeclaration(const std::string& publicId, const std::string& systemId);
