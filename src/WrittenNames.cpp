@@ -3,6 +3,8 @@
 
 namespace Tamo::FastInfoset {
 
+const WrittenNames::Entry WrittenNames::NONE[2];
+
 void WrittenNames::enter(Kind kind, const std::string& uri, const std::string& localName,
                          const std::string& qname, UInt64 bindings, unsigned int index) {
     if (localName.empty() || localName.size() > LONGEST || qname.size() > LONGEST) {
@@ -10,6 +12,7 @@ void WrittenNames::enter(Kind kind, const std::string& uri, const std::string& l
     }
     if (!_pEntries) {
         _pEntries = std::make_unique<Entry[]>(FIRST_SIZE);
+        _pFirst = _pEntries.get();
         _mask = FIRST_SIZE - 1;
     }
     const std::string* const pUri = keep(uri);
@@ -17,7 +20,13 @@ void WrittenNames::enter(Kind kind, const std::string& uri, const std::string& l
     const UInt64 scope = scopeOf(kind, bindings);
     Entry& entry = entryFor(key, scope, uri);
     entry.empty(); // should a copy below fail
+    UInt8 flags = 0;
+    if (qname != localName) {
+        flags |= Entry::OWN_QNAME;
+        entry.qnameKey = HashKey::of(qname);
+    }
     if (!HashKey::isExact(localName.size()) || !HashKey::isExact(qname.size())) {
+        flags |= Entry::LONG;
         if (!entry.pName) {
             entry.pName = &_names.emplace_front();
         }
@@ -25,9 +34,9 @@ void WrittenNames::enter(Kind kind, const std::string& uri, const std::string& l
         entry.pName->qname = qname;
     }
     entry.localKey = key;
-    entry.qnameKey = HashKey::of(qname);
-    entry.localSize = static_cast<UInt16>(localName.size());
-    entry.qnameSize = static_cast<UInt16>(qname.size());
+    entry.localSize = static_cast<UInt8>(localName.size());
+    entry.qnameSize = static_cast<UInt8>(qname.size());
+    entry.flags = flags;
     entry.scope = scope;
     entry.pUri = pUri;
     entry.number = index + 1;
@@ -35,6 +44,7 @@ void WrittenNames::enter(Kind kind, const std::string& uri, const std::string& l
 
 void WrittenNames::clear() noexcept {
     if (_mask >= MOST_KEPT) {
+        _pFirst = NONE;
         _pEntries.reset();
         _names.clear();
         _mask = 0;
@@ -48,7 +58,7 @@ void WrittenNames::clear() noexcept {
 
 unsigned int WrittenNames::findInOther(const Entry& entry, HashKey key, UInt64 scope, const std::string& uri,
                                        const std::string& localName, const std::string& qname) noexcept {
-    return entry.holds(key, scope, uri, localName, qname) ? entry.number - 1 : NOT_FOUND;
+    return entry.holds(key, scope, uri, localName, qname) ? entry.index() : NOT_FOUND;
 }
 
 // The copy of a namespace name that entries share.
@@ -93,6 +103,7 @@ WrittenNames::Entry& WrittenNames::entryFor(HashKey key, UInt64 scope, const std
 void WrittenNames::grow() {
     std::unique_ptr<Entry[]> pOld = std::make_unique<Entry[]>(4 * (_mask + 1));
     pOld.swap(_pEntries);
+    _pFirst = _pEntries.get();
     const std::size_t oldMask = std::exchange(_mask, 4 * _mask + 3);
     _count = 0;
     for (std::size_t old = 0; old <= oldMask; ++old) {

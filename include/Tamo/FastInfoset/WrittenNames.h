@@ -34,29 +34,23 @@ public:
     /// The index of a name as an event gives it, under the bindings with this number.
     TAMO_ALWAYS_INLINE unsigned int find(Kind kind, const std::string& uri, const std::string& localName,
                                          const std::string& qname, UInt64 bindings) const noexcept {
-        if (!_pEntries) [[unlikely]] {
-            return NOT_FOUND;
-        }
         const HashKey key = HashKey::of(localName);
         const UInt64 scope = scopeOf(kind, bindings);
         const std::size_t i = slot(key, kind, uri.size());
-        if (_pEntries[i].holds(key, scope, uri, localName, qname)) [[likely]] {
-            return _pEntries[i].number - 1;
+        if (_pFirst[i].holds(key, scope, uri, localName, qname)) [[likely]] {
+            return _pFirst[i].index();
         }
-        return findInOther(_pEntries[i ^ 1], key, scope, uri, localName, qname);
+        return findInOther(_pFirst[i ^ 1], key, scope, uri, localName, qname);
     }
 
     /// The index of the name of a PLAIN_ATTRIBUTE.
     TAMO_ALWAYS_INLINE unsigned int findPlain(const std::string& localName) const noexcept {
-        if (!_pEntries) [[unlikely]] {
-            return NOT_FOUND;
-        }
         const HashKey key = HashKey::of(localName);
         const std::size_t i = slot(key, PLAIN_ATTRIBUTE, 0);
-        if (_pEntries[i].holdsPlain(key, localName)) [[likely]] {
-            return _pEntries[i].number - 1;
+        if (_pFirst[i].holdsPlain(key, localName)) [[likely]] {
+            return _pFirst[i].index();
         }
-        return _pEntries[i ^ 1].holdsPlain(key, localName) ? _pEntries[i ^ 1].number - 1 : NOT_FOUND;
+        return _pFirst[i ^ 1].holdsPlain(key, localName) ? _pFirst[i ^ 1].index() : NOT_FOUND;
     }
 
     /// Enters a name, which may push another one out.
@@ -77,32 +71,41 @@ private:
         std::string qname;
     };
 
-    // Names that their keys hold whole have no Name. Sixty-four octets, so that one is in one cache line.
+    // Sixty-four octets, so that one is in one cache line.
     struct Entry {
         TAMO_ALWAYS_INLINE bool holds(HashKey key, UInt64 itsScope, const std::string& uri,
                                       const std::string& localName, const std::string& qname) const noexcept {
-            return localKey == key && localSize == localName.size() && qnameSize == qname.size() &&
-                   scope == itsScope && (pUri ? equalText(*pUri, uri) : uri.empty()) &&
-                   qnameKey == HashKey::of(qname) && (isExact() || holdsLong(localName, qname));
+            if (localKey != key || localSize != localName.size() || qnameSize != qname.size() ||
+                scope != itsScope || !(pUri ? equalText(*pUri, uri) : uri.empty())) {
+                return false;
+            }
+            if (flags == 0) [[likely]] {
+                return HashKey::equalWhole(localName.data(), qname.data(), localSize);
+            }
+            return (flags & LONG) != 0 ? holdsLong(localName, qname) : qnameKey == HashKey::of(qname);
         }
 
         TAMO_ALWAYS_INLINE bool holdsPlain(HashKey key, const std::string& localName) const noexcept {
             return localKey == key && localSize == localName.size() && scope == PLAIN_ATTRIBUTE &&
-                   (isExact() || holdsLong(localName, std::string()));
+                   ((flags & LONG) == 0 || pName->localName == localName);
         }
-
-        bool isExact() const noexcept { return HashKey::isExact(localSize) && HashKey::isExact(qnameSize); }
 
         bool holdsLong(const std::string& localName, const std::string& qname) const noexcept {
             return pName->localName == localName && pName->qname == qname;
         }
 
-        // The empty name, which is never entered, finds it.
+        unsigned int index() const noexcept { return number - 1; }
+
+        // The empty name, which is never entered, finds it, and NOT_FOUND in it.
         void empty() noexcept {
             localSize = 0;
+            flags = 0;
             number = 0;
             pUri = nullptr;
         }
+
+        static constexpr UInt8 LONG = 1;      // the keys do not hold the name whole: it has a Name
+        static constexpr UInt8 OWN_QNAME = 2; // the qualified name is not the local name
 
         HashKey localKey{0, 0};
         HashKey qnameKey{0, 0};
@@ -110,15 +113,18 @@ private:
         const std::string* pUri = nullptr; // in _uris; null for the empty one
         Name* pName = nullptr;             // in _names; kept for later names
         UInt32 number = 0;                 // the index and one; 0: no entry
-        UInt16 localSize = 0;              // in octets
-        UInt16 qnameSize = 0;
+        UInt8 localSize = 0;               // in octets
+        UInt8 qnameSize = 0;
+        UInt8 flags = 0;
     };
 
     static constexpr std::size_t FIRST_SIZE = 32;
-    static constexpr std::size_t LONGEST = 0xFFFF;
+    static constexpr std::size_t LONGEST = 0xFF; // in octets; longer names are not remembered
     static constexpr std::size_t MOST = 2048;
     static constexpr std::size_t MOST_KEPT = 128; // when all are forgotten
     static constexpr std::size_t MOST_URIS = 32;
+
+    static const Entry NONE[2];
 
     static UInt64 scopeOf(Kind kind, UInt64 bindings) noexcept { return bindings << 2 | kind; }
 
@@ -134,6 +140,7 @@ private:
 
     // None until the first name, then a power of two. A name stands in its slot or in the other of that pair.
     std::unique_ptr<Entry[]> _pEntries;
+    const Entry* _pFirst = NONE; // of _pEntries, or of a pair without names
     std::size_t _mask = 0;  // their number less one
     std::size_t _count = 0; // of the entries, those in use
     std::forward_list<Name> _names;
