@@ -366,8 +366,9 @@ void FastInfosetWriter::startElement(const std::string& uri, const std::string& 
         const unsigned int index =
             _names.find(WrittenNames::ELEMENT, uri, localName, qname, _namespaces.state());
         const int count = attributes.getLength();
-        if (count == 0 && OctetComposer::fitsPosition2(index)) [[likely]] { // as an unknown name's does not
-            _writer.take(pBuf, OctetComposer::integerAtPosition2(_writer.room(pBuf).pBegin, 0, index));
+        // An unknown name's index does not fit.
+        if (count == 0 && OctetComposer::fitsPosition2(index) && pBuf) [[likely]] {
+            _writer.putFew(*pBuf, [=](char* p) { return OctetComposer::integerAtPosition2(p, 0, index); });
             ++_plainElements;
             return;
         }
@@ -890,8 +891,9 @@ void FastInfosetWriter::writeCharacterChunk(std::streambuf* pBuf, std::string_vi
 TAMO_ALWAYS_INLINE void FastInfosetWriter::writeShortChunk(std::streambuf* pBuf, std::string_view text,
                                                            HashKey key) {
     const FoundString chunk = lookUp(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, text, key);
-    if (OctetComposer::fitsPosition3(chunk.index)) {
-        _writer.take(pBuf, OctetComposer::integerAtPosition3(_writer.room(pBuf).pBegin, 0xA0, chunk.index));
+    if (OctetComposer::fitsPosition3(chunk.index) && pBuf) [[likely]] {
+        _writer.putFew(*pBuf,
+                       [=](char* p) { return OctetComposer::integerAtPosition3(p, 0xA0, chunk.index); });
     } else {
         writeNewChunk(pBuf, text, key, chunk);
     }
@@ -899,7 +901,7 @@ TAMO_ALWAYS_INLINE void FastInfosetWriter::writeShortChunk(std::streambuf* pBuf,
 
 void FastInfosetWriter::writeNewChunk(std::streambuf* pBuf, std::string_view text, HashKey key,
                                       FoundString chunk) {
-    if (chunk.index != NOT_FOUND) [[unlikely]] { // as no other form has room for
+    if (chunk.index != NOT_FOUND) { // in the writer's own room, or as no other form has room for
         _writer.write(0x05u, 3);
         Encoder::integer(_writer, static_cast<unsigned int>(chunk.index));
         return;

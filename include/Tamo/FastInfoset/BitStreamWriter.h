@@ -149,6 +149,14 @@ public:
         }
     }
 
+    /// Lets put(p) compose a few octets at p, in the place of that buffer, and takes them over to what it
+    /// returns.
+    template<class Put>
+    TAMO_ALWAYS_INLINE void putFew(std::streambuf& buf, const Put& put) {
+        char* const pBegin = (buf.*&PutArea::pptr)();
+        (buf.*&PutArea::pbump)(static_cast<int>(put(pBegin) - pBegin));
+    }
+
     /// Bit number in the current octet that the next bit takes, 7 (most significant) to 0.
     int curBitOffsetInByte() const noexcept { return 7 - _pendingBits; }
 
