@@ -123,7 +123,7 @@ public:
             complete(false);
             return placeOfRoom();
         }
-        if (!synchronise(*pBuf) || !_pIos->good()) [[unlikely]] {
+        if (!synchronise(*pBuf)) [[unlikely]] {
             failStream();
         }
         return hasRoom(*pBuf) ? pBuf : nullptr;
