@@ -54,6 +54,7 @@ void WrittenNames::clear() noexcept {
         _pEntries[i].empty();
     }
     _count = 0;
+    _displaced = 0;
 }
 
 unsigned int WrittenNames::findInOther(const Entry& entry, HashKey key, UInt64 scope, const std::string& uri,
@@ -82,7 +83,8 @@ const std::string* WrittenNames::keep(const std::string& uri) {
 }
 
 WrittenNames::Entry& WrittenNames::entryFor(HashKey key, UInt64 scope, const std::string& uri) {
-    if (2 * _count > _mask && _mask + 1 < MOST) {
+    // Three names of one pair that are in use in turn would displace each other for ever.
+    if ((2 * _count > _mask || _displaced == MOST_DISPLACED) && _mask + 1 < MOST) {
         grow();
     }
     const std::size_t i = slot(key, scope & 3, uri.size());
@@ -96,6 +98,7 @@ WrittenNames::Entry& WrittenNames::entryFor(HashKey key, UInt64 scope, const std
             return *pEntry;
         }
     }
+    ++_displaced;
     return _pEntries[i];
 }
 
@@ -106,6 +109,7 @@ void WrittenNames::grow() {
     _pFirst = _pEntries.get();
     const std::size_t oldMask = std::exchange(_mask, 4 * _mask + 3);
     _count = 0;
+    _displaced = 0;
     for (std::size_t old = 0; old <= oldMask; ++old) {
         const Entry& entry = pOld[old];
         if (entry.number != 0) {

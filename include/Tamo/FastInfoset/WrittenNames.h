@@ -121,7 +121,8 @@ private:
     static constexpr std::size_t FIRST_SIZE = 32;
     static constexpr std::size_t LONGEST = 0xFF; // in octets; longer names are not remembered
     static constexpr std::size_t MOST = 2048;
-    static constexpr std::size_t MOST_KEPT = 128; // when all are forgotten
+    static constexpr std::size_t MOST_DISPLACED = 16; // before there are more entries
+    static constexpr std::size_t MOST_KEPT = 128;     // when all are forgotten
     static constexpr std::size_t MOST_URIS = 32;
 
     static const Entry NONE[2];
@@ -143,6 +144,7 @@ private:
     const Entry* _pFirst = NONE; // of _pEntries, or of a pair without names
     std::size_t _mask = 0;  // their number less one
     std::size_t _count = 0; // of the entries, those in use
+    std::size_t _displaced = 0; // names that others have displaced
     std::forward_list<Name> _names;
     std::forward_list<std::string> _uris; // the latest first
     std::size_t _uriCount = 0;
