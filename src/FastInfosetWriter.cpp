@@ -1123,6 +1123,13 @@ unsigned int FastInfosetWriter::add(ID id, std::string_view text, HashKey key, F
 // A table that holds all the entries that an index can name takes no more (X.891, 7.14.7): its other strings
 // are written literally each time.
 bool FastInfosetWriter::addString(ID id, std::string_view text, HashKey key, FoundString notFound) {
+    if (IndexedVocabulary<std::string>* const pTable = _vocabulary.indexedVocabulary(id)) [[likely]] {
+        const bool hasRoom = pTable->values().size() <= Encoder::MAXINT20;
+        if (hasRoom) [[likely]] {
+            pTable->append(text, key, notFound);
+        }
+        return hasRoom;
+    }
     const bool hasRoom = _vocabulary.vocabulary(id).values().size() <= Encoder::MAXINT20;
     if (hasRoom) {
         add(id, text, key, notFound);

@@ -71,15 +71,22 @@ public:
         if (!_pSlots) [[unlikely]] {
             return {scan(values, value), 0};
         }
-        const std::size_t place = home(key);
-        const Slot& slot = _pSlots[place];
-        if (slot.key == key && isExact(value) && slot.size == sizeOf(value)) [[likely]] {
-            return {indexOf(slot), place};
+        std::size_t place = home(key);
+        for (std::size_t probes = 0; probes < PROBES_AT_ONCE; ++probes, place = behind(place)) {
+            const Slot& slot = _pSlots[place];
+            if (slot.key == key) [[likely]] {
+                if (!isExact(value)) {
+                    break;
+                }
+                if (slot.size == sizeOf(value)) [[likely]] {
+                    return {indexOf(slot), place};
+                }
+            }
+            if (slot.number == 0) {
+                return {NOT_FOUND, place};
+            }
         }
-        if (slot.number == 0) {
-            return {NOT_FOUND, place};
-        }
-        return findFurther(values, value, key, place);
+        return findFurther(values, value, key);
     }
 
     /// Where insertLast() would put a value that is not there, whose key is key.
@@ -155,6 +162,7 @@ private:
     static constexpr std::size_t MANY_SLOTS = 1 << 17;
     static constexpr std::size_t MOST_KEPT = 128;
     static constexpr std::size_t MOST_PROBES = 64;
+    static constexpr std::size_t PROBES_AT_ONCE = 2; // without a call
 
     // NOT_FOUND for an empty slot, whose key is the empty text's.
     static std::size_t indexOf(const Slot& slot) noexcept { return UInt32{slot.number - 1}; }
@@ -185,8 +193,9 @@ private:
         return NOT_FOUND;
     }
 
-    Found findFurther(const VerbTable<T>& values, Probe value, HashKey key, std::size_t place) const {
+    Found findFurther(const VerbTable<T>& values, Probe value, HashKey key) const {
         const UInt32 size = sizeOf(value);
+        std::size_t place = home(key);
         for (std::size_t probes = 0; probes < MOST_PROBES; ++probes) {
             const Slot& slot = _pSlots[place];
             if (slot.number == 0) {
