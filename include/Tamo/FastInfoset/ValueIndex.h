@@ -158,7 +158,7 @@ private:
     static constexpr std::size_t NO_PLACE = ~std::size_t{0};
     static constexpr std::size_t MOST_SCANNED =
         std::is_same_v<T, std::string> ? 4 : VerbTable<T>::FIRST_BLOCK;
-    static constexpr std::size_t FIRST_SLOTS = 32;
+    static constexpr std::size_t FIRST_SLOTS = 64;
     static constexpr std::size_t MANY_SLOTS = 1 << 17;
     static constexpr std::size_t MOST_KEPT = 128;
     static constexpr std::size_t MOST_PROBES = 64;
