@@ -7,7 +7,8 @@ const WrittenNames::Entry WrittenNames::NONE[2];
 
 void WrittenNames::enter(Kind kind, const std::string& uri, const std::string& localName,
                          const std::string& qname, UInt64 bindings, unsigned int index) {
-    if (localName.empty() || localName.size() > LONGEST || qname.size() > LONGEST) {
+    const std::size_t size = localName.size();
+    if (size == 0 || size > LONGEST || qname.size() > LONGEST) {
         return;
     }
     if (!_pEntries) {
@@ -15,31 +16,34 @@ void WrittenNames::enter(Kind kind, const std::string& uri, const std::string& l
         _pFirst = _pEntries.get();
         _mask = FIRST_SIZE - 1;
     }
-    const std::string* const pUri = keep(uri);
+    const std::string* const pUri = uri.empty() ? nullptr : keep(uri);
     const HashKey key = HashKey::of(localName);
     const UInt64 scope = scopeOf(kind, bindings);
     Entry& entry = entryFor(key, scope, uri);
     entry.empty(); // should a copy below fail
     UInt8 flags = 0;
-    if (qname != localName) {
-        flags |= Entry::OWN_QNAME;
+    if (!HashKey::isExact(size) || !HashKey::isExact(qname.size())) [[unlikely]] {
+        flags = Entry::LONG;
+        enterLong(entry, localName, qname);
+    } else if (size != qname.size() || !HashKey::equalWhole(localName.data(), qname.data(), size)) {
+        flags = Entry::OWN_QNAME;
         entry.qnameKey = HashKey::of(qname);
     }
-    if (!HashKey::isExact(localName.size()) || !HashKey::isExact(qname.size())) {
-        flags |= Entry::LONG;
-        if (!entry.pName) {
-            entry.pName = &_names.emplace_front();
-        }
-        entry.pName->localName = localName;
-        entry.pName->qname = qname;
-    }
     entry.localKey = key;
-    entry.localSize = static_cast<UInt8>(localName.size());
+    entry.localSize = static_cast<UInt8>(size);
     entry.qnameSize = static_cast<UInt8>(qname.size());
     entry.flags = flags;
     entry.scope = scope;
     entry.pUri = pUri;
     entry.number = index + 1;
+}
+
+void WrittenNames::enterLong(Entry& entry, const std::string& localName, const std::string& qname) {
+    if (!entry.pName) {
+        entry.pName = &_names.emplace_front();
+    }
+    entry.pName->localName = localName;
+    entry.pName->qname = qname;
 }
 
 void WrittenNames::clear() noexcept {
@@ -64,9 +68,6 @@ unsigned int WrittenNames::findInOther(const Entry& entry, HashKey key, UInt64 s
 
 // The copy of a namespace name that entries share.
 const std::string* WrittenNames::keep(const std::string& uri) {
-    if (uri.empty()) {
-        return nullptr;
-    }
     for (const std::string& kept : _uris) {
         if (equalText(kept, uri)) {
             return &kept;

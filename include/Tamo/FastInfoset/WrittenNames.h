@@ -104,8 +104,8 @@ private:
             pUri = nullptr;
         }
 
-        static constexpr UInt8 LONG = 1;      // the keys do not hold the name whole: it has a Name
-        static constexpr UInt8 OWN_QNAME = 2; // the qualified name is not the local name
+        static constexpr UInt8 LONG = 1;      // the name has a Name: keys do not hold it whole
+        static constexpr UInt8 OWN_QNAME = 2; // there is a qnameKey: the local name is not the qualified name
 
         HashKey localKey{0, 0};
         HashKey qnameKey{0, 0};
@@ -135,6 +135,7 @@ private:
 
     static unsigned int findInOther(const Entry& entry, HashKey key, UInt64 scope, const std::string& uri,
                                     const std::string& localName, const std::string& qname) noexcept;
+    void enterLong(Entry& entry, const std::string& localName, const std::string& qname);
     const std::string* keep(const std::string& uri);
     Entry& entryFor(HashKey key, UInt64 scope, const std::string& uri);
     void grow();
