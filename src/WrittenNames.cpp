@@ -11,12 +11,12 @@ void WrittenNames::enter(Kind kind, const std::string& uri, const std::string& l
     if (size == 0 || size > LONGEST || qname.size() > LONGEST) {
         return;
     }
+    const std::string* const pUri = uri.empty() ? nullptr : keep(uri); // which may forget all names
     if (!_pEntries) {
         _pEntries = std::make_unique<Entry[]>(FIRST_SIZE);
         _pFirst = _pEntries.get();
         _mask = FIRST_SIZE - 1;
     }
-    const std::string* const pUri = uri.empty() ? nullptr : keep(uri);
     const HashKey key = HashKey::of(localName);
     const UInt64 scope = scopeOf(kind, bindings);
     Entry& entry = entryFor(key, scope, uri);

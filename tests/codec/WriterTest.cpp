@@ -81,7 +81,11 @@ TEST(WriterTest, Namespaces) {
 
 // What the writer remembers of names must not be seen, nor where the octets go.
 TEST(WriterTest, ManyNamesWhateverIsRememberedAndWhateverTheStream) {
-    std::vector<std::string> events{"^|+p=u|<{u}p:root"};
+    std::vector<std::string> events{"^|+p=u"};
+    for (int i = 0; i < 40; ++i) {
+        events.push_back("+p" + std::to_string(i) + "=w" + std::to_string(i));
+    }
+    events.push_back("<{u}p:root");
     for (int i = 0; i < 9000; ++i) {
         // Names of all sizes, more of them than are remembered; of each third some come again soon.
         const int n = i % 3 == 0 ? i % 1500 : i % 7;
@@ -95,9 +99,17 @@ TEST(WriterTest, ManyNamesWhateverIsRememberedAndWhateverTheStream) {
         }
         events.push_back(i % 5 == 0 ? "+q=" + uri + "|<{" + uri + "}q:" + name + attributes + "|>|-q"
                                     : "<" + name + attributes + "|>");
+        if (i % 13 == 0) {
+            const std::string number = std::to_string(i % 40);
+            events.push_back("<{w" + number + "}p" + number + ":" + name + "|>");
+        }
         events.push_back(i % 11 == 0 ? "<{u}" + name + "|<{u}p:" + name + "|>|>" : "'" + attributes + " ");
     }
-    events.push_back(">|-p|$");
+    events.push_back(">");
+    for (int i = 0; i < 40; ++i) {
+        events.push_back("-p" + std::to_string(i));
+    }
+    events.push_back("-p|$");
     const auto write = [&](std::ostream& stream, bool forgetful) {
         FastInfosetWriter writer(stream, false, DocumentVocabulary::VOC_MAP);
         for (const std::string& some : events) {
@@ -116,6 +128,24 @@ TEST(WriterTest, ManyNamesWhateverIsRememberedAndWhateverTheStream) {
         write(stream, false);
         EXPECT_TRUE(buffer.collected() == expected.str()) << "with " << size << " octets of buffer";
     }
+}
+
+// Indexes in the longest form (X.891, C.27.4), behind which the rest of the element follows.
+TEST(WriterTest, NamesBeyondTheShorterForms) {
+    const int last = 526370;
+    const std::string events = eventsOf(document(
+        [&](FastInfosetWriter& writer) {
+            play("^|<r", writer);
+            for (int i = 1; i <= last; ++i) {
+                const std::string name = "n" + std::to_string(i);
+                writer.emptyElement("", name, name);
+            }
+            const std::string name = "n" + std::to_string(last);
+            play("<" + name + " a=\"v\"|'t|>|+p=u|<" + name + " a=\"v\" b=\"w\"|>|-p|>|$", writer);
+        },
+        DocumentVocabulary::VOC_MAP));
+    EXPECT_EQ(events.substr(events.rfind("n526369")),
+              "n526369|>|<n526370|>|<n526370 a=\"v\"|'t|>|+p=u|<n526370 a=\"v\" b=\"w\"|>|-p|>|-p|$");
 }
 
 // What is remembered of names must tell them apart whatever they share, and goes when the tables change.

@@ -30,8 +30,8 @@ public:
         return isExact(text.size()) ? whole(text) : digest(text);
     }
 
-    /// Whether two texts of one size, which a key holds whole, are equal: what comparing their keys tells, for
-    /// less.
+    /// Whether two texts of one size, which a key holds whole, are equal: what comparing their keys tells,
+    /// for less.
     static TAMO_ALWAYS_INLINE bool equalWhole(const char* p, const char* q, std::size_t size) noexcept {
         if (p == q) {
             return true;

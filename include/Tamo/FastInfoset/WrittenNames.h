@@ -143,9 +143,9 @@ private:
     // None until the first name, then a power of two. A name stands in its slot or in the other of that pair.
     std::unique_ptr<Entry[]> _pEntries;
     const Entry* _pFirst = NONE; // of _pEntries, or of a pair without names
-    std::size_t _mask = 0;  // their number less one
-    std::size_t _count = 0; // of the entries, those in use
-    std::size_t _displaced = 0; // names that others have displaced
+    std::size_t _mask = 0;       // their number less one
+    std::size_t _count = 0;      // of the entries, those in use
+    std::size_t _displaced = 0;  // names that others have displaced
     std::forward_list<Name> _names;
     std::forward_list<std::string> _uris; // the latest first
     std::size_t _uriCount = 0;
