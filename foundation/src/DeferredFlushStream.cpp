@@ -46,10 +46,6 @@ void DeferredFlushBuf::advance(std::size_t size) noexcept {
     setp(pptr() + size, epptr());
 }
 
-int DeferredFlushBuf::sync() {
-    return 0;
-}
-
 bool DeferredFlushBuf::write(const char* text, std::size_t size) {
     return !_target.write(text, static_cast<std::streamsize>(size)).fail();
 }

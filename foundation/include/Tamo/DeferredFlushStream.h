@@ -9,7 +9,8 @@
 
 namespace Tamo {
 
-/// The buffer of a DeferredFlushOutputStream.
+/// The buffer of a DeferredFlushOutputStream. It has std::streambuf's own sync(), which does nothing: that is
+/// how flushes are ignored.
 class TAMO_API DeferredFlushBuf : public std::streambuf {
 public:
     /// A buffer of capacity octets (at least 1) in front of target.
@@ -21,7 +22,6 @@ public:
 protected:
     int_type overflow(int_type c) override;
     std::streamsize xsputn(const char* text, std::streamsize count) override;
-    int sync() override;
 
 private:
     std::size_t room() const noexcept { return static_cast<std::size_t>(epptr() - pptr()); }

@@ -192,11 +192,37 @@ private:
         using std::streambuf::epptr;
         using std::streambuf::pbump;
         using std::streambuf::pptr;
+        using std::streambuf::sync;
     };
+
+    // Whether the buffer has std::streambuf's own sync(), which does nothing: then it need not be called.
+    // Where the compiler cannot say, it is.
+    using Sync = int (*)(std::streambuf*);
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wpmf-conversions"
+#pragma GCC diagnostic ignored "-Wpedantic"
+    static TAMO_ALWAYS_INLINE Sync syncOf(std::streambuf& buf) noexcept {
+        return reinterpret_cast<Sync>(buf.*&PutArea::sync);
+    }
+#pragma GCC diagnostic pop
+    TAMO_ALWAYS_INLINE bool isSyncDefault(std::streambuf& buf) const noexcept {
+        return syncOf(buf) == _pDefaultSync;
+    }
+#else
+    static Sync syncOf(std::streambuf&) noexcept {
+        return nullptr;
+    }
+    static bool isSyncDefault(std::streambuf&) noexcept {
+        return false;
+    }
+#endif
 
     // Whether octets may be handed to the stream's buffer directly: nothing that std::ostream::write does
     // around the transfer is then missed.
-    bool isPlain() const noexcept { return !_pIos->tie() && !(_pIos->flags() & std::ios_base::unitbuf); }
+    bool isPlain() const noexcept {
+        return !_pIos->tie() && !(_pIos->flags() & std::ios_base::unitbuf);
+    }
 
     // Where the next size octets of the stream go, past the pending bits. Null when the stream's buffer has
     // no such place, or the stream wants to know of each transfer or has failed: transfer() serves then.
@@ -210,12 +236,15 @@ private:
     }
 
     // Takes over size octets that stand there.
-    TAMO_ALWAYS_INLINE void advanceStream(std::size_t size) noexcept { advance(*_pIos->rdbuf(), size); }
+    TAMO_ALWAYS_INLINE void advanceStream(std::size_t size) noexcept {
+        advance(*_pIos->rdbuf(), size);
+    }
 
     static TAMO_ALWAYS_INLINE void advance(std::streambuf& buf, std::size_t size) noexcept {
-        for (; size > MOST_AT_ONCE; size -= MOST_AT_ONCE) [[unlikely]] {
-            (buf.*&PutArea::pbump)(static_cast<int>(MOST_AT_ONCE));
-        }
+        for (; size > MOST_AT_ONCE; size -= MOST_AT_ONCE)
+            [[unlikely]] {
+                (buf.*&PutArea::pbump)(static_cast<int>(MOST_AT_ONCE));
+            }
         (buf.*&PutArea::pbump)(static_cast<int>(size));
     }
 
@@ -276,7 +305,10 @@ private:
         }
     }
 
-    static TAMO_ALWAYS_INLINE bool synchronise(std::streambuf& buf) noexcept {
+    TAMO_ALWAYS_INLINE bool synchronise(std::streambuf& buf) const noexcept {
+        if (isSyncDefault(buf)) {
+            return true;
+        }
         try {
             return buf.pubsync() != -1;
         } catch (...) {
@@ -284,11 +316,13 @@ private:
         }
     }
 
+    static Sync defaultSync() noexcept;
     void flushStream();
     [[noreturn]] void failStream();
 
     std::ostream* _pStream;
     std::ios* _pIos; // the same stream; its virtual base is looked up once
+    Sync _pDefaultSync = defaultSync();
     bool _fillBit;
     int _pendingBits = 0;
     char _octet = 0;
