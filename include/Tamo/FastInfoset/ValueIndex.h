@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstddef>
+#include <cstring>
 #include <map>
 #include <memory>
 #include <string>
@@ -120,7 +121,8 @@ public:
     /// Forgets everything, and keeps the storage unless that is large.
     void clear() noexcept {
         if (_pSlots && _mask < MOST_KEPT) {
-            std::fill_n(_pSlots.get(), _mask + 1, Slot());
+            static_assert(std::is_trivially_copyable_v<Slot>);
+            std::memset(static_cast<void*>(_pSlots.get()), 0, (_mask + 1) * sizeof(Slot)); // empty ones
             _pCrowded.reset();
         } else {
             release();
@@ -158,7 +160,7 @@ private:
     static constexpr std::size_t NO_PLACE = ~std::size_t{0};
     static constexpr std::size_t MOST_SCANNED =
         std::is_same_v<T, std::string> ? 4 : VerbTable<T>::FIRST_BLOCK;
-    static constexpr std::size_t FIRST_SLOTS = 64;
+    static constexpr std::size_t FIRST_SLOTS = 128;
     static constexpr std::size_t MANY_SLOTS = 1 << 17;
     static constexpr std::size_t MOST_KEPT = 128;
     static constexpr std::size_t MOST_PROBES = 64;
