@@ -86,15 +86,6 @@ void BitStreamWriter::writeUnaligned(const char* data, std::size_t n) {
     }
 }
 
-BitStreamWriter::Sync BitStreamWriter::defaultSync() noexcept {
-    static const Sync SYNC = [] {
-        struct Default : std::streambuf {
-        } buf;
-        return syncOf(buf);
-    }();
-    return SYNC;
-}
-
 void BitStreamWriter::flushStream() {
     _pStream->flush();
     if (!_pIos->good()) {

@@ -3,6 +3,7 @@
 
 #include "Tamo/Bugcheck.h"
 #include "Tamo/Export.h"
+#include "Tamo/FastInfoset/PutArea.h"
 #include "Tamo/FastInfoset/Utility.h"
 #include "Tamo/Types.h"
 #include <cstddef>
@@ -126,24 +127,24 @@ public:
         if (!synchronise(*pBuf)) [[unlikely]] {
             failStream();
         }
-        return hasRoom(*pBuf) ? pBuf : nullptr;
+        return PutArea::room(*pBuf) >= ROOM ? pBuf : nullptr;
     }
 
     /// The same in the middle of a construct; pending bits are passed over.
     TAMO_ALWAYS_INLINE std::streambuf* placeOfRoom() noexcept {
         std::streambuf* const pBuf = _pIos->rdbuf();
-        return pBuf && _pIos->good() && isPlain() && hasRoom(*pBuf) ? pBuf : nullptr;
+        return pBuf && _pIos->good() && isPlain() && PutArea::room(*pBuf) >= ROOM ? pBuf : nullptr;
     }
 
     /// The room in that place, until the next operation.
     TAMO_ALWAYS_INLINE Room room(std::streambuf* pBuf) noexcept {
-        return pBuf ? Room{(pBuf->*&PutArea::pptr)(), (pBuf->*&PutArea::epptr)()} : Room{_own, _own + ROOM};
+        return pBuf ? Room{PutArea::next(*pBuf), PutArea::end(*pBuf)} : Room{_own, _own + ROOM};
     }
 
     /// Takes over the octets from the beginning of the room in that place to before pEnd.
     TAMO_ALWAYS_INLINE void take(std::streambuf* pBuf, const char* pEnd) {
         if (pBuf) [[likely]] {
-            advance(*pBuf, static_cast<std::size_t>(pEnd - (pBuf->*&PutArea::pptr)()));
+            PutArea::advance(*pBuf, static_cast<std::size_t>(pEnd - PutArea::next(*pBuf)));
         } else if (pEnd != _own) {
             write(_own, static_cast<std::size_t>(pEnd - _own));
         }
@@ -153,8 +154,8 @@ public:
     /// returns.
     template<class Put>
     TAMO_ALWAYS_INLINE void putFew(std::streambuf& buf, const Put& put) {
-        char* const pBegin = (buf.*&PutArea::pptr)();
-        (buf.*&PutArea::pbump)(static_cast<int>(put(pBegin) - pBegin));
+        char* const pBegin = PutArea::next(buf);
+        PutArea::advanceFew(buf, static_cast<int>(put(pBegin) - pBegin));
     }
 
     /// Bit number in the current octet that the next bit takes, 7 (most significant) to 0.
@@ -186,43 +187,9 @@ public:
     }
 
 private:
-    // Gives access to the buffer's next free octets, where std::streambuf::sputc puts its own as well: no
-    // buffer that works can tell the difference.
-    struct PutArea : std::streambuf {
-        using std::streambuf::epptr;
-        using std::streambuf::pbump;
-        using std::streambuf::pptr;
-        using std::streambuf::sync;
-    };
-
-    // Whether the buffer has std::streambuf's own sync(), which does nothing: then it need not be called.
-    // Where the compiler cannot say, it is.
-    using Sync = int (*)(std::streambuf*);
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wpmf-conversions"
-#pragma GCC diagnostic ignored "-Wpedantic"
-    static TAMO_ALWAYS_INLINE Sync syncOf(std::streambuf& buf) noexcept {
-        return reinterpret_cast<Sync>(buf.*&PutArea::sync);
-    }
-#pragma GCC diagnostic pop
-    TAMO_ALWAYS_INLINE bool isSyncDefault(std::streambuf& buf) const noexcept {
-        return syncOf(buf) == _pDefaultSync;
-    }
-#else
-    static Sync syncOf(std::streambuf&) noexcept {
-        return nullptr;
-    }
-    static bool isSyncDefault(std::streambuf&) noexcept {
-        return false;
-    }
-#endif
-
     // Whether octets may be handed to the stream's buffer directly: nothing that std::ostream::write does
     // around the transfer is then missed.
-    bool isPlain() const noexcept {
-        return !_pIos->tie() && !(_pIos->flags() & std::ios_base::unitbuf);
-    }
+    bool isPlain() const noexcept { return !_pIos->tie() && !(_pIos->flags() & std::ios_base::unitbuf); }
 
     // Where the next size octets of the stream go, past the pending bits. Null when the stream's buffer has
     // no such place, or the stream wants to know of each transfer or has failed: transfer() serves then.
@@ -231,21 +198,12 @@ private:
         if (!pBuf || !_pIos->good() || !isPlain()) [[unlikely]] {
             return nullptr;
         }
-        char* const pNext = (pBuf->*&PutArea::pptr)();
-        return static_cast<std::size_t>((pBuf->*&PutArea::epptr)() - pNext) >= size ? pNext : nullptr;
+        return PutArea::room(*pBuf) >= size ? PutArea::next(*pBuf) : nullptr;
     }
 
     // Takes over size octets that stand there.
     TAMO_ALWAYS_INLINE void advanceStream(std::size_t size) noexcept {
-        advance(*_pIos->rdbuf(), size);
-    }
-
-    static TAMO_ALWAYS_INLINE void advance(std::streambuf& buf, std::size_t size) noexcept {
-        for (; size > MOST_AT_ONCE; size -= MOST_AT_ONCE)
-            [[unlikely]] {
-                (buf.*&PutArea::pbump)(static_cast<int>(MOST_AT_ONCE));
-            }
-        (buf.*&PutArea::pbump)(static_cast<int>(size));
+        PutArea::advance(*_pIos->rdbuf(), size);
     }
 
     void append(UInt64 value, int numOfBits) {
@@ -268,20 +226,15 @@ private:
     // The partial octet with zeros, if there is room for it.
     TAMO_ALWAYS_INLINE bool emitPending(std::streambuf& buf) noexcept {
         if (_pendingBits != 0) {
-            char* const pNext = (buf.*&PutArea::pptr)();
-            if (pNext == (buf.*&PutArea::epptr)()) [[unlikely]] {
+            if (PutArea::room(buf) == 0) [[unlikely]] {
                 return false;
             }
-            *pNext = _octet;
-            (buf.*&PutArea::pbump)(1);
+            *PutArea::next(buf) = _octet;
+            PutArea::advanceFew(buf, 1);
             _octet = 0;
             _pendingBits = 0;
         }
         return true;
-    }
-
-    static TAMO_ALWAYS_INLINE bool hasRoom(const std::streambuf& buf) noexcept {
-        return (buf.*&PutArea::epptr)() - (buf.*&PutArea::pptr)() >= static_cast<std::ptrdiff_t>(ROOM);
     }
 
     void appendOctet(char octet) {
@@ -306,7 +259,7 @@ private:
     }
 
     TAMO_ALWAYS_INLINE bool synchronise(std::streambuf& buf) const noexcept {
-        if (isSyncDefault(buf)) {
+        if (PutArea::syncOf(buf) == _pDefaultSync) {
             return true;
         }
         try {
@@ -316,13 +269,12 @@ private:
         }
     }
 
-    static Sync defaultSync() noexcept;
     void flushStream();
     [[noreturn]] void failStream();
 
     std::ostream* _pStream;
     std::ios* _pIos; // the same stream; its virtual base is looked up once
-    Sync _pDefaultSync = defaultSync();
+    PutArea::Sync _pDefaultSync = PutArea::defaultSync();
     bool _fillBit;
     int _pendingBits = 0;
     char _octet = 0;

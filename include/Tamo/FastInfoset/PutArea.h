@@ -1,0 +1,66 @@
+#ifndef TAMO_FASTINFOSET_PUTAREA_H
+#define TAMO_FASTINFOSET_PUTAREA_H
+
+#include "Tamo/Export.h"
+#include <cstddef>
+#include <streambuf>
+
+namespace Tamo::FastInfoset {
+
+/// Access to the part of a stream buffer where std::streambuf::sputc puts octets as well: no buffer that
+/// works can tell the difference. Only static operations, which any thread may use that may use the buffer.
+class TAMO_API PutArea : std::streambuf {
+public:
+    /// Where the next octet goes.
+    static char* next(const std::streambuf& buf) noexcept { return (buf.*&PutArea::pptr)(); }
+
+    /// Behind the last place.
+    static char* end(const std::streambuf& buf) noexcept { return (buf.*&PutArea::epptr)(); }
+
+    /// The places that are left, in octets.
+    static std::size_t room(const std::streambuf& buf) noexcept {
+        return static_cast<std::size_t>(end(buf) - next(buf));
+    }
+
+    /// Passes over size octets, which stand there, at most room().
+    static void advance(std::streambuf& buf, std::size_t size) noexcept {
+        while (size > MOST_AT_ONCE)
+            [[unlikely]] {
+                (buf.*&PutArea::pbump)(static_cast<int>(MOST_AT_ONCE));
+                size -= MOST_AT_ONCE;
+            }
+        (buf.*&PutArea::pbump)(static_cast<int>(size));
+    }
+
+    static void advanceFew(std::streambuf& buf, int size) noexcept { (buf.*&PutArea::pbump)(size); }
+
+    /// A function that synchronises a buffer.
+    using Sync = int (*)(std::streambuf*);
+
+    /// That of a buffer, or null where the compiler cannot say which it is.
+    static Sync syncOf(std::streambuf& buf) noexcept;
+
+    /// That of std::streambuf, which does nothing, so that it need not be called; never null.
+    static Sync defaultSync() noexcept;
+
+private:
+    static constexpr std::size_t MOST_AT_ONCE = 1 << 20; // pbump counts in int
+};
+
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wpmf-conversions"
+#pragma GCC diagnostic ignored "-Wpedantic"
+TAMO_ALWAYS_INLINE PutArea::Sync PutArea::syncOf(std::streambuf& buf) noexcept {
+    return reinterpret_cast<Sync>(buf.*&PutArea::sync); // an extension of GNU C++
+}
+#pragma GCC diagnostic pop
+#else
+inline PutArea::Sync PutArea::syncOf(std::streambuf&) noexcept {
+    return nullptr;
+}
+#endif
+
+} // namespace Tamo::FastInfoset
+
+#endif
