@@ -80,6 +80,17 @@ TEST(VocabularyTest, HashTableAcceptsAsManyEntriesAsItHasSlots) {
     EXPECT_EQ(table.index("17", found), 18u);
 }
 
+TEST(VocabularyTest, TextsThatDifferInSizeAlone) {
+    MapVocabulary<std::string> table;
+    bool found = false;
+    for (const bool again : {false, true}) {
+        for (unsigned int size = 1; size <= 20; ++size) {
+            EXPECT_EQ(table.index(std::string(size, '\0'), found), size);
+            EXPECT_EQ(found, again) << size;
+        }
+    }
+}
+
 TEST(VocabularyTest, NamesHashAndOrders) {
     const QualifiedNameEntry entry(1, 2, 3);
     const UInt32 product = (1u ^ 1000003u) * (2u ^ 1000003u) * (3u ^ 1000003u);

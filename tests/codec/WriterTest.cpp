@@ -1,6 +1,7 @@
 // What the writer writes, octet by octet, and that every reader understands it.
 #include "DocumentTest.h"
 #include "Tamo/Exception.h"
+#include "Tamo/FastInfoset/MapVocabulary.h"
 #include "Tamo/HashKey.h"
 #include "Tamo/XML/AttributesImpl.h"
 #include <bit>
@@ -17,6 +18,7 @@ public:
         pubsync();
         return _collected;
     }
+    std::size_t passedOn() const { return _collected.size(); }
 
 protected:
     int overflow(int c) override {
@@ -130,6 +132,22 @@ TEST(WriterTest, ManyNamesWhateverIsRememberedAndWhateverTheStream) {
     }
 }
 
+// What has left the stream's buffer after each event: all but what the last construct has added.
+TEST(WriterTest, FlushesAtTheStartOfEachConstruct) {
+    const struct {
+        const char* events;
+        std::size_t flushed; // octets
+    } rows[] = {{"^", 0},   {"<r", 5},  {"<a", 8},  {"'t", 11},   {">", 11},  {"<b c=\"d\"", 14}, {">", 14},
+                {"'t", 23}, {"'t", 24}, {"#x", 25}, {"?t d", 28}, {"'t", 33}, {">", 33},          {"$", 35}};
+    SmallBuffer buffer(600);
+    std::ostream stream(&buffer);
+    FastInfosetWriter writer(stream);
+    for (const auto& row : rows) {
+        play(row.events, writer);
+        EXPECT_EQ(buffer.passedOn(), row.flushed) << row.events;
+    }
+}
+
 // Indexes in the longest form (X.891, C.27.4), behind which the rest of the element follows.
 TEST(WriterTest, NamesBeyondTheShorterForms) {
     const int last = 526370;
@@ -178,6 +196,11 @@ TEST(WriterTest, RemembersNamesForWhatTheyAre) {
     }
     events.push_back(">|-p|$");
     EXPECT_EQ(write(events, false), write(events, true));
+    // The same name under other bindings of one namespace.
+    const std::string twice = "<{u}e|>";
+    const std::vector<std::string> bindings{"^|+p=u|<{u}r", twice, twice, "+=u|<s", twice,
+                                            twice,          ">|-", twice, ">|-p|$"};
+    EXPECT_EQ(write(bindings, false), write(bindings, true));
     // A prefix is made where the namespace is not the default one, and serves the elements behind it as well.
     EXPECT_NE(write(events, false).find("ns4"), std::string::npos);
     EXPECT_EQ(write(events, false).find("ns5"), std::string::npos);
@@ -413,6 +436,18 @@ TEST(WriterTest, Vocabularies) {
     };
     EXPECT_EQ(start(prepareName),
               "FISEncodingException: Illegal startposition for an writeIdentifyingStringIndex");
+    // A table that the application has put in the place of another one is the one that is used.
+    const auto named = [&](bool replaces) {
+        return document([&](FastInfosetWriter& writer) {
+            DocumentVocabulary& v = writer.getDocumentVocabulary();
+            if (replaces) {
+                v.initialize(DocumentVocabulary::LOCAL_NAME, new MapVocabulary<std::string>());
+            }
+            v.index(DocumentVocabulary::LOCAL_NAME, "e", found);
+            play("^|<e|>|$", writer);
+        });
+    };
+    EXPECT_EQ(hex(named(true)), hex(named(false)));
     // Only setDocumentVocabulary refuses tables that cannot be searched quickly.
     const DocumentVocabulary vector(DocumentVocabulary::VOC_VECTOR);
     std::ostringstream stream;
