@@ -368,7 +368,7 @@ void FastInfosetWriter::startElement(const std::string& uri, const std::string& 
         const int count = attributes.getLength();
         // An unknown name's index does not fit.
         if (count == 0 && OctetComposer::fitsPosition2(index) && pBuf) [[likely]] {
-            _writer.putFew(*pBuf, [=](char* p) { return OctetComposer::integerAtPosition2(p, 0, index); });
+            PutArea::put(*pBuf, [=](char* p) { return OctetComposer::integerAtPosition2(p, 0, index); });
             ++_plainElements;
             return;
         }
@@ -892,8 +892,7 @@ TAMO_ALWAYS_INLINE void FastInfosetWriter::writeShortChunk(std::streambuf* pBuf,
                                                            HashKey key) {
     const FoundString chunk = lookUp(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, text, key);
     if (OctetComposer::fitsPosition3(chunk.index) && pBuf) [[likely]] {
-        _writer.putFew(*pBuf,
-                       [=](char* p) { return OctetComposer::integerAtPosition3(p, 0xA0, chunk.index); });
+        PutArea::put(*pBuf, [=](char* p) { return OctetComposer::integerAtPosition3(p, 0xA0, chunk.index); });
     } else {
         writeNewChunk(pBuf, text, key, chunk);
     }
@@ -928,6 +927,7 @@ bool FastInfosetWriter::addChunk(std::string_view text, HashKey key, FoundString
 TAMO_ALWAYS_INLINE void FastInfosetWriter::writeLiteralChunk(OctetComposer& octets, std::string_view text,
                                                              bool added) {
     if (text.empty()) [[unlikely]] {
+        octets.flush();
         _writer.write(added ? 0x24u : 0x20u, 6);
         Encoder::nonEmptyOctetString(_writer, std::string()); // throws
     } else if (topState() == CDATA) {
@@ -1123,14 +1123,9 @@ unsigned int FastInfosetWriter::add(ID id, std::string_view text, HashKey key, F
 // A table that holds all the entries that an index can name takes no more (X.891, 7.14.7): its other strings
 // are written literally each time.
 bool FastInfosetWriter::addString(ID id, std::string_view text, HashKey key, FoundString notFound) {
-    if (IndexedVocabulary<std::string>* const pTable = _vocabulary.indexedVocabulary(id)) [[likely]] {
-        const bool hasRoom = pTable->values().size() <= Encoder::MAXINT20;
-        if (hasRoom) [[likely]] {
-            pTable->append(text, key, notFound);
-        }
-        return hasRoom;
-    }
-    const bool hasRoom = _vocabulary.vocabulary(id).values().size() <= Encoder::MAXINT20;
+    const Vocabulary<std::string>* const pIndexed = _vocabulary.indexedVocabulary(id);
+    const Vocabulary<std::string>& table = pIndexed ? *pIndexed : _vocabulary.vocabulary(id);
+    const bool hasRoom = table.values().size() <= Encoder::MAXINT20;
     if (hasRoom) {
         add(id, text, key, notFound);
     }

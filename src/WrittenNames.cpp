@@ -25,7 +25,7 @@ void WrittenNames::enter(Kind kind, const std::string& uri, const std::string& l
     if (!HashKey::isExact(size) || !HashKey::isExact(qname.size())) [[unlikely]] {
         flags = Entry::LONG;
         enterLong(entry, localName, qname);
-    } else if (size != qname.size() || !HashKey::equalWhole(localName.data(), qname.data(), size)) {
+    } else if (size != qname.size() || !equalShortText(localName.data(), qname.data(), size)) {
         flags = Entry::OWN_QNAME;
         entry.qnameKey = HashKey::of(qname);
     }

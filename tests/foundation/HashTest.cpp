@@ -50,7 +50,7 @@ TEST(HashKey, HoldsShortTextsAndTellsLongOnesApart) {
             key.copyTo(octets);
             EXPECT_EQ(std::string(octets, sizeof(octets)), part + std::string(16 - size, '\0'));
             EXPECT_FALSE(hasNul(part)) << size;
-            EXPECT_TRUE(HashKey::equalWhole(part.data(), text.data(), size)) << size;
+            EXPECT_TRUE(equalShortText(part.data(), text.data(), size)) << size;
         }
         for (std::size_t i = 0; i < size; ++i) {
             std::string changed(part);
@@ -59,7 +59,7 @@ TEST(HashKey, HoldsShortTextsAndTellsLongOnesApart) {
             EXPECT_FALSE(equalText(part, changed)) << size << ' ' << i;
             EXPECT_NE(key.hash(), HashKey::of(changed).hash()) << size << ' ' << i;
             EXPECT_TRUE(!HashKey::isExact(size) || hasNul(changed)) << size << ' ' << i;
-            EXPECT_FALSE(HashKey::isExact(size) && HashKey::equalWhole(part.data(), changed.data(), size))
+            EXPECT_FALSE(HashKey::isExact(size) && equalShortText(part.data(), changed.data(), size))
                 << size << ' ' << i;
         }
     }

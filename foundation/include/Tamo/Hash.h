@@ -47,33 +47,18 @@ inline UInt32 hash(std::string_view text) noexcept {
     return static_cast<UInt32>(h >> 32 ^ h);
 }
 
-/// Whether two strings are equal: without a call of memcmp for short ones, which most keys of hash tables
-/// are.
-inline bool equalText(std::string_view a, std::string_view b) noexcept {
-    const std::size_t size = a.size();
-    if (size != b.size()) {
-        return false;
+/// Whether two texts of one size of up to 16 octets are equal, without a call.
+TAMO_ALWAYS_INLINE bool equalShortText(const char* a, const char* b, std::size_t size) noexcept {
+    if (a == b) {
+        return true;
     }
     const auto differ = [&](std::size_t at, auto word) {
         auto other = word;
-        std::memcpy(&word, a.data() + at, sizeof(word));
-        std::memcpy(&other, b.data() + at, sizeof(other));
+        std::memcpy(&word, a + at, sizeof(word));
+        std::memcpy(&other, b + at, sizeof(other));
         return word ^ other;
     };
     // Blocks that overlap, without a loop.
-    const auto equalWords = [&](std::size_t first, std::size_t second) {
-        return (differ(first, std::uint64_t{}) | differ(first + 8, std::uint64_t{}) |
-                differ(second, std::uint64_t{}) | differ(second + 8, std::uint64_t{})) == 0;
-    };
-    if (size > 64) {
-        return std::memcmp(a.data(), b.data(), size) == 0;
-    }
-    if (size > 32) {
-        return equalWords(0, 16) && equalWords(size - 32, size - 16);
-    }
-    if (size >= 16) {
-        return equalWords(0, size - 16);
-    }
     if (size >= 8) {
         return (differ(0, std::uint64_t{}) | differ(size - 8, std::uint64_t{})) == 0;
     }
@@ -81,6 +66,26 @@ inline bool equalText(std::string_view a, std::string_view b) noexcept {
         return (differ(0, std::uint32_t{}) | differ(size - 4, std::uint32_t{})) == 0;
     }
     return size == 0 || (a[0] == b[0] && a[size / 2] == b[size / 2] && a[size - 1] == b[size - 1]);
+}
+
+/// Whether two strings are equal: without a call of memcmp for short ones, which most keys of hash tables
+/// are.
+inline bool equalText(std::string_view a, std::string_view b) noexcept {
+    const std::size_t size = a.size();
+    if (size != b.size()) {
+        return false;
+    }
+    const auto equalAt = [&](std::size_t at) { return equalShortText(a.data() + at, b.data() + at, 16); };
+    if (size > 64) {
+        return std::memcmp(a.data(), b.data(), size) == 0;
+    }
+    if (size > 32) {
+        return equalAt(0) && equalAt(16) && equalAt(size - 32) && equalAt(size - 16);
+    }
+    if (size > 16) {
+        return equalAt(0) && equalAt(size - 16);
+    }
+    return equalShortText(a.data(), b.data(), size);
 }
 
 /// The hash of a string.

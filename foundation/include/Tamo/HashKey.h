@@ -30,23 +30,6 @@ public:
         return isExact(text.size()) ? whole(text) : digest(text);
     }
 
-    /// Whether two texts of one size, which a key holds whole, are equal: what comparing their keys tells,
-    /// for less.
-    static TAMO_ALWAYS_INLINE bool equalWhole(const char* p, const char* q, std::size_t size) noexcept {
-        if (p == q) {
-            return true;
-        }
-        if (size >= 8) {
-            return ((word<UInt64>(p) ^ word<UInt64>(q)) |
-                    (word<UInt64>(p + size - 8) ^ word<UInt64>(q + size - 8))) == 0;
-        }
-        if (size >= 4) {
-            return ((word<UInt32>(p) ^ word<UInt32>(q)) |
-                    (word<UInt32>(p + size - 4) ^ word<UInt32>(q + size - 4))) == 0;
-        }
-        return size == 0 || (p[0] == q[0] && p[size / 2] == q[size / 2] && p[size - 1] == q[size - 1]);
-    }
-
     /// The key of a value that two numbers make up.
     constexpr HashKey(UInt64 first, UInt64 last) noexcept : _first(first), _last(last) {}
 

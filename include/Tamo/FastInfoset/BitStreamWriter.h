@@ -150,14 +150,6 @@ public:
         }
     }
 
-    /// Lets put(p) compose a few octets at p, in the place of that buffer, and takes them over to what it
-    /// returns.
-    template<class Put>
-    TAMO_ALWAYS_INLINE void putFew(std::streambuf& buf, const Put& put) {
-        char* const pBegin = PutArea::next(buf);
-        PutArea::advanceFew(buf, static_cast<int>(put(pBegin) - pBegin));
-    }
-
     /// Bit number in the current octet that the next bit takes, 7 (most significant) to 0.
     int curBitOffsetInByte() const noexcept { return 7 - _pendingBits; }
 
@@ -229,8 +221,10 @@ private:
             if (PutArea::room(buf) == 0) [[unlikely]] {
                 return false;
             }
-            *PutArea::next(buf) = _octet;
-            PutArea::advanceFew(buf, 1);
+            PutArea::put(buf, [this](char* p) {
+                *p = _octet;
+                return p + 1;
+            });
             _octet = 0;
             _pendingBits = 0;
         }

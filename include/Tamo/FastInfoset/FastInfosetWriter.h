@@ -232,6 +232,7 @@ private:
     void declareAttributeNamespaces(const XML::Attributes& attributes);
     void addNamespaceAttributes();
     void addAttributes(const XML::Attributes& attributes, const std::string& elementURI);
+    // A construct's pBuf is where its octets are composed, as BitStreamWriter::startConstruct() tells.
     bool writeSimpleElement(std::streambuf* pBuf, unsigned int index, int count, const std::string& uri,
                             const std::string& localName, const std::string& qname,
                             const XML::Attributes& attributes);

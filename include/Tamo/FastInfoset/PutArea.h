@@ -3,6 +3,7 @@
 
 #include "Tamo/Export.h"
 #include <cstddef>
+#include <limits>
 #include <streambuf>
 
 namespace Tamo::FastInfoset {
@@ -11,6 +12,8 @@ namespace Tamo::FastInfoset {
 /// works can tell the difference. Only static operations, which any thread may use that may use the buffer.
 class TAMO_API PutArea : std::streambuf {
 public:
+    PutArea() = delete;
+
     /// Where the next octet goes.
     static char* next(const std::streambuf& buf) noexcept { return (buf.*&PutArea::pptr)(); }
 
@@ -24,15 +27,20 @@ public:
 
     /// Passes over size octets, which stand there, at most room().
     static void advance(std::streambuf& buf, std::size_t size) noexcept {
-        while (size > MOST_AT_ONCE)
-            [[unlikely]] {
-                (buf.*&PutArea::pbump)(static_cast<int>(MOST_AT_ONCE));
-                size -= MOST_AT_ONCE;
-            }
+        constexpr std::size_t MOST = std::numeric_limits<int>::max(); // pbump counts in int
+        for (; size > MOST; size -= MOST) {
+            (buf.*&PutArea::pbump)(static_cast<int>(MOST));
+        }
         (buf.*&PutArea::pbump)(static_cast<int>(size));
     }
 
-    static void advanceFew(std::streambuf& buf, int size) noexcept { (buf.*&PutArea::pbump)(size); }
+    /// Lets compose(p) put a few octets, at most room(), at p, the next place, and passes over them to what
+    /// it returns.
+    template<class Compose>
+    static TAMO_ALWAYS_INLINE void put(std::streambuf& buf, const Compose& compose) {
+        char* const pBegin = next(buf);
+        (buf.*&PutArea::pbump)(static_cast<int>(compose(pBegin) - pBegin));
+    }
 
     /// A function that synchronises a buffer.
     using Sync = int (*)(std::streambuf*);
@@ -42,9 +50,6 @@ public:
 
     /// That of std::streambuf, which does nothing, so that it need not be called; never null.
     static Sync defaultSync() noexcept;
-
-private:
-    static constexpr std::size_t MOST_AT_ONCE = 1 << 20; // pbump counts in int
 };
 
 #if defined(__GNUC__) && !defined(__clang__)

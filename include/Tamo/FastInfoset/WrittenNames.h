@@ -80,7 +80,7 @@ private:
                 return false;
             }
             if (flags == 0) [[likely]] {
-                return HashKey::equalWhole(localName.data(), qname.data(), localSize);
+                return equalShortText(localName.data(), qname.data(), localSize);
             }
             return (flags & LONG) != 0 ? holdsLong(localName, qname) : qnameKey == HashKey::of(qname);
         }
