@@ -1,4 +1,5 @@
 #include "Recording.h"
+#include "Tamo/XML/StableAttributes.h"
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -17,7 +18,7 @@ std::string_view prefixOf(const std::string& qname) {
 }
 
 /// Attributes of one element of a recording, seen where they stand.
-class AttributesView final : public XML::Attributes {
+class AttributesView final : public XML::StableAttributes {
 public:
     AttributesView(const Recording::Attribute* pFirst, unsigned int count)
         : _pFirst(pFirst), _count(static_cast<int>(count)) {}

@@ -35,7 +35,7 @@ public:
 std::vector<std::byte> invoice() {
     const std::string none;
     std::ostringstream stream;
-    FastInfoset::FastInfosetWriter writer(stream);
+    FastInfoset::FastInfosetWriter writer(stream, false, FastInfoset::DocumentVocabulary::VOC_MAP);
     writer.startDocument();
     writer.startElement(none, "invoice", none);
     writer.encodedData(12.5);
@@ -60,9 +60,6 @@ int main() {
         parser.initialize(&audit); // the content, lexical, DTD and document handler
         parser.parseMemory(document);
         // [/parse]
-    } catch (const Exception& e) {
-        std::cerr << e.displayText() << '\n';
-        return 1;
     } catch (const std::exception& e) {
         std::cerr << e.what() << '\n';
         return 1;

@@ -119,9 +119,6 @@ int main() {
         }
         std::cout << "With one parser and a loader:\n";
         readAll(messages);
-    } catch (const Exception& e) {
-        std::cerr << e.displayText() << '\n';
-        return 1;
     } catch (const std::exception& e) {
         std::cerr << e.what() << '\n';
         return 1;

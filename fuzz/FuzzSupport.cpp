@@ -24,12 +24,6 @@ void require(bool holds, const char* property, const std::string& first, const s
     std::abort();
 }
 
-bool isEndOfInput(const std::string& failure) {
-    return failure == "AssertionViolationException: _pStream" ||
-           failure == "AssertionViolationException: unreadBits >= 0" ||
-           failure.starts_with("FISParseException: Unexpected end of stream");
-}
-
 ParserLimits limits() {
     ParserLimits result;
     result.maxDepth = 10000;

@@ -29,10 +29,6 @@ struct Outcome {
 /// Ends the process unless the property holds, with the texts that explain it.
 void require(bool holds, const char* property, const std::string& first = {}, const std::string& second = {});
 
-/// True for the failures that mean that the input ends too early; which of them it is depends on where in the
-/// reader's buffer the end lies.
-bool isEndOfInput(const std::string& failure);
-
 /// Limits that keep one run short.
 ParserLimits limits();
 

@@ -1,11 +1,11 @@
 // DocumentWalker of finf, which reads a document construct by construct: it accepts what the parser accepts,
 // leaves the same vocabulary, and its fields hold every bit once.
-#include "DocumentWalker.h"
 #include "Failure.h"
 #include "FuzzSupport.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/MemoryStream.h"
 #include "Tamo/XML/InputSource.h"
+#include "walk/DocumentWalker.h"
 
 using namespace Tamo;
 using namespace Tamo::FastInfoset;

@@ -44,6 +44,13 @@ bool BitStreamReader::peekSlow(unsigned char& value, int numBits) {
     return !eof();
 }
 
+bool BitStreamReader::fillsUpTo(int numBits) {
+    if (_pStream && unreadBits() >= 0) {
+        refillBufferIfLessThan(numBits);
+    }
+    return unreadBits() >= numBits;
+}
+
 // Each wider read splits into a high part and a low part of half the width. A high part that fails ends the
 // read, because the input cannot come back.
 

@@ -1,5 +1,6 @@
 #include "Tamo/FastInfoset/BitStreamWriter.h"
 #include "Tamo/Exception.h"
+#include "Tamo/FastInfoset/PutArea.h"
 #include <cstring>
 #include <ostream>
 #include <streambuf>
@@ -15,7 +16,7 @@ namespace {
 } // namespace
 
 BitStreamWriter::BitStreamWriter(std::ostream& ostr, bool fillBit)
-    : _pStream(&ostr), _pIos(&ostr), _fillBit(fillBit) {}
+    : _pIos(&ostr), _pStream(&ostr), _fillBit(fillBit) {}
 
 BitStreamWriter::~BitStreamWriter() {
     try {
@@ -41,20 +42,15 @@ void BitStreamWriter::appendOctets(UInt64 value, int numOfBits) {
     const auto pending = static_cast<unsigned char>(_octet);
     const UInt64 bits = (static_cast<UInt64>(pending >> (8 - _pendingBits)) << numOfBits) | (value & mask);
     int count = _pendingBits + numOfBits;
-    char octets[8] = {};
+    char octets[8];
     std::size_t size = 0;
-    while (count >= 8) {
+    for (; count >= 8; ++size) {
         count -= 8;
-        octets[size++] = static_cast<char>(bits >> count);
+        octets[size] = static_cast<char>(bits >> count);
     }
     _pendingBits = count;
     _octet = count == 0 ? '\0' : static_cast<char>(bits << (8 - count));
-    if (char* const pRoom = roomInStream(sizeof(octets))) {
-        std::memcpy(pRoom, octets, sizeof(octets)); // what is too much is overwritten by what follows
-        advanceStream(size);
-    } else {
-        writeToStream(octets, static_cast<std::streamsize>(size));
-    }
+    writeToStream(octets, static_cast<std::streamsize>(size));
 }
 
 void BitStreamWriter::writeBits(int count, bool bit) {
@@ -86,33 +82,30 @@ void BitStreamWriter::writeUnaligned(const char* data, std::size_t n) {
     }
 }
 
-void BitStreamWriter::flushStream() {
+void BitStreamWriter::writeToStream(const char* data, std::streamsize n) {
+    std::streambuf* const pBuf = _pIos->rdbuf();
+    const auto size = static_cast<std::size_t>(n);
+    if (n > MOST_AT_ONCE || !isPlain() || !pBuf || PutArea::left(*pBuf) < size) {
+        transfer(data, n);
+        return;
+    }
+    std::memcpy(PutArea::next(*pBuf), data, size);
+    PutArea::advance(*pBuf, size);
+}
+
+void BitStreamWriter::flush() {
+    std::streambuf* const pBuf = _pIos->rdbuf();
+    if (isPlain() && pBuf && PutArea::syncOf(*pBuf) == PutArea::defaultSync()) {
+        return;
+    }
     _pStream->flush();
     if (!_pIos->good()) {
         throwWriteError();
     }
 }
 
-void BitStreamWriter::failStream() {
-    _pIos->setstate(std::ios_base::badbit);
-    throwWriteError();
-}
-
 void BitStreamWriter::transfer(const char* data, std::streamsize n) {
-    if (!isPlain() || !_pIos->rdbuf()) {
-        _pStream->write(data, n);
-    } else if (_pIos->good()) {
-        bool complete = false;
-        try {
-            complete = n == 1 ? _pIos->rdbuf()->sputc(*data) != std::streambuf::traits_type::eof()
-                              : _pIos->rdbuf()->sputn(data, n) == n;
-        } catch (...) {
-            complete = false;
-        }
-        if (!complete) {
-            failStream();
-        }
-    }
+    _pStream->write(data, n);
     if (!_pIos->good()) {
         throwWriteError();
     }

@@ -68,8 +68,8 @@ void BoolEncoding::decode(BitStreamReader& reader, std::vector<bool>& values) {
         const std::size_t beyond = (length - done) * 8;
         const std::size_t end = count * 8 - std::min(unused - std::min(unused, beyond), count * 8);
         for (; bit < end; ++bit) {
-            values.push_back((static_cast<unsigned char>(octets[bit / 8]) & Utility::revertedPow2[bit % 8]) !=
-                             0);
+            values.push_back(
+                (static_cast<unsigned char>(octets[bit / 8]) & BitMasks::revertedPow2[bit % 8]) != 0);
         }
         bit = 0;
     }
@@ -114,7 +114,7 @@ void BoolEncoding::write(BitStreamWriter& writer) const {
     std::size_t bit = HEADER_BITS;
     for (const bool value : _values) {
         if (value) {
-            octets[bit / 8] = static_cast<char>(octets[bit / 8] | Utility::revertedPow2[bit % 8]);
+            octets[bit / 8] = static_cast<char>(octets[bit / 8] | BitMasks::revertedPow2[bit % 8]);
         }
         ++bit;
     }

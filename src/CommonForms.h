@@ -3,6 +3,7 @@
 
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
+#include "Tamo/FastInfoset/Forms.h"
 #include "Tamo/Types.h"
 #include <cstddef>
 
@@ -16,7 +17,7 @@ namespace Tamo::FastInfoset {
 /// return false (null); nothing is consumed then, and what has been yielded is meaningless. Every operation
 /// reads within the octet that first() yields, whose higher bits its user has taken, and the octets behind
 /// it. A local variable whose address goes nowhere stays in registers: so all is inline, and what is not
-/// common is read from the reader between leave() and enter().
+/// common is read from the reader in apart().
 class CommonForms {
 public:
     TAMO_ALWAYS_INLINE explicit CommonForms(const BitStreamReader& reader) noexcept { enter(reader); }
@@ -24,16 +25,20 @@ public:
     CommonForms(const CommonForms&) = delete;
     CommonForms& operator=(const CommonForms&) = delete;
 
-    /// Begins where the reader stands; there are no octets when that is within one.
-    TAMO_ALWAYS_INLINE void enter(const BitStreamReader& reader) noexcept {
-        const std::size_t left = reader.cachedOctets(_p);
-        if (left == 0 || reader.bitPos() != 0) [[unlikely]] {
-            _p = nullptr;
-        }
-        _pEnd = _p ? _p + left : nullptr;
+    /// Lets read() take from the reader what is not common, and goes on behind it; returns what it returns.
+    template<class Read>
+    TAMO_ALWAYS_INLINE auto apart(BitStreamReader& reader, const Read& read) {
+        leave(reader);
+        struct Entered {
+            CommonForms& octets;
+            BitStreamReader& reader;
+            ~Entered() { octets.enter(reader); }
+        };
+        const Entered entered{*this, reader};
+        return read();
     }
 
-    /// Puts the reader behind what has been accepted.
+    /// Puts the reader behind what has been accepted; nothing else may be used then.
     TAMO_ALWAYS_INLINE void leave(BitStreamReader& reader) const noexcept {
         if (_p) [[likely]] {
             reader.advanceTo(_p);
@@ -48,7 +53,9 @@ public:
 
     /// Whether the octet that a list ends in is done with it: it ends something else too, or a child follows.
     /// Four other bits and an end behind them are no document.
-    TAMO_ALWAYS_INLINE bool isEndWhole() const noexcept { return (*_p & 0x0F) == 0x0F || _p[1] < 0xF0; }
+    TAMO_ALWAYS_INLINE bool isEndWhole() const noexcept {
+        return (*_p & 0x0F) == Forms::TERMINATOR || _p[1] < Forms::TERMINATOR_FIRST;
+    }
 
     /// Consumes the form that has been read last.
     TAMO_ALWAYS_INLINE void accept() noexcept { _p += _size; }
@@ -56,95 +63,40 @@ public:
     /// Consumes the first octet.
     TAMO_ALWAYS_INLINE void acceptOctet() noexcept { ++_p; }
 
-    /// An integer at bit position 1 (X.891, C.25).
+    /// An integer at bit position 1 (X.891, C.25); not 0, nor one that may lie beyond 2^20.
     TAMO_ALWAYS_INLINE bool integerAtPosition1(unsigned int& val) noexcept {
-        const unsigned int x = *_p & 0x7Fu;
-        if (x < 64) {
-            val = x + 1;
-            _size = 1;
-            return true;
-        }
-        if (x < 96) {
-            val = ((x & 0x1Fu) << 8 | _p[1]) + 65;
-            _size = 2;
-            return true;
-        }
-        // The longest form, short of the values that may lie beyond 2^20 and of the four bits 1111.
-        val = ((x & 0x0Fu) << 16 | static_cast<unsigned int>(_p[1]) << 8 | _p[2]) + 8257;
-        _size = 3;
-        return x < 111;
+        using Form = Forms::IntegerAt1;
+        return isShort<Form>(val) || isInThree<Form>(val);
     }
 
-    /// An integer at bit position 2 (X.891, C.27).
+    /// An integer at bit position 2 (X.891, C.27), up to 2080.
     TAMO_ALWAYS_INLINE bool integerAtPosition2(unsigned int& val) noexcept {
-        const unsigned int x = *_p & 0x3Fu;
-        if (x < 32) {
-            val = x + 1;
-            _size = 1;
-            return true;
-        }
-        val = ((x & 7u) << 8 | _p[1]) + 33;
-        _size = 2;
-        return x < 40;
+        return isShort<Forms::IntegerAt2>(val);
     }
 
-    /// An integer at bit position 3 (X.891, C.28).
+    /// An integer at bit position 3 (X.891, C.28), up to 263184.
     TAMO_ALWAYS_INLINE bool integerAtPosition3(unsigned int& val) noexcept {
-        const unsigned int x = *_p & 0x1Fu;
-        if (x < 16) {
-            val = x + 1;
-            _size = 1;
-            return true;
-        }
-        if (x < 20) {
-            val = ((x & 3u) << 8 | _p[1]) + 17;
-            _size = 2;
-            return true;
-        }
-        val = ((x & 3u) << 16 | static_cast<unsigned int>(_p[1]) << 8 | _p[2]) + 1041;
-        _size = 3;
-        return x < 24;
+        using Form = Forms::IntegerAt3;
+        return isShort<Form>(val) || isInThree<Form>(val);
     }
 
     /// A length at bit position 1 (X.891, C.22), up to 320.
     TAMO_ALWAYS_INLINE bool lengthAtPosition1(std::size_t& length) noexcept {
-        const unsigned int x = *_p & 0x7Fu;
-        if (x < 64) {
-            length = x + 1;
-            _size = 1;
-            return true;
-        }
-        length = static_cast<std::size_t>(_p[1]) + 65;
-        _size = 2;
-        return x == 64;
+        return isShortLength<Forms::LengthAt1>(length);
     }
 
     /// A length at bit position 4 (X.891, C.23), up to 264.
     TAMO_ALWAYS_INLINE bool lengthAtPosition4(std::size_t& length) noexcept {
-        const unsigned int x = *_p & 0x0Fu;
-        if (x < 8) {
-            length = x + 1;
-            _size = 1;
-            return true;
-        }
-        length = static_cast<std::size_t>(_p[1]) + 9;
-        _size = 2;
-        return x == 8;
+        return isShortLength<Forms::LengthAt4>(length);
     }
 
     /// A length at bit position 6 (X.891, C.24).
     TAMO_ALWAYS_INLINE bool lengthAtPosition6(std::size_t& length) noexcept {
-        const unsigned int x = *_p & 0x03u;
-        if (x < 2) {
-            length = x + 1;
-            _size = 1;
-        } else if (x == 2) {
-            length = static_cast<std::size_t>(_p[1]) + 3;
-            _size = 2;
-        } else {
+        using Form = Forms::LengthAt6;
+        if (!isShortLength<Form>(length)) {
             length = (static_cast<std::size_t>(_p[1]) << 24 | static_cast<std::size_t>(_p[2]) << 16 |
                       static_cast<std::size_t>(_p[3]) << 8 | _p[4]) +
-                     259;
+                     Form::IN_TWO + 1;
             _size = 5;
         }
         return true;
@@ -162,6 +114,53 @@ public:
     }
 
 private:
+    // Begins where the reader stands; there are no octets when that is within one.
+    TAMO_ALWAYS_INLINE void enter(const BitStreamReader& reader) noexcept {
+        const std::size_t left = reader.cachedOctets(_p);
+        if (left == 0 || reader.bitPos() != 0) [[unlikely]] {
+            _p = nullptr;
+        }
+        _pEnd = _p ? _p + left : nullptr;
+    }
+
+    // An integer in one octet or two.
+    template<class Form>
+    TAMO_ALWAYS_INLINE bool isShort(unsigned int& val) noexcept {
+        const unsigned int x = *_p & Form::BITS;
+        if (x < Form::IN_ONE) {
+            val = x + 1;
+            _size = 1;
+            return true;
+        }
+        val = ((x & Form::HIGH_TWO) << 8 | _p[1]) + Form::IN_ONE + 1;
+        _size = 2;
+        return x < Form::MARK_THREE;
+    }
+
+    // One in three, if it is not short.
+    template<class Form>
+    TAMO_ALWAYS_INLINE bool isInThree(unsigned int& val) noexcept {
+        const unsigned int x = *_p & Form::BITS;
+        val =
+            ((x & Form::HIGH_THREE) << 16 | static_cast<unsigned int>(_p[1]) << 8 | _p[2]) + Form::IN_TWO + 1;
+        _size = 3;
+        return x < Form::END_THREE;
+    }
+
+    // A length in one octet or two.
+    template<class Form>
+    TAMO_ALWAYS_INLINE bool isShortLength(std::size_t& length) noexcept {
+        const unsigned int x = *_p & Form::BITS;
+        if (x < Form::IN_ONE) {
+            length = x + 1;
+            _size = 1;
+            return true;
+        }
+        length = _p[1] + Form::IN_ONE + 1;
+        _size = 2;
+        return x == Form::MARK_TWO;
+    }
+
     static constexpr std::ptrdiff_t ENOUGH = 6; // an index or a length in the longest form, twice
 
     const unsigned char* _p = nullptr;

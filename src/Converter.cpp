@@ -1,5 +1,7 @@
 #include "Tamo/FastInfoset/Converter.h"
 #include "Tamo/DeferredFlushStream.h"
+#include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
+#include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
 #include "Tamo/XML/InputSource.h"
@@ -20,20 +22,35 @@ void parseInto(XML::XMLReader& reader, FastInfosetWriter& writer, XML::InputSour
     reader.parse(&source);
 }
 
+class RefusingLoader : public ExternalVocabularyLoader {
+public:
+    DocumentVocabulary load(const std::string& uri) override {
+        throw FISException("The document names an external vocabulary, which is not to be opened", uri);
+    }
+};
+
 } // namespace
 
 void Converter::convertToFIS(std::istream& in, std::ostream& out, int maxIndexedStringLength, int options) {
+    Options all;
+    all.maxIndexedStringLength = maxIndexedStringLength;
+    all.stripWhitespace = (options & STRIP_WHITESPACE) != 0;
+    convertToFIS(in, out, all);
+}
+
+void Converter::convertToFIS(std::istream& in, std::ostream& out, const Options& options) {
     // The writer flushes at every construct; a file must not see that.
     DeferredFlushOutputStream buffer(out);
     {
         FastInfosetWriter writer(buffer, false, DocumentVocabulary::VOC_MAP);
-        writer.setMaxIndexedStringLength(maxIndexedStringLength);
+        writer.setMaxIndexedStringLength(options.maxIndexedStringLength);
         XML::SAXParser parser;
         parser.setFeature(XML::XMLReader::FEATURE_NAMESPACES, true);
         parser.setFeature(XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, true);
         parser.setFeature(XML::SAXParser::FEATURE_DECLARATIONS_FIRST, true);
+        parser.setLimits(options.limits.delivery());
         XML::InputSource source(in);
-        if (options & STRIP_WHITESPACE) {
+        if (options.stripWhitespace) {
             XML::WhitespaceFilter filter(&parser);
             parseInto(filter, writer, source);
         } else {
@@ -47,8 +64,22 @@ void Converter::convertToFIS(std::istream& in, std::ostream& out, int maxIndexed
 }
 
 void Converter::convertToXML(std::istream& in, std::ostream& out, int options) {
-    XML::XMLWriter writer(out, options);
+    Options all;
+    all.xmlOptions = options;
+    all.opensVocabularies = true;
+    convertToXML(in, out, all);
+}
+
+void Converter::convertToXML(std::istream& in, std::ostream& out, const Options& options) {
+    XML::XMLWriter writer(out, options.xmlOptions);
     FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR);
+    RefusingLoader refusing;
+    if (options.pVocabularyLoader) {
+        parser.setExternalVocabularyLoader(options.pVocabularyLoader);
+    } else if (!options.opensVocabularies) {
+        parser.setExternalVocabularyLoader(&refusing);
+    }
+    parser.setLimits(options.limits);
     parser.initialize(&writer);
     XML::InputSource source(in);
     parser.parse(&source);

@@ -1,31 +1,52 @@
 #include "Tamo/FastInfoset/Decoder.h"
+#include "OwnTable.h"
 #include "Tamo/FastInfoset/Encoder.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
 #include "Tamo/FastInfoset/FISDocumentHandler.h"
 #include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/StringDecoder.h"
+#include <algorithm>
+#include <deque>
+#include <limits>
 #include <set>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 
 namespace Tamo::FastInfoset {
 
 namespace {
 
-// Skips bits of the construct that the message names.
-void skipBits(BitStreamReader& reader, int numBits, const char* message) {
-    reader.skip(numBits);
-    if (reader.cachedBits() < 0) {
+// The bits have to be there for the construct that the message names.
+void requireBits(BitStreamReader& reader, int numBits, const char* message) {
+    if (!reader.hasBits(numBits)) [[unlikely]] {
         throw FISParseException(message);
     }
 }
 
+void skipBits(BitStreamReader& reader, int numBits, const char* message) {
+    requireBits(reader, numBits, message);
+    reader.skip(numBits);
+}
+
 template<class T>
 void readBits(BitStreamReader& reader, T& value, int numBits, const char* message) {
-    if (!reader.read(value, numBits)) {
-        throw FISParseException(message);
+    requireBits(reader, numBits, message);
+    reader.read(value, numBits);
+}
+
+// A number of whole octets, from an octet boundary on.
+UInt32 readOctets(BitStreamReader& reader, std::size_t count, const char* message) {
+    requireBits(reader, static_cast<int>(8 * count), message);
+    const unsigned char* pOctets = nullptr;
+    reader.cachedOctets(pOctets);
+    UInt32 value = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        value = value << 8 | pOctets[i];
     }
+    reader.advance(8 * count);
+    return value;
 }
 
 constexpr const char* INTEGER_END = "Unexpected end of stream while reading integer";
@@ -92,26 +113,53 @@ void integerAtPosition3(BitStreamReader& aReader, unsigned int& val) {
     tamo_assert(aReader.bitPos() == 0);
 }
 
-// Adds an entry that must be new. The entries seen are kept beside the table, because a vector table does not
-// look for equal ones.
-template<class T, class Seen>
-void addNew(Vocabulary<T>& table, Seen& seen, const T& value) {
-    bool existed = seen.contains(value);
-    tamo_assert(!existed);
-    const unsigned int index = table.index(value, existed);
-    tamo_assert(!existed);
-    seen.insert(table.value(index));
-}
+// The entries of a table of strings: where they are, or copies of those of an application's table.
+class SeenStrings {
+public:
+    explicit SeenStrings(const Vocabulary<std::string>& table)
+        : _stay(OwnTable::valuesOf(table) != nullptr) {}
 
+    bool contains(const std::string& value) const { return _views.contains(value); }
+    void insert(const std::string& value) { _views.insert(_stay ? value : _copies.emplace_back(value)); }
+
+private:
+    bool _stay;
+    std::deque<std::string> _copies;
+    std::unordered_set<std::string_view> _views;
+};
+
+// Those of a table of names.
+class SeenNames : public std::set<QualifiedNameEntry> {
+public:
+    explicit SeenNames(const Vocabulary<QualifiedNameEntry>&) {}
+};
+
+// Adds entries to a table, each of which must be new. Those that are there are kept beside it, because a
+// vector table does not look for equal ones.
 template<class T, class Seen>
-void collect(const Vocabulary<T>& table, Seen& seen) {
-    for (std::size_t i = 0; i < table.size(); ++i) {
-        seen.insert(table.value(static_cast<unsigned int>(i)));
+class NewEntries {
+public:
+    explicit NewEntries(Vocabulary<T>& table) : _table(table), _seen(table) {
+        for (std::size_t i = 0; i < table.size(); ++i) {
+            _seen.insert(table.value(static_cast<unsigned int>(i)));
+        }
     }
-}
 
-// Views into the table, whose values never move.
-using SeenStrings = std::unordered_set<std::string_view>;
+    void add(const T& value) {
+        bool existed = _seen.contains(value);
+        tamo_assert(!existed);
+        const unsigned int index = _table.index(value, existed);
+        tamo_assert(!existed);
+        _seen.insert(_table.value(index));
+    }
+
+private:
+    Vocabulary<T>& _table;
+    Seen _seen;
+};
+
+using NewStrings = NewEntries<std::string, SeenStrings>;
+using NewNames = NewEntries<QualifiedNameEntry, SeenNames>;
 
 } // namespace
 
@@ -151,22 +199,19 @@ void Decoder::nonEmptyStringLength(BitStreamReader& aReader, std::size_t& strLen
     const unsigned int half = 1u << (groupBits - 1);
     unsigned char x = 0;
     readBits(aReader, x, groupBits, END);
-    if (x < half) {
-        strLen = static_cast<std::size_t>(x) + 1;
-    } else if (x == half) {
-        unsigned char low = 0;
-        readBits(aReader, low, 8, END);
-        strLen = static_cast<std::size_t>(low) + half + 1;
-    } else {
-        unsigned int low = 0;
-        readBits(aReader, low, 32, END);
-        strLen = static_cast<std::size_t>(low) + half + 257;
+    UInt64 length = UInt64{x} + 1;
+    if (x == half) {
+        length = UInt64{readOctets(aReader, 1, END)} + half + 1;
+    } else if (x > half) {
+        length = UInt64{readOctets(aReader, 4, END)} + half + 257;
     }
+    const UInt64 limit = std::min<UInt64>(aReader.maxStringLength(), std::numeric_limits<std::size_t>::max());
+    if (length > limit) {
+        throw FISException("Limit exceeded: string length", std::to_string(limit));
+    }
+    strLen = static_cast<std::size_t>(length);
     tamo_assert(strLen > 0);
     tamo_assert(aReader.bitPos() == 0);
-    if (strLen > aReader.maxStringLength()) {
-        throw FISException("Limit exceeded: string length", std::to_string(aReader.maxStringLength()));
-    }
 }
 
 void Decoder::nonEmptyOctetString(BitStreamReader& aReader, std::string& octets) {
@@ -182,10 +227,9 @@ void Decoder::lengthOfSequence(BitStreamReader& aReader, unsigned int& len) {
     if (aReader.bitPos() != 0) {
         throw FISEncodingException("Illegal startposition for a lengthOfSequence value");
     }
+    requireBits(aReader, 1, END);
     unsigned char first = 0;
-    if (!aReader.peek(first, 1)) {
-        throw FISParseException(END);
-    }
+    aReader.peek(first, 1);
     if (first == 0) {
         unsigned char x = 0;
         readBits(aReader, x, 8, END);
@@ -204,11 +248,10 @@ QualifiedNameEntry Decoder::nameSurrogate(BitStreamReader& aReader) {
     if (aReader.bitPos() != 6) {
         throw FISEncodingException("Illegal startposition for a nameSurrogate value");
     }
-    bool hasPrefix = false;
-    bool hasNamespace = false;
-    if (!aReader.read(hasPrefix) || !aReader.read(hasNamespace)) {
-        throw FISParseException(SURROGATE_END);
-    }
+    unsigned char presence = 0;
+    readBits(aReader, presence, 2, SURROGATE_END);
+    const bool hasPrefix = (presence & 2) != 0;
+    const bool hasNamespace = (presence & 1) != 0;
     UInt32 prefix = QualifiedNameEntry::ABSENT;
     UInt32 namespaceName = QualifiedNameEntry::ABSENT;
     UInt32 localName = QualifiedNameEntry::ABSENT;
@@ -245,7 +288,8 @@ void Decoder::encodedCharacterString(BitStreamReader& aReader, std::string& valu
         break;
     case DocumentVocabulary::RESTRICTEDALPHABET:
         nonEmptyOctetString(aReader, octets);
-        StringDecoder::decodeAlphabet(octets, vocabulary.restrictedAlphabets().alphabet(index), value);
+        StringDecoder::decodeAlphabet(octets, std::as_const(vocabulary).restrictedAlphabets().alphabet(index),
+                                      value);
         break;
     default: {
         tamo_assert(enc == DocumentVocabulary::ENCODINGALGORITHM);
@@ -258,7 +302,7 @@ void Decoder::encodedCharacterString(BitStreamReader& aReader, std::string& valu
 void Decoder::documentPreHeader(BitStreamReader& aReader, std::string& xmlDecl) {
     xmlDecl.clear();
     unsigned short word = 0;
-    aReader.read(word, 16);
+    readBits(aReader, word, 16, HEADER_END);
     if (word == Encoder::XMLDECLARATION) {
         xmlDecl = "<?";
         while (xmlDecl.back() != '>') {
@@ -269,8 +313,7 @@ void Decoder::documentPreHeader(BitStreamReader& aReader, std::string& xmlDecl) 
             aReader.read(octet, 8);
             xmlDecl.push_back(octet);
         }
-        word = 0;
-        aReader.read(word, 16);
+        readBits(aReader, word, 16, HEADER_END);
     }
     if (word != Encoder::DOCUMENTSTART) {
         throw FISException("Not a valid Fast Infoset document (invalid header)");
@@ -416,13 +459,12 @@ void Decoder::skipEncodingAlgos(BitStreamReader& aReader, DocumentVocabulary&) {
 void Decoder::handleVocabulary(BitStreamReader& aReader, Vocabulary<std::string>& table) {
     unsigned int count = 0;
     lengthOfSequence(aReader, count);
-    SeenStrings seen;
-    collect(table, seen);
+    NewStrings entries(table);
     std::string value;
     for (unsigned int i = 0; i < count; ++i) {
         skipBits(aReader, 1, VOCABULARY_END);
         nonEmptyOctetString(aReader, value);
-        addNew(table, seen, value);
+        entries.add(value);
     }
 }
 
@@ -430,24 +472,22 @@ void Decoder::handleEncodedCharacterStringVoc(BitStreamReader& aReader, Vocabula
                                               DocumentVocabulary& vocabulary) {
     unsigned int count = 0;
     lengthOfSequence(aReader, count);
-    SeenStrings seen;
-    collect(table, seen);
+    NewStrings entries(table);
     std::string value;
     for (unsigned int i = 0; i < count; ++i) {
         skipBits(aReader, 2, VOCABULARY_END);
         encodedCharacterString(aReader, value, vocabulary);
-        addNew(table, seen, value);
+        entries.add(value);
     }
 }
 
 void Decoder::handleNameSurrogatesVoc(BitStreamReader& aReader, Vocabulary<QualifiedNameEntry>& table) {
     unsigned int count = 0;
     lengthOfSequence(aReader, count);
-    std::set<QualifiedNameEntry> seen;
-    collect(table, seen);
+    NewNames entries(table);
     for (unsigned int i = 0; i < count; ++i) {
         skipBits(aReader, 6, VOCABULARY_END);
-        addNew(table, seen, nameSurrogate(aReader));
+        entries.add(nameSurrogate(aReader));
     }
 }
 

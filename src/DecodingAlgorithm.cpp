@@ -1,9 +1,12 @@
 #include "Tamo/FastInfoset/DecodingAlgorithm.h"
+#include "Tamo/Exception.h"
+#include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/BoolEncoding.h"
 #include "Tamo/FastInfoset/CDataEncoding.h"
 #include "Tamo/FastInfoset/DWordEncoding.h"
 #include "Tamo/FastInfoset/DoubleEncoding.h"
 #include "Tamo/FastInfoset/EncodingAlgorithm.h"
+#include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/FloatEncoding.h"
 #include "Tamo/FastInfoset/HexEncoding.h"
 #include "Tamo/FastInfoset/IntEncoding.h"
@@ -47,7 +50,18 @@ AutoPtr<Encoding> DecodingAlgorithm::read(int index, BitStreamReader& reader) co
         return BUILT_IN[static_cast<std::size_t>(index)](reader);
     }
     const std::size_t own = static_cast<std::size_t>(index) - BUILT_IN.size();
-    return index < 0 || own >= _decodings.size() ? InvalidDecoding::decode(reader) : _decodings[own](reader);
+    if (index < 0 || own >= _decodings.size()) {
+        return InvalidDecoding::decode(reader);
+    }
+    try {
+        return _decodings[own](reader);
+    } catch (const AssertionViolationException&) {
+        // A reader asserts that a memory block holds what is asked for; no document ends with a value.
+        if (!reader.hasOctet()) {
+            throw FISParseException("Unexpected end of stream while reading the value of an algorithm");
+        }
+        throw;
+    }
 }
 
 } // namespace Tamo::FastInfoset

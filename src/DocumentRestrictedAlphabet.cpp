@@ -1,40 +1,53 @@
 #include "Tamo/FastInfoset/DocumentRestrictedAlphabet.h"
 #include "Tamo/Bugcheck.h"
+#include <utility>
 
 namespace Tamo::FastInfoset {
 
-DocumentRestrictedAlphabet::DocumentRestrictedAlphabet() : DocumentRestrictedAlphabet(false) {}
+DocumentRestrictedAlphabet::DocumentRestrictedAlphabet() = default;
 
-DocumentRestrictedAlphabet::DocumentRestrictedAlphabet(bool empty) {
-    static const DocumentRestrictedAlphabet SHARED(0);
-    static const auto NONE = std::make_shared<std::vector<RestrictedAlphabet>>();
-    _pAlphabets = empty ? NONE : SHARED._pAlphabets;
+DocumentRestrictedAlphabet::DocumentRestrictedAlphabet(bool empty)
+    : _pOwn(empty ? std::make_unique<std::vector<RestrictedAlphabet>>() : nullptr) {}
+
+DocumentRestrictedAlphabet::DocumentRestrictedAlphabet(const DocumentRestrictedAlphabet& other)
+    : _pOwn(other._pOwn ? std::make_unique<std::vector<RestrictedAlphabet>>(*other._pOwn) : nullptr) {}
+
+DocumentRestrictedAlphabet& DocumentRestrictedAlphabet::operator=(DocumentRestrictedAlphabet other) noexcept {
+    _pOwn = std::move(other._pOwn);
+    return *this;
 }
 
-// The built-in and reserved entries, which all others share.
-DocumentRestrictedAlphabet::DocumentRestrictedAlphabet(int)
-    : _pAlphabets(std::make_shared<std::vector<RestrictedAlphabet>>()) {
-    add(NUMERIC_CHARACTERS);
-    add(DATE_TIME_CHARACTERS);
-    for (int i = 3; i <= 15; ++i) {
-        addDummy();
-    }
-    const auto& _alphabets = alphabets(); // the name in the assertion's text
-    tamo_assert(_alphabets.size() == 15);
+DocumentRestrictedAlphabet::~DocumentRestrictedAlphabet() = default;
+
+// A constant, so that a document without alphabets of its own costs nothing.
+const std::vector<RestrictedAlphabet>& DocumentRestrictedAlphabet::builtInAlphabets() {
+    static const std::vector<RestrictedAlphabet> ALPHABETS = [] {
+        std::vector<RestrictedAlphabet> _alphabets(BUILT_IN); // the name in the assertion's text
+        _alphabets[0] = RestrictedAlphabet(NUMERIC_CHARACTERS);
+        _alphabets[1] = RestrictedAlphabet(DATE_TIME_CHARACTERS);
+        tamo_assert(_alphabets.size() == 15);
+        return _alphabets;
+    }();
+    return ALPHABETS;
 }
 
 void DocumentRestrictedAlphabet::add(const std::string& characters) {
-    changeable().emplace_back(characters);
+    own().emplace_back(characters);
 }
 
 void DocumentRestrictedAlphabet::addDummy() {
-    changeable().emplace_back();
+    own().emplace_back();
 }
 
 RestrictedAlphabet& DocumentRestrictedAlphabet::alphabet(unsigned int vocabulary) {
+    std::as_const(*this).alphabet(vocabulary); // which asserts that there is one
+    return own()[vocabulary - 1];
+}
+
+const RestrictedAlphabet& DocumentRestrictedAlphabet::alphabet(unsigned int vocabulary) const {
     const auto& _alphabets = alphabets(); // the name in the assertion's text
     tamo_assert(vocabulary > 0 && vocabulary <= _alphabets.size());
-    return changeable()[vocabulary - 1];
+    return _alphabets[vocabulary - 1];
 }
 
 DocumentRestrictedAlphabet
@@ -42,18 +55,16 @@ DocumentRestrictedAlphabet::operator-(const DocumentRestrictedAlphabet& other) c
     const auto& _alphabets = alphabets(); // the name in the assertion's text
     tamo_assert(other.alphabets().size() <= _alphabets.size());
     DocumentRestrictedAlphabet result(true);
-    if (_alphabets.size() > other.alphabets().size()) {
-        result.changeable().assign(_alphabets.begin() + static_cast<std::ptrdiff_t>(other.alphabets().size()),
-                                   _alphabets.end());
-    }
+    result._pOwn->assign(_alphabets.begin() + static_cast<std::ptrdiff_t>(other.alphabets().size()),
+                         _alphabets.end());
     return result;
 }
 
-std::vector<RestrictedAlphabet>& DocumentRestrictedAlphabet::changeable() {
-    if (_pAlphabets.use_count() != 1) {
-        _pAlphabets = std::make_shared<std::vector<RestrictedAlphabet>>(*_pAlphabets);
+std::vector<RestrictedAlphabet>& DocumentRestrictedAlphabet::own() {
+    if (!_pOwn) {
+        _pOwn = std::make_unique<std::vector<RestrictedAlphabet>>(builtInAlphabets());
     }
-    return *_pAlphabets;
+    return *_pOwn;
 }
 
 } // namespace Tamo::FastInfoset

@@ -23,7 +23,7 @@ template<class T>
 void enterAll(const Vocabulary<T>& from, Vocabulary<T>& to) {
     for (std::size_t i = to.size(); i < from.size(); ++i) {
         bool found = false;
-        to.index(from.values()[i], found);
+        to.index(from.value(static_cast<unsigned int>(i)), found);
         if (found) {
             throw InvalidArgumentException("A vocabulary in which an entry occurs twice cannot be searched",
                                            "index " + std::to_string(i));
@@ -68,26 +68,19 @@ DocumentVocabulary& DocumentVocabulary::operator=(const DocumentVocabulary& othe
 DocumentVocabulary::~DocumentVocabulary() = default;
 
 void DocumentVocabulary::reset() {
-    if (_ownTables) {
-        // Emptying the tables is the same as building them anew, and costs a small document nothing.
-        for (std::size_t id = PREFIX; id < _vocabularies.size(); ++id) {
-            _vocabularies[id]->reset();
-        }
-        _pElementVocabulary->reset();
-        _pAttributeVocabulary->reset();
-        init();
-        return;
+    if (!_ownTables) {
+        clear();
     }
-    clear();
+    // Emptying the tables is the same as building them anew, and costs a small document nothing.
     switch (_impl) {
     case VOC_VECTOR:
-        create<VectorVocabulary<std::string>, VectorVocabulary<QualifiedNameEntry>>();
+        emptyTables<VectorVocabulary<std::string>, VectorVocabulary<QualifiedNameEntry>>();
         break;
     case VOC_MAP:
-        create<MapVocabulary<std::string>, MapVocabulary<QualifiedNameEntry>>();
+        emptyTables<MapVocabulary<std::string>, MapVocabulary<QualifiedNameEntry>>();
         break;
     case VOC_HASH:
-        create<HashVocabulary<std::string>, HashVocabulary<QualifiedNameEntry>>();
+        emptyTables<HashVocabulary<std::string>, HashVocabulary<QualifiedNameEntry>>();
         break;
     }
     init();
@@ -111,12 +104,14 @@ bool DocumentVocabulary::isPredefined() const {
     if (!_pElementVocabulary || !_pAttributeVocabulary || _vocabularies.size() != ELEMENT_NAME) {
         return false;
     }
-    const auto isEmpty = []<class T>(const Vocabulary<T>& table) {
-        return table.values().size() == 1 && table.values()[0] == T();
+    // What was built here has its placeholders, and "xml" first; in an application's table they are looked
+    // for.
+    const auto isEmpty = [this]<class T>(const Vocabulary<T>& table) {
+        return table.size() == 1 && (_ownTables || table.value(0) == T());
     };
-    const auto holdsOnly = [](const StringTable* pTable, const std::string& value) {
-        return pTable && pTable->values().size() == 2 && pTable->values()[0].empty() &&
-               pTable->values()[1] == value;
+    const auto holdsOnly = [this](const StringTable* pTable, std::string_view value) {
+        return pTable && pTable->size() == 2 &&
+               (_ownTables || (pTable->value(0).empty() && pTable->value(1) == value));
     };
     for (std::size_t id = LOCAL_NAME; id <= CONTENT_CHARACTER_CHUNK; ++id) {
         if (!_vocabularies[id] || !isEmpty(*_vocabularies[id])) {
@@ -161,6 +156,20 @@ void DocumentVocabulary::create() {
     _pTables = std::move(pTables);
 }
 
+// The tables that were built here, of these classes, without their entries; or new ones.
+template<class Strings, class Names>
+void DocumentVocabulary::emptyTables() {
+    if (!_ownTables) {
+        create<Strings, Names>();
+        return;
+    }
+    for (std::size_t id = PREFIX; id < _vocabularies.size(); ++id) {
+        static_cast<Strings&>(*_vocabularies[id]).reset();
+    }
+    static_cast<Names&>(*_pElementVocabulary).reset();
+    static_cast<Names&>(*_pAttributeVocabulary).reset();
+}
+
 void DocumentVocabulary::init() {
     bool dummy = false;
     tamo_assert(_vocabularies[DocumentVocabulary::PREFIX]->index("xml", dummy) == 1);
@@ -187,9 +196,9 @@ unsigned int DocumentVocabulary::exists(ID vocabulary, const std::string& s, boo
 }
 
 void DocumentVocabulary::initialize(ID vocabulary, Vocabulary<std::string>* table) {
-    StringTablePtr pTable(table);
     tamo_assert(vocabulary > DocumentVocabulary::ENCODING_ALGORITHM &&
                 vocabulary < DocumentVocabulary::ELEMENT_NAME);
+    StringTablePtr pTable(table);
     if (_vocabularies.size() <= static_cast<std::size_t>(vocabulary)) {
         _vocabularies.resize(static_cast<std::size_t>(vocabulary) + 1);
     }

@@ -1,6 +1,6 @@
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/XML/ContentHandler.h"
-#include <algorithm>
+#include "TextPieces.h"
 
 namespace Tamo::FastInfoset {
 
@@ -25,14 +25,9 @@ std::string& Encoding::content() {
 }
 
 void Encoding::deliver(XML::ContentHandler& handler, const std::string& text) {
-    // The interface counts in int: only text beyond that takes a second call.
-    constexpr std::size_t MOST = 0x40000000;
-    std::size_t done = 0;
-    do {
-        const std::size_t count = std::min(text.size() - done, MOST);
-        handler.characters(text.data() + done, 0, static_cast<int>(count));
-        done += count;
-    } while (done < text.size());
+    TextPieces::forEach(text, [&handler](std::string_view piece) {
+        handler.characters(piece.data(), 0, static_cast<int>(piece.size()));
+    });
 }
 
 } // namespace Tamo::FastInfoset

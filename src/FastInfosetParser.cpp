@@ -1,7 +1,9 @@
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "CommonForms.h"
+#include "OwnTable.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/CDataEncoding.h"
+#include "Tamo/FastInfoset/Encoder.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
 #include "Tamo/FastInfoset/FISContentHandler.h"
@@ -17,14 +19,17 @@
 #include "Tamo/XML/LexicalHandler.h"
 #include "Tamo/XML/SAXException.h"
 #include "Tamo/XML/XMLWriter.h"
+#include "TextPieces.h"
 #include <algorithm>
 #include <limits>
 #include <string_view>
-#include <typeinfo>
+#include <utility>
 
 namespace Tamo::FastInfoset {
 
 namespace {
+
+constexpr std::size_t CALLBACK = XML::DeliveryLimits::CALLBACK;
 
 // The four bits that end a list, an element or the document.
 constexpr unsigned char TERMINATOR = 0x0F;
@@ -32,33 +37,35 @@ constexpr unsigned char TERMINATOR = 0x0F;
 constexpr const char* ELEMENT_END = "Unexpected end of stream while parsing element";
 constexpr const char* DTD_END = "Unexpected end of stream while parsing document type declaration";
 
-inline void readBit(BitStreamReader& reader, bool& bit, const char* message) {
-    if (!reader.read(bit)) [[unlikely]] {
+// The bits have to be there for the construct that the message names.
+inline void requireBits(BitStreamReader& reader, int numBits, const char* message) {
+    if (!reader.hasBits(numBits)) [[unlikely]] {
         throw FISParseException(message);
     }
 }
 
+inline void readBit(BitStreamReader& reader, bool& bit, const char* message) {
+    requireBits(reader, 1, message);
+    reader.read(bit);
+}
+
 inline unsigned char readBits(BitStreamReader& reader, int numBits, const char* message) {
+    requireBits(reader, numBits, message);
     unsigned char bits = 0;
-    if (!reader.read(bits, numBits)) [[unlikely]] {
-        throw FISParseException(message);
-    }
+    reader.read(bits, numBits);
     return bits;
 }
 
 inline unsigned char peekBits(BitStreamReader& reader, int numBits, const char* message) {
+    requireBits(reader, numBits, message);
     unsigned char bits = 0;
-    if (!reader.peek(bits, numBits)) [[unlikely]] {
-        throw FISParseException(message);
-    }
+    reader.peek(bits, numBits);
     return bits;
 }
 
 inline void skipBits(BitStreamReader& reader, int numBits, const char* message) {
+    requireBits(reader, numBits, message);
     reader.skip(numBits);
-    if (reader.cachedBits() < 0) [[unlikely]] {
-        throw FISParseException(message);
-    }
 }
 
 void requirePosition(bool holds, const char* message) {
@@ -67,21 +74,28 @@ void requirePosition(bool holds, const char* message) {
     }
 }
 
+// What stands for the values of an application's table.
+const VerbTable<std::string>& noValues() {
+    static const VerbTable<std::string> NONE{};
+    return NONE;
+}
+
 [[noreturn]] void throwLimitExceeded(const char* message, UInt64 limit) {
     throw FISException(message, std::to_string(limit));
 }
 
-int lengthOf(const std::string& text) {
-    constexpr int MOST = std::numeric_limits<int>::max();
-    if (text.size() > static_cast<std::size_t>(MOST)) [[unlikely]] {
-        throwLimitExceeded("Limit exceeded: string length", MOST);
+int lengthOf(const std::string& comment) {
+    if (comment.size() > TextPieces::MOST) [[unlikely]] {
+        throw FISException("A comment of " + std::to_string(comment.size()) +
+                           " octets cannot be reported in one call, which takes " +
+                           std::to_string(TextPieces::MOST));
     }
-    return static_cast<int>(text.size());
+    return static_cast<int>(comment.size());
 }
 
 } // namespace
 
-const std::string FastInfosetParser::EMPTY_STRING;
+constinit const std::string FastInfosetParser::EMPTY_STRING;
 
 FastInfosetParser::FastInfosetParser(DocumentVocabulary::VocabularyImpl impl) : _vocabulary(impl) {}
 
@@ -281,7 +295,8 @@ void FastInfosetParser::beginDocument(BitStreamReader& reader) {
     _openElements.clear();
     _declaredPrefixes.clear();
     _inDTD = false;
-    _deliveredOctets = 0;
+    _meter.start(_limits.delivery());
+    _pSource = &reader;
     reader.setMaxStringLength(_limits.maxStringLength);
     Decoder::documentPreHeader(reader, _scratch);
     if (_pDocumentHandler) {
@@ -416,10 +431,8 @@ TAMO_ALWAYS_INLINE void FastInfosetParser::parseCommonElement(BitStreamReader& r
     if (octets.integerAtPosition2(index) && (pName = _elementNames.find(index))) [[likely]] {
         octets.accept();
     } else {
-        octets.leave(reader);
-        index = parseOtherName(reader, b, true);
+        index = octets.apart(reader, [&] { return parseOtherName(reader, b, true); });
         pName = _elementNames.find(index);
-        octets.enter(reader);
     }
     _attributes.clear();
     const bool isEnd = (b & 0x40) && parseCommonAttributes(reader, octets, all);
@@ -458,19 +471,14 @@ TAMO_ALWAYS_INLINE bool FastInfosetParser::parseCommonAttributes(BitStreamReader
         if (octets.integerAtPosition1(index) && (pName = _attributeNames.find(index))) [[likely]] {
             octets.accept();
         } else {
-            octets.leave(reader);
-            pName = _attributeNames.find(parseOtherName(reader, b, false));
-            octets.enter(reader);
+            index = octets.apart(reader, [&] { return parseOtherName(reader, b, false); });
+            pName = _attributeNames.find(index);
         }
         if (!octets.areEnough() || !parseCommonAttributeValue(octets, *pName)) [[unlikely]] {
-            octets.leave(reader);
-            parseAttributeValue(reader, *pName);
-            octets.enter(reader);
+            octets.apart(reader, [&] { parseAttributeValue(reader, *pName); });
         }
     }
-    octets.leave(reader);
-    parseAttributes(reader);
-    octets.enter(reader);
+    octets.apart(reader, [&] { parseAttributes(reader); });
     return false;
 }
 
@@ -495,8 +503,10 @@ TAMO_ALWAYS_INLINE bool FastInfosetParser::parseCommonAttributeValue(CommonForms
         size > _limits.maxStringLength || !(pValue = octets.string(size))) {
         return false;
     }
-    if (b & 0x40) {
-        addAttribute(name, *addLiteral(DocumentVocabulary::ATTRIBUTE_VALUE, pValue, size).pValue);
+    const std::string* const pKept =
+        (b & 0x40) ? keep(DocumentVocabulary::ATTRIBUTE_VALUE, pValue, size) : nullptr;
+    if (pKept) [[likely]] {
+        addAttribute(name, *pKept);
     } else {
         addAttribute(name, pValue, size);
     }
@@ -519,12 +529,11 @@ TAMO_ALWAYS_INLINE bool FastInfosetParser::parseCommonCharacterChunk(CommonForms
     std::size_t size = 0;
     const char* pText = nullptr;
     if ((b & 0x0C) != DocumentVocabulary::UTF8 || !octets.lengthAtPosition6(size) ||
-        size > _limits.maxStringLength || size > static_cast<std::size_t>(std::numeric_limits<int>::max()) ||
-        !(pText = octets.string(size))) {
+        size > _limits.maxStringLength || size > TextPieces::MOST || !(pText = octets.string(size))) {
         return false;
     }
     if (b & 0x10) {
-        addLiteral(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, pText, size);
+        keep(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, pText, size);
     }
     reportCharacters(pText, size);
     return true;
@@ -532,7 +541,7 @@ TAMO_ALWAYS_INLINE bool FastInfosetParser::parseCommonCharacterChunk(CommonForms
 
 inline void FastInfosetParser::reportCharacters(const char* pText, std::size_t size) {
     if (_pContentHandler) {
-        deliver(size);
+        deliver(CALLBACK + size);
         _pContentHandler->characters(pText, 0, static_cast<int>(size));
     }
 }
@@ -610,6 +619,7 @@ inline void FastInfosetParser::endElement() {
         const ResolvedNames::Name& name = *_elementNames.find(index);
         _pContentHandler->endElement(*name.pUri, *name.pLocalName, qualifiedName(index));
         for (const std::string* pPrefix : _declaredPrefixes) {
+            deliver(CALLBACK + pPrefix->size());
             _pContentHandler->endPrefixMapping(*pPrefix);
         }
     }
@@ -638,7 +648,7 @@ void FastInfosetParser::parseNamespaceAttribute(BitStreamReader& reader) {
         parseCondIdentifyingStringOrIndex(reader, hasNamespace, DocumentVocabulary::NAMESPACE_NAME);
     _declaredPrefixes.push_back(&prefix);
     if (_pContentHandler) {
-        deliver(prefix.size() + uri.size());
+        deliver(CALLBACK + prefix.size() + uri.size());
         _pContentHandler->startPrefixMapping(prefix, uri);
     }
 }
@@ -696,9 +706,7 @@ unsigned int FastInfosetParser::parseQualifiedNameOrIndex(BitStreamReader& reade
     Decoder::integer(reader, index);
     ResolvedNames& resolved = resolvedNames(isElement);
     if (!resolved.find(index)) {
-        const Vocabulary<QualifiedNameEntry>& names = getQNameVocabulary(isElement);
-        const QualifiedNameEntry* pEntry = names.values().find(index);
-        const QualifiedNameEntry& entry = pEntry ? *pEntry : names.value(index); // the latter throws
+        const QualifiedNameEntry entry = getQNameVocabulary(isElement).value(index);
         resolved.enter(index, namePart(DocumentVocabulary::PREFIX, entry.prefixId()),
                        namePart(DocumentVocabulary::NAMESPACE_NAME, entry.namespaceId()),
                        namePart(DocumentVocabulary::LOCAL_NAME, entry.localNameId()));
@@ -720,9 +728,7 @@ unsigned int FastInfosetParser::parseQualifiedName(BitStreamReader& reader, bool
     Vocabulary<QualifiedNameEntry>& names = getQNameVocabulary(isElement);
     const unsigned int index =
         names.index(QualifiedNameEntry(prefix.index, uri.index, localName.index), found);
-    if (names.values().size() > _limits.maxTableEntries) [[unlikely]] {
-        throwLimitExceeded("Limit exceeded: table entries", _limits.maxTableEntries);
-    }
+    requireEntries(names.size());
     resolvedNames(isElement).enter(index, *prefix.pValue, *uri.pValue, *localName.pValue);
     return index;
 }
@@ -748,11 +754,11 @@ inline FastInfosetParser::Entry FastInfosetParser::parseCommonIdentifyingString(
             }
         }
     }
-    octets.leave(reader);
-    Entry entry;
-    entry.pValue = &parseIdentifyingStringOrIndex(reader, id, entry.index);
-    octets.enter(reader);
-    return entry;
+    return octets.apart(reader, [&] {
+        Entry entry;
+        entry.pValue = &parseIdentifyingStringOrIndex(reader, id, entry.index);
+        return entry;
+    });
 }
 
 const std::string& FastInfosetParser::parseIdentifyingStringOrIndex(BitStreamReader& reader,
@@ -798,7 +804,7 @@ FastInfosetParser::Value FastInfosetParser::parseNonIdentifyingStringOrIndex(Bit
     readBit(reader, isAdded, "Unexpected end of stream whil parsing encoded character string");
     const Value value = parseEncodedCharacterString(reader);
     if (isAdded) {
-        addToTable(id, value.typed ? StringDecoder::textOf(*_pTyped) : *value.pText);
+        keepOther(id, value.typed ? StringDecoder::textOf(*_pTyped) : *value.pText);
     }
     return value;
 }
@@ -822,7 +828,7 @@ const std::string& FastInfosetParser::parseNonIdentifyingStringOrIndexXML(BitStr
         _text = StringDecoder::textOf(*_pTyped);
     }
     if (isAdded) {
-        addToTable(id, _text);
+        keepOther(id, _text);
     }
     return _text;
 }
@@ -844,7 +850,8 @@ FastInfosetParser::Value FastInfosetParser::parseEncodedCharacterString(BitStrea
         unsigned int index = 0;
         Decoder::integer(reader, index);
         Decoder::nonEmptyOctetString(reader, _octets);
-        StringDecoder::decodeAlphabet(_octets, _vocabulary.restrictedAlphabets().alphabet(index), _text);
+        StringDecoder::decodeAlphabet(
+            _octets, std::as_const(_vocabulary).restrictedAlphabets().alphabet(index), _text);
         break;
     }
     default: {
@@ -864,21 +871,23 @@ void FastInfosetParser::parseCharacterChunk(BitStreamReader& reader) {
     if (value.typed) {
         parseTypedChunk();
     } else if (_pContentHandler) {
-        deliver(value.pText->size());
-        _pContentHandler->characters(value.pText->data(), 0, lengthOf(*value.pText));
+        TextPieces::forEach(*value.pText,
+                            [this](std::string_view piece) { reportCharacters(piece.data(), piece.size()); });
     }
 }
 
 void FastInfosetParser::parseTypedChunk() {
     const bool inCDATA = _pLexicalHandler && _pTyped->type() == CDataEncoding::TYPE;
     if (inCDATA) {
+        deliver(2 * CALLBACK);
         _pLexicalHandler->startCDATA();
     }
     if (_pTypedContentHandler) {
+        deliver(CALLBACK);
         _pTyped->handle(_pTypedContentHandler);
     } else if (_pContentHandler) {
         _pTyped->createContent();
-        deliver(static_cast<const Encoding&>(*_pTyped).content().size());
+        deliver(CALLBACK + static_cast<const Encoding&>(*_pTyped).content().size());
         _pTyped->handle(_pContentHandler);
     }
     if (inCDATA) {
@@ -890,7 +899,7 @@ void FastInfosetParser::parseComment(BitStreamReader& reader) {
     requirePosition(reader.bitPos() == 0, "Illegal startposition for a Comment value");
     const std::string& text = parseNonIdentifyingStringOrIndexXML(reader, DocumentVocabulary::OTHER_STRING);
     if (_pLexicalHandler) {
-        deliver(text.size());
+        deliver(CALLBACK + text.size());
         _pLexicalHandler->comment(text.data(), 0, lengthOf(text));
     }
 }
@@ -899,7 +908,7 @@ void FastInfosetParser::parseProcessingInstruction(BitStreamReader& reader) {
     const std::string& target = parseIdentifyingStringOrIndex(reader, DocumentVocabulary::OTHER_NCNAME);
     const std::string& data = parseNonIdentifyingStringOrIndexXML(reader, DocumentVocabulary::OTHER_STRING);
     if (_pContentHandler) {
-        deliver(target.size() + data.size());
+        deliver(CALLBACK + target.size() + data.size());
         _pContentHandler->processingInstruction(target, data);
     }
 }
@@ -927,6 +936,7 @@ void FastInfosetParser::parseDocumentTypeDeclaration(BitStreamReader& reader) {
     const std::string& publicId =
         parseCondIdentifyingStringOrIndex(reader, hasPublicId, DocumentVocabulary::OTHER_URI);
     if (_pLexicalHandler) {
+        deliver(2 * CALLBACK + publicId.size() + systemId.size());
         _pLexicalHandler->startDTD(EMPTY_STRING, publicId, systemId);
     }
     const unsigned char stat = peekBits(reader, 4, DTD_END);
@@ -963,6 +973,7 @@ void FastInfosetParser::parseNotation(BitStreamReader& reader) {
     const std::string& publicId =
         parseCondIdentifyingStringOrIndex(reader, hasPublicId, DocumentVocabulary::OTHER_URI);
     if (_pDTDHandler) {
+        deliver(CALLBACK + name.size() + publicId.size() + systemId.size());
         _pDTDHandler->notationDecl(name, hasPublicId ? &publicId : nullptr,
                                    hasSystemId ? &systemId : nullptr);
     }
@@ -978,6 +989,7 @@ void FastInfosetParser::parseUnparsedEntity(BitStreamReader& reader) {
         parseCondIdentifyingStringOrIndex(reader, hasPublicId, DocumentVocabulary::OTHER_URI);
     const std::string& notationName = parseIdentifyingStringOrIndex(reader, DocumentVocabulary::OTHER_NCNAME);
     if (_pDTDHandler) {
+        deliver(CALLBACK + name.size() + publicId.size() + systemId.size() + notationName.size());
         _pDTDHandler->unparsedEntityDecl(name, hasPublicId ? &publicId : nullptr, systemId, notationName);
     }
 }
@@ -987,52 +999,85 @@ void FastInfosetParser::parseUnparsedEntity(BitStreamReader& reader) {
 void FastInfosetParser::bindTables() {
     constexpr std::size_t BUILT_IN_ALPHABETS = 15;
     std::size_t largest = _vocabulary.restrictedAlphabets().alphabets().size() - BUILT_IN_ALPHABETS;
-    largest = std::max({largest, _vocabulary.elementVocabulary().values().size(),
-                        _vocabulary.attributeVocabulary().values().size()});
+    largest =
+        std::max({largest, _vocabulary.elementVocabulary().size(), _vocabulary.attributeVocabulary().size()});
     for (int id = DocumentVocabulary::PREFIX; id < DocumentVocabulary::ELEMENT_NAME; ++id) {
         Vocabulary<std::string>& table = _vocabulary.vocabulary(static_cast<DocumentVocabulary::ID>(id));
         const auto i = static_cast<std::size_t>(id);
-        _tables[i] = &table.values();
-        _appendedTables[i] = typeid(table) == typeid(VectorVocabulary<std::string>)
-                                 ? static_cast<VectorVocabulary<std::string>*>(&table)
-                                 : nullptr;
-        largest = std::max(largest, _tables[i]->size());
+        const VerbTable<std::string>* const pValues = OwnTable::valuesOf(table);
+        _tables[i] = pValues ? pValues : &noValues();
+        _appendedTables[i] = OwnTable::vector(table);
+        largest = std::max(largest, table.size());
     }
-    if (largest > _limits.maxTableEntries) {
-        throwLimitExceeded("Limit exceeded: table entries", _limits.maxTableEntries);
-    }
+    _copiedValues.clear();
+    requireEntries(largest);
+    _mostKept = static_cast<std::size_t>(std::min<UInt64>(_limits.maxTableEntries, Encoder::MAXINT20 + 1));
 }
 
 unsigned int FastInfosetParser::addToTable(DocumentVocabulary::ID id, const std::string& s) {
     bool found = false;
-    const unsigned int index = _vocabulary.vocabulary(id).index(s, found);
-    requireRoom(id);
+    Vocabulary<std::string>& table = _vocabulary.vocabulary(id);
+    const unsigned int index = table.index(s, found);
+    requireEntries(table.size());
     return index;
 }
 
 // The same of a literal that stands in the input. A table that only appends takes it from there.
-inline FastInfosetParser::Entry FastInfosetParser::addLiteral(DocumentVocabulary::ID id, const char* pText,
-                                                              std::size_t size) {
+FastInfosetParser::Entry FastInfosetParser::addLiteral(DocumentVocabulary::ID id, const char* pText,
+                                                       std::size_t size) {
     if (VectorVocabulary<std::string>* const pTable = _appendedTables[id]) [[likely]] {
         const std::string& value = pTable->append(std::string_view(pText, size));
-        requireRoom(id);
+        requireEntries(_tables[id]->size());
         return {&value, static_cast<unsigned int>(_tables[id]->size() - 1)};
     }
-    StringDecoder::decodeUTF8(pText, size, _scratch);
-    const unsigned int index = addToTable(id, _scratch);
-    return {_tables[id]->find(index), index};
+    return addOtherLiteral(id, pText, size);
 }
 
-inline void FastInfosetParser::requireRoom(DocumentVocabulary::ID id) const {
-    if (_tables[id]->size() > _limits.maxTableEntries) [[unlikely]] {
+FastInfosetParser::Entry FastInfosetParser::addOtherLiteral(DocumentVocabulary::ID id, const char* pText,
+                                                            std::size_t size) {
+    StringDecoder::decodeUTF8(pText, size, _scratch);
+    const unsigned int index = addToTable(id, _scratch);
+    return {&tableValue(id, index), index};
+}
+
+// Enters a literal that is no part of a name; where it stays, unless the table is of an unusual kind or full.
+inline const std::string* FastInfosetParser::keep(DocumentVocabulary::ID id, const char* pText,
+                                                  std::size_t size) {
+    VectorVocabulary<std::string>* const pTable = _appendedTables[id];
+    if (pTable && _tables[id]->size() < _mostKept) [[likely]] {
+        return &pTable->append(std::string_view(pText, size));
+    }
+    StringDecoder::decodeUTF8(pText, size, _scratch);
+    keepOther(id, _scratch);
+    return nullptr;
+}
+
+// Entries beyond those that an index can name are left out.
+void FastInfosetParser::keepOther(DocumentVocabulary::ID id, const std::string& s) {
+    const std::size_t size = _tables[id]->size();
+    if (size <= Encoder::MAXINT20) {
+        addToTable(id, s);
+    } else {
+        requireEntries(size + 1);
+    }
+}
+
+inline void FastInfosetParser::requireEntries(std::size_t count) const {
+    if (count > _limits.maxTableEntries) [[unlikely]] {
         throwLimitExceeded("Limit exceeded: table entries", _limits.maxTableEntries);
     }
 }
 
 inline void FastInfosetParser::deliver(std::size_t octets) {
-    _deliveredOctets += octets;
-    if (_deliveredOctets > _limits.maxDeliveredOctets) [[unlikely]] {
-        throwLimitExceeded("Limit exceeded: delivered octets", _limits.maxDeliveredOctets);
+    if (!_meter.add(octets)) [[unlikely]] {
+        checkDelivered();
+    }
+}
+
+void FastInfosetParser::checkDelivered() {
+    const std::string limit = _meter.exceeds(_pSource->obtained());
+    if (!limit.empty()) {
+        throw FISException("Limit exceeded: " + limit);
     }
 }
 
@@ -1040,13 +1085,22 @@ Vocabulary<QualifiedNameEntry>& FastInfosetParser::getQNameVocabulary(bool isEle
     return isElement ? _vocabulary.elementVocabulary() : _vocabulary.attributeVocabulary();
 }
 
-const std::string& FastInfosetParser::tableValue(DocumentVocabulary::ID id, unsigned int index) const {
-    const std::string* pValue = _tables[id]->find(index);
-    return pValue ? *pValue : _vocabulary.value(id, index); // the latter throws what its kind of table does
+const std::string& FastInfosetParser::tableValue(DocumentVocabulary::ID id, unsigned int index) {
+    const std::string* const pValue = _tables[id]->find(index);
+    return pValue ? *pValue : otherValue(id, index);
+}
+
+// Of a table of this library's the failure of its kind; of another one a copy that stays.
+const std::string& FastInfosetParser::otherValue(DocumentVocabulary::ID id, unsigned int index) {
+    const std::string& value = _vocabulary.value(id, index);
+    if (_tables[id] != &noValues()) {
+        return value;
+    }
+    return _copiedValues.try_emplace(UInt64{id} << 32 | index, value).first->second;
 }
 
 // A part of a name table's entry, which a name surrogate may mark as absent.
-const std::string& FastInfosetParser::namePart(DocumentVocabulary::ID id, unsigned int index) const {
+const std::string& FastInfosetParser::namePart(DocumentVocabulary::ID id, unsigned int index) {
     return index == QualifiedNameEntry::ABSENT ? EMPTY_STRING : tableValue(id, index);
 }
 

@@ -16,7 +16,8 @@ public:
     std::string_view uri;
     std::string_view localName;
     std::string_view qname;
-    const XML::Attributes* pAttributes = &NO_ATTRIBUTES;
+    const XML::AttributesImpl noAttributes;
+    const XML::Attributes* pAttributes = &noAttributes;
     std::vector<PrefixMapping> prefixMappings;
     std::string_view target;
     std::string_view publicId;
@@ -43,7 +44,7 @@ public:
     void clear() {
         event = NO_DOCUMENT;
         uri = localName = qname = target = publicId = systemId = text = {};
-        pAttributes = &NO_ATTRIBUTES;
+        pAttributes = &noAttributes;
         prefixMappings.clear();
         cData = false;
         if (valueType != PLAIN_TEXT) {
@@ -78,7 +79,12 @@ public:
                     const std::string& qualified) override {
         setName(END_ELEMENT, namespaceURI, local, qualified);
     }
-    void characters(const char ch[], int start, int length) override { setText(TEXT, ch, start, length); }
+    // Of one chunk there are several calls where an int cannot count its octets; they stand side by side.
+    void characters(const char ch[], int start, int length) override {
+        const std::size_t size = event == TEXT ? text.size() : 0;
+        setText(TEXT, ch, start, length);
+        text = std::string_view(text.data() - size, text.size() + size);
+    }
     void comment(const char ch[], int start, int length) override { setText(COMMENT, ch, start, length); }
     void startCDATA() override { cData = true; }
     void processingInstruction(const std::string& name, const std::string& data) override {
@@ -120,8 +126,6 @@ public:
     void setWriteXMLDeclaration(bool flag) override { xmlDeclaration = flag; }
 
 private:
-    static const XML::AttributesImpl NO_ATTRIBUTES;
-
     void setName(Event kind, const std::string& namespaceURI, const std::string& local,
                  const std::string& qualified) {
         event = kind;
@@ -148,8 +152,6 @@ private:
         values.push_back(value);
     }
 };
-
-const XML::AttributesImpl FastInfosetReader::Cursor::NO_ATTRIBUTES;
 
 FastInfosetReader::FastInfosetReader()
     : FastInfosetReader(DocumentVocabulary(DocumentVocabulary::VOC_VECTOR)) {}

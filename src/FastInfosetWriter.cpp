@@ -15,6 +15,7 @@
 #include "Tamo/FastInfoset/UUIDEncoding.h"
 #include "Tamo/XML/AttributesImpl.h"
 #include "Tamo/XML/Name.h"
+#include "TextPieces.h"
 #include <algorithm>
 #include <cstring>
 #include <string_view>
@@ -26,7 +27,7 @@ namespace {
 
 using XML::NamespaceSupport;
 
-const std::string EMPTY;
+constinit const std::string EMPTY;
 
 const XML::Attributes& emptyAttributes() {
     static const XML::AttributesImpl NONE;
@@ -56,6 +57,28 @@ const std::string* presentOrNull(const std::string& identifier) {
 
 WrittenNames::Kind kindOf(const std::string& attributeURI, const std::string& elementURI) {
     return attributeURI == elementURI ? WrittenNames::NATIVE_ATTRIBUTE : WrittenNames::FOREIGN_ATTRIBUTE;
+}
+
+// Whether a value is of one of this library's classes of arrays, and of none derived from them.
+bool isBuiltInArray(const Encoding& value) {
+    switch (value.type()) {
+    case ShortEncoding::TYPE:
+        return typeid(value) == typeid(ShortEncoding);
+    case IntEncoding::TYPE:
+        return typeid(value) == typeid(IntEncoding);
+    case LongEncoding::TYPE:
+        return typeid(value) == typeid(LongEncoding);
+    case BoolEncoding::TYPE:
+        return typeid(value) == typeid(BoolEncoding);
+    case FloatEncoding::TYPE:
+        return typeid(value) == typeid(FloatEncoding);
+    case DoubleEncoding::TYPE:
+        return typeid(value) == typeid(DoubleEncoding);
+    case UUIDEncoding::TYPE:
+        return typeid(value) == typeid(UUIDEncoding);
+    default:
+        return false;
+    }
 }
 
 std::string valueOrEmpty(const std::string* pIdentifier) {
@@ -115,6 +138,7 @@ EncodingAlgorithm& FastInfosetWriter::encodingAlgorithms() {
 }
 
 void FastInfosetWriter::forgetNames() noexcept {
+    _ownNames = {};
     _names.clear();
     _recentNamespace.clear();
 }
@@ -158,6 +182,9 @@ void FastInfosetWriter::endFragment() {
 void FastInfosetWriter::startDocument() {
     forgetNames();
     writeHeader();
+    for (const bool isElement : {false, true}) {
+        _ownNames[isElement] = getQNameVocabulary(isElement).size() == 1 ? 1 : 0;
+    }
     pushState(DOCUMENT);
     _namespaces.reset();
     _namespaces.pushContext();
@@ -304,19 +331,17 @@ void FastInfosetWriter::writeRestrictedAlphabet(const DocumentRestrictedAlphabet
 }
 
 void FastInfosetWriter::writeVocabulary(const Vocabulary<std::string>& voc) {
-    const VerbTable<std::string>& index = voc.values();
-    const std::size_t numEntries = index.size();
-    tamo_assert(voc.size() == index.size());
+    const std::size_t numEntries = voc.size();
     tamo_assert(numEntries > 0);
     Encoder::lengthOfSequence(_writer, static_cast<unsigned int>(numEntries));
     for (std::size_t i = 0; i < numEntries; ++i) {
         _writer.write(false);
-        Encoder::nonEmptyOctetString(_writer, index[i]);
+        Encoder::nonEmptyOctetString(_writer, voc.value(static_cast<unsigned int>(i)));
     }
 }
 
 void FastInfosetWriter::writeEncodedVocabulary(const Vocabulary<std::string>& voc) {
-    const std::size_t numEntries = voc.values().size();
+    const std::size_t numEntries = voc.size();
     tamo_assert(numEntries > 0);
     Encoder::lengthOfSequence(_writer, static_cast<unsigned int>(numEntries));
     // Deliberate: no bits are asked for, which the bit writer refuses. Tables of encoded strings are for the
@@ -325,13 +350,11 @@ void FastInfosetWriter::writeEncodedVocabulary(const Vocabulary<std::string>& vo
 }
 
 void FastInfosetWriter::writeNameSurrogates(const Vocabulary<QualifiedNameEntry>& voc, bool isElement) {
-    const VerbTable<QualifiedNameEntry>& index = voc.values();
-    const std::size_t numEntries = index.size();
-    tamo_assert(voc.size() == index.size());
+    const std::size_t numEntries = voc.size();
     tamo_assert(numEntries > 0);
     Encoder::lengthOfSequence(_writer, static_cast<unsigned int>(numEntries));
     for (std::size_t i = 0; i < numEntries; ++i) {
-        writeQualifiedName(index[i], isElement);
+        writeQualifiedName(voc.value(static_cast<unsigned int>(i)), isElement);
     }
 }
 
@@ -358,8 +381,9 @@ void FastInfosetWriter::writeUnparsedEntities(const std::vector<UnparsedEntity>&
 // ---- elements
 
 void FastInfosetWriter::startElement(const std::string& uri, const std::string& localName,
-                                     const std::string& qname, const XML::Attributes& attributes) {
+                                     const std::string& qname, const XML::Attributes& list) {
     handleEncodedData();
+    const XML::Attributes& attributes = stable(list);
     std::streambuf* const pBuf = _writer.startConstruct();
     // The hot path: an element that declares nothing.
     if ((_plainElements != 0 || isPlainPlace()) && !localName.empty()) [[likely]] {
@@ -380,6 +404,21 @@ void FastInfosetWriter::startElement(const std::string& uri, const std::string& 
     settle();
     writeDeclaringElement(uri, localName, qname, attributes);
     _states.push_back(ELEMENT);
+}
+
+// The list, or a copy where its strings may change before they are written.
+TAMO_ALWAYS_INLINE const XML::Attributes& FastInfosetWriter::stable(const XML::Attributes& attributes) {
+    return _attributes.isStable(attributes) ? attributes : copied(attributes);
+}
+
+const XML::Attributes& FastInfosetWriter::copied(const XML::Attributes& attributes) {
+    try {
+        return _attributes.of(attributes);
+    } catch (...) {
+        _writer.complete(false);
+        _writer.write(false); // the element had begun
+        throw;
+    }
 }
 
 // Whether an element may follow that needs no state and no namespace context of its own.
@@ -425,6 +464,19 @@ bool FastInfosetWriter::writeSimpleElement(std::streambuf* pBuf, unsigned int in
     if (!findAttributeNames(attributes, count, uri)) [[unlikely]] {
         return false;
     }
+    try {
+        writeSimpleElement(pBuf, index, count, pPrefix, uri, localName, qname, attributes);
+    } catch (...) {
+        settle();
+        _namespaces.pushContext(); // as an element that declares has it by then
+        throw;
+    }
+    return true;
+}
+
+TAMO_ALWAYS_INLINE void FastInfosetWriter::writeSimpleElement(
+    std::streambuf* pBuf, unsigned int index, int count, const std::string* pPrefix, const std::string& uri,
+    const std::string& localName, const std::string& qname, const XML::Attributes& attributes) {
     OctetComposer octets(_writer, pBuf);
     const unsigned int high = count != 0 ? 0x40 : 0;
     if (!pPrefix) [[likely]] {
@@ -453,7 +505,6 @@ bool FastInfosetWriter::writeSimpleElement(std::streambuf* pBuf, unsigned int in
     if (count != 0) {
         _writer.writeTerminator();
     }
-    return true;
 }
 
 // Looks up the names of an element's attributes; false when one of them has to be declared.
@@ -503,7 +554,7 @@ TAMO_ALWAYS_INLINE void FastInfosetWriter::writeAttributeValue(OctetComposer& oc
         octets.integerAtPosition1(0x80, string.index);
     } else if (string.index == NOT_FOUND && HashKey::isExact(value.size()) && !value.empty()) [[likely]] {
         const bool added = addString(DocumentVocabulary::ATTRIBUTE_VALUE, value, key, string);
-        octets.stringAtPosition4(added ? 0x40 : 0, key, value.size());
+        octets.shortStringAtPosition4(added ? 0x40 : 0, value);
     } else {
         octets.apart([=, this, &value](OctetComposer& composer) {
             writeString(composer, value, DocumentVocabulary::ATTRIBUTE_VALUE, key, string);
@@ -747,7 +798,7 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(OctetComposer& octets,
     tamo_assert(!localName.empty());
     const HashKey localKey = HashKey::of(localName);
     const HashKey prefixKey = HashKey::of(prefix);
-    const FoundString local = lookUp(DocumentVocabulary::LOCAL_NAME, localName, localKey);
+    const FoundString local = lookUpName(DocumentVocabulary::LOCAL_NAME, localName, localKey);
     const FoundString foundPrefix = lookUpPart(DocumentVocabulary::PREFIX, prefix, prefixKey);
     const bool isRecent = !uri.empty() && uri == _recentNamespace;
     const HashKey uriKey = isRecent ? HashKey(0, 0) : HashKey::of(uri);
@@ -785,7 +836,7 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(OctetComposer& octets,
     if (!uri.empty()) {
         uriId =
             writeIdentifyingStringOrIndex(octets, uri, DocumentVocabulary::NAMESPACE_NAME, uriKey, foundUri);
-        if (!isRecent) {
+        if (!isRecent && _vocabulary.indexedVocabulary(DocumentVocabulary::NAMESPACE_NAME)) {
             _recentNamespace = uri;
             _recentNamespaceIndex = uriId;
         }
@@ -795,7 +846,17 @@ unsigned int FastInfosetWriter::writeQualifiedNameOrIndex(OctetComposer& octets,
         writeIdentifyingStringOrIndex(octets, localName, DocumentVocabulary::LOCAL_NAME, localKey, local));
     if (auto* const pTable = _vocabulary.indexedNames(isElement)) [[likely]] {
         const HashKey key = ValueIndex<QualifiedNameEntry>::keyOf(name);
-        return areKnown ? pTable->append(name, key, found) : pTable->append(name, key);
+        // A name with a new part is new among names that are made of known ones.
+        std::size_t& ownNames = _ownNames[isElement];
+        if (!areKnown && pTable->values().size() == ownNames) [[likely]] {
+            ++ownNames;
+            return pTable->append(name, key);
+        }
+        found = pTable->find(name, key);
+        const bool qneExists = found.index != NOT_FOUND;
+        tamo_assert(!qneExists);
+        ownNames += pTable->values().size() == ownNames ? 1 : 0;
+        return pTable->append(name, key, found);
     }
     return insertQualifiedName(name, isElement);
 }
@@ -874,7 +935,8 @@ void FastInfosetWriter::characters(std::string_view text) {
 
 void FastInfosetWriter::writeText(std::string_view text) {
     handleEncodedData();
-    writeCharacterChunk(_writer.startConstruct(), text);
+    TextPieces::forEach(
+        text, [this](std::string_view piece) { writeCharacterChunk(_writer.startConstruct(), piece); });
 }
 
 void FastInfosetWriter::writeCharacterChunk(std::streambuf* pBuf, std::string_view text) {
@@ -908,7 +970,7 @@ void FastInfosetWriter::writeNewChunk(std::streambuf* pBuf, std::string_view tex
     const bool added = addChunk(text, key, chunk);
     OctetComposer octets(_writer, pBuf);
     if (!text.empty() && HashKey::isExact(text.size()) && topState() != CDATA) [[likely]] {
-        octets.stringAtPosition6(added ? 0x90 : 0x80, key, text.size());
+        octets.shortStringAtPosition6(added ? 0x90 : 0x80, text);
     } else {
         writeLiteralChunk(octets, text, added);
     }
@@ -1050,13 +1112,19 @@ void FastInfosetWriter::writeUnparsedEntity(const std::string& name, const std::
 unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(OctetComposer& octets, const std::string& s,
                                                               ID id) {
     const HashKey key = HashKey::of(s);
-    return writeIdentifyingStringOrIndex(octets, s, id, key, lookUp(id, s, key));
+    return writeIdentifyingStringOrIndex(octets, s, id, key, lookUpName(id, s, key));
 }
 
 unsigned int FastInfosetWriter::writeIdentifyingStringOrIndex(OctetComposer& octets, const std::string& s,
                                                               ID id, HashKey key, FoundString found) {
+    IndexedVocabulary<std::string>* const pTable = _vocabulary.indexedVocabulary(id);
+    if (!pTable) [[unlikely]] {
+        found = lookUpOrAdd(id, s);
+    }
     const bool isKnown = found.index != NOT_FOUND;
-    const unsigned int index = isKnown ? static_cast<unsigned int>(found.index) : add(id, s, key, found);
+    const unsigned int index = isKnown  ? static_cast<unsigned int>(found.index)
+                               : pTable ? pTable->append(s, key, found)
+                                        : static_cast<unsigned int>(found.place);
     if (isKnown && OctetComposer::fitsPosition1(index)) {
         octets.integerAtPosition1(0x80, index);
     } else if (!isKnown && !s.empty()) {
@@ -1101,35 +1169,48 @@ TAMO_ALWAYS_INLINE FastInfosetWriter::FoundString FastInfosetWriter::lookUp(ID i
     if (const IndexedVocabulary<std::string>* const pTable = _vocabulary.indexedVocabulary(id)) [[likely]] {
         return pTable->find(text, key);
     }
+    return lookUpOrAdd(id, text);
+}
+
+// In a table of another kind, which decides by itself what it has: a string that is not there is added at
+// once, and its place is its index. Entries beyond those that an index can name are not added.
+FastInfosetWriter::FoundString FastInfosetWriter::lookUpOrAdd(ID id, std::string_view text) {
+    Vocabulary<std::string>& table = _vocabulary.vocabulary(id);
+    const bool isFull = table.size() > Encoder::MAXINT20;
     bool found = false;
-    return {_vocabulary.vocabulary(id).exists(std::string(text), found), 0};
+    const unsigned int index =
+        isFull ? table.exists(std::string(text), found) : table.index(std::string(text), found);
+    return found ? FoundString{index, 0} : FoundString{NOT_FOUND, isFull ? NOT_FOUND : index};
 }
 
 // A part of a name: often none, which every table of ours has as its placeholder.
 TAMO_ALWAYS_INLINE FastInfosetWriter::FoundString
 FastInfosetWriter::lookUpPart(ID id, const std::string& text, HashKey key) {
-    return text.empty() && _vocabulary.indexedVocabulary(id) ? FoundString{0, 0} : lookUp(id, text, key);
+    return text.empty() && _vocabulary.indexedVocabulary(id) ? FoundString{0, 0} : lookUpName(id, text, key);
 }
 
-// Adds what has just not been found.
-unsigned int FastInfosetWriter::add(ID id, std::string_view text, HashKey key, FoundString notFound) {
-    if (IndexedVocabulary<std::string>* const pTable = _vocabulary.indexedVocabulary(id)) [[likely]] {
-        return pTable->append(text, key, notFound);
+// A part of a name that is there, or another identifying string: it is added by itself.
+TAMO_ALWAYS_INLINE FastInfosetWriter::FoundString
+FastInfosetWriter::lookUpName(ID id, const std::string& text, HashKey key) {
+    if (const IndexedVocabulary<std::string>* const pTable = _vocabulary.indexedVocabulary(id)) [[likely]] {
+        return pTable->find(text, key);
     }
     bool found = false;
-    return _vocabulary.vocabulary(id).index(std::string(text), found);
+    return {_vocabulary.vocabulary(id).exists(text, found), 0};
 }
 
 // A table that holds all the entries that an index can name takes no more (X.891, 7.14.7): its other strings
 // are written literally each time.
-bool FastInfosetWriter::addString(ID id, std::string_view text, HashKey key, FoundString notFound) {
-    const Vocabulary<std::string>* const pIndexed = _vocabulary.indexedVocabulary(id);
-    const Vocabulary<std::string>& table = pIndexed ? *pIndexed : _vocabulary.vocabulary(id);
-    const bool hasRoom = table.values().size() <= Encoder::MAXINT20;
-    if (hasRoom) {
-        add(id, text, key, notFound);
+TAMO_ALWAYS_INLINE bool FastInfosetWriter::addString(ID id, std::string_view text, HashKey key,
+                                                     FoundString notFound) {
+    if (IndexedVocabulary<std::string>* const pTable = _vocabulary.indexedVocabulary(id)) [[likely]] {
+        const bool hasRoom = pTable->values().size() <= Encoder::MAXINT20;
+        if (hasRoom) [[likely]] {
+            pTable->append(text, key, notFound);
+        }
+        return hasRoom;
     }
-    return hasRoom;
+    return notFound.place != NOT_FOUND; // lookUp() has added it
 }
 
 FastInfosetWriter::FoundName FastInfosetWriter::lookUp(bool isElement, const QualifiedNameEntry& name,
@@ -1165,7 +1246,7 @@ void FastInfosetWriter::writeString(OctetComposer& octets, std::string_view text
     }
     const bool added = addString(id, text, key, string);
     if (!text.empty() && HashKey::isExact(text.size()) && topState() != CDATA) {
-        octets.stringAtPosition4(added ? 0x40 : 0, key, text.size());
+        octets.shortStringAtPosition4(added ? 0x40 : 0, text);
     } else {
         writeLiteralString(octets, text, added);
     }
@@ -1294,13 +1375,14 @@ void FastInfosetWriter::writeEncodedData() {
     _writer.complete(false);
     for (const AutoPtr<Encoding>& e : _encodedData) {
         Encoding& value = *e;
-        // The built-in arrays are written from their values: their text would be built for nothing.
-        if (value.type() == NullEncoding::TYPE || value.type() >= CDataEncoding::TYPE) {
+        // The built-in arrays are written from their values: where nobody can see it their text would be
+        // built for nothing.
+        if (value.referenceCount() != 1 || !isBuiltInArray(value)) {
             value.createContent();
         }
         if (value.type() == CDataEncoding::TYPE) {
             requirePosition(_writer.bitPos() == 0, "Illegal startposition for a CharacterChunk value");
-            writeCharacterChunk(_writer.placeOfRoom(), value.content());
+            writeCharacterChunk(_writer.place(), value.content());
         } else {
             _writer.write(0x02u, 2);
             writeNonIdentifyingStringOrIndex(e, DocumentVocabulary::CONTENT_CHARACTER_CHUNK);

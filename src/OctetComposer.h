@@ -1,8 +1,10 @@
 #ifndef TAMO_FASTINFOSET_OCTETCOMPOSER_H
 #define TAMO_FASTINFOSET_OCTETCOMPOSER_H
 
-#include "Tamo/FastInfoset/BitStreamWriter.h"
-#include "Tamo/FastInfoset/Encoder.h"
+#include "Tamo/Export.h"
+#include "Tamo/FastInfoset/ConstructWriter.h"
+#include "Tamo/FastInfoset/Forms.h"
+#include "Tamo/Hash.h"
 #include "Tamo/HashKey.h"
 #include <cstddef>
 #include <cstring>
@@ -11,7 +13,7 @@
 namespace Tamo::FastInfoset {
 
 /// Composes the integers and strings of one construct (ITU-T X.891, C.22 to C.28) as whole octets and hands
-/// them to a BitStreamWriter, which must be on an octet boundary, together.
+/// them to a ConstructWriter, which must be on an octet boundary, together.
 ///
 /// The octets are those that Encoder writes bit by bit. The argument high holds the bits of the first octet
 /// that stand before the integer or length. What has been composed when an exception passes is still written.
@@ -19,11 +21,11 @@ namespace Tamo::FastInfoset {
 /// through apart().
 class OctetComposer {
 public:
-    TAMO_ALWAYS_INLINE explicit OctetComposer(BitStreamWriter& writer) noexcept
-        : OctetComposer(writer, writer.placeOfRoom()) {}
+    TAMO_ALWAYS_INLINE explicit OctetComposer(ConstructWriter& writer) noexcept
+        : OctetComposer(writer, writer.place()) {}
 
     /// Composes in the place that the writer has just told.
-    TAMO_ALWAYS_INLINE OctetComposer(BitStreamWriter& writer, std::streambuf* pBuf) noexcept
+    TAMO_ALWAYS_INLINE OctetComposer(ConstructWriter& writer, std::streambuf* pBuf) noexcept
         : _writer(writer) {
         begin(pBuf);
     }
@@ -41,7 +43,7 @@ public:
     TAMO_ALWAYS_INLINE void flush() {
         if (const char* const pEnd = _pNext) {
             _pNext = nullptr;
-            _pEnd = nullptr; // so that next() asks for another room
+            _pEnd = nullptr; // so that next() asks for another area
             _writer.take(_pBuf, pEnd);
         }
     }
@@ -57,9 +59,9 @@ public:
 
     /// Whether a value can be written as an integer at a bit position by the operations below. Encoder writes
     /// the others, or throws.
-    static bool fitsPosition1(std::size_t val) noexcept { return val <= Encoder::MAXINT20; }
-    static bool fitsPosition2(std::size_t val) noexcept { return val - 1 < 526368; }
-    static bool fitsPosition3(std::size_t val) noexcept { return val - 1 < 263184; }
+    static bool fitsPosition1(std::size_t val) noexcept { return val <= Forms::IntegerAt1::IN_THREE; }
+    static bool fitsPosition2(std::size_t val) noexcept { return val - 1 < Forms::IntegerAt2::IN_THREE; }
+    static bool fitsPosition3(std::size_t val) noexcept { return val - 1 < Forms::IntegerAt3::IN_THREE; }
 
     /// An octet as it is.
     TAMO_ALWAYS_INLINE void octet(unsigned int value) { _pNext = put(next(), value); }
@@ -67,79 +69,68 @@ public:
     /// An integer, 0 to 2^20, at bit position 1 (X.891, C.25).
     TAMO_ALWAYS_INLINE void integerAtPosition1(unsigned int high, std::size_t val) {
         if (val == 0) [[unlikely]] {
-            octet(high | 0x7F);
+            octet(high | Forms::IntegerAt1::ZERO);
         } else {
-            integer<64, 0x40, 8256, 0x60>(high, val);
+            integer<Forms::IntegerAt1>(high, val);
         }
     }
 
     /// An integer, 1 to 526368, at bit position 2 (X.891, C.27).
     TAMO_ALWAYS_INLINE void integerAtPosition2(unsigned int high, std::size_t val) {
-        integer<32, 0x20, 2080, 0x28>(high, val);
+        integer<Forms::IntegerAt2>(high, val);
     }
 
     /// An integer, 1 to 263184, at bit position 3 (X.891, C.28).
     TAMO_ALWAYS_INLINE void integerAtPosition3(unsigned int high, std::size_t val) {
-        integer<16, 0x10, 1040, 0x14>(high, val);
+        integer<Forms::IntegerAt3>(high, val);
     }
 
-    /// The same for an integer that stands alone at p, where there is room for it; returns what is behind it.
+    /// The same for an integer that stands alone at p, where it fits; returns what is behind it.
     static TAMO_ALWAYS_INLINE char* integerAtPosition2(char* p, unsigned int high, std::size_t val) noexcept {
-        return putInteger<32, 0x20, 2080, 0x28>(p, high, val);
+        return putInteger<Forms::IntegerAt2>(p, high, val);
     }
     static TAMO_ALWAYS_INLINE char* integerAtPosition3(char* p, unsigned int high, std::size_t val) noexcept {
-        return putInteger<16, 0x10, 1040, 0x14>(p, high, val);
+        return putInteger<Forms::IntegerAt3>(p, high, val);
     }
 
     /// A string, not empty, whose length stands at bit position 1 (X.891, C.22).
     TAMO_ALWAYS_INLINE void stringAtPosition1(unsigned int high, std::string_view text) {
-        char* p = next();
-        const std::size_t size = text.size();
-        if (size <= 64) {
-            p = put(p, high | static_cast<unsigned int>(size - 1));
-        } else if (size <= 320) {
-            p = put(p, high | 0x40);
-            p = put(p, static_cast<unsigned int>(size - 65));
-        } else {
-            p = put(p, high | 0x60);
-            p = putLong(p, size - 321);
-        }
-        append(p, text);
+        append(putLength<Forms::LengthAt1>(next(), high, text.size()), text);
     }
 
     /// A string, not empty, whose length stands at bit position 4 (X.891, C.23).
     TAMO_ALWAYS_INLINE void stringAtPosition4(unsigned int high, std::string_view text) {
-        append(lengthAtPosition4(next(), high, text.size()), text);
+        append(putLength<Forms::LengthAt4>(next(), high, text.size()), text);
     }
 
     /// A string, not empty, whose length stands at bit position 6 (X.891, C.24).
     TAMO_ALWAYS_INLINE void stringAtPosition6(unsigned int high, std::string_view text) {
-        append(lengthAtPosition6(next(), high, text.size()), text);
+        append(putLength<Forms::LengthAt6>(next(), high, text.size()), text);
     }
 
-    /// The same for a string of this size that its key holds whole.
-    TAMO_ALWAYS_INLINE void stringAtPosition4(unsigned int high, HashKey key, std::size_t size) {
-        append(lengthAtPosition4(next(), high, size), key, size);
+    /// The same for a string that is short, which HashKey::isExact() tells.
+    TAMO_ALWAYS_INLINE void shortStringAtPosition4(unsigned int high, std::string_view text) {
+        appendShort(putLength<Forms::LengthAt4>(next(), high, text.size()), text);
     }
-    TAMO_ALWAYS_INLINE void stringAtPosition6(unsigned int high, HashKey key, std::size_t size) {
-        append(lengthAtPosition6(next(), high, size), key, size);
+    TAMO_ALWAYS_INLINE void shortStringAtPosition6(unsigned int high, std::string_view text) {
+        appendShort(putLength<Forms::LengthAt6>(next(), high, text.size()), text);
     }
 
 private:
     static constexpr std::size_t LONGEST_FORM = 8 + HashKey::MOST_EXACT;
 
     template<class Write>
-    static TAMO_COLD std::streambuf* writeApart(BitStreamWriter& writer, std::streambuf* pBuf,
+    static TAMO_COLD std::streambuf* writeApart(ConstructWriter& writer, std::streambuf* pBuf,
                                                 const char* pEnd, const Write& write) {
         writer.take(pBuf, pEnd);
         OctetComposer composer(writer);
         write(composer);
         composer.flush();
-        return writer.placeOfRoom();
+        return writer.place();
     }
 
     // Another exception passes already.
-    static void rescue(BitStreamWriter& writer, std::streambuf* pBuf, const char* pEnd) noexcept {
+    static void rescue(ConstructWriter& writer, std::streambuf* pBuf, const char* pEnd) noexcept {
         try {
             writer.take(pBuf, pEnd);
         } catch (...) { // NOLINT(bugprone-empty-catch)
@@ -147,41 +138,41 @@ private:
     }
 
     TAMO_ALWAYS_INLINE void begin(std::streambuf* pBuf) noexcept {
-        const BitStreamWriter::Room room = _writer.room(pBuf);
+        const ConstructWriter::Area area = _writer.area(pBuf);
         _pBuf = pBuf;
-        _pNext = room.pBegin;
-        _pEnd = room.pEnd;
+        _pNext = area.pBegin;
+        _pEnd = area.pEnd;
     }
 
-    template<unsigned int MOST_IN_ONE, unsigned int TWO, unsigned int MOST_IN_TWO, unsigned int THREE>
+    template<class Form>
     TAMO_ALWAYS_INLINE void integer(unsigned int high, std::size_t val) {
-        _pNext = putInteger<MOST_IN_ONE, TWO, MOST_IN_TWO, THREE>(next(), high, val);
+        _pNext = putInteger<Form>(next(), high, val);
     }
 
-    // An integer from 1 on in one octet, or with a mark in two or three.
-    template<unsigned int MOST_IN_ONE, unsigned int TWO, unsigned int MOST_IN_TWO, unsigned int THREE>
+    // An integer from 1 on in one octet, two or three.
+    template<class Form>
     static TAMO_ALWAYS_INLINE char* putInteger(char* p, unsigned int high, std::size_t value) noexcept {
         auto val = static_cast<unsigned int>(value);
-        if (val <= MOST_IN_ONE) {
+        if (val <= Form::IN_ONE) {
             p = put(p, high | (val - 1));
-        } else if (val <= MOST_IN_TWO) {
-            val -= MOST_IN_ONE + 1;
-            p = put(p, high | TWO | val >> 8);
+        } else if (val <= Form::IN_TWO) {
+            val -= Form::IN_ONE + 1;
+            p = put(p, high | Form::MARK_TWO | val >> 8);
             p = put(p, val);
         } else {
-            val -= MOST_IN_TWO + 1;
-            p = put(p, high | THREE | val >> 16);
+            val -= Form::IN_TWO + 1;
+            p = put(p, high | Form::MARK_THREE | val >> 16);
             p = put(p, val >> 8);
             p = put(p, val);
         }
         return p;
     }
 
-    // Where the longest form of what is no text has room.
+    // Where the longest form of what is no text fits.
     TAMO_ALWAYS_INLINE char* next() {
         if (_pEnd - _pNext < static_cast<std::ptrdiff_t>(LONGEST_FORM)) [[unlikely]] {
             flush();
-            begin(_writer.placeOfRoom());
+            begin(_writer.place());
         }
         return _pNext;
     }
@@ -191,6 +182,19 @@ private:
         return p + 1;
     }
 
+    // A length from 1 to the form's MOST.
+    template<class Form>
+    static TAMO_ALWAYS_INLINE char* putLength(char* p, unsigned int high, std::size_t size) noexcept {
+        if (size <= Form::IN_ONE) {
+            return put(p, high | static_cast<unsigned int>(size - 1));
+        }
+        if (size <= Form::IN_TWO) {
+            p = put(p, high | Form::MARK_TWO);
+            return put(p, static_cast<unsigned int>(size - Form::IN_ONE - 1));
+        }
+        return putLong(put(p, high | Form::MARK_FIVE), size - Form::IN_TWO - 1);
+    }
+
     static char* putLong(char* p, std::size_t value) noexcept {
         p = put(p, static_cast<unsigned int>(value >> 24));
         p = put(p, static_cast<unsigned int>(value >> 16));
@@ -198,32 +202,10 @@ private:
         return put(p, static_cast<unsigned int>(value));
     }
 
-    static TAMO_ALWAYS_INLINE char* lengthAtPosition4(char* p, unsigned int high, std::size_t size) noexcept {
-        if (size <= 8) {
-            return put(p, high | static_cast<unsigned int>(size - 1));
-        }
-        if (size <= 264) {
-            p = put(p, high | 0x08);
-            return put(p, static_cast<unsigned int>(size - 9));
-        }
-        return putLong(put(p, high | 0x0C), size - 265);
-    }
-
-    static TAMO_ALWAYS_INLINE char* lengthAtPosition6(char* p, unsigned int high, std::size_t size) noexcept {
-        if (size <= 2) {
-            return put(p, high | static_cast<unsigned int>(size - 1));
-        }
-        if (size <= 258) {
-            p = put(p, high | 0x02);
-            return put(p, static_cast<unsigned int>(size - 3));
-        }
-        return putLong(put(p, high | 0x03), size - 259);
-    }
-
-    // There is room for the whole key; what is too much is overwritten by what follows.
-    TAMO_ALWAYS_INLINE void append(char* p, HashKey key, std::size_t size) noexcept {
-        key.copyTo(p);
-        _pNext = p + size;
+    // It fits.
+    TAMO_ALWAYS_INLINE void appendShort(char* p, std::string_view text) noexcept {
+        copyShortText(p, text.data(), text.size());
+        _pNext = p + text.size();
     }
 
     TAMO_ALWAYS_INLINE void append(char* p, std::string_view text) {
@@ -234,12 +216,12 @@ private:
         } else {
             flush();
             _writer.write(text.data(), text.size());
-            begin(_writer.placeOfRoom());
+            begin(_writer.place());
         }
     }
 
-    BitStreamWriter& _writer;
-    std::streambuf* _pBuf; // where the room is
+    ConstructWriter& _writer;
+    std::streambuf* _pBuf; // where the area is
     char* _pNext;          // null when nothing is left to hand over
     char* _pEnd;
 };

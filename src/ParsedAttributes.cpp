@@ -4,7 +4,7 @@ namespace Tamo::FastInfoset {
 
 namespace {
 
-const std::string EMPTY;
+constinit const std::string EMPTY;
 
 } // namespace
 

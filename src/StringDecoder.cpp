@@ -22,7 +22,7 @@ void StringDecoder::decodeUTF16(const std::string& octets, std::string& text) {
     TextConverter(utf16, utf8, '?').convert(octets, text);
 }
 
-void StringDecoder::decodeAlphabet(const std::string& octets, RestrictedAlphabet& alphabet,
+void StringDecoder::decodeAlphabet(const std::string& octets, const RestrictedAlphabet& alphabet,
                                    std::string& text) {
     const unsigned int codeBits = alphabet.bitSize();
     if (codeBits == 0) {

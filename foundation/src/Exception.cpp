@@ -28,11 +28,14 @@ Exception& Exception::operator=(const Exception& other) {
         _message = other._message;
         _pNested = std::move(pNested);
         _code = other._code;
+        delete _pText.exchange(nullptr);
     }
     return *this;
 }
 
-Exception::~Exception() = default;
+Exception::~Exception() {
+    delete _pText.load();
+}
 
 const char* Exception::name() const noexcept {
     return "Exception";
@@ -42,12 +45,28 @@ const char* Exception::className() const noexcept {
     return "Tamo::Exception";
 }
 
+// Made when it is first asked for, because name() is that of the whole object; threads that ask at the same
+// time see the same text.
 const char* Exception::what() const noexcept {
-    return name();
+    const std::string* pText = _pText.load();
+    if (!pText) {
+        try {
+            auto pNew = std::make_unique<const std::string>(displayText());
+            if (_pText.compare_exchange_strong(pText, pNew.get())) {
+                pText = pNew.release();
+            }
+        } catch (...) {
+            return _message.empty() ? name() : _message.c_str();
+        }
+    }
+    return pText->c_str();
 }
 
 std::string Exception::displayText() const {
     std::string text(name());
+    if (_message.starts_with(text + ": ")) {
+        return _message;
+    }
     if (!_message.empty()) {
         text.append(": ").append(_message);
     }

@@ -10,7 +10,7 @@ namespace Tamo {
 
 namespace {
 
-const std::string FILE_SCHEME("file");
+constinit const std::string FILE_SCHEME("file");
 
 std::unique_ptr<std::istream> openFile(const std::string& path) {
     // The system would cut the name off at a null character and open another file.
@@ -24,6 +24,10 @@ std::unique_ptr<std::istream> openFile(const std::string& path) {
     }
     if (status.type() == std::filesystem::file_type::directory) {
         throw OpenFileException(path, "is a directory");
+    }
+    // A pipe would make the program wait for whoever writes to it, a device has no end.
+    if (status.type() != std::filesystem::file_type::regular && !error) {
+        throw OpenFileException(path, "is no regular file");
     }
     auto pStream = std::make_unique<std::ifstream>(path, std::ios::binary);
     if (!pStream->is_open()) {

@@ -193,20 +193,19 @@ void expectDocuments(const std::vector<DocumentRow>& rows) {
     }
 }
 
-void expectFailure(const std::string& document, const std::string& fromMemory,
-                   const std::string& fromStream) {
+void expectFailure(const std::string& document, const std::string& failure) {
     for (const auto impl : ALL_KINDS) {
         SCOPED_TRACE("tables of kind " + std::to_string(impl));
         FastInfosetParser parser(impl);
-        EXPECT_FAILURE(fromMemory, parseMemory(parser, document));
+        EXPECT_FAILURE(failure, parseMemory(parser, document));
         std::istringstream stream(document);
-        EXPECT_FAILURE(fromStream, parseStream(parser, stream));
+        EXPECT_FAILURE(failure, parseStream(parser, stream));
         DribblingStream dribble(document);
-        EXPECT_FAILURE(fromStream, parseStream(parser, dribble));
+        EXPECT_FAILURE(failure, parseStream(parser, dribble));
         TypedEventRecorder recorder;
         FastInfosetReader reader{DocumentVocabulary(impl)};
         reader.open(document);
-        EXPECT_FAILURE(fromMemory, replay(reader, recorder));
+        EXPECT_FAILURE(failure, replay(reader, recorder));
         EXPECT_FAILURE("InvalidAccessException: No document is open", reader.next());
         recorder.clear();
         recorder.connect(parser);

@@ -56,7 +56,7 @@ void expectDocuments(const std::vector<DocumentRow>& rows);
 
 /// Expects that reading the document fails like this from memory and from streams, whatever the tables, and
 /// that the parser reads the next document.
-void expectFailure(const std::string& document, const std::string& fromMemory, const std::string& fromStream);
+void expectFailure(const std::string& document, const std::string& failure);
 
 } // namespace Tamo::FastInfoset::Test
 

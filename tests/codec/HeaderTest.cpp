@@ -58,13 +58,13 @@ TEST(HeaderTest, Refusals) {
     const std::string invalid = "FISException: Not a valid Fast Infoset document (invalid header)";
     const struct {
         const char* octets;
-        std::string fromMemory;
-        std::string fromStream = {}; ///< empty: the same
+        std::string failure;
     } rows[] = {{"00 00 00 00", invalid},
-                {"", MEMORY_END, invalid},
+                {"", end + "document header"},
+                {"E0", end + "document header"},
                 {"3C 3F 78 6D 6C", end + "XML declaration"},
                 {"E0 00 00 02 00", "FISException: Unsupported Fast Infoset document version"},
-                {"E0 00 00 01", OCTETS_END, end + "document header"},
+                {"E0 00 00 01", end + "document header"},
                 {"E0 00 00 01 20 00 00", "FISException: Initial Vocabulary detected with zero information in "
                                          "it - at least one dictionary required"},
                 {"E0 00 00 01 20 00 80 01 00 6C 00 6C", "AssertionViolationException: !existed"},
@@ -75,8 +75,7 @@ TEST(HeaderTest, Refusals) {
                 {"E0 00 00 01 08 30", "AssertionViolationException: id == 120"}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.octets);
-        expectFailure(octets(row.octets), row.fromMemory,
-                      row.fromStream.empty() ? row.fromMemory : row.fromStream);
+        expectFailure(octets(row.octets), row.failure);
     }
 }
 

@@ -38,6 +38,80 @@ private:
     std::string _collected;
 };
 
+// A put area over memory that is the program's own.
+class GivenMemory : public std::streambuf {
+public:
+    explicit GivenMemory(std::string& octets) { setp(octets.data(), octets.data() + octets.size()); }
+    std::size_t size() const { return static_cast<std::size_t>(pptr() - pbase()); }
+};
+
+// Takes octets in one way only, and throws behind some of them.
+class OneWay : public std::streambuf {
+public:
+    struct Full {};
+    OneWay(std::string& octets, std::size_t capacity) : _octets(octets), _capacity(capacity) {}
+
+protected:
+    std::streamsize xsputn(const char* p, std::streamsize n) override {
+        if (_octets.size() + static_cast<std::size_t>(n) > _capacity) {
+            throw Full();
+        }
+        _octets.append(p, static_cast<std::size_t>(n));
+        return n;
+    }
+    int sync() override { return _octets.size() == _capacity ? throw Full() : 0; }
+
+private:
+    std::string& _octets;
+    std::size_t _capacity;
+};
+
+constexpr const char* EVERY_CONSTRUCT =
+    "^|!,p,s|?t d|~|+p=u|<{u}p:a {u}p:b=\"12\" c=\"a value\" d=\"\"|'x|'text|'a "
+    "longer text|#c|[|'y|]|=int 1|=bool true|<b e=\"12\"|>|>|-p|$";
+
+TEST(WriterTest, TheStreamsBufferIsTheUsers) {
+    const std::string expected = document([](auto& w) { play(EVERY_CONSTRUCT, w); });
+    // Nothing behind the last octet is touched, event by event.
+    std::string memory(2000, '!');
+    GivenMemory given(memory);
+    std::ostream stream(&given);
+    FastInfosetWriter writer(stream);
+    for (std::string_view rest = EVERY_CONSTRUCT; !rest.empty();) {
+        const std::size_t end = std::min(rest.find('|'), rest.size());
+        play(rest.substr(0, end), writer);
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+        ASSERT_EQ(memory.find_first_not_of('!', given.size()), std::string::npos) << rest;
+    }
+    EXPECT_EQ(hex(memory.substr(0, given.size())), hex(expected));
+    std::ostringstream bits("ABCDEFGHIJKLMNOP");
+    BitStreamWriter(bits, false).write(0x3132u, 16);
+    EXPECT_EQ(bits.str(), "12CDEFGHIJKLMNOP");
+
+    // A buffer of one operation, which fails at each place; what it throws arrives when it is asked for.
+    for (std::size_t capacity = 0; capacity <= expected.size() + 1; ++capacity) {
+        for (const bool throws : {false, true}) {
+            std::string octets;
+            OneWay buffer(octets, capacity);
+            std::ostream into(&buffer);
+            into.exceptions(throws ? std::ios_base::badbit : std::ios_base::goodbit);
+            const auto write = [&] {
+                FastInfosetWriter one(into);
+                play(EVERY_CONSTRUCT, one);
+            };
+            if (capacity > expected.size()) {
+                write();
+                EXPECT_EQ(hex(octets), hex(expected));
+            } else if (throws) {
+                EXPECT_THROW(write(), OneWay::Full) << capacity;
+                EXPECT_TRUE(into.bad());
+            } else {
+                EXPECT_FAILURE("IOException: error while writing Fast Infoset document to stream", write());
+            }
+        }
+    }
+}
+
 TEST(WriterTest, DocumentsElementsAndAttributes) {
     expectDocuments(
         {{"nothing", "^|$", "00 F0"},

@@ -13,8 +13,9 @@ void checkClass(const std::string& className, const std::string& name) {
     const E plain("text", 9);
     EXPECT_EQ(plain.className(), "Tamo::" + className);
     EXPECT_EQ(plain.name(), name);
-    EXPECT_EQ(plain.what(), name);
     EXPECT_EQ(plain.displayText(), name + ": text");
+    EXPECT_EQ(plain.what(), name + ": text");
+    EXPECT_EQ(plain.what(), plain.what()) << "kept";
     EXPECT_TRUE(plain.code() == 9 && !plain.nested());
     EXPECT_EQ(E("text", std::string("argument"), 4).message(), "text: argument");
     EXPECT_TRUE(E(7).displayText() == name && E(7).code() == 7);
@@ -55,8 +56,13 @@ TEST(Exception, EveryClassKeepsTheContract) {
     checkClass<SyntaxException, DataException>("SyntaxException", "Syntax error");
     checkClass<OpenFileException, IOException>("OpenFileException", "Cannot open file");
     Exception target("old", Exception("old cause"), 1);
+    EXPECT_STREQ(target.what(), "Exception: old");
     target = Exception("new", Exception("new cause"), 2);
     EXPECT_EQ(target.message() + target.nested()->message(), "newnew cause");
+    EXPECT_STREQ(target.what(), "Exception: new");
+    EXPECT_STREQ(Exception(target).what(), "Exception: new");
+    // An assertion's message begins with its name, which is not said twice.
+    EXPECT_STREQ(AssertionViolationException("Assertion violation: x").what(), "Assertion violation: x");
     target = Exception(3);
     EXPECT_EQ(target.nested(), nullptr);
 }

@@ -46,9 +46,9 @@ TEST(HashKey, HoldsShortTextsAndTellsLongOnesApart) {
         EXPECT_TRUE(key == HashKey::of(std::string_view(text).substr(0, size)));
         EXPECT_TRUE(equalText(part, std::string_view(text).substr(0, size))) << size;
         if (HashKey::isExact(size)) {
-            char octets[HashKey::MOST_EXACT];
-            key.copyTo(octets);
-            EXPECT_EQ(std::string(octets, sizeof(octets)), part + std::string(16 - size, '\0'));
+            std::string octets(HashKey::MOST_EXACT + 1, '!');
+            copyShortText(octets.data(), part.data(), size);
+            EXPECT_EQ(octets, part + std::string(octets.size() - size, '!'));
             EXPECT_FALSE(hasNul(part)) << size;
             EXPECT_TRUE(equalShortText(part.data(), text.data(), size)) << size;
         }

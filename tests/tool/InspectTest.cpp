@@ -47,6 +47,34 @@ TEST_F(InspectTest, ExternalVocabularyAndOctetsBehindTheDocument) {
         "it with --external-vocabulary urn:v=FILE\n");
 }
 
+TEST_F(InspectTest, OutputIsThatOfStandardOutput) {
+    for (const char* form : {"", "--json", "--html", "--html --offset 7 --limit 5"}) {
+        must(std::string("finf inspect small.finf -f -o x ") + form);
+        must(std::string("finf inspect small.finf ") + form + " | cmp - x");
+        must(std::string("finf inspect small.finf -o - ") + form + " | cmp - x");
+    }
+    must("touch ./-; finf inspect - -o - <small.finf | cmp - <(finf inspect small.finf); rm ./-");
+    // Up to the fault, which is reported; from a pipe that nobody reads any more nothing is said.
+    const Result broken = run("finf inspect --html broken.finf -o broken.html");
+    EXPECT_EQ(broken.status, 1);
+    EXPECT_EQ(broken.errors, run("finf inspect broken.finf >/dev/null").errors);
+    EXPECT_EQ(run("{ { sleep 0.1; finf inspect --html small.finf -o -; echo $? >&2; } | true; }").errors,
+              "1\n");
+    EXPECT_EQ(files(), "broken.finf broken.html small.finf small.xml x");
+}
+
+// What the page is made of: nothing of the document stands in it as text, and a browser is to fetch nothing.
+TEST_F(InspectTest, PageIsOneFile) {
+    must("cp broken.finf '<b>&.finf'");
+    const std::string page = run("finf inspect --html '<b>&.finf'").output;
+    EXPECT_TRUE(page.starts_with("<!DOCTYPE html>\n") && page.ends_with("</html>\n"));
+    EXPECT_EQ(page.find("<b>&"), std::string::npos);
+    EXPECT_EQ(page.find("xxxxxxxxxxxx"), std::string::npos);
+    EXPECT_NE(page.find("default-src 'none'"), std::string::npos);
+    must("finf inspect --html '<b>&.finf' 2>/dev/null >p || test $? = 1; ! grep -E "
+         "'@[A-Z]|(src|href)=|(url|import)[(]' p");
+}
+
 TEST_F(InspectTest, WrongUsage) {
     for (const char* option : {"--limit x", "--offset -1", "--color blue"}) {
         EXPECT_EQ(run(std::string("finf inspect small.finf 2>/dev/null ") + option), (Result{2, "", ""}));

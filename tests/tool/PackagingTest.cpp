@@ -19,7 +19,8 @@ TEST_F(PackagingTest, ManualHasTheOptionsOfHelp) {
              "|\n"
              "diff - <(helped $c) | sed \"s/^/$c: /\"; done"),
         must("source ./options; commands | wc -l") +
-            "--external-vocabulary --help --max-depth --max-output --max-string-length --max-table-entries ");
+            "--external-vocabulary --help --max-amplification --max-depth --max-output --max-string-length "
+            "--max-table-entries ");
 }
 
 TEST_F(PackagingTest, CompletionOffersSubCommandsAndOptions) {

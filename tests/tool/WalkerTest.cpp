@@ -1,13 +1,13 @@
 // The walker of the inspecting commands against the parser: it accepts the same documents, fills the same
 // tables, and leaves no bit out.
 #include "../codec/Octets.h"
-#include "DepartureFinder.h"
-#include "DocumentWalker.h"
 #include "Tamo/FastInfoset/Converter.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
 #include "Tamo/XML/AttributesImpl.h"
 #include "Tamo/XML/InputSource.h"
+#include "walk/DepartureFinder.h"
+#include "walk/DocumentWalker.h"
 #include <fstream>
 #include <gtest/gtest.h>
 #include <sstream>

@@ -1,5 +1,6 @@
 #include "Tamo/XML/SAXParser.h"
 #include "Tamo/Bugcheck.h"
+#include "Tamo/XML/DefaultHandler.h"
 #include "Tamo/XML/EntityResolver.h"
 #include "Tamo/XML/InputSource.h"
 #include "Tamo/XML/Locator.h"
@@ -8,6 +9,7 @@
 #include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <map>
 #include <memory>
 #include <sstream>
@@ -248,6 +250,69 @@ TEST(SAXParser, ReadsAlikeFromEverySource) {
         }
     }
 }
+
+// What Expat looks at, in octets: all of an unfinished token each time that it gets more of it. The source
+// does not say how much it has.
+std::size_t lookedAt(const std::string& before, const std::string& behind, std::size_t size) {
+    class Counting : public std::streambuf {
+    public:
+        explicit Counting(const std::string& xml) : _xml(xml) {}
+        std::size_t octets = 0;
+
+    protected:
+        std::streamsize xsgetn(char* p, std::streamsize n) override {
+            const std::size_t count = _xml.copy(p, static_cast<std::size_t>(n), _position);
+            _position += count;
+            octets += _position; // of which nearly all is the token
+            return static_cast<std::streamsize>(count);
+        }
+
+    private:
+        const std::string& _xml;
+        std::size_t _position = 0;
+    };
+    const std::string xml = before + std::string(size, 'x') + behind + "</a>";
+    Counting buffer(xml);
+    std::istream stream(&buffer);
+    InputSource source(stream);
+    SAXParser parser;
+    parser.parse(&source);
+    return buffer.octets;
+}
+
+TEST(SAXParser, LongTokensAreLookedAtAFewTimes) {
+    const std::pair<const char*, const char*> tokens[] = {
+        {"<a><!--", "-->"}, {"<a><?p ", "?>"}, {"<a b='", "'>"}, {"<!--", "--><a>"}, {"<a ", "=''>"}};
+    for (const auto& [before, behind] : tokens) {
+        const std::size_t once = lookedAt(before, behind, 1 << 20);
+        const std::size_t twice = lookedAt(before, behind, 1 << 21);
+        EXPECT_LT(static_cast<double>(twice), 2.2 * static_cast<double>(once)) << before;
+        EXPECT_LT(twice, 4u << 21) << before;
+    }
+}
+
+#ifdef __GLIBC__
+// A document that turns out to be unusual is there once while it is read again.
+TEST(SAXParser, HoldsADocumentOnceWhateverIsReadAgain) {
+    struct Handler : DefaultHandler {
+        std::size_t most = 0;
+        void endElement(const std::string&, const std::string&, const std::string&) override {
+            const auto info = mallinfo2();
+            most = std::max(most, info.uordblks + info.hblkhd);
+        }
+    } handler;
+    std::string xml("<!DOCTYPE a [<!ENTITY e 'x'>]><a>");
+    while (xml.size() < 8000000) {
+        xml += "<b>" + std::string(100000, 'x') + "</b>";
+    }
+    xml += "</a>";
+    const auto before = mallinfo2();
+    SAXParser parser;
+    parser.setContentHandler(&handler);
+    parser.parseMemoryNP(xml.data(), xml.size());
+    EXPECT_LT(handler.most, before.uordblks + before.hblkhd + xml.size() * 3 / 2);
+}
+#endif
 
 // What is unusual about namespaces makes the parser read a document again, in the way that it reads from the
 // beginning what does not come as a whole. The events must not tell.

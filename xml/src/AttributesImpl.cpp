@@ -5,7 +5,7 @@ namespace Tamo::XML {
 
 namespace {
 
-const std::string EMPTY;
+constinit const std::string EMPTY;
 
 } // namespace
 
@@ -74,8 +74,13 @@ void AttributesImpl::setAttributes(const Attributes& attributes) {
     clear();
     const int count = attributes.getLength();
     for (int i = 0; i < count; ++i) {
-        addAttribute(attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i),
-                     attributes.getType(i), attributes.getValue(i));
+        Attribute& attribute = nextSlot(); // each string before the next call, which may use it again
+        attribute.namespaceURI = attributes.getURI(i);
+        attribute.localName = attributes.getLocalName(i);
+        attribute.qname = attributes.getQName(i);
+        attribute.type = attributes.getType(i);
+        attribute.value = attributes.getValue(i);
+        ++_count;
     }
 }
 

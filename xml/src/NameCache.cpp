@@ -4,6 +4,8 @@
 
 namespace Tamo::XML {
 
+constinit const std::string NameCache::QName::NO_URI;
+
 NameCache::QName* NameCache::find(std::string_view key, UInt64 scope) {
     const std::size_t h = hash(key, scope);
     for (std::size_t i = 0; i < MAX_PROBES; ++i) {
@@ -22,14 +24,7 @@ NameCache::QName* NameCache::find(std::string_view key, UInt64 scope) {
             name._pKey = pKey;
             name._keySize = key.size();
             name._scope = scope;
-            if (_pURI && key.size() > _pURI->size() && key[_pURI->size()] == SEPARATOR &&
-                key.starts_with(*_pURI)) {
-                name._pURI = _pURI;
-            }
-            split(key, name);
-            if (!name._ownURI.empty()) {
-                _pURI = &name._ownURI;
-            }
+            fill(key, name);
             ++_used;
             pSlot = &name;
             return pSlot;
@@ -38,6 +33,10 @@ NameCache::QName* NameCache::find(std::string_view key, UInt64 scope) {
             return pSlot;
         }
     }
+    if (key.size() <= MAX_KEY && _slots.size() < MAX_SLOTS && _used >= _slots.size() / 8) {
+        grow();
+        return find(key, scope);
+    }
     return nullptr;
 }
 
@@ -45,7 +44,7 @@ const NameCache::QName& NameCache::spill(std::string_view key, UInt64 scope) {
     ++_spilled;
     QName& name = _spill.emplace_back();
     name._scope = scope;
-    split(key, name);
+    fill(key, name);
     return name;
 }
 
@@ -53,15 +52,22 @@ std::size_t NameCache::hash(std::string_view key, UInt64 scope) {
     // Names differ at their end: the namespace name comes first and is often long. Should many names share
     // their last octets and their length, find() looks at MAX_PROBES of them and no more.
     constexpr std::size_t TAIL = 24;
-    return Tamo::hash(key.substr(key.size() - std::min(key.size(), TAIL))) + key.size() +
-           static_cast<std::size_t>(scope * 0x9E3779B1);
+    const std::string_view tail = key.substr(key.size() - std::min(key.size(), TAIL));
+    return static_cast<std::size_t>(
+        ((Tamo::hash(tail) + key.size()) ^ scope * 0x9E3779B97F4A7C15) * 0xD6E8FEB86659FD93 >> 32);
+}
+
+void NameCache::fill(std::string_view key, QName& name) {
+    if (name._scope == AS_DELIVERED) {
+        split(key, name);
+    } else {
+        resolve(key, name);
+    }
+    name._octets =
+        DeliveryLimits::CALLBACK + name.uri().size() + name._localName.size() + name.qname().size();
 }
 
 void NameCache::split(std::string_view key, QName& name) {
-    if (name._scope != AS_DELIVERED) {
-        resolve(key, name);
-        return;
-    }
     if (!_namespaces) {
         name._ownQName = key;
         return;
@@ -69,9 +75,7 @@ void NameCache::split(std::string_view key, QName& name) {
     std::string_view rest = key;
     const std::size_t endOfURI = rest.find(SEPARATOR);
     if (endOfURI != std::string_view::npos) {
-        if (name._pURI == &name._ownURI) {
-            name._ownURI = rest.substr(0, endOfURI);
-        }
+        setURI(rest.substr(0, endOfURI), name);
         rest.remove_prefix(endOfURI + 1);
     }
     const std::size_t endOfName = rest.find(SEPARATOR);
@@ -87,24 +91,32 @@ void NameCache::split(std::string_view key, QName& name) {
 // A raw name.
 void NameCache::resolve(std::string_view key, QName& name) {
     const std::size_t colon = key.find(':');
-    const std::string* pURI = &name._ownURI;
     if (colon == std::string_view::npos) {
         name._localName = key;
         name._pQName = &name._localName;
         if (name._scope == _elementScope) {
-            pURI = &_pBindings->getURI(std::string_view());
+            setURI(_pBindings->getURI(std::string_view()), name);
         }
     } else {
         name._localName = key.substr(colon + 1);
         name._ownQName = key;
-        pURI = &_pBindings->getURI(key.substr(0, colon));
-        _hasOdd = _hasOdd || colon == 0 || pURI->empty() || !isSurelyNCName(name._localName);
+        setURI(_pBindings->getURI(key.substr(0, colon)), name);
+        _hasOdd = _hasOdd || colon == 0 || name.uri().empty() || !isSurelyNCName(name._localName);
     }
-    if (_pURI && *_pURI == *pURI) {
-        name._pURI = _pURI;
-    } else if (!pURI->empty()) {
-        name._ownURI = *pURI;
+}
+
+// Names share their namespace names, which are often long.
+void NameCache::setURI(std::string_view uri, QName& name) {
+    if (uri.empty()) {
+        return;
     }
+    if (_lastURI != StringPool::NONE && equalText(_uris.text(_lastURI), uri)) {
+        _uris.hold(_lastURI);
+    } else {
+        _lastURI = _uris.intern(uri);
+    }
+    name._uri = _lastURI;
+    name._pURI = &_uris.text(_lastURI);
 }
 
 bool NameCache::isSurelyNCName(std::string_view name) noexcept {
@@ -135,6 +147,12 @@ void NameCache::grow() {
 }
 
 void NameCache::endSpill() {
+    for (const QName& name : _spill) {
+        if (name._uri != StringPool::NONE) {
+            _uris.release(name._uri);
+        }
+    }
+    _lastURI = StringPool::NONE;
     _spill.clear();
     if (_spilled > MAX_SPILLED) {
         std::fill(_slots.begin(), _slots.end(), nullptr);
@@ -142,8 +160,8 @@ void NameCache::endSpill() {
         _noGuess = nullptr;
         _pGuess = &_noGuess;
         _forgotten = _open.size();
-        _pURI = nullptr;
         _names.clear();
+        _uris.clear();
         _memory.release();
         _used = 0;
         _spilled = 0;

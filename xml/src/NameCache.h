@@ -2,7 +2,9 @@
 #define TAMO_XML_NAMECACHE_H
 
 #include "Tamo/Bugcheck.h"
+#include "Tamo/StringPool.h"
 #include "Tamo/Types.h"
+#include "Tamo/XML/DeliveryLimits.h"
 #include "Tamo/XML/NamespaceSupport.h"
 #include <array>
 #include <cstddef>
@@ -41,6 +43,9 @@ public:
         const std::string& localName() const { return _localName; }
         const std::string& qname() const { return *_pQName; }
 
+        /// What handing it over counts, see DeliveryLimits.
+        UInt64 octets() const { return _octets; }
+
     private:
         friend class NameCache;
 
@@ -48,15 +53,18 @@ public:
             return _scope == scope && std::strcmp(_pKey, name) == 0;
         }
 
+        static const std::string NO_URI;
+
         UInt64 _scope = AS_DELIVERED;
         const char* _pKey = nullptr;
         std::size_t _keySize = 0;
-        const std::string* _pURI = &_ownURI;
+        StringPool::Id _uri = StringPool::NONE; // in the cache's pool
+        const std::string* _pURI = &NO_URI;
         const std::string* _pQName = &_ownQName;
         QName* _pChild = nullptr;    // the element that began directly behind the beginning of this one
         QName* _pFollower = nullptr; // and behind its end, the last time
+        UInt64 _octets = 0;
         std::string _localName;
-        std::string _ownURI;   // unless another name has it
         std::string _ownQName; // unless it is the local name
     };
 
@@ -178,7 +186,9 @@ private:
 
     QName* find(std::string_view key, UInt64 scope);
     const QName& spill(std::string_view key, UInt64 scope);
+    void fill(std::string_view key, QName& name);
     void split(std::string_view key, QName& name);
+    void setURI(std::string_view uri, QName& name);
     void resolve(std::string_view key, QName& name);
     void grow();
     void endSpill();
@@ -194,7 +204,8 @@ private:
     std::pmr::list<QName> _names{&_memory};
     std::vector<QName*> _slots; // a power of two
     std::size_t _used = 0;
-    const std::string* _pURI = nullptr; // the last new one
+    StringPool _uris;
+    StringPool::Id _lastURI = StringPool::NONE; // the last one of a new name
     std::array<Attribute, ATTRIBUTES> _attributes{};
     QName* _noGuess = nullptr;
     QName** _pGuess = &_noGuess; // where it says which element begins next

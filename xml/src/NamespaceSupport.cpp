@@ -1,40 +1,57 @@
 #include "Tamo/XML/NamespaceSupport.h"
 #include "Tamo/Bugcheck.h"
-#include <functional>
+#include <algorithm>
 #include <utility>
 
 namespace Tamo::XML {
 
 namespace {
 
-const std::string EMPTY;
-
-std::size_t bucket(std::string_view text, std::size_t buckets) {
-    return std::hash<std::string_view>()(text) & (buckets - 1);
-}
+constinit const std::string EMPTY;
 
 } // namespace
 
 NamespaceSupport::NamespaceSupport() {
     _bindings.reserve(4);
-    _contexts.reserve(16);
-    reset();
+    _contexts.reserve(4);
+    clear();
 }
 
 void NamespaceSupport::reset() {
-    _count = 0;
-    _prefixHeads.clear();
-    _uriHeads.clear();
-    _contexts.clear();
-    append(XML_NAMESPACE_PREFIX, XML_NAMESPACE, NONE);
-    _contexts.push_back({1, 0}); // behind `xml`, which no context has declared
+    if (_bindings.size() > MOST_KEPT) {
+        clear();
+        return;
+    }
+    while (_count > 1) {
+        removeLast();
+    }
+    _contexts.assign(1, Context{1, 0, 0});
+    _state = _bindings[0].stateAfter;
+    _lowestChange = NONE;
 }
 
-void NamespaceSupport::removeContext() {
+// Nothing but `xml`, which no context has declared. Numbers of states are never used again.
+void NamespaceSupport::clear() {
+    _prefixes.clear();
+    _uris.clear();
+    _otherUses.clear();
+    _bindings.clear();
+    _count = 0;
+    _state = ++_lastState;
+    _lowestChange = NONE;
+    _prefixes.intern({});
+    _contexts.assign(1, Context{0, 0, 0});
+    append(XML_NAMESPACE_PREFIX, XML_NAMESPACE, NONE);
+    _contexts.back().first = 1;
+}
+
+void NamespaceSupport::popDeclaring() {
+    tamo_assert(_contexts.size() > 1);
     const std::size_t first = _contexts.back().first;
     while (_count > first) {
         removeLast();
     }
+    _contexts.pop_back();
 }
 
 bool NamespaceSupport::declarePrefix(const std::string& prefix, const std::string& uri) {
@@ -42,25 +59,32 @@ bool NamespaceSupport::declarePrefix(const std::string& prefix, const std::strin
         return false;
     }
     const UInt32 i = findPrefix(prefix);
-    if (i != NONE && i >= _contexts.back().first) {
-        if (_bindings[i].uri != uri) {
-            unlink(i);
-            _bindings[i].uri = uri;
-            link(i);
-            changeStates(i, _bindings[i].stateBefore);
-        }
-    } else {
+    if (i == NONE || i < first()) {
         append(prefix, uri, i);
+        return true;
+    }
+    Binding& binding = _bindings[i];
+    if (_uris.text(binding.uri) != uri) {
+        const StringPool::Id changed = _uris.intern(uri);
+        removeUse(i);
+        _uris.release(std::exchange(binding.uri, changed));
+        addUse(i);
+        binding.stateAfter = ++_lastState;
+        if (i + 1 == _count) {
+            _state = binding.stateAfter;
+        } else {
+            changedBelow(i);
+        }
     }
     return true;
 }
 
 bool NamespaceSupport::undeclarePrefix(const std::string& prefix) {
     const UInt32 i = findPrefix(prefix);
-    Context& context = _contexts.back();
-    if (i == NONE || i < context.first) {
+    if (i == NONE || i < first()) {
         return false;
     }
+    Context& context = _contexts.back();
     if (i + 1 != _count) {
         remove(i);
         ++context.dead;
@@ -80,12 +104,12 @@ bool NamespaceSupport::undeclarePrefix(const std::string& prefix) {
 
 bool NamespaceSupport::isDeclared(std::string_view prefix) const {
     const UInt32 i = findPrefix(prefix);
-    return i != NONE && i >= _contexts.back().first;
+    return i != NONE && i >= first();
 }
 
 const std::string& NamespaceSupport::getURI(std::string_view prefix) const {
     const UInt32 i = findPrefix(prefix);
-    return i == NONE ? EMPTY : _bindings[i].uri;
+    return i == NONE ? EMPTY : _uris.text(_bindings[i].uri);
 }
 
 const std::string& NamespaceSupport::getPrefix(const std::string& uri) const {
@@ -96,12 +120,15 @@ const std::string& NamespaceSupport::getPrefix(const std::string& uri) const {
 }
 
 const std::string& NamespaceSupport::getAttributePrefix(const std::string& uri) const {
-    const UInt32 i = uri.empty() ? NONE : findURI(uri, true);
-    return i == NONE ? EMPTY : _bindings[i].prefix;
+    const StringPool::Id id = uri.empty() ? NONE : _uris.find(uri);
+    const UInt32 i = id == NONE ? NONE : _uris.mark(id);
+    return i == NONE ? EMPTY : _prefixes.text(_bindings[i].prefix);
 }
 
 bool NamespaceSupport::isMapped(const std::string& uri) const {
-    return findURI(uri, false) != NONE;
+    const StringPool::Id id = _uris.find(uri);
+    const UInt32 i = _prefixes.mark(NO_PREFIX);
+    return id != NONE && (_uris.mark(id) != NONE || (i != NONE && _bindings[i].uri == id));
 }
 
 std::vector<std::string> NamespaceSupport::getDeclaredPrefixes() const {
@@ -111,171 +138,142 @@ std::vector<std::string> NamespaceSupport::getDeclaredPrefixes() const {
 }
 
 UInt32 NamespaceSupport::findPrefix(std::string_view prefix) const {
-    if (!indexed()) {
-        for (std::size_t i = _count; i-- > 0;) {
-            if (_bindings[i].live && _bindings[i].prefix == prefix) {
-                return static_cast<UInt32>(i);
-            }
-        }
-        return NONE;
+    if (prefix.empty()) {
+        return _prefixes.mark(NO_PREFIX);
     }
-    UInt32 i = _prefixHeads[bucket(prefix, _prefixHeads.size())];
-    while (i != NONE && _bindings[i].prefix != prefix) {
-        i = _bindings[i].nextPrefix;
-    }
-    return i;
+    const StringPool::Id id = _prefixes.find(prefix);
+    return id == NONE ? NONE : _prefixes.mark(id);
 }
 
-UInt32 NamespaceSupport::findURI(const std::string& uri, bool nonEmptyPrefix) const {
-    const auto matches = [&](const Binding& binding) {
-        return binding.live && binding.inForce && binding.uri == uri &&
-               !(nonEmptyPrefix && binding.prefix.empty());
-    };
-    if (!indexed()) {
-        for (std::size_t i = _count; i-- > 0;) {
-            if (matches(_bindings[i])) {
-                return static_cast<UInt32>(i);
-            }
-        }
-        return NONE;
+void NamespaceSupport::append(std::string_view prefix, std::string_view uri, UInt32 outer) {
+    Context& context = _contexts.back();
+    if (context.emptyAbove != 0) { // the current one, which declares something now
+        _contexts.push_back({static_cast<UInt32>(_count), 0, 0});
+        --_contexts[_contexts.size() - 2].emptyAbove;
     }
-    UInt32 i = _uriHeads[bucket(uri, _uriHeads.size())];
-    while (i != NONE && !matches(_bindings[i])) {
-        i = _bindings[i].nextURI;
-    }
-    return i;
-}
-
-void NamespaceSupport::append(const std::string& prefix, const std::string& uri, UInt32 outer) {
     if (_count == _bindings.size()) {
         _bindings.emplace_back();
     }
     Binding& binding = _bindings[_count];
-    if (binding.stateBefore != _state || binding.prefix != prefix || binding.uri != uri) {
-        binding.stateBefore = 0; // should a copy fail
-        binding.prefix = prefix;
-        binding.uri = uri;
+    const bool isKnown = binding.stateBefore == _state && _prefixes.text(binding.prefix) == prefix &&
+                         _uris.text(binding.uri) == uri;
+    if (!isKnown) {
+        binding.stateBefore = 0; // should there be no memory
+        for (auto [pPool, pId, text] :
+             {std::tuple{&_prefixes, &binding.prefix, prefix}, std::tuple{&_uris, &binding.uri, uri}}) {
+            const StringPool::Id id = pPool->intern(text);
+            if (*pId != NONE) {
+                pPool->release(*pId);
+            }
+            *pId = id;
+        }
         binding.stateAfter = ++_lastState;
         binding.stateBefore = _state;
     }
     binding.outer = outer;
+    binding.changes = _changes;
     binding.live = true;
-    binding.inForce = true;
-    if (outer != NONE) {
-        _bindings[outer].inForce = false;
-    }
+    bind(static_cast<UInt32>(_count));
     ++_count;
     _state = binding.stateAfter;
-    if (indexed() && _count <= _prefixHeads.size()) {
-        link(static_cast<UInt32>(_count - 1));
-    } else if (_count > SCAN_LIMIT) {
-        rebuildIndex();
-    }
 }
 
 void NamespaceSupport::removeLast() {
-    const UInt32 last = static_cast<UInt32>(_count - 1);
+    const auto last = static_cast<UInt32>(_count - 1);
     const Binding& binding = _bindings[last];
     if (binding.live) {
-        unlink(last);
-        if (binding.outer != NONE) {
-            _bindings[binding.outer].inForce = true;
-        }
-        _state = binding.stateBefore;
+        unbind(last);
+        // What was below has perhaps changed since.
+        _state = binding.changes != _changes && last > _lowestChange ? ++_lastState : binding.stateBefore;
     }
     --_count;
-    if (indexed() && _count < SCAN_LIMIT / 2) {
-        _prefixHeads.clear();
-        _uriHeads.clear();
+    if (_lowestChange != NONE && _count <= _lowestChange + 1) {
+        _lowestChange = NONE;
     }
 }
 
-// A binding that has others behind it.
+// A binding that has others above it.
 void NamespaceSupport::remove(UInt32 i) {
-    Binding& binding = _bindings[i];
-    unlink(i);
-    binding.live = false;
-    if (binding.outer != NONE) {
-        _bindings[binding.outer].inForce = true;
-    }
-    changeStates(i + 1, binding.stateBefore);
+    unbind(i);
+    _bindings[i].live = false;
+    changedBelow(i);
 }
 
-// The bindings from i on follow a state that they did not follow before.
-void NamespaceSupport::changeStates(std::size_t i, UInt64 stateBefore) {
-    _state = stateBefore;
-    for (; i < _count; ++i) {
-        Binding& binding = _bindings[i];
-        if (binding.live) {
-            binding.stateBefore = _state;
-            binding.stateAfter = ++_lastState;
-            _state = binding.stateAfter;
-        }
-    }
+// A binding that has others above it has changed: what these stood upon is no more.
+void NamespaceSupport::changedBelow(UInt32 i) {
+    ++_changes;
+    _lowestChange = std::min(_lowestChange, i);
+    _state = ++_lastState;
 }
 
 void NamespaceSupport::compact() {
     Context& context = _contexts.back();
-    std::size_t to = context.first;
-    for (std::size_t from = context.first; from < _count; ++from) {
+    auto to = static_cast<UInt32>(context.first);
+    for (auto from = to; from < _count; ++from) {
         if (_bindings[from].live) {
             if (to != from) {
+                removeUse(from);
                 std::swap(_bindings[to], _bindings[from]);
+                _prefixes.mark(_bindings[to].prefix) = to;
+                addUse(to);
             }
             ++to;
         }
     }
     _count = to;
     context.dead = 0;
-    if (indexed()) {
-        rebuildIndex();
+    changedBelow(context.first - 1);
+}
+
+// A binding that comes into force takes the place of the one that it hides.
+void NamespaceSupport::bind(UInt32 i) {
+    addUse(i);
+    if (_bindings[i].outer != NONE) {
+        removeUse(_bindings[i].outer);
+    }
+    _prefixes.mark(_bindings[i].prefix) = i;
+}
+
+void NamespaceSupport::unbind(UInt32 i) {
+    removeUse(i);
+    _prefixes.mark(_bindings[i].prefix) = _bindings[i].outer;
+    if (_bindings[i].outer != NONE) {
+        addUse(_bindings[i].outer);
     }
 }
 
-void NamespaceSupport::link(UInt32 i) {
-    if (indexed()) {
-        UInt32& prefixes = prefixHead(_bindings[i].prefix);
-        _bindings[i].nextPrefix = std::exchange(prefixes, i);
-        UInt32& uris = uriHead(_bindings[i].uri);
-        _bindings[i].nextURI = std::exchange(uris, i);
+void NamespaceSupport::addUse(UInt32 i) {
+    const Binding& binding = _bindings[i];
+    if (binding.prefix == NO_PREFIX) {
+        return;
+    }
+    UInt32& last = _uris.mark(binding.uri);
+    if (last == NONE) {
+        last = i;
+    } else {
+        _otherUses.emplace(binding.uri, std::min(last, i));
+        last = std::max(last, i);
     }
 }
 
-void NamespaceSupport::unlink(UInt32 i) {
-    if (indexed()) {
-        UInt32* pPrefix = &prefixHead(_bindings[i].prefix);
-        while (*pPrefix != i) {
-            pPrefix = &_bindings[*pPrefix].nextPrefix;
+void NamespaceSupport::removeUse(UInt32 i) {
+    const Binding& binding = _bindings[i];
+    if (binding.prefix == NO_PREFIX) {
+        return;
+    }
+    UInt32& last = _uris.mark(binding.uri);
+    if (last != i) {
+        _otherUses.erase({binding.uri, i});
+        return;
+    }
+    last = NONE;
+    if (!_otherUses.empty()) {
+        auto it = _otherUses.upper_bound({binding.uri, NONE});
+        if (it != _otherUses.begin() && (--it)->first == binding.uri) {
+            last = it->second;
+            _otherUses.erase(it);
         }
-        *pPrefix = _bindings[i].nextPrefix;
-        UInt32* pURI = &uriHead(_bindings[i].uri);
-        while (*pURI != i) {
-            pURI = &_bindings[*pURI].nextURI;
-        }
-        *pURI = _bindings[i].nextURI;
     }
-}
-
-void NamespaceSupport::rebuildIndex() {
-    std::size_t buckets = 64;
-    while (buckets < _count * 2) {
-        buckets *= 2;
-    }
-    _prefixHeads.assign(buckets, NONE);
-    _uriHeads.assign(buckets, NONE);
-    for (std::size_t i = 0; i < _count; ++i) {
-        if (_bindings[i].live) {
-            link(static_cast<UInt32>(i));
-        }
-    }
-}
-
-UInt32& NamespaceSupport::prefixHead(std::string_view prefix) {
-    return _prefixHeads[bucket(prefix, _prefixHeads.size())];
-}
-
-UInt32& NamespaceSupport::uriHead(const std::string& uri) {
-    return _uriHeads[bucket(uri, _uriHeads.size())];
 }
 
 } // namespace Tamo::XML

@@ -1,12 +1,13 @@
 #include "Tamo/XML/SAXParser.h"
+#include "ExpatMemory.h"
 #include "LegacyEncoding.h"
 #include "NameCache.h"
 #include "Tamo/Bugcheck.h"
 #include "Tamo/MemoryStream.h"
 #include "Tamo/URI.h"
-#include "Tamo/XML/Attributes.h"
 #include "Tamo/XML/ContentHandler.h"
 #include "Tamo/XML/DTDHandler.h"
+#include "Tamo/XML/DeliveryMeter.h"
 #include "Tamo/XML/EntityResolverImpl.h"
 #include "Tamo/XML/ErrorHandler.h"
 #include "Tamo/XML/InputSource.h"
@@ -14,6 +15,7 @@
 #include "Tamo/XML/Locator.h"
 #include "Tamo/XML/NamespaceSupport.h"
 #include "Tamo/XML/SAXException.h"
+#include "Tamo/XML/StableAttributes.h"
 #include <algorithm>
 #include <cstring>
 #include <exception>
@@ -32,17 +34,20 @@ namespace Tamo::XML {
 
 namespace {
 
-const std::string EMPTY;
-const std::string CDATA_TYPE{"CDATA"};
+constinit const std::string EMPTY;
+constinit const std::string CDATA_TYPE{"CDATA"};
 
-/// How many octets Expat gets at a time.
+/// How many octets Expat gets at a time, unless it waits for the end of a long token: it looks at a token
+/// from its beginning each time that it gets more, so that it gets as much again as it has.
 constexpr std::size_t PIECE = 64 * 1024;
+constexpr std::size_t MAX_PIECE = 1 << 30; // an int counts them
 
 /// An entity of fewer octets goes to Expat in one piece when its size is known. That is a fifth faster:
 /// behind every piece but the last Expat counts lines and columns. Expat keeps a copy of the piece, hence the
 /// limits.
 constexpr std::size_t MAX_WHOLE = 16 * 1024 * 1024;
 constexpr std::size_t MAX_WHOLE_IN_MEMORY = 64 * 1024 * 1024; // at most as much again as the caller has
+constexpr std::size_t MAX_WHOLE_AGAIN = 1024 * 1024; // of an entity that is here already, and read again
 
 /// The longest run of text that one `characters` call delivers.
 constexpr std::size_t MAX_RUN = 64 * 1024;
@@ -54,9 +59,13 @@ constexpr std::size_t MAX_EXTERNAL_DEPTH = 64;
 /// about half a KiB of stack a level, so that a longer chain could end the process.
 constexpr std::size_t MAX_REFERRING_ENTITIES = 2000;
 
+/// How many attributes with default values an element may have. Expat looks through all of them for each new
+/// one.
+constexpr std::size_t MAX_DEFAULT_ATTRIBUTES = 10000;
+
 using ParserPtr = std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)>;
 
-/// Octets from a stream or from memory.
+/// Octets from a stream or from memory, which can be read a second time.
 class Input {
 public:
     explicit Input(std::istream& stream)
@@ -66,21 +75,37 @@ public:
     Input(const char* data, std::size_t size)
         : _pData(data), _left(size), _size(firstSize(size, MAX_WHOLE_IN_MEMORY)) {}
 
-    /// How many octets to ask for.
-    std::size_t nextSize() const { return _size; }
+    /// How many octets to ask for, when as many as unfinished wait for what is behind them.
+    std::size_t nextSize(std::size_t unfinished) const {
+        return std::max(_size, std::min(unfinished, MAX_PIECE));
+    }
 
-    /// Reads up to nextSize() octets; fewer mean that the input ends.
-    std::size_t read(char* pBuffer) {
-        const std::size_t size = std::exchange(_size, PIECE);
-        if (!_pStream) {
-            const std::size_t count = std::min(size, _left);
-            if (count > 0) {
-                std::memcpy(pBuffer, _pData, count);
-            }
+    /// Reads up to size octets; fewer mean that the input ends.
+    std::size_t read(char* pBuffer, std::size_t size) {
+        _size = PIECE;
+        const std::size_t count = std::min(size, _left);
+        if (count > 0) {
+            std::memcpy(pBuffer, _pData, count);
             _pData += count;
             _left -= count;
-            return count;
         }
+        return count < size && _pStream ? count + readStream(pBuffer + count, size - count) : count;
+    }
+
+    /// Begins anew with the octets that have been read so far, which are at pData for as long as the input is
+    /// used; there are no more of them when it has ended.
+    void readAgain(const char* pData, std::size_t size, bool hasEnded) {
+        _pData = pData;
+        _left = size;
+        _size = PIECE;
+        if (hasEnded) {
+            _pStream = nullptr;
+            _size = firstSize(size, MAX_WHOLE_AGAIN);
+        }
+    }
+
+private:
+    std::size_t readStream(char* pBuffer, std::size_t size) {
         try {
             _pStream->read(pBuffer, static_cast<std::streamsize>(size));
         } catch (const std::ios_base::failure&) {
@@ -92,7 +117,6 @@ public:
         return static_cast<std::size_t>(_pStream->gcount());
     }
 
-private:
     /// One octet more than there seem to be: the first read is to see the end.
     static std::size_t firstSize(std::size_t available, std::size_t limit) {
         return available < limit ? available + 1 : PIECE;
@@ -115,13 +139,14 @@ private:
 };
 
 /// The attributes of the current element; names live in the name cache, slots keep their strings' capacity.
-class ParsedAttributes : public Attributes {
+class ParsedAttributes final : public StableAttributes {
 public:
     ParsedAttributes() { _slots.reserve(8); }
 
     void clear() { _count = 0; }
 
-    void add(const NameCache::QName& name, const std::string& type, const char* value) {
+    /// Returns the octets of the value.
+    std::size_t add(const NameCache::QName& name, const std::string& type, const char* value) {
         if (_count == _slots.size()) {
             _slots.emplace_back();
         }
@@ -129,6 +154,7 @@ public:
         slot.pName = &name;
         slot.pType = &type;
         slot.value.assign(value);
+        return slot.value.size();
     }
 
     int getLength() const override { return static_cast<int>(_count); }
@@ -310,6 +336,7 @@ public:
           _names(parser._namespaces),
           _isRaw(parser._namespaces && !parser._externalParameterEntities),
           _holding(parser._declarationsFirst) {
+        _meter.start(parser._limits);
         _entities.push_back({nullptr, publicId, systemId});
         if (_isRaw) {
             _names.resolveWith(&_bindings);
@@ -344,10 +371,10 @@ private:
 
     ParserPtr createExpat(const std::string& encoding);
     void installCallbacks(XML_Parser pExpat);
-    bool feedRaw(ParserPtr& pExpat, Input& input, const std::string& encoding);
+    bool feedRaw(XML_Parser pExpat, Input& input);
     void feed(XML_Parser pExpat, Input& input);
-    void parse(XML_Parser pExpat, std::size_t size, bool isFinal);
     void readAgain();
+    void stop() noexcept;
     [[noreturn]] void fail(const std::string& message);
 
     enum Callback { COMMON, NAMESPACE_START, NAMESPACE_END };
@@ -359,23 +386,27 @@ private:
         guarded(pUser, COMMON, std::forward<Event>(event));
     }
     bool takes(Callback callback) noexcept;
+    bool takes(std::string_view& text) noexcept;
+    void guardedText(std::string_view text);
 
     void startElement(const char* name, const char** attributes);
     void startRawElement(const char* name, const char** attributes);
     bool declare(const char** attributes);
     void endDeclarations();
     void addAttributes(const NameCache::QName& element, const char** attributes);
+    void addAttribute(const NameCache::QName& name, const std::string& type, const char* value);
+    void startPrefixMapping(const std::string& prefix, const std::string& uri);
     void endElement(const char* name);
     void text(std::string_view text);
     void makeRoom(std::string_view& text);
     void flushText();
-    void comment(std::string&& text);
+    void comment(std::string_view text);
     void processingInstruction(std::string&& target, std::string&& data);
     void startDTD(const char* name, const char* systemId, const char* publicId);
     void endDTD();
     void entityDecl(const char* name, bool isParameter, const char* value, int length, const char* systemId,
                     const char* publicId, const char* notation);
-    void attributeDecl(const char* element, const char* attribute, const char* type);
+    void attributeDecl(const char* element, const char* attribute, const char* type, const char* value);
     void skippedEntity(const std::string& name);
     int externalEntity(XML_Parser pExpat, const char* context, const char* base, const char* systemId,
                        const char* publicId);
@@ -385,8 +416,20 @@ private:
     const std::string& declaredType(const std::string& element, const std::string& attribute);
     void releaseHeld();
 
+    void deliver(UInt64 octets) {
+        if (!_meter.add(octets)) [[unlikely]] {
+            checkDelivered();
+        }
+    }
+    void checkDelivered();
+    void* buffer(XML_Parser pExpat, std::size_t size);
+    [[noreturn]] void failMemory();
+
     static int XMLCALL unknownEncoding(void*, const char* name, XML_Encoding* pInfo);
 
+    ExpatMemory _memory; // of all parsers below
+    DeliveryMeter _meter;
+    UInt64 _fed = 0; // octets that Expat has been given, of all entities
     SAXParser& _parser;
     const bool _namespaces; // the feature, which a handler may set for the next parse
     NameCache _names;
@@ -400,29 +443,32 @@ private:
     bool _isReadAgain = false;              // whether it is to stop because of that
     bool _isUnusual = false;                // whether callbacks may have to be left out
     bool _isPassingEnds = false;
-    UInt64 _callbacks = 0;         // but those of namespaces
-    UInt64 _passOver = 0;          // how many of them have been here before
+    UInt64 _reported = 0;          // octets of text, and callbacks but those of text and namespaces
+    UInt64 _passOver = 0;          // how many of these have been here before
     std::vector<Entity> _entities; // the document entity and the external entities open inside it
     std::exception_ptr _exception;
     bool _inDTD = false;
     bool _holding;
     std::vector<Held> _held;
     std::size_t _referringEntities = 0;
-    std::unordered_set<std::string> _externalEntities;   // names of the general ones
-    std::unordered_map<std::string, std::string> _types; // by element and attribute name
+    std::unordered_set<std::string> _externalEntities;      // names of the general ones
+    std::unordered_map<std::string, std::string> _types;    // by element and attribute name
+    std::unordered_map<std::string, std::size_t> _defaults; // by element name, the number of default values
     std::string _typeKey;
 };
 
 void SAXParser::Driver::run(Input input, const std::string& encoding) {
-    ParserPtr pExpat = createExpat(encoding);
+    const ParserPtr pExpat = createExpat(encoding);
     if (ContentHandler* pHandler = _parser._pContentHandler) {
         pHandler->setDocumentLocator(this);
         if (!_holding) {
             pHandler->startDocument();
         }
     }
-    if (!_isRaw || !feedRaw(pExpat, input, encoding)) {
+    if (!_isRaw) {
         feed(pExpat.get(), input);
+    } else if (!feedRaw(pExpat.get(), input)) {
+        feed(createExpat(encoding).get(), input); // out of the buffer of pExpat
     }
     if (ContentHandler* pHandler = _parser._pContentHandler) {
         pHandler->endDocument();
@@ -431,9 +477,10 @@ void SAXParser::Driver::run(Input input, const std::string& encoding) {
 
 ParserPtr SAXParser::Driver::createExpat(const std::string& encoding) {
     const char* pEncoding = encoding.empty() ? nullptr : encoding.c_str();
-    ParserPtr pExpat(_namespaces && !_isRaw ? XML_ParserCreateNS(pEncoding, NameCache::SEPARATOR)
-                                            : XML_ParserCreate(pEncoding),
-                     &XML_ParserFree);
+    constexpr char SEPARATOR[] = {NameCache::SEPARATOR, '\0'};
+    ParserPtr pExpat(
+        XML_ParserCreate_MM(pEncoding, &ExpatMemory::suite(), _namespaces && !_isRaw ? SEPARATOR : nullptr),
+        &XML_ParserFree);
     if (!pExpat) {
         throw std::bad_alloc();
     }
@@ -462,7 +509,7 @@ void SAXParser::Driver::installCallbacks(XML_Parser pExpat) {
             guarded(pUser, [&](Driver& driver) { driver.endElement(name); });
         });
     XML_SetCharacterDataHandler(pExpat, [](void* pUser, const char* text, int length) {
-        guarded(pUser, [&](Driver& driver) { driver.text({text, static_cast<std::size_t>(length)}); });
+        static_cast<Driver*>(pUser)->guardedText({text, static_cast<std::size_t>(length)});
     });
     XML_SetProcessingInstructionHandler(pExpat, [](void* pUser, const char* target, const char* data) {
         guarded(pUser, [&](Driver& driver) {
@@ -500,9 +547,7 @@ void SAXParser::Driver::installCallbacks(XML_Parser pExpat) {
             guarded(pUser, NAMESPACE_START, [&](Driver& driver) {
                 driver.flushText();
                 driver.releaseHeld();
-                if (ContentHandler* pHandler = driver._parser._pContentHandler) {
-                    pHandler->startPrefixMapping(prefix ? prefix : EMPTY, uri ? uri : EMPTY);
-                }
+                driver.startPrefixMapping(prefix ? prefix : EMPTY, uri ? uri : EMPTY);
             });
         },
         [](void* pUser, const char* prefix) {
@@ -543,8 +588,8 @@ void SAXParser::Driver::installCallbacks(XML_Parser pExpat) {
         });
     });
     XML_SetAttlistDeclHandler(pExpat, [](void* pUser, const char* element, const char* attribute,
-                                         const char* type, const char*, int) {
-        guarded(pUser, [&](Driver& driver) { driver.attributeDecl(element, attribute, type); });
+                                         const char* type, const char* value, int) {
+        guarded(pUser, [&](Driver& driver) { driver.attributeDecl(element, attribute, type, value); });
     });
     XML_SetSkippedEntityHandler(pExpat, [](void* pUser, const char* name, int isParameter) {
         guarded(pUser, [&](Driver& driver) {
@@ -566,79 +611,89 @@ void SAXParser::Driver::installCallbacks(XML_Parser pExpat) {
     }
 }
 
-// Reads the first piece. True when that was the document and it has been parsed; else pExpat, which knows
-// namespaces now, has been given the piece and what follows is still to be read.
-bool SAXParser::Driver::feedRaw(ParserPtr& pExpat, Input& input, const std::string& encoding) {
-    const std::size_t size = input.nextSize();
-    void* const pPiece = XML_GetBuffer(pExpat.get(), static_cast<int>(size));
-    if (!pPiece) {
-        throw std::bad_alloc();
-    }
-    const std::size_t count = input.read(static_cast<char*>(pPiece));
+// Reads the first piece. True when that was the document and it has been parsed; else the input has been put
+// back to its beginning, for an Expat that knows namespaces.
+bool SAXParser::Driver::feedRaw(XML_Parser pExpat, Input& input) {
+    const std::size_t size = input.nextSize(0);
+    void* const pPiece = buffer(pExpat, size);
+    const std::size_t count = input.read(static_cast<char*>(pPiece), size);
+    _fed = count;
     const bool isWhole = count < size;
     if (isWhole) {
-        const XML_Status status = XML_ParseBuffer(pExpat.get(), static_cast<int>(count), true);
+        const XML_Status status = XML_ParseBuffer(pExpat, static_cast<int>(count), true);
         if (_exception) {
             std::rethrow_exception(_exception);
         }
         if (status == XML_STATUS_OK && !_isReadAgain) {
             return true;
         }
-        if (!_isReadAgain && XML_GetErrorCode(pExpat.get()) == XML_ERROR_NO_MEMORY) {
-            throw std::bad_alloc();
+        if (!_isReadAgain && XML_GetErrorCode(pExpat) == XML_ERROR_NO_MEMORY) {
+            failMemory();
         }
-        _passOver = _callbacks;
+        _passOver = _reported;
         _isPassingEnds = true;
         _isUnusual = true;
     }
     _isRaw = false;
     _isReadAgain = false;
     _names.resolveWith(nullptr);
-    const ParserPtr pRaw = std::exchange(pExpat, createExpat(encoding));
-    void* const pCopy = XML_GetBuffer(pExpat.get(), static_cast<int>(std::max<std::size_t>(count, 1)));
-    if (!pCopy) {
-        throw std::bad_alloc();
-    }
-    std::memcpy(pCopy, pPiece, count); // which is in the buffer of pRaw
-    parse(pExpat.get(), count, isWhole);
-    return isWhole;
+    input.readAgain(static_cast<const char*>(pPiece), count, isWhole);
+    return false;
 }
 
 void SAXParser::Driver::feed(XML_Parser pExpat, Input& input) {
+    XML_Index fed = 0; // of this entity
+    std::size_t unfinished = 0;
     bool isFinal = false;
     while (!isFinal) {
-        const std::size_t size = input.nextSize();
-        void* pBuffer = XML_GetBuffer(pExpat, static_cast<int>(size));
-        if (!pBuffer) {
-            throw std::bad_alloc();
-        }
-        const std::size_t count = input.read(static_cast<char*>(pBuffer));
+        const std::size_t size = input.nextSize(unfinished);
+        void* const pBuffer = buffer(pExpat, size);
+        const std::size_t count = input.read(static_cast<char*>(pBuffer), size);
+        _fed += count;
         isFinal = count < size;
-        parse(pExpat, count, isFinal);
+        if (XML_ParseBuffer(pExpat, static_cast<int>(count), isFinal) != XML_STATUS_OK && !_exception) {
+            const XML_Error error = XML_GetErrorCode(pExpat);
+            if (error == XML_ERROR_NO_MEMORY) {
+                failMemory();
+            }
+            fail(XML_ErrorString(error));
+        }
+        if (_exception) { // perhaps of a callback behind the last one that Expat can be stopped in
+            std::rethrow_exception(_exception);
+        }
+        fed += static_cast<XML_Index>(count);
+        const XML_Index token = XML_GetCurrentByteIndex(pExpat);
+        unfinished = token >= 0 && token < fed ? static_cast<std::size_t>(fed - token) : 0;
     }
 }
 
-// What is in Expat's buffer.
-void SAXParser::Driver::parse(XML_Parser pExpat, std::size_t size, bool isFinal) {
-    if (XML_ParseBuffer(pExpat, static_cast<int>(size), isFinal) != XML_STATUS_OK) {
-        if (_exception) {
-            std::rethrow_exception(_exception);
-        }
-        const XML_Error error = XML_GetErrorCode(pExpat);
-        if (error == XML_ERROR_NO_MEMORY) {
-            throw std::bad_alloc();
-        }
-        fail(XML_ErrorString(error));
+// Room for the next octets of the document.
+void* SAXParser::Driver::buffer(XML_Parser pExpat, std::size_t size) {
+    _memory.allowFor(_fed + size);
+    void* const pBuffer = XML_GetBuffer(pExpat, static_cast<int>(size));
+    if (!pBuffer) {
+        failMemory();
     }
-    // A callback behind the last one that Expat can be stopped in.
-    if (_exception) {
-        std::rethrow_exception(_exception);
+    return pBuffer;
+}
+
+void SAXParser::Driver::failMemory() {
+    if (_memory.isExceeded()) {
+        fail("Limit exceeded: memory for names, namespaces and declarations");
+    }
+    throw std::bad_alloc();
+}
+
+void SAXParser::Driver::checkDelivered() {
+    const std::string limit = _meter.exceeds(_fed);
+    if (!limit.empty()) {
+        fail("Limit exceeded: " + limit);
     }
 }
 
 // The callback that is being executed does nothing; Expat with namespaces is to decide about it.
 void SAXParser::Driver::readAgain() {
-    --_callbacks;
+    --_reported;
     _isReadAgain = true;
     _isUnusual = true;
     XML_StopParser(_entities.back().pExpat, XML_FALSE);
@@ -670,20 +725,51 @@ bool SAXParser::Driver::takes(Callback callback) noexcept {
     return true;
 }
 
+// The part of a text that has not been here before, which text becomes.
+bool SAXParser::Driver::takes(std::string_view& text) noexcept {
+    if (_passOver != 0 && !_exception && !_isReadAgain) {
+        const auto known = static_cast<std::size_t>(std::min<UInt64>(_passOver, text.size()));
+        _passOver -= known;
+        text.remove_prefix(known);
+        if (text.empty()) {
+            return false;
+        }
+    }
+    return takes(COMMON);
+}
+
 template<class Event>
 void SAXParser::Driver::guarded(void* pUser, Callback callback, Event&& event) {
     Driver& driver = *static_cast<Driver*>(pUser);
     if (driver._isUnusual && !driver.takes(callback)) [[unlikely]] {
         return;
     }
-    ++driver._callbacks;
+    ++driver._reported;
     try {
         event(driver);
     } catch (...) {
-        driver._exception = std::current_exception();
-        driver._isUnusual = true;
-        XML_StopParser(driver._entities.back().pExpat, XML_FALSE);
+        driver.stop();
     }
+}
+
+// Expat cuts text where its pieces end, too, so that it is counted by its octets.
+void SAXParser::Driver::guardedText(std::string_view text) {
+    if (_isUnusual && !takes(text)) [[unlikely]] {
+        return;
+    }
+    _reported += text.size();
+    try {
+        this->text(text);
+    } catch (...) {
+        stop();
+    }
+}
+
+// With the exception that is being handled.
+void SAXParser::Driver::stop() noexcept {
+    _exception = std::current_exception();
+    _isUnusual = true;
+    XML_StopParser(_entities.back().pExpat, XML_FALSE);
 }
 
 void SAXParser::Driver::startElement(const char* name, const char** attributes) {
@@ -697,11 +783,12 @@ void SAXParser::Driver::startElement(const char* name, const char** attributes) 
     _attributes.clear();
     if (_namespaces && _types.empty()) [[likely]] {
         for (; *attributes; attributes += 2) {
-            _attributes.add(_names.attribute(attributes[0]), CDATA_TYPE, attributes[1]);
+            addAttribute(_names.attribute(attributes[0]), CDATA_TYPE, attributes[1]);
         }
     } else {
         addAttributes(element, attributes);
     }
+    deliver(2 * element.octets());
     pHandler->startElement(element.uri(), element.localName(), element.qname(), _attributes);
 }
 
@@ -718,7 +805,7 @@ void SAXParser::Driver::startRawElement(const char* name, const char** attribute
     _attributes.clear();
     for (; *attributes; attributes += 2) {
         if (!declares || !isDeclaration(*attributes)) {
-            _attributes.add(_names.attribute(attributes[0]), CDATA_TYPE, attributes[1]);
+            addAttribute(_names.attribute(attributes[0]), CDATA_TYPE, attributes[1]);
         }
     }
     if (_names.hasOdd()) [[unlikely]] {
@@ -733,12 +820,10 @@ void SAXParser::Driver::startRawElement(const char* name, const char** attribute
         return;
     }
     if (declares) {
-        _bindings.visitDeclared([&](const std::string& prefix, const std::string& uri) {
-            if (ContentHandler* pNow = _parser._pContentHandler) {
-                pNow->startPrefixMapping(prefix, uri);
-            }
-        });
+        _bindings.visitDeclared(
+            [&](const std::string& prefix, const std::string& uri) { startPrefixMapping(prefix, uri); });
     }
+    deliver(2 * element.octets());
     pHandler->startElement(element.uri(), element.localName(), element.qname(), _attributes);
 }
 
@@ -787,7 +872,19 @@ void SAXParser::Driver::addAttributes(const NameCache::QName& element, const cha
         }
         const std::string& type =
             _types.empty() ? CDATA_TYPE : declaredType(element.qname(), attribute.qname());
-        _attributes.add(attribute, type, attributes[1]);
+        addAttribute(attribute, type, attributes[1]);
+    }
+}
+
+void SAXParser::Driver::addAttribute(const NameCache::QName& name, const std::string& type,
+                                     const char* value) {
+    deliver(name.octets() + _attributes.add(name, type, value));
+}
+
+void SAXParser::Driver::startPrefixMapping(const std::string& prefix, const std::string& uri) {
+    if (ContentHandler* pHandler = _parser._pContentHandler) {
+        deliver(2 * DeliveryLimits::CALLBACK + prefix.size() + uri.size());
+        pHandler->startPrefixMapping(prefix, uri);
     }
 }
 
@@ -838,19 +935,21 @@ void SAXParser::Driver::flushText() {
     if (_textSize != 0) {
         const int size = static_cast<int>(std::exchange(_textSize, 0));
         if (ContentHandler* pHandler = _parser._pContentHandler) {
+            deliver(DeliveryLimits::CALLBACK + static_cast<UInt64>(size));
             pHandler->characters(_text.data(), 0, size);
         }
     }
 }
 
-void SAXParser::Driver::comment(std::string&& text) {
+void SAXParser::Driver::comment(std::string_view text) {
     LexicalHandler* pHandler = _parser._pLexicalHandler;
     if (_inDTD || !pHandler) {
         return;
     }
     flushText();
+    deliver(DeliveryLimits::CALLBACK + text.size());
     if (_holding) {
-        _held.push_back({Held::COMMENT, std::move(text), {}, {}});
+        _held.push_back({Held::COMMENT, std::string(text), {}, {}});
     } else {
         pHandler->comment(text.data(), 0, static_cast<int>(text.size()));
     }
@@ -858,6 +957,7 @@ void SAXParser::Driver::comment(std::string&& text) {
 
 void SAXParser::Driver::processingInstruction(std::string&& target, std::string&& data) {
     flushText();
+    deliver(DeliveryLimits::CALLBACK + target.size() + data.size());
     if (_holding) {
         _held.push_back({Held::PROCESSING_INSTRUCTION, std::move(target), std::move(data), {}});
     } else if (ContentHandler* pHandler = _parser._pContentHandler) {
@@ -932,7 +1032,11 @@ void SAXParser::Driver::entityDecl(const char* name, bool isParameter, const cha
     }
 }
 
-void SAXParser::Driver::attributeDecl(const char* element, const char* attribute, const char* type) {
+void SAXParser::Driver::attributeDecl(const char* element, const char* attribute, const char* type,
+                                      const char* value) {
+    if ((value || std::string_view(type) == "ID") && ++_defaults[element] > MAX_DEFAULT_ATTRIBUTES) {
+        fail("too many attributes with default values");
+    }
     // SAX knows neither enumerations nor the names that a notation attribute allows.
     std::string_view saxType(type);
     if (saxType.starts_with('(')) {
@@ -990,7 +1094,7 @@ void SAXParser::Driver::parseExternal(XML_Parser pExpat, const char* context, co
         XML_ExternalEntityParserCreate(pExpat, context, encoding.empty() ? nullptr : encoding.c_str()),
         &XML_ParserFree);
     if (!pChild || XML_SetBase(pChild.get(), systemText.c_str()) != XML_STATUS_OK) {
-        throw std::bad_alloc();
+        failMemory();
     }
     _entities.push_back({pChild.get(), publicText, systemText});
     try {

@@ -7,8 +7,8 @@ namespace Tamo::XML {
 
 namespace {
 
-const std::string SPACE{"space"};
-const std::string XML_SPACE{"xml:space"};
+constinit const std::string SPACE{"space"};
+constinit const std::string XML_SPACE{"xml:space"};
 
 } // namespace
 

@@ -1,26 +1,26 @@
 #include "Tamo/XML/XMLWriter.h"
+#include "OpenElements.h"
 #include "Tamo/Exception.h"
 #include "Tamo/XML/Attributes.h"
 #include "Tamo/XML/XMLException.h"
 #include "XMLOutput.h"
 #include <algorithm>
-#include <numeric>
 
 namespace Tamo::XML {
 
 namespace {
 
-const std::string XMLNS_PREFIX{"xmlns"};
-const std::string EMPTY;
+constinit const std::string XMLNS_PREFIX{"xmlns"};
+constinit const std::string EMPTY;
 
 constexpr std::size_t MAX_INDENT = 32;
 
-const std::string& nameOf(const Attributes& attributes, int i) {
+inline const std::string& nameOf(const Attributes& attributes, int i) {
     const std::string& localName = attributes.getLocalName(i);
     return localName.empty() ? attributes.getQName(i) : localName;
 }
 
-std::string_view prefixOf(std::string_view qname) {
+inline std::string_view prefixOf(std::string_view qname) {
     const std::size_t colon = qname.find(':');
     return colon == std::string_view::npos ? std::string_view() : qname.substr(0, colon);
 }
@@ -48,13 +48,25 @@ XMLWriter::XMLWriter(std::ostream& stream, int options)
       _pSubset(std::make_unique<XMLOutput>(nullptr)),
       _pAfterDTD(std::make_unique<XMLOutput>(nullptr)),
       _pStream(&stream),
-      _options(options) {}
+      _options(options),
+      _pElements(std::make_unique<OpenElements>()) {}
 
 XMLWriter::~XMLWriter() {
     try {
         _pOutput->pass();
     } catch (...) {
         // Nobody is left to be told.
+    }
+}
+
+// Only where lines are broken it matters what an element has.
+inline bool XMLWriter::isPretty() const noexcept {
+    return (_options & PRETTY_PRINT) != 0;
+}
+
+inline void XMLWriter::noteText() {
+    if (isPretty()) {
+        _pElements->back().hasText = true;
     }
 }
 
@@ -99,7 +111,7 @@ void XMLWriter::endDocument() {
         require(_state != State::BEFORE, "document", "it ends without having been started");
         require(_state != State::PROLOG && _state != State::DTD, "document", "it has no root element");
         require(_state == State::EPILOG, "document", "it ends inside an element");
-        if (_options & PRETTY_PRINT) {
+        if (isPretty()) {
             _pOutput->put('\n');
         }
         _pOutput->pass();
@@ -117,30 +129,43 @@ void XMLWriter::startElement(const std::string& uri, const std::string& localNam
         require(_state != State::EPILOG, "element", "the document has a root element already");
         require(_state == State::PROLOG || _state == State::CONTENT, "element",
                 "it stands outside of content");
-        writeStartTag(uri, localName, qname, attributes);
+        writeStartTag(uri, localName, qname, _attributes.of(attributes));
     });
 }
 
 void XMLWriter::endElement(const std::string&, const std::string&, const std::string&) {
     guarded([&] {
         require(_state == State::CONTENT, "end of element", "no element is open");
-        const Element element = _elements.back();
+        OpenElements& elements = *_pElements;
         if (_startTagOpen) {
             _pOutput->put("/>");
             _startTagOpen = false;
         } else {
-            if ((_options & PRETTY_PRINT) && element.hasChildren && !element.hasText && !element.preserve) {
-                breakLine(_elements.size() - 1);
+            if (isPretty()) {
+                const OpenElements::State state = elements.back();
+                if (state.hasChildren && !state.hasText && !state.preserve) {
+                    breakLine(elements.size() - 1);
+                }
             }
+            const OpenElements::Name name = elements.name();
             _pOutput->put("</");
-            _pOutput->put(std::string_view(_openNames).substr(element.name));
+            if (!name.first.empty()) [[unlikely]] {
+                _pOutput->put(name.first);
+            }
+            _pOutput->put(name.second);
             _pOutput->put('>');
         }
-        _openNames.resize(element.name);
-        _lastPrefix = element.lastPrefix;
+        if (!_generating.empty() && _generating.back().depth == elements.size()) [[unlikely]] {
+            _lastPrefix = _generating.back().lastPrefix;
+            _generating.pop_back();
+        }
+        if (_hasMappings) [[unlikely]] {
+            _namespaces.popContext(); // no element has taken them
+            _hasMappings = false;
+        }
         _namespaces.popContext();
-        _elements.pop_back();
-        if (_elements.empty()) {
+        elements.pop();
+        if (elements.empty()) {
             _state = State::EPILOG;
         }
     });
@@ -154,7 +179,7 @@ void XMLWriter::characters(const char ch[], int start, int length) {
         const std::string_view text(ch + start, static_cast<std::size_t>(length));
         if (_state == State::CONTENT) [[likely]] {
             closeStartTag();
-            _elements.back().hasText = true;
+            noteText();
             _pOutput->putText(text);
         } else if (_state == State::CDATA) {
             _pOutput->putCDATA(text, _brackets);
@@ -189,12 +214,16 @@ void XMLWriter::comment(const char ch[], int start, int length) {
 
 void XMLWriter::startPrefixMapping(const std::string& prefix, const std::string& uri) {
     guarded([&] {
-        if (_mappingCount == _mappings.size()) {
-            _mappings.emplace_back();
+        const bool isLegal = uri != NamespaceSupport::XML_NAMESPACE &&
+                             uri != NamespaceSupport::XMLNS_NAMESPACE &&
+                             (prefix.empty() || (!uri.empty() && isDeclarable(prefix)));
+        if (isLegal) {
+            if (!_hasMappings) {
+                _namespaces.pushContext();
+                _hasMappings = true;
+            }
+            _namespaces.declarePrefix(prefix, uri);
         }
-        Mapping& mapping = _mappings[_mappingCount++];
-        mapping.prefix = prefix;
-        mapping.uri = uri;
     });
 }
 
@@ -210,7 +239,7 @@ void XMLWriter::skippedEntity(const std::string& name) {
             XMLOutput::refuse("entity reference", name, "is declared nowhere");
         }
         closeStartTag();
-        _elements.back().hasText = true;
+        noteText();
         _pOutput->put('&');
         _pOutput->putNCName(name, "entity reference");
         _pOutput->put(';');
@@ -249,7 +278,7 @@ void XMLWriter::startCDATA() {
     guarded([&] {
         require(_state == State::CONTENT, "CDATA section", "it stands outside of content");
         closeStartTag();
-        _elements.back().hasText = true;
+        noteText();
         _pOutput->put("<![CDATA[");
         _state = State::CDATA;
         _brackets = 0;
@@ -269,20 +298,17 @@ void XMLWriter::notationDecl(const std::string& name, const std::string* publicI
     guarded([&] {
         const char* const what = "notation";
         requireDeclarable(what);
-        if (!publicId && !systemId) {
-            XMLOutput::refuse(what, name, "has no identifier");
-        }
         _pSubset->put("<!NOTATION ");
         _pSubset->putNCName(name, what);
         _pSubset->put(publicId ? " PUBLIC " : " SYSTEM ");
         if (publicId) {
             _pSubset->putPublicId(*publicId);
         }
-        if (systemId) {
+        if (systemId || !publicId) { // XML has no notation without an identifier, but empty ones
             if (publicId) {
                 _pSubset->put(' ');
             }
-            _pSubset->putSystemId(*systemId);
+            _pSubset->putSystemId(systemId ? *systemId : EMPTY);
         }
         _pSubset->put(">\n");
     });
@@ -311,20 +337,19 @@ void XMLWriter::writeStartTag(const std::string& uri, const std::string& localNa
     checkNamespaceName("element", uri);
 
     // First all names are settled, with what must be declared for them; nothing is written before.
-    Element element{_openNames.size(), _lastPrefix, false, false,
-                    !_elements.empty() && _elements.back().preserve};
-    _namespaces.pushContext();
-    declareMappings(!uri.empty());
-    const std::string_view prefix = elementPrefix(uri, qname);
-    const std::size_t prefixLength = prefix.size();
-    if (!prefix.empty()) {
-        _openNames.append(prefix).append(1, ':');
+    OpenElements::State state;
+    state.preserve = isPretty() && !_pElements->empty() && _pElements->back().preserve;
+    const UInt64 lastPrefix = _lastPrefix;
+    openContext(!uri.empty());
+    // With its colon, and apart from what declares it: attributes' prefixes are declared in the same place.
+    _elementPrefix = elementPrefix(uri, qname);
+    const std::size_t prefixLength = _elementPrefix.size();
+    if (prefixLength != 0) {
+        _elementPrefix += ':';
     }
     const std::string& name = localName.empty() ? qname : localName;
     XMLOutput::checkNCName(name, "element name");
-    _openNames.append(name);
-    const std::string_view written = std::string_view(_openNames).substr(element.name);
-    const std::string_view writtenPrefix = written.substr(0, prefixLength);
+    const std::string_view writtenPrefix = std::string_view(_elementPrefix).substr(0, prefixLength);
     for (int i = 0; i < count; ++i) {
         const std::string& attributeURI = attributes.getURI(i);
         if (!attributeURI.empty()) {
@@ -334,7 +359,7 @@ void XMLWriter::writeStartTag(const std::string& uri, const std::string& localNa
 
     if (_state == State::PROLOG) {
         if (_heldDTD || !_pSubset->collected().empty()) {
-            writeDTD(written);
+            writeDTD(_elementPrefix + name);
         }
         _state = State::CONTENT;
     } else {
@@ -344,7 +369,10 @@ void XMLWriter::writeStartTag(const std::string& uri, const std::string& localNa
 
     XMLOutput& output = *_pOutput;
     output.put('<');
-    output.put(written);
+    if (prefixLength != 0) {
+        output.put(_elementPrefix);
+    }
+    output.put(name);
     _namespaces.visitDeclared([&](const std::string& declared, const std::string& declaredURI) {
         output.put(" xmlns");
         if (!declared.empty()) {
@@ -364,7 +392,7 @@ void XMLWriter::writeStartTag(const std::string& uri, const std::string& localNa
             output.put(attributePrefix(attributeURI, attributes.getQName(i), uri, writtenPrefix));
             output.put(':');
             if (attributeName == "space" && attributeURI == NamespaceSupport::XML_NAMESPACE) {
-                element.preserve = value == "preserve";
+                state.preserve = value == "preserve";
             }
         } else if (attributeName == XMLNS_PREFIX) {
             XMLOutput::refuse("attribute name", attributeName, "is reserved for namespace declarations");
@@ -375,20 +403,23 @@ void XMLWriter::writeStartTag(const std::string& uri, const std::string& localNa
         output.put('"');
     }
     _startTagOpen = true;
-    _elements.push_back(element);
+    _pElements->push(_elementPrefix, name, state);
+    if (_lastPrefix != lastPrefix) [[unlikely]] {
+        _generating.push_back({_pElements->size(), lastPrefix});
+    }
 }
 
-void XMLWriter::declareMappings(bool elementHasNamespace) {
-    for (std::size_t i = 0; i < _mappingCount; ++i) {
-        const auto& [prefix, uri] = _mappings[i];
-        const bool isLegal =
-            uri != NamespaceSupport::XML_NAMESPACE && uri != NamespaceSupport::XMLNS_NAMESPACE &&
-            (prefix.empty() ? uri.empty() || elementHasNamespace : !uri.empty() && isDeclarable(prefix));
-        if (isLegal) {
-            _namespaces.declarePrefix(prefix, uri);
-        }
+// The context of an element that begins, with the mappings that have been reported for it. The default
+// namespace is not for one that is in none.
+void XMLWriter::openContext(bool elementHasNamespace) {
+    if (!_hasMappings) {
+        _namespaces.pushContext();
+        return;
     }
-    _mappingCount = 0;
+    _hasMappings = false;
+    if (!elementHasNamespace && _namespaces.isDeclared({}) && !_namespaces.getURI({}).empty()) {
+        _namespaces.undeclarePrefix(EMPTY);
+    }
 }
 
 std::string_view XMLWriter::elementPrefix(const std::string& uri, const std::string& qname) {
@@ -448,14 +479,23 @@ std::string_view XMLWriter::attributePrefix(const std::string& uri, const std::s
 }
 
 std::string_view XMLWriter::generatePrefix(const std::string& uri) {
-    do {
-        _scratch.assign("ns").append(std::to_string(++_lastPrefix));
-    } while (!_namespaces.getURI(_scratch).empty());
+    const auto isTaken = [this](UInt64 number) {
+        _scratch.assign("ns").append(std::to_string(number));
+        return !_namespaces.getURI(_scratch).empty();
+    };
+    if (isTaken(++_lastPrefix)) [[unlikely]] {
+        // Numbers that the document has taken itself are passed over once, not again for each element.
+        _lastPrefix = std::max(_lastPrefix, _skippedPrefix + 1);
+        while (isTaken(_lastPrefix)) {
+            ++_lastPrefix;
+        }
+        _skippedPrefix = _lastPrefix - 1;
+    }
     _namespaces.declarePrefix(_scratch, uri);
     return _scratch;
 }
 
-void XMLWriter::checkDuplicates(const Attributes& attributes) const {
+void XMLWriter::checkDuplicates(const Attributes& attributes) {
     constexpr int FEW = 12;
     const int count = attributes.getLength();
     const auto fail = [&](int i) {
@@ -472,17 +512,23 @@ void XMLWriter::checkDuplicates(const Attributes& attributes) const {
         }
         return;
     }
-    std::vector<int> sorted(static_cast<std::size_t>(count));
-    std::iota(sorted.begin(), sorted.end(), 0);
-    const auto compare = [&](int i, int j) {
-        const int order = nameOf(attributes, i).compare(nameOf(attributes, j));
-        return order != 0 ? order : attributes.getURI(i).compare(attributes.getURI(j));
+    // Ordered by keys, so that long names are read once unless they are equal.
+    _keys.clear();
+    for (int i = 0; i < count; ++i) {
+        _keys.push_back({HashKey::of(nameOf(attributes, i)), i});
+    }
+    const auto compare = [&](const AttributeKey& a, const AttributeKey& b) {
+        if (!(a.key == b.key)) {
+            return a.key < b.key ? -1 : 1;
+        }
+        const int order = nameOf(attributes, a.index).compare(nameOf(attributes, b.index));
+        return order != 0 ? order : attributes.getURI(a.index).compare(attributes.getURI(b.index));
     };
-    std::sort(sorted.begin(), sorted.end(), [&](int i, int j) { return compare(i, j) < 0; });
-    const auto twin =
-        std::adjacent_find(sorted.begin(), sorted.end(), [&](int i, int j) { return compare(i, j) == 0; });
-    if (twin != sorted.end()) {
-        fail(*twin);
+    std::sort(_keys.begin(), _keys.end(), [&](const auto& a, const auto& b) { return compare(a, b) < 0; });
+    const auto twin = std::adjacent_find(_keys.begin(), _keys.end(),
+                                         [&](const auto& a, const auto& b) { return compare(a, b) == 0; });
+    if (twin != _keys.end()) {
+        fail(twin->index);
     }
 }
 
@@ -494,10 +540,12 @@ void XMLWriter::closeStartTag() {
 }
 
 void XMLWriter::beginChild() {
-    Element& parent = _elements.back();
-    parent.hasChildren = true;
-    if ((_options & PRETTY_PRINT) && !parent.hasText && !parent.preserve) {
-        breakLine(_elements.size());
+    if (isPretty()) {
+        OpenElements::State& parent = _pElements->back();
+        parent.hasChildren = true;
+        if (!parent.hasText && !parent.preserve) {
+            breakLine(_pElements->size());
+        }
     }
 }
 
@@ -580,8 +628,9 @@ void XMLWriter::reset() {
     _dtdPublicId.clear();
     _dtdSystemId.clear();
     _namespaces.reset();
-    _mappingCount = 0;
+    _hasMappings = false;
     _lastPrefix = 0;
+    _skippedPrefix = 0;
 }
 
 } // namespace Tamo::XML

@@ -6,9 +6,10 @@
 ///
 /// `LogicException` and its children report a broken program (see Bugcheck.h); `RuntimeException` and its
 /// children report a broken document, stream or environment. Exceptions are values: copyable, thrown by
-/// value, caught by reference. Not thread-bound.
+/// value, caught by reference. One object may be read by several threads.
 
 #include "Tamo/Export.h"
+#include <atomic>
 #include <exception>
 #include <memory>
 #include <string>
@@ -40,13 +41,15 @@ public:
     /// The qualified name of the exception's class.
     virtual const char* className() const noexcept;
 
-    /// The same as name(), for code that knows std::exception only.
+    /// The same as displayText(), for code that knows std::exception only; kept in this exception. Where
+    /// there is no memory for it, message() or name() alone.
     const char* what() const noexcept override;
 
     /// The message, followed by ": " and the argument when there is one.
     const std::string& message() const noexcept { return _message; }
 
-    /// The name, ": " and the message; the name alone when there is no message.
+    /// The name, ": " and the message; the name alone when there is no message, and the message alone when it
+    /// begins with the name.
     std::string displayText() const;
 
     /// The exception that caused this one, or null. Owned by this exception.
@@ -65,6 +68,7 @@ private:
     std::string _message;
     std::unique_ptr<Exception> _pNested;
     int _code;
+    mutable std::atomic<const std::string*> _pText = nullptr; // what() has made it, and it is owned
 };
 
 } // namespace Tamo

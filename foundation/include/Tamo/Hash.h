@@ -49,9 +49,6 @@ inline UInt32 hash(std::string_view text) noexcept {
 
 /// Whether two texts of one size of up to 16 octets are equal, without a call.
 TAMO_ALWAYS_INLINE bool equalShortText(const char* a, const char* b, std::size_t size) noexcept {
-    if (a == b) {
-        return true;
-    }
     const auto differ = [&](std::size_t at, auto word) {
         auto other = word;
         std::memcpy(&word, a + at, sizeof(word));
@@ -68,6 +65,30 @@ TAMO_ALWAYS_INLINE bool equalShortText(const char* a, const char* b, std::size_t
     return size == 0 || (a[0] == b[0] && a[size / 2] == b[size / 2] && a[size - 1] == b[size - 1]);
 }
 
+/// Copies a text of up to 16 octets, and touches nothing behind its copy, without a call. The two must not
+/// overlap.
+TAMO_ALWAYS_INLINE void copyShortText(char* to, const char* from, std::size_t size) noexcept {
+    // Blocks that overlap, without a loop.
+    if (size >= 8) {
+        std::uint64_t words[2];
+        std::memcpy(words, from, 8);
+        std::memcpy(words + 1, from + size - 8, 8);
+        std::memcpy(to, words, 8);
+        std::memcpy(to + size - 8, words + 1, 8);
+    } else if (size >= 4) {
+        std::uint32_t words[2];
+        std::memcpy(words, from, 4);
+        std::memcpy(words + 1, from + size - 4, 4);
+        std::memcpy(to, words, 4);
+        std::memcpy(to + size - 4, words + 1, 4);
+    } else if (size > 0) {
+        const char octets[] = {from[0], from[size / 2], from[size - 1]};
+        to[0] = octets[0];
+        to[size / 2] = octets[1];
+        to[size - 1] = octets[2];
+    }
+}
+
 /// Whether two strings are equal: without a call of memcmp for short ones, which most keys of hash tables
 /// are.
 inline bool equalText(std::string_view a, std::string_view b) noexcept {
@@ -75,15 +96,24 @@ inline bool equalText(std::string_view a, std::string_view b) noexcept {
     if (size != b.size()) {
         return false;
     }
-    const auto equalAt = [&](std::size_t at) { return equalShortText(a.data() + at, b.data() + at, 16); };
+    const auto differ = [&](std::size_t at) {
+        std::uint64_t word;
+        std::uint64_t other;
+        std::memcpy(&word, a.data() + at, sizeof(word));
+        std::memcpy(&other, b.data() + at, sizeof(other));
+        return word ^ other;
+    };
+    const auto equalAt = [&](std::size_t first, std::size_t second) {
+        return (differ(first) | differ(first + 8) | differ(second) | differ(second + 8)) == 0;
+    };
     if (size > 64) {
         return std::memcmp(a.data(), b.data(), size) == 0;
     }
     if (size > 32) {
-        return equalAt(0) && equalAt(16) && equalAt(size - 32) && equalAt(size - 16);
+        return equalAt(0, 16) && equalAt(size - 32, size - 16);
     }
     if (size > 16) {
-        return equalAt(0) && equalAt(size - 16);
+        return equalAt(0, size - 16);
     }
     return equalShortText(a.data(), b.data(), size);
 }

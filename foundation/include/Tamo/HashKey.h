@@ -37,16 +37,15 @@ public:
         return ((_first ^ other._first) | (_last ^ other._last)) == 0;
     }
 
+    /// Some order of keys.
+    constexpr bool operator<(const HashKey& other) const noexcept {
+        return _first != other._first ? _first < other._first : _last < other._last;
+    }
+
     /// The hash of the value; the upper bits are the best.
     constexpr UInt64 hash() const noexcept {
         const UInt64 h = (_first * K1) ^ std::rotl(_last * K2, 32);
         return (h ^ h >> 29) * K1;
-    }
-
-    /// Writes all MOST_EXACT octets.
-    void copyTo(char* pOctets) const noexcept {
-        std::memcpy(pOctets, &_first, sizeof(_first));
-        std::memcpy(pOctets + sizeof(_first), &_last, sizeof(_last));
     }
 
     /// The key of a text that it holds whole (isExact()); hasNul becomes whether the text has a NUL octet.

@@ -9,9 +9,9 @@
 
 /// The version that a program is compiled against.
 #define TAMO_VERSION_MAJOR 0
-#define TAMO_VERSION_MINOR 1
+#define TAMO_VERSION_MINOR 2
 #define TAMO_VERSION_PATCH 0
-#define TAMO_VERSION_STRING "0.1.0"
+#define TAMO_VERSION_STRING "0.2.0"
 
 /// The version as one number that grows with it: TAMO_VERSION >= TAMO_VERSION_NUMBER(1, 2, 0).
 #define TAMO_VERSION_NUMBER(major, minor, patch) ((major)*10000 + (minor)*100 + (patch))
@@ -19,7 +19,7 @@
 
 namespace Tamo {
 
-/// The version of the library that a program runs with, as "0.1.0".
+/// The version of the library that a program runs with, as "0.2.0".
 TAMO_API const char* version() noexcept;
 
 } // namespace Tamo

@@ -3,7 +3,7 @@
 
 #include "Tamo/Bugcheck.h"
 #include "Tamo/Export.h"
-#include "Tamo/FastInfoset/Utility.h"
+#include "Tamo/FastInfoset/BitMasks.h"
 #include "Tamo/Types.h"
 #include <cstddef>
 #include <iosfwd>
@@ -18,12 +18,14 @@ namespace Tamo::FastInfoset {
 /// A stream is read through a buffer of 1024 octets, so it may be read further than the document goes; a
 /// memory block is read in place and must outlive the reader. Neither source is owned. Every read and peek
 /// returns true while input lasts (`!eof()`); a read that straddles the end of a stream delivers zero bits
-/// for what is missing. A memory block that runs out fails the assertion "_pStream". Used by one thread at a
-/// time.
+/// for what is missing. A memory block that runs out fails the assertion "_pStream", which those who use
+/// hasBits() first never meet. Used by one thread at a time.
 ///
 /// The narrow reads are inline: the branch taken while two whole octets are buffered neither refills nor
 /// checks for the end; everything else goes the careful way (`peekSlow`).
 class TAMO_API BitStreamReader {
+    using Utility = BitMasks; // the name that stands in assertions
+
 public:
     /// Octets read from a stream at a time.
     static constexpr std::size_t BUFFER_SIZE = 1024;
@@ -138,11 +140,14 @@ public:
 
     /// The longest octet string or array, in octets, that Decoder reads through this reader; no limit by
     /// default.
-    std::size_t maxStringLength() const noexcept { return _maxStringLength; }
-    void setMaxStringLength(std::size_t maxStringLength) noexcept { _maxStringLength = maxStringLength; }
+    UInt64 maxStringLength() const noexcept { return _maxStringLength; }
+    void setMaxStringLength(UInt64 maxStringLength) noexcept { _maxStringLength = maxStringLength; }
 
     /// Position of the next bit, in bits from the start of the source.
     UInt64 position() const noexcept { return _discardedBits + _bitOffset; }
+
+    /// The octets that have been taken from the source: of a memory block all.
+    UInt64 obtained() const noexcept { return (_discardedBits + _cachedBits) / Utility::SIZEOFCHARINBIT; }
 
     /// The octets from the current one on that are surely there, when the reader stands on an octet boundary:
     /// their number, and in pOctets their address. Nothing is read or advanced.
@@ -154,13 +159,12 @@ public:
     /// The octet that holds the next bit when it and all of the following octet are cached, else -1.
     int currentOctet() const noexcept { return unreadBits() >= 16 ? _pBuffer[_bitOffset >> 3] : -1; }
 
-    /// True when a whole octet can be read; fills the buffer when needed and never fails an assertion.
-    bool hasOctet() {
-        if (_pStream && unreadBits() >= 0) {
-            refillBufferIfLessThan(Utility::SIZEOFCHARINBIT);
-        }
-        return unreadBits() >= Utility::SIZEOFCHARINBIT;
-    }
+    /// True when numBits bits (1 to 64) can be read; fills the buffer when needed and never fails an
+    /// assertion: for those who report the end of a source themselves.
+    bool hasBits(int numBits) { return unreadBits() >= numBits || fillsUpTo(numBits); }
+
+    /// True when a whole octet can be read.
+    bool hasOctet() { return hasBits(Utility::SIZEOFCHARINBIT); }
 
     /// Advances by numBits bits that the caller has seen to be cached.
     void advance(UInt64 numBits) noexcept { _bitOffset += numBits; }
@@ -185,6 +189,7 @@ private:
     }
 
     bool peekSlow(unsigned char& value, int numBits);
+    bool fillsUpTo(int numBits);
     void skipSlow(int numBits);
     void refillBufferIfLessThanImpl(int unreadBits);
     void fillFrom(std::size_t keep);
@@ -194,7 +199,7 @@ private:
     UInt64 _cachedBits = 0;
     UInt64 _bitOffset = 0;
     UInt64 _discardedBits = 0;
-    std::size_t _maxStringLength = std::numeric_limits<std::size_t>::max();
+    UInt64 _maxStringLength = std::numeric_limits<UInt64>::max();
     const unsigned char* _pBuffer;
     std::unique_ptr<unsigned char[]> _pOwnBuffer;
 };

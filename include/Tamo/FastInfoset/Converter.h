@@ -2,9 +2,12 @@
 #define TAMO_FASTINFOSET_CONVERTER_H
 
 #include "Tamo/Export.h"
+#include "Tamo/FastInfoset/ParserLimits.h"
 #include <iosfwd>
 
 namespace Tamo::FastInfoset {
+
+class ExternalVocabularyLoader;
 
 /// Turns XML text into Fast Infoset and back, stream to stream.
 ///
@@ -14,6 +17,28 @@ namespace Tamo::FastInfoset {
 /// own.
 class TAMO_API Converter {
 public:
+    /// What a conversion does and accepts. As it is, no file is opened.
+    struct Options {
+        /// Up to how many octets strings are indexed in Fast Infoset; all when negative.
+        int maxIndexedStringLength = 16;
+
+        /// Drops white space between elements on the way to Fast Infoset.
+        bool stripWhitespace = false;
+
+        /// The options of XML::XMLWriter for XML text.
+        int xmlOptions = 0;
+
+        /// What is accepted of the document; of XML text the limits on what is delivered.
+        ParserLimits limits;
+
+        /// What yields the external vocabularies that Fast Infoset documents name; borrowed. Without one,
+        /// they are refused with FISException, unless they may be opened.
+        ExternalVocabularyLoader* pVocabularyLoader = nullptr;
+
+        /// Whether, without a loader, what a document names as its external vocabulary is opened.
+        bool opensVocabularies = false;
+    };
+
     /// Option bits of convertToFIS that drop white space between elements; both have the same effect.
     static constexpr int STRIP_WHITESPACE = 0x81;
 
@@ -21,8 +46,15 @@ public:
     /// octets are indexed (all when negative).
     static void convertToFIS(std::istream& in, std::ostream& out, int maxIndexedStringLength, int options);
 
-    /// Reads Fast Infoset from in and writes it to out as XML text, with the options of XML::XMLWriter.
+    /// The same with options.
+    static void convertToFIS(std::istream& in, std::ostream& out, const Options& options);
+
+    /// Reads Fast Infoset from in and writes it to out as XML text, with the options of XML::XMLWriter. An
+    /// external vocabulary that the document names is opened.
     static void convertToXML(std::istream& in, std::ostream& out, int options);
+
+    /// The same with options; no external vocabulary is opened unless they say so.
+    static void convertToXML(std::istream& in, std::ostream& out, const Options& options);
 };
 
 } // namespace Tamo::FastInfoset

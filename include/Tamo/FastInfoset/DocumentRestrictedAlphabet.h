@@ -3,6 +3,7 @@
 
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/RestrictedAlphabet.h"
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -27,29 +28,36 @@ public:
     /// No entries when empty is true, else as the default constructor.
     explicit DocumentRestrictedAlphabet(bool empty);
 
+    DocumentRestrictedAlphabet(const DocumentRestrictedAlphabet& other);
+    DocumentRestrictedAlphabet(DocumentRestrictedAlphabet&& other) noexcept = default;
+    DocumentRestrictedAlphabet& operator=(DocumentRestrictedAlphabet other) noexcept;
+    ~DocumentRestrictedAlphabet();
+
     /// Appends an alphabet of these UTF-8 characters (at least one).
     void add(const std::string& characters);
 
     /// Appends an empty alphabet.
     void addDummy();
 
-    /// The alphabet numbered index, from 1; any other number fails an assertion.
+    /// The alphabet numbered index, from 1; any other number fails an assertion. Valid until an alphabet is
+    /// added, whatever becomes of copies of this list.
     RestrictedAlphabet& alphabet(unsigned int vocabulary);
+    const RestrictedAlphabet& alphabet(unsigned int vocabulary) const;
 
     /// The list; alphabet number i is its element i - 1.
-    const std::vector<RestrictedAlphabet>& alphabets() const noexcept { return *_pAlphabets; }
+    const std::vector<RestrictedAlphabet>& alphabets() const noexcept {
+        return _pOwn ? *_pOwn : builtInAlphabets();
+    }
 
     /// The alphabets of this list behind as many as other has; a longer other fails an assertion.
     DocumentRestrictedAlphabet operator-(const DocumentRestrictedAlphabet& other) const;
 
 private:
-    explicit DocumentRestrictedAlphabet(int);
+    static const std::vector<RestrictedAlphabet>& builtInAlphabets();
 
-    std::vector<RestrictedAlphabet>& changeable();
+    std::vector<RestrictedAlphabet>& own();
 
-    // Shared by copies until one of them changes, so that a document without alphabets of its own costs
-    // nothing.
-    std::shared_ptr<std::vector<RestrictedAlphabet>> _pAlphabets;
+    std::unique_ptr<std::vector<RestrictedAlphabet>> _pOwn; // null while the list is the built-in one
 };
 
 } // namespace Tamo::FastInfoset

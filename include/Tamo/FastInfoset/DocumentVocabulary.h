@@ -111,7 +111,8 @@ public:
     /// The index of s in a table of strings, or 0xFFFFFFFF.
     unsigned int exists(ID vocabulary, const std::string& s, bool& found) const;
 
-    /// Puts a table, which is taken over, in the place of the one for id.
+    /// Puts a table in the place of the one for id, and takes it over unless the assertion fails that id is
+    /// one of a table of strings. A parser and a writer use the table by its operations alone.
     void initialize(ID vocabulary, Vocabulary<std::string>* table);
 
     /// The table of element names.
@@ -194,6 +195,8 @@ private:
 
     template<class Strings, class Names>
     void create();
+    template<class Strings, class Names>
+    void emptyTables();
     void init();
     void copy(const DocumentVocabulary& other);
     void takeAsOwn();

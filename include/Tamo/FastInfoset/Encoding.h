@@ -67,7 +67,7 @@ protected:
     explicit Encoding(const std::string& content);
     Encoding(const char* data, std::size_t length);
 
-    /// One `characters` call with text, which may be of any length.
+    /// One `characters` call with text, or several where an int cannot count its octets.
     static void deliver(XML::ContentHandler& handler, const std::string& text);
 
     std::string _content;

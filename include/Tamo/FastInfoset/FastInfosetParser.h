@@ -9,10 +9,12 @@
 #include "Tamo/FastInfoset/ParserLimits.h"
 #include "Tamo/FastInfoset/ResolvedNames.h"
 #include "Tamo/FastInfoset/VerbTable.h"
+#include "Tamo/XML/DeliveryMeter.h"
 #include "Tamo/XML/XMLReader.h"
 #include <array>
 #include <cstddef>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace Tamo::XML {
@@ -48,8 +50,7 @@ class VectorVocabulary;
 /// Exceptions: FISParseException for input that ends too early or a source that cannot be resolved,
 /// FISEncodingException for bits that form no valid construct, FISException for header errors,
 /// std::out_of_range for an index past the end of its table, AssertionViolationException for the conditions
-/// that are assertions by interface, among them a memory block that ends early ("_pStream"), IOException for
-/// a failing stream.
+/// that are assertions by interface, IOException for a failing stream.
 class TAMO_API FastInfosetParser : public XML::XMLReader {
 public:
     /// A parser with tables of its own; VOC_VECTOR is the fastest kind.
@@ -186,11 +187,16 @@ private:
     void bindTables();
     unsigned int addToTable(DocumentVocabulary::ID id, const std::string& s);
     Entry addLiteral(DocumentVocabulary::ID id, const char* pText, std::size_t size);
-    void requireRoom(DocumentVocabulary::ID id) const;
+    Entry addOtherLiteral(DocumentVocabulary::ID id, const char* pText, std::size_t size);
+    const std::string* keep(DocumentVocabulary::ID id, const char* pText, std::size_t size);
+    void keepOther(DocumentVocabulary::ID id, const std::string& s);
+    void requireEntries(std::size_t count) const;
     void deliver(std::size_t octets);
+    void checkDelivered();
     Vocabulary<QualifiedNameEntry>& getQNameVocabulary(bool isElement);
-    const std::string& tableValue(DocumentVocabulary::ID id, unsigned int index) const;
-    const std::string& namePart(DocumentVocabulary::ID id, unsigned int index) const;
+    const std::string& tableValue(DocumentVocabulary::ID id, unsigned int index);
+    const std::string& otherValue(DocumentVocabulary::ID id, unsigned int index);
+    const std::string& namePart(DocumentVocabulary::ID id, unsigned int index);
     ResolvedNames& resolvedNames(bool isElement);
     void forgetNames();
     const std::string& qualifiedName(unsigned int index);
@@ -209,13 +215,16 @@ private:
     DocumentVocabulary _vocabulary;
     std::array<const VerbTable<std::string>*, DocumentVocabulary::ELEMENT_NAME> _tables{};
     std::array<VectorVocabulary<std::string>*, DocumentVocabulary::ELEMENT_NAME> _appendedTables{}; // or null
+    std::size_t _mostKept = 0; // entries of a table of strings that are no parts of names
+    std::unordered_map<UInt64, std::string> _copiedValues; // by table and index, of an application's tables
     ResolvedNames _elementNames;
     ResolvedNames _attributeNames;
     ParsedAttributes _attributes;
     std::vector<const std::string*> _declaredPrefixes;
     std::vector<unsigned int> _openElements; // indexes of names
     ParserLimits _limits;
-    UInt64 _deliveredOctets = 0;
+    XML::DeliveryMeter _meter;
+    const BitStreamReader* _pSource = nullptr; // of the document that is read
     std::string _scratch;
     std::string _octets;
     std::string _text;

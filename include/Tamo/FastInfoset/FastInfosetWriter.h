@@ -3,7 +3,7 @@
 
 #include "Tamo/AutoPtr.h"
 #include "Tamo/Export.h"
-#include "Tamo/FastInfoset/BitStreamWriter.h"
+#include "Tamo/FastInfoset/ConstructWriter.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/FastInfoset/EncodingAlgorithm.h"
@@ -12,15 +12,20 @@
 #include "Tamo/FastInfoset/Notation.h"
 #include "Tamo/FastInfoset/UnparsedEntity.h"
 #include "Tamo/FastInfoset/WrittenNames.h"
+#include "Tamo/XML/AttributesSnapshot.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/LexicalHandler.h"
 #include "Tamo/XML/NamespaceSupport.h"
+#include <array>
+#include <concepts>
 #include <cstddef>
 #include <iosfwd>
+#include <limits>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 namespace Tamo::XML {
@@ -30,6 +35,20 @@ class Attributes;
 namespace Tamo::FastInfoset {
 
 class OctetComposer;
+
+/// The narrowest type of FISContentHandler's integers that holds all values of the integer type T.
+template<class T>
+using NarrowestOf = std::conditional_t<
+    std::numeric_limits<T>::digits <= std::numeric_limits<Int16>::digits, Int16,
+    std::conditional_t<std::numeric_limits<T>::digits <= std::numeric_limits<Int32>::digits, Int32, Int64>>;
+
+/// The integer types beside FISContentHandler's own whose values one of these can hold: no characters, no
+/// bool.
+template<class T>
+concept TypedInteger = (std::same_as<T, signed char> || std::same_as<T, unsigned char> ||
+                        std::same_as<T, unsigned short> || std::same_as<T, unsigned int> ||
+                        std::same_as<T, long> ||
+                        std::same_as<T, long long>)&&!std::same_as<T, NarrowestOf<T>>;
 
 /// Turns SAX2 events into one Fast Infoset document (ITU-T X.891) on a stream.
 ///
@@ -51,10 +70,12 @@ class TAMO_API FastInfosetWriter : public FISContentHandler,
                                    public XML::DTDHandler,
                                    public FISDocumentHandler {
 public:
-    /// A writer with VOC_HASH tables and no XML declaration.
+    /// A writer with VOC_HASH tables, which are full at a fixed number of strings: 19 comments are too many
+    /// (PoolOverflowException). Use the next constructor with VOC_MAP, whose tables grow, unless you know the
+    /// documents. No XML declaration.
     explicit FastInfosetWriter(std::ostream& str);
 
-    /// A writer with tables of its own.
+    /// A writer with tables of its own: VOC_MAP for those that grow.
     FastInfosetWriter(std::ostream& str, bool writeXMLDeclaration, DocumentVocabulary::VocabularyImpl impl);
 
     /// A writer over a copy of a vocabulary, whose entries the header announces beyond the external
@@ -79,7 +100,8 @@ public:
     void endDocument() override;
     /// Starts an element. Its name is namespace and local name; the qualified name's prefix is kept where it
     /// is or can be bound to the namespace. A qualified name alone (namespace processing off) becomes the
-    /// local name. The attribute list must not use the stream.
+    /// local name. What the attribute list yields is copied before anything is written, unless the list is
+    /// an XML::AttributesImpl or an XML::StableAttributes.
     void startElement(const std::string& uri, const std::string& localName, const std::string& qname,
                       const XML::Attributes& attributes) override;
     /// Ends the open element; the names are not compared.
@@ -96,7 +118,8 @@ public:
     void skippedEntity(const std::string& name) override;
     ~FastInfosetWriter() override;
 
-    /// Typed data: consecutive values of one type form one array. binaryData writes base64 data.
+    /// Typed data: consecutive values of one type form one array. binaryData writes base64 data. An integer
+    /// of another type is written as the narrowest of these that holds all values of its type.
     void binaryData(const char* data, std::size_t size) override;
     void encodedData(Int16 value) override;
     void encodedData(Int32 value) override;
@@ -105,6 +128,17 @@ public:
     void encodedData(float value) override;
     void encodedData(double value) override;
     void encodedData(const UUID& value) override;
+
+    template<TypedInteger T>
+    void encodedData(T value) {
+        encodedData(static_cast<NarrowestOf<T>>(value));
+    }
+    template<class T>
+    requires(std::is_arithmetic_v<T> && !TypedInteger<T>) void encodedData(T) =
+        delete; // a value might not fit: convert it to one of the types above
+    template<class T>
+    void encodedData(T*) = delete; // text goes to characters(), octets to binaryData(), arrays as a std::span
+    void encodedData(std::nullptr_t) = delete;
 
     /// Character data up to endCDATA is marked as a CDATA section.
     void startCDATA() override;
@@ -236,6 +270,9 @@ private:
     bool writeSimpleElement(std::streambuf* pBuf, unsigned int index, int count, const std::string& uri,
                             const std::string& localName, const std::string& qname,
                             const XML::Attributes& attributes);
+    void writeSimpleElement(std::streambuf* pBuf, unsigned int index, int count, const std::string* pPrefix,
+                            const std::string& uri, const std::string& localName, const std::string& qname,
+                            const XML::Attributes& attributes);
     bool findAttributeNames(const XML::Attributes& attributes, int count, const std::string& elementURI);
     void writeDeclaringElement(const std::string& uri, const std::string& localName, const std::string& qname,
                                const XML::Attributes& attributes);
@@ -247,6 +284,8 @@ private:
                                           const std::string& qname);
     const std::string* boundAttributePrefix(const std::string& uri, const std::string& qname) const;
     void writeElement(const std::string& prefix, const std::string& uri, const std::string& localName);
+    const XML::Attributes& stable(const XML::Attributes& attributes);
+    const XML::Attributes& copied(const XML::Attributes& attributes);
     void writeNamespaceAttribute(OctetComposer& octets, const std::string& prefix, const std::string& uri);
     unsigned int writeQualifiedNameOrIndex(OctetComposer& octets, unsigned int high,
                                            const std::string& prefix, const std::string& uri,
@@ -290,8 +329,9 @@ private:
     bool isIndexed(std::size_t size) const noexcept;
     void forgetNames() noexcept;
     FoundString lookUp(ID id, std::string_view text, HashKey key);
+    FoundString lookUpOrAdd(ID id, std::string_view text);
     FoundString lookUpPart(ID id, const std::string& text, HashKey key);
-    unsigned int add(ID id, std::string_view text, HashKey key, FoundString notFound);
+    FoundString lookUpName(ID id, const std::string& text, HashKey key);
     bool addString(ID id, std::string_view text, HashKey key, FoundString notFound);
     FoundName lookUp(bool isElement, const QualifiedNameEntry& name, HashKey key);
     template<class E, class T>
@@ -309,7 +349,7 @@ private:
     bool isPlainPlace() const noexcept;
     void settle();
 
-    BitStreamWriter _writer;
+    ConstructWriter _writer;
     bool _writeXMLDeclaration = false;
     DocumentVocabulary _vocabulary;
     std::vector<State> _states = initialStates();
@@ -325,12 +365,16 @@ private:
     EncodingAlgorithm _encodingAlgorithm;
     int _maxIndexedStringLength = 16;
 
+    XML::AttributesSnapshot _attributes;
+
     // Kept for their capacity from element to element.
     WrittenNames _names;
     std::string _defaultNamespace; // under the bindings with this number, none of them for 0
     UInt64 _defaultBindings = 0;
     std::string _recentNamespace; // of the last name that was written in full, empty for none
     unsigned int _recentNamespaceIndex = 0;
+    // Of each table of names how many entries are made of parts that the other tables have.
+    std::array<std::size_t, 2> _ownNames{};
     std::vector<AttributeName> _attributeNames;
     std::vector<AttributeValue> _attributeValues;
     std::size_t _attributeCount = 0;

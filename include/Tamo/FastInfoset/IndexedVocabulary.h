@@ -42,7 +42,7 @@ public:
     /// Adds a value that find() has just not found, and returns its index; PoolOverflowException "Vocabulary
     /// hash table full" when there is a limit.
     template<class U>
-    unsigned int append(const U& value, HashKey key, Found notFound) {
+    TAMO_ALWAYS_INLINE unsigned int append(const U& value, HashKey key, Found notFound) {
         if (this->_index.size() >= _limit) {
             throw PoolOverflowException("Vocabulary hash table full");
         }
@@ -72,7 +72,11 @@ public:
 
     bool empty() const override { return this->_index.empty(); }
 
-    void reset() override {
+    /// The values by index, for those who check the range themselves or take std::out_of_range.
+    const VerbTable<T>& values() const noexcept { return this->_index; }
+
+    /// Drops all values but the placeholder.
+    void reset() {
         this->resetValues();
         _values.clear();
         const HashKey key = ValueIndex<T>::keyOf(T());

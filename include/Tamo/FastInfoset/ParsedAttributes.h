@@ -3,7 +3,7 @@
 
 #include "Tamo/Bugcheck.h"
 #include "Tamo/Export.h"
-#include "Tamo/XML/Attributes.h"
+#include "Tamo/XML/StableAttributes.h"
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -16,7 +16,7 @@ namespace Tamo::FastInfoset {
 /// Attributes have neither qualified name nor type. Reused from element to element: a list that has grown
 /// once allocates nothing more. An index outside 0 ... getLength() - 1 throws AssertionViolationException. To
 /// keep attributes beyond the call, copy them into an XML::AttributesImpl. Used by one thread at a time.
-class TAMO_API ParsedAttributes : public XML::Attributes {
+class TAMO_API ParsedAttributes final : public XML::StableAttributes {
 public:
     int getLength() const override { return static_cast<int>(_count); }
     const std::string& getURI(int i) const override { return *at(i).pUri; }

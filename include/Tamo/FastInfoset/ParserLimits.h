@@ -3,7 +3,7 @@
 
 #include "Tamo/Export.h"
 #include "Tamo/Types.h"
-#include <cstddef>
+#include "Tamo/XML/DeliveryLimits.h"
 
 namespace Tamo::FastInfoset {
 
@@ -12,24 +12,32 @@ namespace Tamo::FastInfoset {
 ///
 /// The memory that a parser takes is bounded by the document's size whatever the limits; they are for
 /// programs that want less, and against documents that are small and cost much to process. The defaults are
-/// beyond every document that is meant to be read. A plain value.
+/// beyond every document that is meant to be read. Typed values that a typed handler takes are no delivered
+/// octets: they are as large as the document carries them. A plain value.
 struct TAMO_API ParserLimits {
-    /// How many elements may be open at a time. An element costs one octet of the document and 24 octets of
+    /// How many elements may be open at a time. An element costs one octet of the document and 4 octets of
     /// memory here, and handlers keep books of their own.
-    std::size_t maxDepth = 4194304;
+    UInt64 maxDepth = 4194304;
 
     /// The octets of one string or array as the document carries it; by default what the format can express.
-    /// Text beyond the range of int is refused in any case, because SAX2 counts characters so.
-    std::size_t maxStringLength = 0xFFFFFFFFu + std::size_t{321};
+    /// A comment beyond the range of int is refused in any case, because SAX2 reports it in one call.
+    UInt64 maxStringLength = 0xFFFFFFFFu + UInt64{321};
 
     /// The entries of one vocabulary table, the placeholder and built-in entries included, whether the header
-    /// brings them or the body; and the restricted alphabets beyond the built-in ones. The standard's indexes
-    /// end at 2^20.
-    std::size_t maxTableEntries = 1048577;
+    /// brings them or the body; and the restricted alphabets beyond the built-in ones. No limit by default:
+    /// an index names 2^20 entries, and strings beyond them are not kept unless they are parts of names.
+    UInt64 maxTableEntries = 0xFFFFFFFFFFFFFFFF;
 
-    /// The octets of all names, values and texts that one document hands to its handlers. A short index can
-    /// stand for a long string any number of times.
-    UInt64 maxDeliveredOctets = 68719476736;
+    /// As in XML::DeliveryLimits: all that one document hands to its handlers. A short index can stand for a
+    /// long string any number of times.
+    UInt64 maxDeliveredOctets = XML::DeliveryLimits().maxDeliveredOctets;
+    UInt64 maxAmplification = XML::DeliveryLimits().maxAmplification;
+    UInt64 amplificationThreshold = XML::DeliveryLimits().amplificationThreshold;
+
+    /// The last three, as the XML layer takes them.
+    XML::DeliveryLimits delivery() const noexcept {
+        return {maxDeliveredOctets, maxAmplification, amplificationThreshold};
+    }
 };
 
 } // namespace Tamo::FastInfoset

@@ -10,7 +10,7 @@ namespace Tamo::FastInfoset {
 
 /// Access to the part of a stream buffer where std::streambuf::sputc puts octets as well: no buffer that
 /// works can tell the difference. Only static operations, which any thread may use that may use the buffer.
-class TAMO_API PutArea : std::streambuf {
+class PutArea : std::streambuf {
 public:
     PutArea() = delete;
 
@@ -21,11 +21,11 @@ public:
     static char* end(const std::streambuf& buf) noexcept { return (buf.*&PutArea::epptr)(); }
 
     /// The places that are left, in octets.
-    static std::size_t room(const std::streambuf& buf) noexcept {
+    static std::size_t left(const std::streambuf& buf) noexcept {
         return static_cast<std::size_t>(end(buf) - next(buf));
     }
 
-    /// Passes over size octets, which stand there, at most room().
+    /// Passes over size octets, which stand there, at most left().
     static void advance(std::streambuf& buf, std::size_t size) noexcept {
         constexpr std::size_t MOST = std::numeric_limits<int>::max(); // pbump counts in int
         for (; size > MOST; size -= MOST) {
@@ -34,7 +34,7 @@ public:
         (buf.*&PutArea::pbump)(static_cast<int>(size));
     }
 
-    /// Lets compose(p) put a few octets, at most room(), at p, the next place, and passes over them to what
+    /// Lets compose(p) put a few octets, at most left(), at p, the next place, and passes over them to what
     /// it returns.
     template<class Compose>
     static TAMO_ALWAYS_INLINE void put(std::streambuf& buf, const Compose& compose) {

@@ -2,6 +2,7 @@
 #define TAMO_FASTINFOSET_RESOLVEDNAMES_H
 
 #include "Tamo/Export.h"
+#include "Tamo/XML/DeliveryLimits.h"
 #include <cstddef>
 #include <deque>
 #include <string>
@@ -23,7 +24,7 @@ public:
         const std::string* pUri = nullptr;
         const std::string* pLocalName = nullptr;
         const std::string* pQName = nullptr; ///< null until qualifiedName() was called, and for long ones
-        std::size_t octets = 0;              ///< of namespace name and local name
+        std::size_t octets = 0; ///< of namespace name and local name, with XML::DeliveryLimits::CALLBACK
     };
 
     /// The name at index, or null when it has not been entered. Valid until the next enter() or clear().
@@ -38,7 +39,8 @@ public:
         if (index >= _size) [[unlikely]] {
             grow(index);
         }
-        _names[index] = Name{&prefix, &uri, &localName, nullptr, uri.size() + localName.size()};
+        constexpr std::size_t CALLBACK = XML::DeliveryLimits::CALLBACK;
+        _names[index] = Name{&prefix, &uri, &localName, nullptr, CALLBACK + uri.size() + localName.size()};
     }
 
     /// The qualified name of the name at index, which must have been entered: prefix, colon and local name,

@@ -22,7 +22,8 @@ public:
     /// The codes of a restricted alphabet to UTF-8, replacing text; decoding ends at the end-of-string code
     /// or when fewer bits than a code needs are left. A reserved (empty) alphabet throws
     /// FISEncodingException.
-    static void decodeAlphabet(const std::string& octets, RestrictedAlphabet& alphabet, std::string& text);
+    static void decodeAlphabet(const std::string& octets, const RestrictedAlphabet& alphabet,
+                               std::string& text);
 
     /// The text form of a typed value: its content, built now, or the hexadecimal or base64 form of its
     /// octets.

@@ -2,29 +2,16 @@
 #define TAMO_FASTINFOSET_UTILITY_H
 
 #include "Tamo/Export.h"
+#include "Tamo/FastInfoset/BitMasks.h"
 #include <iosfwd>
 
 namespace Tamo::FastInfoset {
 
-/// Bit-width constants and bit-mask tables of the bit streams, and the two conversions with fixed options.
+/// The two conversions with fixed options, and the constants of BitMasks.
 ///
 /// Stateless; every operation is static and thread-safe.
-class TAMO_API Utility {
+class TAMO_API Utility : public BitMasks {
 public:
-    static constexpr int SIZEOFCHARINBIT = 8;
-    static constexpr int SIZEOFINT16INBIT = 16;
-    static constexpr int SIZEOFINT32INBIT = 32;
-    static constexpr int SIZEOFINT64INBIT = 64;
-
-    /// Entry k is 2^k.
-    static constexpr unsigned char pow2[8] = {1, 2, 4, 8, 16, 32, 64, 128};
-    /// Entry k is 2^(7-k): the mask of bit position k, position 0 being the most significant bit.
-    static constexpr unsigned char revertedPow2[8] = {128, 64, 32, 16, 8, 4, 2, 1};
-    /// Entry k has the k high bits set.
-    static constexpr unsigned char highBitMask[9] = {0x00, 0x80, 0xC0, 0xE0, 0xF0, 0xF8, 0xFC, 0xFE, 0xFF};
-    /// Entry k has the k low bits set.
-    static constexpr unsigned char lowBitMask[9] = {0x00, 0x01, 0x03, 0x07, 0x0F, 0x1F, 0x3F, 0x7F, 0xFF};
-
     /// Converter::convertToFIS without white-space filtering.
     static void convertToFIS(std::istream& in, std::ostream& out, int maxIndexedStringLength);
 

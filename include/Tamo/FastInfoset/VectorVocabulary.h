@@ -60,7 +60,11 @@ public:
 
     Vocabulary<T>* clone() const override { return new VectorVocabulary(*this); }
 
-    void reset() override { this->resetValues(); }
+    /// Drops all values but the placeholder.
+    void reset() { this->resetValues(); }
+
+    /// The values by index, for those who check the range themselves or take std::out_of_range.
+    const VerbTable<T>& values() const noexcept { return this->_index; }
 };
 
 } // namespace Tamo::FastInfoset

@@ -13,8 +13,10 @@ namespace Tamo::FastInfoset {
 ///
 /// The kinds differ in what they can do and cost: VectorVocabulary appends and reads by index only,
 /// MapVocabulary and HashVocabulary find a value that is already there. Index 0 is a placeholder (the empty
-/// value) unless the table was made with DontInitialize; real entries start at 1. Stored values never move. A
-/// table is used by one thread at a time.
+/// value) unless the table was made with DontInitialize; real entries start at 1. In the tables of this
+/// library stored values never move. An application's own table has these operations; it may keep its values
+/// elsewhere than here, and need not keep a reference that value() has returned valid beyond the next
+/// operation. A table is used by one thread at a time.
 template<class T>
 class TAMO_API Vocabulary {
 public:
@@ -44,12 +46,6 @@ public:
 
     /// A deep copy of the same kind; the caller owns it.
     virtual Vocabulary<T>* clone() const = 0;
-
-    /// Returns the table to what its ordinary constructor makes of it: the placeholder alone.
-    virtual void reset() = 0;
-
-    /// The values by index, for readers that check the range themselves or take std::out_of_range.
-    const VerbTable<T>& values() const noexcept { return _index; }
 
 protected:
     /// Adds to result the values of this table that other lacks.

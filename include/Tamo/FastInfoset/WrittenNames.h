@@ -80,7 +80,8 @@ private:
                 return false;
             }
             if (flags == 0) [[likely]] {
-                return equalShortText(localName.data(), qname.data(), localSize);
+                return localName.data() == qname.data() ||
+                       equalShortText(localName.data(), qname.data(), localSize);
             }
             return (flags & LONG) != 0 ? holdsLong(localName, qname) : qnameKey == HashKey::of(qname);
         }

@@ -2,6 +2,8 @@
 #define TAMO_XML_SAXPARSER_H
 
 #include "Tamo/Export.h"
+#include "Tamo/StringConstant.h"
+#include "Tamo/XML/DeliveryLimits.h"
 #include "Tamo/XML/XMLReader.h"
 
 namespace Tamo::XML {
@@ -35,7 +37,7 @@ class TAMO_API SAXParser : public XMLReader {
 public:
     /// Reports notations and unparsed entities before startDocument, and everything else in document order:
     /// the prolog is held back until the document type declaration is complete. Off by default.
-    static inline const std::string FEATURE_DECLARATIONS_FIRST{"urn:tamo:xml:features:declarations-first"};
+    static constexpr StringConstant FEATURE_DECLARATIONS_FIRST{"urn:tamo:xml:features:declarations-first"};
 
     /// A parser without handlers, namespace processing on, external entities off.
     SAXParser() = default;
@@ -57,6 +59,11 @@ public:
     /// interning can only be set to false.
     void setFeature(const std::string& name, bool value) override;
     bool getFeature(const std::string& name) const override;
+
+    /// What is handed to the handlers of one document, at most, from the next parse on; beyond it
+    /// SAXParseException "Limit exceeded: ...".
+    void setLimits(const DeliveryLimits& limits) { _limits = limits; }
+    const DeliveryLimits& limits() const { return _limits; }
 
     /// There are no string properties: throws.
     void setProperty(const std::string& name, const std::string& value) override;
@@ -81,6 +88,7 @@ private:
     ErrorHandler* _pErrorHandler = nullptr;
     LexicalHandler* _pLexicalHandler = nullptr;
     void* _pDeclarationHandler = nullptr;
+    DeliveryLimits _limits;
     bool _namespaces = true;
     bool _namespacePrefixes = false;
     bool _externalGeneralEntities = false;

@@ -2,6 +2,7 @@
 #define TAMO_XML_XMLREADER_H
 
 #include "Tamo/Export.h"
+#include "Tamo/StringConstant.h"
 #include <cstddef>
 #include <span>
 #include <string>
@@ -23,25 +24,25 @@ class InputSource;
 class TAMO_API XMLReader {
 public:
     /// Reports validity errors.
-    static inline const std::string FEATURE_VALIDATION{"http://xml.org/sax/features/validation"};
+    static constexpr StringConstant FEATURE_VALIDATION{"http://xml.org/sax/features/validation"};
     /// Reports namespace names and local names.
-    static inline const std::string FEATURE_NAMESPACES{"http://xml.org/sax/features/namespaces"};
+    static constexpr StringConstant FEATURE_NAMESPACES{"http://xml.org/sax/features/namespaces"};
     /// Reports qualified names.
-    static inline const std::string FEATURE_NAMESPACE_PREFIXES{
+    static constexpr StringConstant FEATURE_NAMESPACE_PREFIXES{
         "http://xml.org/sax/features/namespace-prefixes"};
     /// Hands out one and the same string object for equal names.
-    static inline const std::string FEATURE_STRING_INTERNING{"http://xml.org/sax/features/string-interning"};
+    static constexpr StringConstant FEATURE_STRING_INTERNING{"http://xml.org/sax/features/string-interning"};
     /// Reads external general entities.
-    static inline const std::string FEATURE_EXTERNAL_GENERAL_ENTITIES{
+    static constexpr StringConstant FEATURE_EXTERNAL_GENERAL_ENTITIES{
         "http://xml.org/sax/features/external-general-entities"};
     /// Reads external parameter entities, the external subset included.
-    static inline const std::string FEATURE_EXTERNAL_PARAMETER_ENTITIES{
+    static constexpr StringConstant FEATURE_EXTERNAL_PARAMETER_ENTITIES{
         "http://xml.org/sax/features/external-parameter-entities"};
     /// The declaration handler, an untyped pointer.
-    static inline const std::string PROPERTY_DECLARATION_HANDLER{
+    static constexpr StringConstant PROPERTY_DECLARATION_HANDLER{
         "http://xml.org/sax/properties/declaration-handler"};
     /// The lexical handler: a LexicalHandler* passed as void*.
-    static inline const std::string PROPERTY_LEXICAL_HANDLER{"http://xml.org/sax/properties/lexical-handler"};
+    static constexpr StringConstant PROPERTY_LEXICAL_HANDLER{"http://xml.org/sax/properties/lexical-handler"};
 
     /// Sets the resolver of external entities; null for the reader's own.
     virtual void setEntityResolver(EntityResolver* pResolver) = 0;

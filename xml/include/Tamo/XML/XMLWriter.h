@@ -2,6 +2,9 @@
 #define TAMO_XML_XMLWRITER_H
 
 #include "Tamo/Export.h"
+#include "Tamo/HashKey.h"
+#include "Tamo/Types.h"
+#include "Tamo/XML/AttributesSnapshot.h"
 #include "Tamo/XML/ContentHandler.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/LexicalHandler.h"
@@ -15,6 +18,7 @@
 
 namespace Tamo::XML {
 
+class OpenElements;
 class XMLOutput;
 
 /// Writes events as XML 1.0 text in UTF-8: always a namespace-well-formed document, or an exception.
@@ -93,17 +97,15 @@ public:
 private:
     enum class State { BEFORE, PROLOG, DTD, CONTENT, CDATA, EPILOG };
 
-    struct Element {
-        std::size_t name;        ///< where its name begins in _openNames
-        unsigned int lastPrefix; ///< the number of the last prefix generated outside of it
-        bool hasText;
-        bool hasChildren;
-        bool preserve; ///< xml:space="preserve" is in force
+    /// An element that has prefixes generated for it.
+    struct Generating {
+        std::size_t depth;
+        UInt64 lastPrefix; ///< the number of the last prefix generated outside of it
     };
 
-    struct Mapping {
-        std::string prefix;
-        std::string uri;
+    struct AttributeKey {
+        HashKey key;
+        int index;
     };
 
     template<class Event>
@@ -113,12 +115,14 @@ private:
 
     void writeStartTag(const std::string& uri, const std::string& localName, const std::string& qname,
                        const Attributes& attributes);
-    void declareMappings(bool elementHasNamespace);
+    void openContext(bool elementHasNamespace);
     std::string_view elementPrefix(const std::string& uri, const std::string& qname);
     std::string_view attributePrefix(const std::string& uri, const std::string& qname,
                                      const std::string& elementURI, std::string_view elementPrefix);
     std::string_view generatePrefix(const std::string& uri);
-    void checkDuplicates(const Attributes& attributes) const;
+    void checkDuplicates(const Attributes& attributes);
+    bool isPretty() const noexcept;
+    void noteText();
     void closeStartTag();
     void beginChild();
     void breakLine(std::size_t depth);
@@ -147,13 +151,16 @@ private:
     std::string _dtdPublicId;
     std::string _dtdSystemId;
 
+    AttributesSnapshot _attributes;
     NamespaceSupport _namespaces;
-    std::vector<Mapping> _mappings; // of the next element; slots above _mappingCount are kept
-    std::size_t _mappingCount = 0;
-    unsigned int _lastPrefix = 0;
-    std::string _openNames; // qualified names of the open elements, one behind the other
-    std::vector<Element> _elements;
+    bool _hasMappings = false; // the context of the next element is open
+    UInt64 _lastPrefix = 0;    // the number of the last prefix generated
+    UInt64 _skippedPrefix = 0; // up to here numbers of prefixes that the document has were passed over
+    std::vector<Generating> _generating;
+    std::unique_ptr<OpenElements> _pElements;
+    std::string _elementPrefix;
     std::string _scratch;
+    std::vector<AttributeKey> _keys; // of one element, to find the same name twice
 };
 
 } // namespace Tamo::XML

@@ -1,0 +1,32 @@
+#ifndef TAMO_FINF_OPTIONS_H
+#define TAMO_FINF_OPTIONS_H
+
+#include "Tamo/FastInfoset/ParserLimits.h"
+#include "files/VocabularyFiles.h"
+#include <string>
+#include <vector>
+
+namespace finf {
+
+/// What the command line asks of a conversion.
+struct Options {
+    std::vector<std::string> inputs; ///< paths, "-" for standard input; none for that alone
+    std::string output;              ///< a path, "-" for standard output, empty for the default
+    std::string outputDirectory;     ///< where the outputs belong, empty for beside the inputs
+    bool recursive = false;          ///< convert the documents in directories
+    bool force = false;              ///< overwrite existing output files
+    bool quiet = false;              ///< no progress
+    unsigned int jobs = 1;           ///< conversions at the same time, 0 for one for each processor
+    VocabularyFiles::List vocabularies;
+    Tamo::FastInfoset::ParserLimits limits; ///< on Fast Infoset that is read
+
+    // Of `encode` only.
+    int maxIndexedLength = 16;
+    bool stripWhitespace = false;
+    bool xmlDeclaration = false;
+    bool typed = false;
+};
+
+} // namespace finf
+
+#endif

@@ -1,0 +1,21 @@
+#ifndef TAMO_FINF_DECODECOMMAND_H
+#define TAMO_FINF_DECODECOMMAND_H
+
+#include "command/Command.h"
+#include "command/Options.h"
+
+namespace finf {
+
+/// `finf decode`: Fast Infoset -> XML text.
+class DecodeCommand : public Command {
+public:
+    explicit DecodeCommand(CLI::App& app);
+    ExitStatus run() override;
+
+private:
+    Options _options;
+};
+
+} // namespace finf
+
+#endif

@@ -1,0 +1,21 @@
+#ifndef TAMO_FINF_ENCODECOMMAND_H
+#define TAMO_FINF_ENCODECOMMAND_H
+
+#include "command/Command.h"
+#include "command/Options.h"
+
+namespace finf {
+
+/// `finf encode`: XML text -> Fast Infoset.
+class EncodeCommand : public Command {
+public:
+    explicit EncodeCommand(CLI::App& app);
+    ExitStatus run() override;
+
+private:
+    Options _options;
+};
+
+} // namespace finf
+
+#endif

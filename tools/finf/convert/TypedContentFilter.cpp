@@ -1,0 +1,198 @@
+#include "convert/TypedContentFilter.h"
+#include "Tamo/FastInfoset/BitStreamReader.h"
+#include "Tamo/FastInfoset/BitStreamWriter.h"
+#include "Tamo/FastInfoset/BoolEncoding.h"
+#include "Tamo/FastInfoset/DWordEncoding.h"
+#include "Tamo/FastInfoset/DecodingAlgorithm.h"
+#include "Tamo/FastInfoset/DoubleEncoding.h"
+#include "Tamo/FastInfoset/EncodingAlgorithm.h"
+#include "Tamo/FastInfoset/FloatEncoding.h"
+#include "Tamo/FastInfoset/HexEncoding.h"
+#include "Tamo/FastInfoset/IntEncoding.h"
+#include "Tamo/FastInfoset/LongEncoding.h"
+#include "Tamo/FastInfoset/ShortEncoding.h"
+#include "Tamo/FastInfoset/UUIDEncoding.h"
+#include "Tamo/XML/DefaultHandler.h"
+#include <algorithm>
+#include <sstream>
+#include <vector>
+
+namespace finf {
+
+using namespace Tamo::FastInfoset;
+
+namespace {
+
+/// Longer runs pass as text, so that memory does not grow with the document.
+constexpr std::size_t MAX_RUN = 16 * 1024 * 1024;
+
+/// Where the octets of an algorithm stand in a character chunk: behind the bits that tell the algorithm.
+constexpr int BITS_BEFORE = 6;
+
+struct Algorithm {
+    unsigned int index;
+    int (*check)(const std::string&);
+};
+
+constexpr Algorithm ALGORITHMS[] = {
+    {1, &HexEncoding::check},   {2, &DWordEncoding::check},  {3, &ShortEncoding::check},
+    {4, &IntEncoding::check},   {5, &LongEncoding::check},   {6, &BoolEncoding::check},
+    {7, &FloatEncoding::check}, {8, &DoubleEncoding::check}, {9, &UUIDEncoding::check},
+};
+
+struct Candidate {
+    int octets;
+    unsigned int index;
+};
+
+class TextCollector : public Tamo::XML::DefaultHandler {
+public:
+    void characters(const char ch[], int start, int length) override {
+        text.append(ch + start, static_cast<std::size_t>(length));
+    }
+
+    std::string text;
+};
+
+/// What a reader makes of the text when it was written with the algorithm.
+Tamo::AutoPtr<Encoding> readBack(unsigned int index, const std::string& text) {
+    std::ostringstream octets;
+    BitStreamWriter writer(octets, false);
+    writer.writeBits(BITS_BEFORE, false);
+    EncodingAlgorithm().encode(index, writer, text);
+    writer.complete();
+
+    const std::string written = octets.str();
+    BitStreamReader reader(written.data(), written.size());
+    reader.skip(BITS_BEFORE);
+    Tamo::AutoPtr<Encoding> pEncoding = DecodingAlgorithm().read(static_cast<int>(index), reader);
+    pEncoding->createContent();
+    return pEncoding;
+}
+
+} // namespace
+
+Tamo::AutoPtr<Encoding> TypedContentFilter::encoding(const std::string& text) {
+    std::vector<Candidate> candidates;
+    for (const Algorithm& algorithm : ALGORITHMS) {
+        const int octets = algorithm.check(text);
+        // An algorithm costs one octet more than text does in front of the octets themselves.
+        if (octets > 0 && static_cast<std::size_t>(octets) + 1 < text.size()) {
+            candidates.push_back({octets, algorithm.index});
+        }
+    }
+    std::stable_sort(candidates.begin(), candidates.end(),
+                     [](const Candidate& a, const Candidate& b) { return a.octets < b.octets; });
+    for (const Candidate& candidate : candidates) {
+        Tamo::AutoPtr<Encoding> pEncoding = readBack(candidate.index, text);
+        TextCollector collector;
+        pEncoding->handle(static_cast<Tamo::XML::ContentHandler*>(&collector));
+        if (collector.text == text) {
+            return pEncoding;
+        }
+    }
+    return {};
+}
+
+void TypedContentFilter::passText() {
+    _collecting = false;
+    if (!_text.empty()) {
+        _writer.characters(_text.data(), 0, static_cast<int>(_text.size()));
+        _text.clear();
+    }
+}
+
+void TypedContentFilter::setDocumentLocator(const Tamo::XML::Locator* loc) {
+    _writer.setDocumentLocator(loc);
+}
+
+void TypedContentFilter::startDocument() {
+    _writer.startDocument();
+}
+
+void TypedContentFilter::endDocument() {
+    _writer.endDocument();
+}
+
+void TypedContentFilter::startElement(const std::string& uri, const std::string& localName,
+                                      const std::string& qname, const Tamo::XML::Attributes& attributes) {
+    passText();
+    _writer.startElement(uri, localName, qname, attributes);
+    _collecting = true;
+}
+
+void TypedContentFilter::endElement(const std::string& uri, const std::string& localName,
+                                    const std::string& qname) {
+    if (_collecting && _maxIndexedLength >= 0 && _text.size() > static_cast<std::size_t>(_maxIndexedLength)) {
+        if (const Tamo::AutoPtr<Encoding> pEncoding = encoding(_text)) {
+            _writer.insertEncoding(pEncoding);
+            _text.clear();
+        }
+    }
+    passText();
+    _writer.endElement(uri, localName, qname);
+}
+
+void TypedContentFilter::characters(const char ch[], int start, int length) {
+    if (_collecting && static_cast<std::size_t>(length) <= MAX_RUN - _text.size()) {
+        _text.append(ch + start, static_cast<std::size_t>(length));
+    } else {
+        passText();
+        _writer.characters(ch, start, length);
+    }
+}
+
+void TypedContentFilter::ignorableWhitespace(const char ch[], int start, int length) {
+    passText();
+    _writer.ignorableWhitespace(ch, start, length);
+}
+
+void TypedContentFilter::processingInstruction(const std::string& target, const std::string& data) {
+    passText();
+    _writer.processingInstruction(target, data);
+}
+
+void TypedContentFilter::startPrefixMapping(const std::string& prefix, const std::string& uri) {
+    passText();
+    _writer.startPrefixMapping(prefix, uri);
+}
+
+void TypedContentFilter::endPrefixMapping(const std::string& prefix) {
+    passText();
+    _writer.endPrefixMapping(prefix);
+}
+
+void TypedContentFilter::skippedEntity(const std::string& name) {
+    passText();
+    _writer.skippedEntity(name);
+}
+
+void TypedContentFilter::startDTD(const std::string& name, const std::string& publicId,
+                                  const std::string& systemId) {
+    _writer.startDTD(name, publicId, systemId);
+}
+
+void TypedContentFilter::endDTD() {
+    _writer.endDTD();
+}
+
+// The boundaries of an entity that was expanded do not divide the text.
+void TypedContentFilter::startEntity(const std::string&) {}
+
+void TypedContentFilter::endEntity(const std::string&) {}
+
+void TypedContentFilter::startCDATA() {
+    passText();
+    _writer.startCDATA();
+}
+
+void TypedContentFilter::endCDATA() {
+    _writer.endCDATA();
+}
+
+void TypedContentFilter::comment(const char ch[], int start, int length) {
+    passText();
+    _writer.comment(ch, start, length);
+}
+
+} // namespace finf

@@ -1,0 +1,58 @@
+#ifndef TAMO_FINF_FILELIST_H
+#define TAMO_FINF_FILELIST_H
+
+#include "command/FinfError.h"
+#include "command/Options.h"
+#include <cstdint>
+#include <exception>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace finf {
+
+/// The extensions, with their dots, of what a conversion reads and writes.
+struct Extensions {
+    const char* input;
+    const char* output;
+};
+
+/// What one file is converted to, and how that went.
+struct Job {
+    std::string input;          ///< a path, or "-" for standard input
+    std::string output;         ///< a path, or "-" for standard output
+    std::exception_ptr failure; ///< why there is no output
+};
+
+/// The files that a command line asks to convert: those that it names and, when it says so, those in the
+/// directories that it names.
+class FileList {
+public:
+    /// Looks at the file system. Inputs that cannot be converted become jobs that have failed already.
+    /// Throws CLI::ValidationError for options that do not go together.
+    FileList(const Options& options, const Extensions& extensions);
+
+    /// The jobs in the order of the command line, those of a directory sorted by path.
+    std::vector<Job>& jobs() { return _jobs; }
+
+    /// The octets of all inputs whose size is known.
+    std::uintmax_t octets() const { return _octets; }
+
+private:
+    void checkOptions() const;
+    void addFile(const std::filesystem::path& input, const std::filesystem::path& relative);
+    void addDirectory(const std::filesystem::path& directory);
+    void addFailure(const std::string& input, const FinfError& failure);
+    std::string outputOf(const std::filesystem::path& input, const std::filesystem::path& relative) const;
+
+    const Options& _options;
+    const Extensions _extensions;
+    std::vector<Job> _jobs;
+    std::map<std::string, std::string> _inputOfOutput;
+    std::uintmax_t _octets = 0;
+};
+
+} // namespace finf
+
+#endif

@@ -1,0 +1,65 @@
+#ifndef TAMO_FINF_DEPARTUREFINDER_H
+#define TAMO_FINF_DEPARTUREFINDER_H
+
+#include "Tamo/FastInfoset/DocumentVocabulary.h"
+#include "Tamo/FastInfoset/QualifiedNameVocabulary.h"
+#include "walk/FieldVisitor.h"
+#include <array>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+namespace finf {
+
+/// Finds what a document that can be read has against ITU-T X.891, so that a strict reader would refuse it:
+/// bits that are not as prescribed, entries and attributes that repeat, text that is no UTF-8, ...
+class DepartureFinder : public FieldVisitor {
+public:
+    /// Calls report(place, what) for each departure.
+    explicit DepartureFinder(std::function<void(const std::string& place, const std::string& what)> report)
+        : _report(std::move(report)) {}
+
+    /// The tables of the document as the walker fills them; to be called before the walk, borrowed.
+    void setVocabulary(const Tamo::FastInfoset::DocumentVocabulary& vocabulary) {
+        _pVocabulary = &vocabulary;
+    }
+
+    void field(const Field& field) override;
+
+private:
+    using NameEntry = Tamo::FastInfoset::QualifiedNameEntry;
+
+    void checkBits(const Field& field);
+    void checkPlace(const Field& field);
+    void checkText(const Field& field);
+    void checkTyped(const Field& field);
+    void checkEntry(const Field& field);
+    void checkName(const Field& field);
+    void checkAttribute(const Field& field);
+    unsigned int earlierString(Field::Table table, unsigned int index);
+    unsigned int earlierName(Field::Table table, unsigned int index);
+    const NameEntry& nameAt(Field::Table table, unsigned int index) const;
+    void report(const Field& field, const std::string& what, Tamo::UInt64 partBit = 0);
+
+    static constexpr std::size_t TABLES = Tamo::FastInfoset::DocumentVocabulary::ATTRIBUTE_NAME + 1;
+
+    std::function<void(const std::string& place, const std::string& what)> _report;
+    const Tamo::FastInfoset::DocumentVocabulary* _pVocabulary = nullptr;
+    // The entries of each table that were looked at, by value, and how many of them: views into the tables,
+    // whose values never move.
+    std::array<std::unordered_map<std::string_view, unsigned int>, TABLES> _strings;
+    std::array<std::map<NameEntry, unsigned int>, TABLES> _names;
+    std::array<unsigned int, TABLES> _lookedAt{};
+    // The namespace names and local names of the attributes of the element that is being read.
+    std::set<std::pair<unsigned int, unsigned int>> _attributes;
+    bool _hasRoot = false;
+    bool _hasDeclaration = false;
+};
+
+} // namespace finf
+
+#endif

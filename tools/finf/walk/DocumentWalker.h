@@ -1,0 +1,122 @@
+#ifndef TAMO_FINF_DOCUMENTWALKER_H
+#define TAMO_FINF_DOCUMENTWALKER_H
+
+#include "Tamo/FastInfoset/BitStreamReader.h"
+#include "Tamo/FastInfoset/DocumentVocabulary.h"
+#include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
+#include "Tamo/FastInfoset/ParserLimits.h"
+#include "walk/Field.h"
+#include "walk/FieldVisitor.h"
+#include "walk/RecordingBuf.h"
+#include <istream>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace finf {
+
+/// Reads a Fast Infoset document as FastInfosetParser does, and hands every field of it to a visitor: not
+/// what the document says, but how.
+///
+/// It accepts what the parser accepts, and throws what the reading of the codec throws, or
+/// Tamo::FastInfoset::FISException with a message of its own. What it keeps is the vocabulary, four octets
+/// for an open element, and the field that it reads.
+class DocumentWalker {
+public:
+    /// Over the octets of source; all arguments are borrowed.
+    DocumentWalker(std::istream& source, FieldVisitor& visitor,
+                   Tamo::FastInfoset::ExternalVocabularyLoader& loader,
+                   const Tamo::FastInfoset::ParserLimits& limits);
+
+    /// Reads a piece: first the header, then a child (an element with its attributes, a character chunk, ...)
+    /// or an end at a time. False when the document is complete.
+    bool step();
+
+    /// Hands what stands behind the complete document to the visitor as one field, if there is anything.
+    void trailingOctets();
+
+    /// The tables as they are now.
+    const Tamo::FastInfoset::DocumentVocabulary& vocabulary() const { return _vocabulary; }
+
+    /// A name of one of the two name tables, with its prefix: "p:local". Parts that are in no table are left
+    /// out.
+    std::string qualifiedName(Field::Table table, unsigned int index) const;
+
+    /// The field that is being read: when step() has thrown, the one that is broken, with the octets that
+    /// are there.
+    const Field& current();
+
+private:
+    using Strings = Tamo::FastInfoset::Vocabulary<std::string>;
+    using Names = Tamo::FastInfoset::Vocabulary<Tamo::FastInfoset::QualifiedNameEntry>;
+    using SeenStrings = std::unordered_set<std::string_view>;
+    using SeenNames = std::set<Tamo::FastInfoset::QualifiedNameEntry>;
+
+    void header();
+    void identification();
+    unsigned short identificationWord();
+    void additionalData();
+    void initialVocabulary();
+    void checkTableSizes() const;
+    void checkTableSize(std::size_t size) const;
+    void externalVocabulary();
+    void restrictedAlphabets();
+    void encodingAlgorithms();
+    void table(Field::Table id);
+    void nameTable(Field::Table id);
+    void nameSurrogate(Field::Table id, SeenNames& seen);
+    void notations();
+    void unparsedEntities();
+
+    void child();
+    void element();
+    void namespaceAttributes();
+    void attributes();
+    void documentTypeDeclaration();
+    void processingInstruction();
+    void name(Field::Table id, std::size_t depth);
+    void identifiers(std::size_t depth, bool hasSystemId, bool hasPublicId);
+
+    void identifyingString(Construct construct, std::size_t depth, Field::Table id);
+    void nonIdentifyingString(Field::Table id);
+    void encodedCharacterString(bool indexTwice);
+    void octetString(std::string& octets, BitKind kind);
+    void lengthPart(unsigned int group, int groupBits);
+    unsigned int integer();
+    unsigned int numberOfItems(const char* what, std::size_t depth);
+
+    void begin(Construct construct, std::size_t depth);
+    void emit();
+    unsigned int take(int numBits, BitKind kind, Tamo::Int64 expected = FieldPart::ANY);
+    unsigned int peek(int numBits);
+    void paddingAfterEnd();
+    void part(BitKind kind, Tamo::UInt64 bits, Tamo::Int64 expected = FieldPart::ANY);
+    void read(Field::Table id, unsigned int index);
+    void added(Field::Table id, unsigned int index, bool found, std::size_t size);
+    void show(std::string_view value);
+    unsigned int addEntry(Field::Table id, SeenStrings& seen);
+    const std::string& stringAt(Field::Table id, unsigned int index) const;
+    const Names& names(Field::Table id) const;
+    Names& names(Field::Table id);
+
+    RecordingBuf _record;
+    std::istream _stream;
+    Tamo::FastInfoset::BitStreamReader _reader;
+    FieldVisitor& _visitor;
+    Tamo::FastInfoset::ExternalVocabularyLoader& _loader;
+    Tamo::FastInfoset::ParserLimits _limits;
+    Tamo::FastInfoset::DocumentVocabulary _vocabulary;
+    std::vector<unsigned int> _openElements; // indexes of their names
+    bool _headerRead = false;
+    bool _isPadded = false; // the field before ended with padding in place of another end
+    Field _field;
+    unsigned int _lastIndex = 0; // of the string read last
+    std::string _text;
+    std::string _octets;
+};
+
+} // namespace finf
+
+#endif
