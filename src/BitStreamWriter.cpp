@@ -1,6 +1,6 @@
 #include "Tamo/FastInfoset/BitStreamWriter.h"
+#include "PutArea.h"
 #include "Tamo/Exception.h"
-#include "Tamo/FastInfoset/PutArea.h"
 #include <cstring>
 #include <ostream>
 #include <streambuf>

@@ -1,9 +1,9 @@
 #ifndef TAMO_FASTINFOSET_COMMONFORMS_H
 #define TAMO_FASTINFOSET_COMMONFORMS_H
 
+#include "Forms.h"
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
-#include "Tamo/FastInfoset/Forms.h"
 #include "Tamo/Types.h"
 #include <cstddef>
 

@@ -125,7 +125,7 @@ bool DocumentVocabulary::isPredefined() const {
 }
 
 void DocumentVocabulary::clear() {
-    _vocabularies.clear();
+    _vocabularies.resize(0);
     _pElementVocabulary.reset();
     _pAttributeVocabulary.reset();
     _pTables.reset();
@@ -146,10 +146,9 @@ struct DocumentVocabulary::Tables : TableSet {
 template<class Strings, class Names>
 void DocumentVocabulary::create() {
     auto pTables = std::make_unique_for_overwrite<Tables<Strings, Names>>();
-    _vocabularies.reserve(ELEMENT_NAME);
     _vocabularies.resize(PREFIX);
     for (Strings& table : pTables->strings) {
-        _vocabularies.emplace_back(&table, DeleteTable{true});
+        _vocabularies.push_back(StringTablePtr(&table, DeleteTable{true}));
     }
     _pElementVocabulary = NameTablePtr(&pTables->elements, DeleteTable{true});
     _pAttributeVocabulary = NameTablePtr(&pTables->attributes, DeleteTable{true});
@@ -210,9 +209,8 @@ void DocumentVocabulary::initialize(ID vocabulary, Vocabulary<std::string>* tabl
 void DocumentVocabulary::copy(const DocumentVocabulary& other) {
     _impl = other._impl;
     _uri = other._uri;
-    _vocabularies.reserve(other._vocabularies.size());
     for (const auto& pTable : other._vocabularies) {
-        _vocabularies.emplace_back(pTable ? pTable->clone() : nullptr);
+        _vocabularies.push_back(StringTablePtr(pTable ? pTable->clone() : nullptr));
     }
     _alphabets = other._alphabets;
     _encodings = other._encodings;
@@ -232,9 +230,10 @@ DocumentVocabulary DocumentVocabulary::operator-(const DocumentVocabulary& doc) 
     for (const auto& pTable : _vocabularies) {
         tamo_assert(itDoc != doc._vocabularies.end());
         if (!pTable) {
-            result._vocabularies.emplace_back();
+            result._vocabularies.push_back(StringTablePtr());
         } else {
-            result._vocabularies.emplace_back(*itDoc ? pTable->subtract(**itDoc) : pTable->clone());
+            result._vocabularies.push_back(
+                StringTablePtr(*itDoc ? pTable->subtract(**itDoc) : pTable->clone()));
         }
         ++itDoc;
     }

@@ -1,4 +1,5 @@
 #include "Tamo/FastInfoset/Encoder.h"
+#include "Forms.h"
 #include "Tamo/Bugcheck.h"
 #include "Tamo/FastInfoset/BitStreamWriter.h"
 #include "Tamo/FastInfoset/FISException.h"
@@ -8,43 +9,38 @@ namespace Tamo::FastInfoset {
 
 namespace {
 
-void integerAtPosition1(BitStreamWriter& aWriter, unsigned int val) {
-    if (val == 0) {
-        aWriter.write(0x7Fu, 7);
-    } else if (val <= 64) {
-        aWriter.write(val - 1, 7);
-    } else if (val <= 8256) {
-        aWriter.write(0x4000u | (val - 65), 15);
-    } else {
-        aWriter.write(0x600000u | (val - 8257), 23);
+// An integer from 1 on in one octet, two, three or four, whose first one has numBits left.
+template<class Form>
+void writeInteger(BitStreamWriter& aWriter, unsigned int val, int numBits) {
+    if (val <= Form::IN_ONE) {
+        aWriter.write(val - 1, numBits);
+    } else if (val <= Form::IN_TWO) {
+        aWriter.write(Form::MARK_TWO << 8 | (val - Form::IN_ONE - 1), numBits + 8);
+    } else if (val <= Form::IN_THREE) {
+        aWriter.write(Form::MARK_THREE << 16 | (val - Form::IN_TWO - 1), numBits + 16);
+    } else if constexpr (Form::IN_THREE < Forms::MOST_INTEGER) {
+        aWriter.write(Form::MARK_FOUR << 24 | (val - Form::IN_THREE - 1), numBits + 24);
     }
     tamo_assert(aWriter.bitPos() == 0);
 }
 
-void integerAtPosition2(BitStreamWriter& aWriter, unsigned int val) {
-    if (val <= 32) {
-        aWriter.write(val - 1, 6);
-    } else if (val <= 2080) {
-        aWriter.write(0x2000u | (val - 33), 14);
-    } else if (val <= 526368) {
-        aWriter.write(0x280000u | (val - 2081), 22);
-    } else {
-        aWriter.write(0x30000000u | (val - 526369), 30);
+// A length from 1 on.
+template<class Form>
+void writeLength(BitStreamWriter& aWriter, std::size_t length, int numBits) {
+    if (length > Form::MOST) {
+        throw FISEncodingException("A string of " + std::to_string(length) +
+                                   " octets is longer than the longest one that can be written, of " +
+                                   std::to_string(Form::MOST));
     }
-    tamo_assert(aWriter.bitPos() == 0);
-}
-
-void integerAtPosition3(BitStreamWriter& aWriter, unsigned int val) {
-    if (val <= 16) {
-        aWriter.write(val - 1, 5);
-    } else if (val <= 1040) {
-        aWriter.write(0x1000u | (val - 17), 13);
-    } else if (val <= 263184) {
-        aWriter.write(0x140000u | (val - 1041), 21);
+    if (length <= Form::IN_ONE) {
+        aWriter.write(static_cast<unsigned int>(length - 1), numBits);
+    } else if (length <= Form::IN_TWO) {
+        aWriter.write(Form::MARK_TWO << 8 | static_cast<unsigned int>(length - Form::IN_ONE - 1),
+                      numBits + 8);
     } else {
-        aWriter.write(0x18000000u | (val - 263185), 29);
+        aWriter.write(Form::MARK_FIVE, numBits);
+        aWriter.write(static_cast<unsigned int>(length - Form::IN_TWO - 1), 32);
     }
-    tamo_assert(aWriter.bitPos() == 0);
 }
 
 } // namespace
@@ -70,13 +66,17 @@ void Encoder::integer(BitStreamWriter& aWriter, unsigned int val) {
     case 0:
         throw FISEncodingException("Illegal bit position 0: Integers can never start there");
     case 1:
-        integerAtPosition1(aWriter, val);
+        if (val == 0) {
+            aWriter.write(Forms::IntegerAt1::ZERO, 7);
+        } else {
+            writeInteger<Forms::IntegerAt1>(aWriter, val, 7);
+        }
         break;
     case 2:
-        integerAtPosition2(aWriter, val);
+        writeInteger<Forms::IntegerAt2>(aWriter, val, 6);
         break;
     case 3:
-        integerAtPosition3(aWriter, val);
+        writeInteger<Forms::IntegerAt3>(aWriter, val, 5);
         break;
     case 4:
     case 6:
@@ -103,34 +103,13 @@ void Encoder::nonEmptyStringLength(BitStreamWriter& aWriter, std::size_t strLen)
     tamo_assert(strLen > 0);
     switch (aWriter.bitPos()) {
     case 1:
-        if (strLen <= 64) {
-            aWriter.write(static_cast<unsigned int>(strLen - 1), 7);
-        } else if (strLen <= 320) {
-            aWriter.write(0x4000u | static_cast<unsigned int>(strLen - 65), 15);
-        } else {
-            aWriter.write(0x60u, 7);
-            aWriter.write(static_cast<unsigned int>(strLen - 321), 32);
-        }
+        writeLength<Forms::LengthAt1>(aWriter, strLen, 7);
         break;
     case 4:
-        if (strLen <= 8) {
-            aWriter.write(static_cast<unsigned int>(strLen - 1), 4);
-        } else if (strLen <= 264) {
-            aWriter.write(0x800u | static_cast<unsigned int>(strLen - 9), 12);
-        } else {
-            aWriter.write(0xCu, 4);
-            aWriter.write(static_cast<unsigned int>(strLen - 265), 32);
-        }
+        writeLength<Forms::LengthAt4>(aWriter, strLen, 4);
         break;
     case 6:
-        if (strLen <= 2) {
-            aWriter.write(static_cast<unsigned int>(strLen - 1), 2);
-        } else if (strLen <= 258) {
-            aWriter.write(0x200u | static_cast<unsigned int>(strLen - 3), 10);
-        } else {
-            aWriter.write(0x3u, 2);
-            aWriter.write(static_cast<unsigned int>(strLen - 259), 32);
-        }
+        writeLength<Forms::LengthAt6>(aWriter, strLen, 2);
         break;
     default:
         throw FISEncodingException("illegal position for nonEmptyOctetString encoding");

@@ -616,8 +616,12 @@ inline void FastInfosetParser::endElement() {
     const unsigned int index = _openElements.back();
     _openElements.pop_back();
     if (_pContentHandler) {
-        const ResolvedNames::Name& name = *_elementNames.find(index);
-        _pContentHandler->endElement(*name.pUri, *name.pLocalName, qualifiedName(index));
+        const ResolvedNames::Name* pName = _elementNames.find(index);
+        if (!pName) [[unlikely]] { // another one has taken its place
+            resolveName(index, true);
+            pName = _elementNames.find(index);
+        }
+        _pContentHandler->endElement(*pName->pUri, *pName->pLocalName, qualifiedName(index));
         for (const std::string* pPrefix : _declaredPrefixes) {
             deliver(CALLBACK + pPrefix->size());
             _pContentHandler->endPrefixMapping(*pPrefix);
@@ -704,14 +708,17 @@ unsigned int FastInfosetParser::parseQualifiedNameOrIndex(BitStreamReader& reade
     }
     unsigned int index = 0;
     Decoder::integer(reader, index);
-    ResolvedNames& resolved = resolvedNames(isElement);
-    if (!resolved.find(index)) {
-        const QualifiedNameEntry entry = getQNameVocabulary(isElement).value(index);
-        resolved.enter(index, namePart(DocumentVocabulary::PREFIX, entry.prefixId()),
-                       namePart(DocumentVocabulary::NAMESPACE_NAME, entry.namespaceId()),
-                       namePart(DocumentVocabulary::LOCAL_NAME, entry.localNameId()));
+    if (!resolvedNames(isElement).find(index)) {
+        resolveName(index, isElement);
     }
     return index;
+}
+
+void FastInfosetParser::resolveName(unsigned int index, bool isElement) {
+    const QualifiedNameEntry entry = getQNameVocabulary(isElement).value(index);
+    resolvedNames(isElement).enter(index, namePart(DocumentVocabulary::PREFIX, entry.prefixId()),
+                                   namePart(DocumentVocabulary::NAMESPACE_NAME, entry.namespaceId()),
+                                   namePart(DocumentVocabulary::LOCAL_NAME, entry.localNameId()));
 }
 
 unsigned int FastInfosetParser::parseQualifiedName(BitStreamReader& reader, bool hasPrefix, bool hasNamespace,

@@ -1,9 +1,9 @@
 #ifndef TAMO_FASTINFOSET_OCTETCOMPOSER_H
 #define TAMO_FASTINFOSET_OCTETCOMPOSER_H
 
+#include "ConstructWriter.h"
+#include "Forms.h"
 #include "Tamo/Export.h"
-#include "Tamo/FastInfoset/ConstructWriter.h"
-#include "Tamo/FastInfoset/Forms.h"
 #include "Tamo/Hash.h"
 #include "Tamo/HashKey.h"
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "Tamo/FastInfoset/PutArea.h"
+#include "PutArea.h"
 
 namespace Tamo::FastInfoset {
 

@@ -15,18 +15,22 @@ constinit const std::string NO_NAME;
 } // namespace
 
 void ResolvedNames::grow(unsigned int index) {
+    if (index >= MOST) {
+        _furtherIndex = index;
+        return;
+    }
     const std::size_t needed = static_cast<std::size_t>(index) + 1;
     _names.resize(std::max({needed, needed < 2 * _size ? 2 * _size : 0, FIRST_SIZE}));
     _size = _names.size();
 }
 
 const std::string& ResolvedNames::makeQualifiedName(unsigned int index) {
-    Name& name = _names[index];
+    Name& name = index < _size ? _names[index] : _further;
     if (name.pPrefix->empty()) {
         name.pQName = &NO_NAME;
         return NO_NAME;
     }
-    const bool kept = name.pPrefix->size() + name.pLocalName->size() < LONGEST_KEPT;
+    const bool kept = index < MOST && name.pPrefix->size() + name.pLocalName->size() < LONGEST_KEPT;
     if (kept && _qnameCount == _qnames.size()) {
         _qnames.emplace_back();
     }

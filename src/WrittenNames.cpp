@@ -1,4 +1,4 @@
-#include "Tamo/FastInfoset/WrittenNames.h"
+#include "WrittenNames.h"
 #include <utility>
 
 namespace Tamo::FastInfoset {

@@ -74,6 +74,74 @@ TEST(LargeTest, TextBeyondTheRangeOfInt) {
     EXPECT_EQ(counting.large, std::vector<std::size_t>{MOST});
 }
 
+TEST(LargeTest, StringsBeyondTheirLength) {
+    constexpr std::size_t LONGEST = (std::size_t{1} << 32) + 264;
+    struct Counting : std::streambuf {
+        std::string small;
+        std::size_t large = 0;
+        std::streamsize xsputn(const char* p, std::streamsize n) override {
+            n < 100 ? void(small.append(p, static_cast<std::size_t>(n)))
+                    : void(large += static_cast<std::size_t>(n));
+            return n;
+        }
+    } counting;
+    const Zeros text(LONGEST + 1);
+    std::ostream stream(&counting);
+    FastInfosetWriter writer(stream);
+    writer.startDocument();
+    EXPECT_FAILURE("FISEncodingException: A string of 4294967561 octets is longer than the longest one that "
+                   "can be written, of 4294967560",
+                   writer.comment(text.view()));
+    EXPECT_EQ(hex(counting.small), hex(document("00")));
+    writer.comment(text.view().substr(1));
+    EXPECT_EQ(hex(counting.small), hex(document("00 E2 0C FF FF FF FF")));
+    EXPECT_EQ(counting.large, LONGEST);
+}
+
+// The reader and the writer count the same entries: 2^20 and none more.
+TEST(LargeTest, MoreNamesThanAnIndexCanName) {
+    constexpr int COUNT = 1048576;
+    constexpr int SQUARE = 1024;
+    const struct {
+        bool areQualified; // elements in 1024 namespaces with 1024 local names, or with a local name each
+        const char* failure;
+    } rows[] = {
+        {false, "FISEncodingException: The document's table of identifying strings is full with 1048576 "
+                "entries and does not have \"new\""},
+        {true, "FISEncodingException: The document's table of element names is full with 1048576 entries "
+               "and does not have \"new\""}};
+    for (const auto& row : rows) {
+        std::ostringstream stream;
+        FastInfosetWriter writer(stream, false, DocumentVocabulary::VOC_MAP);
+        writer.startDocument();
+        std::vector<std::string> names;
+        for (int i = 0; i < (row.areQualified ? SQUARE : COUNT); ++i) {
+            names.push_back("n" + std::to_string(i));
+        }
+        if (row.areQualified) {
+            for (const std::string& name : names) {
+                writer.startPrefixMapping(name, name);
+            }
+        }
+        for (int i = 0; i < COUNT; ++i) {
+            if (row.areQualified) {
+                const std::string& uri = names[static_cast<std::size_t>(i / SQUARE)];
+                const std::string& local = names[static_cast<std::size_t>(i % SQUARE)];
+                writer.startElement(uri, local, uri + ":" + local);
+            } else {
+                writer.startElement("", names[static_cast<std::size_t>(i)],
+                                    names[static_cast<std::size_t>(i)]);
+            }
+            i == 0 ? void() : writer.endElement("", "", "");
+        }
+        EXPECT_FAILURE(row.failure, writer.startElement("", "new", "new"));
+        const std::string last = row.areQualified ? "<{n1}n1:n2 n3=\"x\"|>|>" : "<n2 n3=\"x\"|>|>";
+        play(last + "|$", writer);
+        const std::string events = eventsOf(stream.str());
+        EXPECT_EQ(events.substr(events.rfind("<")), last + "|$"); // nothing is left of what was refused
+    }
+}
+
 TEST(LargeTest, MoreStringsThanAnIndexCanName) {
     constexpr int COUNT = 1048576;
     // What is not kept is written in full each time, by the writer as well.

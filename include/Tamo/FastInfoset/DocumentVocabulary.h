@@ -8,9 +8,11 @@
 #include "Tamo/FastInfoset/IndexedVocabulary.h"
 #include "Tamo/FastInfoset/QualifiedNameVocabulary.h"
 #include "Tamo/FastInfoset/Vocabulary.h"
+#include <array>
+#include <cstddef>
 #include <memory>
 #include <string>
-#include <vector>
+#include <utility>
 
 namespace Tamo::FastInfoset {
 
@@ -48,6 +50,9 @@ public:
 
     /// The two-bit selector of an encoded character string (ITU-T X.891, 7.17.6).
     enum CharacterStringForm { UTF8 = 0, UTF16 = 1, RESTRICTEDALPHABET = 2, ENCODINGALGORITHM = 3 };
+
+    /// What a name is the name of.
+    enum class NameKind { ELEMENT, ATTRIBUTE };
 
     /// Tag of the constructor that builds no tables.
     struct DontInitialize {};
@@ -97,9 +102,9 @@ public:
     /// another kind and when tables have been replaced.
     IndexedVocabulary<std::string>* indexedVocabulary(ID voc) noexcept { return _indexed.strings[voc]; }
 
-    /// The table of element or attribute names in the same way.
-    IndexedVocabulary<QualifiedNameEntry>* indexedNames(bool isElement) noexcept {
-        return isElement ? _indexed.pElements : _indexed.pAttributes;
+    /// The table of names of a kind in the same way.
+    IndexedVocabulary<QualifiedNameEntry>* indexedNames(NameKind kind) noexcept {
+        return kind == NameKind::ELEMENT ? _indexed.pElements : _indexed.pAttributes;
     }
 
     /// The string at index of a table of strings.
@@ -133,6 +138,14 @@ public:
     const Vocabulary<QualifiedNameEntry>& attributeVocabulary() const {
         tamo_assert(_pAttributeVocabulary);
         return *_pAttributeVocabulary;
+    }
+
+    /// The table of names of a kind.
+    Vocabulary<QualifiedNameEntry>& names(NameKind kind) {
+        return kind == NameKind::ELEMENT ? elementVocabulary() : attributeVocabulary();
+    }
+    const Vocabulary<QualifiedNameEntry>& names(NameKind kind) const {
+        return kind == NameKind::ELEMENT ? elementVocabulary() : attributeVocabulary();
     }
 
     /// The restricted alphabets.
@@ -186,6 +199,39 @@ private:
     using StringTablePtr = std::unique_ptr<StringTable, DeleteTable>;
     using NameTablePtr = std::unique_ptr<NameTable, DeleteTable>;
 
+    // The tables of strings by their identifiers, in place.
+    class StringTables {
+    public:
+        StringTables() = default;
+        StringTables(StringTables&&) = delete;
+        StringTables& operator=(StringTables&& other) noexcept {
+            _tables = std::move(other._tables);
+            _size = std::exchange(other._size, 0);
+            return *this;
+        }
+
+        std::size_t size() const noexcept { return _size; }
+        StringTablePtr& operator[](std::size_t id) noexcept { return _tables[id]; }
+        const StringTablePtr& operator[](std::size_t id) const noexcept { return _tables[id]; }
+        StringTablePtr* begin() noexcept { return _tables.data(); }
+        StringTablePtr* end() noexcept { return _tables.data() + _size; }
+        const StringTablePtr* begin() const noexcept { return _tables.data(); }
+        const StringTablePtr* end() const noexcept { return _tables.data() + _size; }
+
+        void push_back(StringTablePtr pTable) noexcept { _tables[_size++] = std::move(pTable); }
+
+        void resize(std::size_t size) noexcept {
+            while (_size > size) {
+                _tables[--_size].reset();
+            }
+            _size = size;
+        }
+
+    private:
+        std::array<StringTablePtr, ELEMENT_NAME> _tables;
+        std::size_t _size = 0;
+    };
+
     // The tables again as what they are, when every one was built here; null otherwise.
     struct IndexedTables {
         IndexedVocabulary<std::string>* strings[ELEMENT_NAME] = {};
@@ -208,7 +254,7 @@ private:
 
     VocabularyImpl _impl = VOC_HASH;
     std::unique_ptr<TableSet> _pTables; // null when no table is of a set
-    std::vector<StringTablePtr> _vocabularies;
+    StringTables _vocabularies;
     DocumentRestrictedAlphabet _alphabets;
     EncodingAlgorithm _encodings;
     DecodingAlgorithm _decodings;

@@ -162,6 +162,7 @@ private:
     void addAttribute(const ResolvedNames::Name& name, const std::string& value);
     void addAttribute(const ResolvedNames::Name& name, const char* pValue, std::size_t size);
     unsigned int parseQualifiedNameOrIndex(BitStreamReader& reader, bool isElement);
+    void resolveName(unsigned int index, bool isElement);
     unsigned int parseQualifiedName(BitStreamReader& reader, bool hasPrefix, bool hasNamespace,
                                     bool isElement);
     const std::string& parseIdentifyingStringOrIndex(BitStreamReader& reader, DocumentVocabulary::ID id,

@@ -3,20 +3,13 @@
 
 #include "Tamo/AutoPtr.h"
 #include "Tamo/Export.h"
-#include "Tamo/FastInfoset/ConstructWriter.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/FastInfoset/EncodingAlgorithm.h"
 #include "Tamo/FastInfoset/FISContentHandler.h"
 #include "Tamo/FastInfoset/FISDocumentHandler.h"
-#include "Tamo/FastInfoset/Notation.h"
-#include "Tamo/FastInfoset/UnparsedEntity.h"
-#include "Tamo/FastInfoset/WrittenNames.h"
-#include "Tamo/XML/AttributesSnapshot.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/LexicalHandler.h"
-#include "Tamo/XML/NamespaceSupport.h"
-#include <array>
 #include <concepts>
 #include <cstddef>
 #include <iosfwd>
@@ -26,15 +19,12 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <vector>
 
 namespace Tamo::XML {
 class Attributes;
 }
 
 namespace Tamo::FastInfoset {
-
-class OctetComposer;
 
 /// The narrowest type of FISContentHandler's integers that holds all values of the integer type T.
 template<class T>
@@ -219,167 +209,18 @@ public:
     EncodingAlgorithm& encodingAlgorithms();
 
 private:
-    enum State { UNINITIALIZED, DOCUMENT, ELEMENT, CDATA, DTD };
+    struct Engine;
 
-    // Where a table has a string or would have it, and a name likewise.
-    using FoundString = ValueIndex<std::string>::Found;
-    using FoundName = ValueIndex<QualifiedNameEntry>::Found;
-
-    static constexpr unsigned int NOT_FOUND = Vocabulary<std::string>::NOT_FOUND;
-
-    // One attribute on its way out; the strings belong to the attribute list and the namespace bindings.
-    struct AttributeValue {
-        const std::string* pPrefix = nullptr;
-        const std::string* pValue = nullptr;
-        const std::string* pUri = nullptr;
-        const std::string* pLocalName = nullptr;
-        std::string ownLocalName;
-    };
-
-    // How an attribute's name is written: by its index, or in full where that is NOT_FOUND.
-    struct AttributeName {
-        unsigned int index;
-        const std::string* pPrefix;
-    };
-
-    struct NamespaceAttribute {
-        const std::string* pPrefix;
-        const std::string* pUri;
-    };
-
-    using ID = DocumentVocabulary::ID;
-
-    void writeHeader();
-    void writeInitialVocabulary(const DocumentVocabulary& voc);
-    void writeExternalVocabulary(const std::string& uri);
-    void writeRestrictedAlphabet(const DocumentRestrictedAlphabet& alphabets);
-    void writeVocabulary(const Vocabulary<std::string>& voc);
-    void writeEncodedVocabulary(const Vocabulary<std::string>& voc);
-    void writeNameSurrogates(const Vocabulary<QualifiedNameEntry>& voc, bool isElement);
-    void writeNotations(const std::vector<Notation>& notations);
-    void writeUnparsedEntities(const std::vector<UnparsedEntity>& unparsedEntities);
-
-    const std::string& elementPrefix(const std::string& uri, const std::string& localName,
-                                     const std::string& qname);
-    std::string newPrefix();
-    void handleNamespaces(const XML::Attributes& attributes, const std::string& uri);
-    void declareAttributeNamespaces(const XML::Attributes& attributes);
-    void addNamespaceAttributes();
-    void addAttributes(const XML::Attributes& attributes, const std::string& elementURI);
-    // A construct's pBuf is where its octets are composed, as BitStreamWriter::startConstruct() tells.
-    bool writeSimpleElement(std::streambuf* pBuf, unsigned int index, int count, const std::string& uri,
-                            const std::string& localName, const std::string& qname,
-                            const XML::Attributes& attributes);
-    void writeSimpleElement(std::streambuf* pBuf, unsigned int index, int count, const std::string* pPrefix,
-                            const std::string& uri, const std::string& localName, const std::string& qname,
-                            const XML::Attributes& attributes);
-    bool findAttributeNames(const XML::Attributes& attributes, int count, const std::string& elementURI);
-    void writeDeclaringElement(const std::string& uri, const std::string& localName, const std::string& qname,
-                               const XML::Attributes& attributes);
-    void writeAttributeValue(OctetComposer& octets, const std::string& value);
-    void writeNewAttributeName(OctetComposer& octets, const std::string& prefix,
-                               const XML::Attributes& attributes, int i, const std::string& elementURI);
-    bool remembersNames() noexcept;
-    const std::string* boundElementPrefix(const std::string& uri, const std::string& localName,
-                                          const std::string& qname);
-    const std::string* boundAttributePrefix(const std::string& uri, const std::string& qname) const;
-    void writeElement(const std::string& prefix, const std::string& uri, const std::string& localName);
-    const XML::Attributes& stable(const XML::Attributes& attributes);
-    const XML::Attributes& copied(const XML::Attributes& attributes);
-    void writeNamespaceAttribute(OctetComposer& octets, const std::string& prefix, const std::string& uri);
-    unsigned int writeQualifiedNameOrIndex(OctetComposer& octets, unsigned int high,
-                                           const std::string& prefix, const std::string& uri,
-                                           const std::string& localName, bool isElement);
-    void writeQualifiedName(const std::string& prefix, const std::string& uri, const std::string& localName,
-                            bool isElement);
-    void writeQualifiedName(const QualifiedNameEntry& entry, bool isElement);
-    unsigned int insertQualifiedName(const QualifiedNameEntry& qne, bool isElement);
-    Vocabulary<QualifiedNameEntry>& getQNameVocabulary(bool isElement);
-
-    void writeText(std::string_view text);
-    void writeCharacterChunk(std::streambuf* pBuf, std::string_view text);
-    void writeShortChunk(std::streambuf* pBuf, std::string_view text, HashKey key);
-    void writeNewChunk(std::streambuf* pBuf, std::string_view text, HashKey key, FoundString chunk);
-    bool addChunk(std::string_view text, HashKey key, FoundString notFound);
-    void writeLiteralChunk(OctetComposer& octets, std::string_view text, bool added);
-    void writeDocumentTypeDeclaration(const std::string& publicId, const std::string& systemId);
-    void writeNotation(const std::string& name, const std::string* publicId, const std::string* systemId);
-    void writeUnparsedEntity(const std::string& name, const std::string* publicId,
-                             const std::string& systemId, const std::string& notationName);
-    void writeUnexpandedEntityReference(const std::string& name, const std::string* systemId,
-                                        const std::string* publicId);
-
-    unsigned int writeIdentifyingStringOrIndex(OctetComposer& octets, const std::string& s, ID id);
-    unsigned int writeIdentifyingStringOrIndex(OctetComposer& octets, const std::string& s, ID id,
-                                               HashKey key, FoundString found);
-    unsigned int writeIdentifyingStringOrIndex(const std::string& s, ID id);
-    void writeIdentifyingStringIndex(unsigned int index);
-    void writeIdentifyingString(const std::string& s, ID id);
-    void writeString(OctetComposer& octets, std::string_view text, ID id);
-    void writeString(OctetComposer& octets, std::string_view text, ID id, HashKey key, FoundString string);
-    void writeLiteralString(OctetComposer& octets, std::string_view text, bool added);
-    void writeNonIdentifyingStringOrIndex(const AutoPtr<Encoding>& e, ID id);
-    void writeEncodedCharacterString(const AutoPtr<Encoding>& e);
-    void handleEncodedData() {
-        if (!_encodedData.empty()) [[unlikely]] {
-            writeEncodedData();
-        }
-    }
-    void writeEncodedData();
-    bool isIndexed(std::size_t size) const noexcept;
-    void forgetNames() noexcept;
-    FoundString lookUp(ID id, std::string_view text, HashKey key);
-    FoundString lookUpOrAdd(ID id, std::string_view text);
-    FoundString lookUpPart(ID id, const std::string& text, HashKey key);
-    FoundString lookUpName(ID id, const std::string& text, HashKey key);
-    bool addString(ID id, std::string_view text, HashKey key, FoundString notFound);
-    FoundName lookUp(bool isElement, const QualifiedNameEntry& name, HashKey key);
-    template<class E, class T>
-    void insertValue(const T& value);
     template<class T>
     void insertValues(std::span<const T> values) {
         for (const T& value : values) {
             encodedData(value);
         }
     }
-    static std::vector<State> initialStates();
-    State topState() const;
-    void pushState(State state);
-    void popState();
-    bool isPlainPlace() const noexcept;
-    void settle();
+    template<class E, class T>
+    void insertValue(const T& value);
 
-    ConstructWriter _writer;
-    bool _writeXMLDeclaration = false;
-    DocumentVocabulary _vocabulary;
-    std::vector<State> _states = initialStates();
-    // The innermost open elements that declared nothing: in _states and _namespaces once settle() is called.
-    std::size_t _plainElements = 0;
-    int _prefixCounter = 0;
-    XML::NamespaceSupport _namespaces;
-    std::vector<AutoPtr<Encoding>> _encodedData;
-    std::vector<Notation> _notations;
-    std::vector<UnparsedEntity> _unparsedEntities;
-    std::unique_ptr<DocumentVocabulary> _pExternalVocabulary; // null until one is set
-    std::string _externalVocabularyURI;
-    EncodingAlgorithm _encodingAlgorithm;
-    int _maxIndexedStringLength = 16;
-
-    XML::AttributesSnapshot _attributes;
-
-    // Kept for their capacity from element to element.
-    WrittenNames _names;
-    std::string _defaultNamespace; // under the bindings with this number, none of them for 0
-    UInt64 _defaultBindings = 0;
-    std::string _recentNamespace; // of the last name that was written in full, empty for none
-    unsigned int _recentNamespaceIndex = 0;
-    // Of each table of names how many entries are made of parts that the other tables have.
-    std::array<std::size_t, 2> _ownNames{};
-    std::vector<AttributeName> _attributeNames;
-    std::vector<AttributeValue> _attributeValues;
-    std::size_t _attributeCount = 0;
-    std::vector<NamespaceAttribute> _namespaceAttributes;
-    std::string _prefix;
+    std::unique_ptr<Engine> _pEngine;
 };
 
 } // namespace Tamo::FastInfoset

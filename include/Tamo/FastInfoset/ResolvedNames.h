@@ -14,10 +14,14 @@ namespace Tamo::FastInfoset {
 /// refers to by its index, found in one step.
 ///
 /// Filled by FastInfosetParser as names come up, and emptied when the tables below it are. The strings of the
-/// parts belong to the vocabulary's tables, whose entries never move; qualified names are kept here. Used by
+/// parts belong to the vocabulary's tables, whose entries never move; qualified names are kept here. Beyond
+/// the first MOST names of a table, which are those that documents repeat, there is one at a time. Used by
 /// one thread at a time.
 class TAMO_API ResolvedNames {
 public:
+    /// The entries of the table that have a place of their own.
+    static constexpr unsigned int MOST = 32768;
+
     /// A name. All pointers are set in an entry that find() yields, the qualified name aside.
     struct Name {
         const std::string* pPrefix = nullptr;
@@ -29,24 +33,28 @@ public:
 
     /// The name at index, or null when it has not been entered. Valid until the next enter() or clear().
     const Name* find(unsigned int index) const noexcept {
-        return index < _size && _names[index].pLocalName ? &_names[index] : nullptr;
+        if (index < _size) [[likely]] {
+            return _names[index].pLocalName ? &_names[index] : nullptr;
+        }
+        return index == _furtherIndex ? &_further : nullptr;
     }
 
-    /// Enters the name at index, replacing what is there. The index is that of a table's entry, so that this
-    /// holds no more names than the table.
+    /// Enters the name at index, replacing what is there, or the last one behind MOST. The index is that of a
+    /// table's entry, so that this holds no more names than the table.
     void enter(unsigned int index, const std::string& prefix, const std::string& uri,
                const std::string& localName) {
         if (index >= _size) [[unlikely]] {
             grow(index);
         }
         constexpr std::size_t CALLBACK = XML::DeliveryLimits::CALLBACK;
-        _names[index] = Name{&prefix, &uri, &localName, nullptr, CALLBACK + uri.size() + localName.size()};
+        (index < MOST ? _names[index] : _further) =
+            Name{&prefix, &uri, &localName, nullptr, CALLBACK + uri.size() + localName.size()};
     }
 
     /// The qualified name of the name at index, which must have been entered: prefix, colon and local name,
     /// or nothing when it has no prefix. Valid until the next call or clear().
     const std::string& qualifiedName(unsigned int index) {
-        const Name& name = _names[index];
+        const Name& name = index < _size ? _names[index] : _further;
         return name.pQName ? *name.pQName : makeQualifiedName(index);
     }
 
@@ -54,16 +62,21 @@ public:
     void clear() noexcept {
         _names.clear();
         _size = 0;
+        _furtherIndex = NONE;
         _qnameCount = 0;
     }
 
 private:
+    static constexpr unsigned int NONE = 0xFFFFFFFF;
+
     void grow(unsigned int index);
     const std::string& makeQualifiedName(unsigned int index);
 
     std::vector<Name> _names;
-    std::size_t _size = 0;           // of the vector, at hand without a division
-    std::deque<std::string> _qnames; // never moves a string; the first _qnameCount are in use
+    std::size_t _size = 0;             // of the vector, at hand without a division
+    Name _further;                     // at an index behind MOST
+    unsigned int _furtherIndex = NONE; // which one
+    std::deque<std::string> _qnames;   // never moves a string; the first _qnameCount are in use
     std::size_t _qnameCount = 0;
     std::string _longName; // the long qualified name that was made last
 };

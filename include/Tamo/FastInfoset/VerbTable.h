@@ -2,7 +2,6 @@
 #define TAMO_FASTINFOSET_VERBTABLE_H
 
 #include "Tamo/Bugcheck.h"
-#include "Tamo/Exception.h"
 #include "Tamo/Export.h"
 #include <algorithm>
 #include <bit>
@@ -12,19 +11,24 @@
 #include <string>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace Tamo::FastInfoset {
 
 /// The value store of a vocabulary table: a list of blocks that never moves a stored value.
 ///
-/// The first block, which belongs to the table, has room for 16 values, every further one for twice as many
-/// as the one before it, so a value is found by arithmetic and references stay valid while the table grows
-/// (and is not moved). Values are owned; the table is used by one thread at a time.
+/// The first block, which belongs to the table, takes 16 values, every further one twice as many as the one
+/// before it up to LARGEST_BLOCK, so a value is found by arithmetic, references stay valid while the table
+/// grows (and is not moved), and few places are in wait. Values are owned; the table is used by one thread at
+/// a time.
 template<class T>
 class TAMO_API VerbTable {
 public:
-    /// Room in the first block, in values.
+    /// What the first block takes, in values.
     static constexpr std::size_t FIRST_BLOCK = 16;
+
+    /// What the largest blocks take, in values.
+    static constexpr std::size_t LARGEST_BLOCK = 32768;
 
     /// What truncate() leaves allocated, in values: the first four blocks.
     static constexpr std::size_t MOST_KEPT = 15 * FIRST_BLOCK;
@@ -52,7 +56,7 @@ public:
 
     /// Appends a value that is made of another type's, and returns it.
     template<class U>
-    T& emplace_back(const U& value) {
+    TAMO_ALWAYS_INLINE T& emplace_back(const U& value) {
         if (_pNext == _pEnd) [[unlikely]] {
             openBlock();
         }
@@ -90,8 +94,8 @@ public:
     /// The first FIRST_BLOCK values, which stand side by side; not for an empty table.
     const T* firstBlock() const noexcept { return _blocks[0]; }
 
-    /// Drops all values but the first count. Room for MOST_KEPT values is kept for those to come, with the
-    /// storage of strings that are not long.
+    /// Drops all values but the first count. The places of MOST_KEPT values are kept for those to come, with
+    /// the storage of strings that are not long.
     void truncate(std::size_t count) {
         if (count >= _size) {
             return;
@@ -108,25 +112,38 @@ public:
     }
 
 private:
-    static constexpr std::size_t MOST_BLOCKS = 28; // 2^32 values, all that an index can name
+    static constexpr std::size_t GROWING_BLOCKS = 12; // each but the first twice the one before it
+    static constexpr std::size_t IN_GROWING = (FIRST_BLOCK << GROWING_BLOCKS) - FIRST_BLOCK;
     static constexpr std::size_t LONGEST_KEPT = 256;
+    static_assert(LARGEST_BLOCK == FIRST_BLOCK << (GROWING_BLOCKS - 1));
 
     static std::size_t blockOf(std::size_t i) noexcept {
-        return static_cast<std::size_t>(std::bit_width(i / FIRST_BLOCK + 1)) - 1;
+        return i < IN_GROWING ? static_cast<std::size_t>(std::bit_width(i / FIRST_BLOCK + 1)) - 1
+                              : GROWING_BLOCKS + (i - IN_GROWING) / LARGEST_BLOCK;
     }
 
-    static constexpr std::size_t capacityOf(std::size_t block) noexcept { return FIRST_BLOCK << block; }
+    static constexpr std::size_t capacityOf(std::size_t block) noexcept {
+        return block < GROWING_BLOCKS ? FIRST_BLOCK << block : LARGEST_BLOCK;
+    }
 
-    T* slot(std::size_t i) const noexcept {
-        const std::size_t block = blockOf(i);
-        return _blocks[block] + (i + FIRST_BLOCK - capacityOf(block));
+    static constexpr std::size_t beginOf(std::size_t block) noexcept {
+        return block < GROWING_BLOCKS ? (FIRST_BLOCK << block) - FIRST_BLOCK
+                                      : IN_GROWING + (block - GROWING_BLOCKS) * LARGEST_BLOCK;
+    }
+
+    TAMO_ALWAYS_INLINE T* slot(std::size_t i) const noexcept {
+        if (i < IN_GROWING) [[likely]] {
+            const auto block = static_cast<std::size_t>(std::bit_width(i / FIRST_BLOCK + 1)) - 1;
+            return _blocks[block] + (i + FIRST_BLOCK - (FIRST_BLOCK << block));
+        }
+        return _largestBlocks[(i - IN_GROWING) / LARGEST_BLOCK] + (i - IN_GROWING) % LARGEST_BLOCK;
     }
 
     // Gives back what the strings from begin to before end hold beyond LONGEST_KEPT octets.
     void forgetLong(std::size_t begin, std::size_t end) noexcept {
         while (begin < end) {
             const std::size_t block = blockOf(begin);
-            const std::size_t behind = std::min(end, 2 * capacityOf(block) - FIRST_BLOCK);
+            const std::size_t behind = std::min(end, beginOf(block + 1));
             for (T* pValue = slot(begin); begin < behind; ++begin, ++pValue) {
                 if (pValue->capacity() > LONGEST_KEPT) [[unlikely]] {
                     *pValue = T();
@@ -143,7 +160,8 @@ private:
         const std::size_t own = std::min(other._constructed, FIRST_BLOCK);
         std::uninitialized_move_n(other.ownBlock(), own, ownBlock());
         std::destroy_n(other.ownBlock(), own);
-        std::copy_n(other._blocks, other._blockCount, _blocks);
+        std::copy_n(other._blocks, std::min(other._blockCount, GROWING_BLOCKS), _blocks);
+        _largestBlocks = std::exchange(other._largestBlocks, {});
         _blocks[0] = ownBlock();
         _blockCount = std::exchange(other._blockCount, 0);
         _size = std::exchange(other._size, 0);
@@ -155,39 +173,50 @@ private:
     }
 
     // Goes to where the next value stands, in a new block if need be.
-    void openBlock() {
+    TAMO_COLD void openBlock() {
         const std::size_t block = blockOf(_size);
         if (block == _blockCount) {
             addBlock();
         }
         _pNext = slot(_size);
-        _pEnd = _blocks[block] + capacityOf(block);
+        _pEnd = _pNext + (beginOf(block + 1) - _size);
     }
 
     void addBlock() {
-        if (_blockCount == MOST_BLOCKS) {
-            throw PoolOverflowException("Vocabulary table full");
+        if (_blockCount == 0) {
+            _blocks[0] = ownBlock();
+        } else if (_blockCount < GROWING_BLOCKS) {
+            _blocks[_blockCount] = std::allocator<T>().allocate(capacityOf(_blockCount));
+        } else {
+            _largestBlocks.reserve(std::bit_ceil(_largestBlocks.size() + 1));
+            _largestBlocks.push_back(std::allocator<T>().allocate(LARGEST_BLOCK));
         }
-        _blocks[_blockCount] =
-            _blockCount == 0 ? ownBlock() : std::allocator<T>().allocate(capacityOf(_blockCount));
         ++_blockCount;
     }
 
     // Destroys the values from count on and frees the blocks that hold nothing else.
     void release(std::size_t count) noexcept {
+        if (_constructed <= FIRST_BLOCK) [[likely]] {
+            std::destroy(ownBlock() + std::min(count, _constructed), ownBlock() + _constructed);
+            _constructed = std::min(count, _constructed);
+        }
         while (_constructed > count) {
             std::destroy_at(slot(--_constructed));
         }
-        while (_blockCount != 0 && capacityOf(_blockCount - 1) - FIRST_BLOCK >= count) {
+        while (_blockCount != 0 && beginOf(_blockCount - 1) >= count) {
             --_blockCount;
-            if (_blockCount != 0) {
+            if (_blockCount >= GROWING_BLOCKS) {
+                std::allocator<T>().deallocate(_largestBlocks.back(), LARGEST_BLOCK);
+                _largestBlocks.pop_back();
+            } else if (_blockCount != 0) {
                 std::allocator<T>().deallocate(_blocks[_blockCount], capacityOf(_blockCount));
             }
         }
     }
 
-    T* _blocks[MOST_BLOCKS]; // the first _blockCount
-    std::size_t _blockCount = 0;
+    T* _blocks[GROWING_BLOCKS]; // as many of them as there are blocks
+    std::vector<T*> _largestBlocks;
+    std::size_t _blockCount = 0; // of both
     std::size_t _size = 0;
     std::size_t _constructed = 0; // values beyond _size are left from before truncate()
     T* _pNext = nullptr;          // where the next value goes, unless it is _pEnd

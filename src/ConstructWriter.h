@@ -1,10 +1,10 @@
 #ifndef TAMO_FASTINFOSET_CONSTRUCTWRITER_H
 #define TAMO_FASTINFOSET_CONSTRUCTWRITER_H
 
+#include "Forms.h"
+#include "PutArea.h"
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/BitStreamWriter.h"
-#include "Tamo/FastInfoset/Forms.h"
-#include "Tamo/FastInfoset/PutArea.h"
 #include <cstddef>
 #include <streambuf>
 

@@ -1,0 +1,367 @@
+#include "ElementWriter.h"
+#include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/XML/Name.h"
+#include <algorithm>
+#include <string_view>
+
+namespace Tamo::FastInfoset {
+
+namespace {
+
+using XML::NamespaceSupport;
+
+constinit const std::string EMPTY;
+
+std::string_view prefixOf(const std::string& qname) {
+    const std::size_t colon = qname.find(':');
+    return colon == std::string::npos ? std::string_view() : std::string_view(qname).substr(0, colon);
+}
+
+WrittenNames::Kind kindOf(const std::string& attributeURI, const std::string& elementURI) {
+    return attributeURI == elementURI ? WrittenNames::NATIVE_ATTRIBUTE : WrittenNames::FOREIGN_ATTRIBUTE;
+}
+
+// Whether one of the sizes that were combined by "or" may be longer than a length can tell.
+bool mayBeTooLong(UInt64 sizes) noexcept {
+    return (sizes >> 32) != 0;
+}
+
+} // namespace
+
+// The list, where its strings may change before they are written.
+const XML::Attributes& ElementWriter::copied(const XML::Attributes& attributes) {
+    try {
+        return _attributes.of(attributes);
+    } catch (...) {
+        writer().complete(false);
+        writer().write(false); // the element had begun
+        throw;
+    }
+}
+
+// ---- composing
+
+// Writes what has been found: the element's name by its index, or with pPrefix, and count attributes.
+template<ElementWriter::Extent EXTENT>
+TAMO_ALWAYS_INLINE void ElementWriter::compose(std::streambuf* pBuf, unsigned int index,
+                                               const std::string* pPrefix, const std::string& uri,
+                                               const std::string& localName, const std::string& qname,
+                                               std::size_t count) {
+    OctetComposer octets(writer(), pBuf);
+    unsigned int high = count != 0 ? Forms::HAS_ATTRIBUTES : 0;
+    if constexpr (EXTENT == Extent::FULL) {
+        if (!_declarations.empty()) {
+            octets.octet(high | Forms::NAMESPACE_ATTRIBUTES);
+            for (const Declaration& declaration : _declarations) {
+                _newNames.writeDeclaration(octets, *declaration.pPrefix, *declaration.pUri);
+            }
+            octets.octet(Forms::TERMINATOR_FIRST);
+            high = 0;
+        }
+    }
+    if (!pPrefix) [[likely]] {
+        octets.integerAtPosition2(high, index);
+    } else {
+        octets.apart([=, this, &uri, &localName, &qname](OctetComposer& composer) {
+            writeName(composer, high, *pPrefix, {uri, localName, qname}, EXTENT);
+        });
+    }
+    const Attribute* const pAttributes = _attributeList.data();
+    for (std::size_t i = 0; i < count; ++i) {
+        const Attribute& attribute = pAttributes[i];
+        if (attribute.index != WrittenNames::NOT_FOUND) [[likely]] {
+            octets.integerAtPosition1(0, attribute.index);
+        } else {
+            octets.apart(
+                [this, &attribute, &uri](OctetComposer& composer) { writeName(composer, attribute, uri); });
+        }
+        if constexpr (EXTENT == Extent::PLAIN) {
+            strings().writeAttributeValue(octets, *attribute.pValue);
+        } else {
+            strings().write(octets, *attribute.pValue, DocumentVocabulary::ATTRIBUTE_VALUE);
+        }
+    }
+    octets.flush();
+    if (count != 0) {
+        writer().writeTerminator();
+    }
+}
+
+// ---- elements that declare nothing
+
+// Looks up the names of an element's attributes, up to one that has to be declared.
+TAMO_ALWAYS_INLINE ElementWriter::Needs ElementWriter::findAttributes(const XML::Attributes& attributes,
+                                                                      std::size_t count,
+                                                                      const std::string& elementURI) {
+    if (_attributeList.size() < count) [[unlikely]] {
+        _attributeList.resize(std::max<std::size_t>(16, count));
+    }
+    Needs needs;
+    Attribute* pAttribute = _attributeList.data();
+    for (std::size_t n = 0; n < count; ++n, ++pAttribute) {
+        const int i = static_cast<int>(n);
+        const std::string& uri = attributes.getURI(i);
+        const std::string& localName = attributes.getLocalName(i);
+        pAttribute->pValue = &attributes.getValue(i);
+        needs.sizes |= pAttribute->pValue->size();
+        if (uri.empty()) {
+            pAttribute->index = _names.findPlain(localName);
+            if (pAttribute->index != WrittenNames::NOT_FOUND) [[likely]] {
+                continue;
+            }
+            pAttribute->pPrefix = &EMPTY;
+            pAttribute->pQName = &EMPTY;
+        } else {
+            const std::string& qname = attributes.getQName(i);
+            const WrittenNames::Kind kind = kindOf(uri, elementURI);
+            pAttribute->index = _names.find(kind, uri, localName, qname, namespaces().state());
+            if (pAttribute->index != WrittenNames::NOT_FOUND) [[likely]] {
+                continue;
+            }
+            pAttribute->pPrefix = boundAttributePrefix(uri, qname);
+            if (!pAttribute->pPrefix) {
+                needs.declaration = true;
+                return needs;
+            }
+            if (kind == WrittenNames::NATIVE_ATTRIBUTE) {
+                pAttribute->pPrefix = &EMPTY;
+            }
+            pAttribute->pQName = &qname;
+        }
+        if (localName.empty()) [[unlikely]] {
+            needs.declaration = true;
+            return needs;
+        }
+        needs.newNames = true;
+        needs.sizes |= uri.size() | localName.size();
+        pAttribute->pUri = &uri;
+        pAttribute->pLocalName = &localName;
+    }
+    return needs;
+}
+
+// An element that may declare nothing, where its construct starts. The prefixes of names that are not known
+// under the bindings in force are looked up first. Writes what startDeclaring() would write; false, with
+// nothing written, when that has to.
+bool ElementWriter::startPlain(std::streambuf* pBuf, unsigned int index, int count, const std::string& uri,
+                               const std::string& localName, const std::string& qname,
+                               const XML::Attributes& attributes) {
+    const std::string* pPrefix = nullptr;
+    if (!OctetComposer::fitsPosition2(index)) [[unlikely]] {
+        pPrefix = boundElementPrefix({uri, localName, qname});
+        if (!pPrefix) {
+            return false;
+        }
+    }
+    const auto attributeCount = static_cast<std::size_t>(count);
+    Needs needs = findAttributes(attributes, attributeCount, uri);
+    if (needs.declaration) [[unlikely]] {
+        return false;
+    }
+    const UInt64 sizes = needs.sizes | (pPrefix ? uri.size() | localName.size() | qname.size() : 0);
+    if (mayBeTooLong(sizes) || ((pPrefix || needs.newNames) && _newNames.isNearlyFull(1 + attributeCount)))
+        [[unlikely]] {
+        require(pPrefix, {uri, localName, qname}, attributeCount, {});
+    }
+    try {
+        compose<Extent::PLAIN>(pBuf, index, pPrefix, uri, localName, qname, attributeCount);
+    } catch (...) {
+        constructs().settle();
+        namespaces().pushContext(); // as an element that declares has it by then
+        throw;
+    }
+    return true;
+}
+
+// ---- elements that may declare
+
+void ElementWriter::startDeclaring(const ElementName& name, const XML::Attributes& attributes) {
+    constructs().settle();
+    try {
+        // Copied, because the attributes' declarations can move the bindings.
+        _prefix = elementPrefix(name);
+        declareAttributeNamespaces(attributes);
+        collectDeclarations();
+        collectAttributes(attributes, name.uri);
+    } catch (...) {
+        writer().write(false); // the element had begun
+        throw;
+    }
+    const ElementName full{name.uri, name.localName.empty() ? name.qname : name.localName, name.qname};
+    const auto count = static_cast<std::size_t>(attributes.getLength());
+    UInt64 sizes = _prefix.size() | name.uri.size() | full.localName.size();
+    for (const Declaration& declaration : _declarations) {
+        sizes |= declaration.pPrefix->size() | declaration.pUri->size();
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        const Attribute& attribute = _attributeList[i];
+        sizes |= attribute.pValue->size() | attribute.pPrefix->size() | attribute.pUri->size() |
+                 attribute.pLocalName->size();
+    }
+    if (mayBeTooLong(sizes) || _newNames.isNearlyFull(1 + count + _declarations.size())) [[unlikely]] {
+        require(&_prefix, full, count, _declarations);
+    }
+    namespaces().pushContext();
+    compose<Extent::FULL>(writer().place(), WrittenNames::NOT_FOUND, &_prefix, full.uri, full.localName,
+                          full.qname, count);
+    constructs().startDeclaringElement();
+}
+
+void ElementWriter::collectDeclarations() {
+    _declarations.clear();
+    namespaces().visitDeclared([this](const std::string& prefix, const std::string& uri) {
+        _declarations.push_back({&prefix, &uri});
+    });
+    if (_declarations.size() > 1) {
+        std::sort(_declarations.begin(), _declarations.end(),
+                  [](const auto& a, const auto& b) { return *a.pPrefix < *b.pPrefix; });
+    }
+}
+
+void ElementWriter::collectAttributes(const XML::Attributes& attributes, const std::string& elementURI) {
+    const auto count = static_cast<std::size_t>(attributes.getLength());
+    if (_attributeList.size() < count) {
+        _attributeList.resize(count);
+    }
+    _ownLocalNames.clear();
+    _ownLocalNames.reserve(count); // so that its strings stay in place
+    for (std::size_t n = 0; n < count; ++n) {
+        const int i = static_cast<int>(n);
+        Attribute& attribute = _attributeList[n];
+        attribute.index = WrittenNames::NOT_FOUND;
+        attribute.pUri = &attributes.getURI(i);
+        attribute.pLocalName = &attributes.getLocalName(i);
+        attribute.pValue = &attributes.getValue(i);
+        attribute.pQName = nullptr; // the bindings change with this element
+        if (attribute.pLocalName->empty()) {
+            attribute.pLocalName = &_ownLocalNames.emplace_back(XML::Name::localName(attributes.getQName(i)));
+        }
+        attribute.pPrefix = *attribute.pUri != elementURI ? &namespaces().getPrefix(*attribute.pUri) : &EMPTY;
+    }
+}
+
+// Refuses what cannot be written whole, before anything of it is written: strings that are too long, and new
+// names that the tables have no place for.
+TAMO_COLD void ElementWriter::require(const std::string* pPrefix, const ElementName& name, std::size_t count,
+                                      std::span<const Declaration> declarations) const {
+    for (std::size_t i = 0; i < count; ++i) {
+        StringWriter::requireValue(_attributeList[i].pValue->size());
+    }
+    std::vector<NameWriter::Name> names;
+    for (const Declaration& declaration : declarations) {
+        names.push_back({NameKind::ELEMENT, declaration.pPrefix, declaration.pUri, nullptr});
+    }
+    if (pPrefix) {
+        names.push_back({NameKind::ELEMENT, pPrefix, &name.uri, &name.localName});
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        const Attribute& attribute = _attributeList[i];
+        if (attribute.index == WrittenNames::NOT_FOUND) {
+            names.push_back({NameKind::ATTRIBUTE, attribute.pPrefix, attribute.pUri, attribute.pLocalName});
+        }
+    }
+    _newNames.require(names);
+}
+
+// ---- names
+
+void ElementWriter::writeName(OctetComposer& octets, unsigned int high, const std::string& prefix,
+                              const ElementName& name, Extent extent) {
+    const unsigned int index =
+        _newNames.write(octets, NameKind::ELEMENT, high, prefix, name.uri, name.localName);
+    if (extent == Extent::PLAIN && remembersNames()) [[likely]] {
+        _names.enter(WrittenNames::ELEMENT, name.uri, name.localName, name.qname, namespaces().state(),
+                     index);
+    }
+}
+
+void ElementWriter::writeName(OctetComposer& octets, const Attribute& attribute,
+                              const std::string& elementURI) {
+    const std::string& uri = *attribute.pUri;
+    const std::string& localName = *attribute.pLocalName;
+    const unsigned int index =
+        _newNames.write(octets, NameKind::ATTRIBUTE, 0, *attribute.pPrefix, uri, localName);
+    if (attribute.pQName && remembersNames()) [[likely]] {
+        if (uri.empty()) {
+            _names.enterPlain(localName, index);
+        } else {
+            _names.enter(kindOf(uri, elementURI), uri, localName, *attribute.pQName, namespaces().state(),
+                         index);
+        }
+    }
+}
+
+// Only with tables of ours: without a placeholder an index does not tell what is absent.
+bool ElementWriter::remembersNames() noexcept {
+    return strings().vocabulary().indexedNames(NameKind::ELEMENT) != nullptr;
+}
+
+// ---- prefixes
+
+// The prefix of an element whose namespace is bound already; null when it would have to be declared.
+const std::string* ElementWriter::boundElementPrefix(const ElementName& name) {
+    const NamespaceSupport& bindings = namespaces();
+    const std::string_view prefix = name.qname == name.localName ? std::string_view() : prefixOf(name.qname);
+    if (!prefix.empty()) {
+        _prefix = prefix;
+        return name.uri.empty() || bindings.getURI(prefix) == name.uri ? &_prefix : nullptr;
+    }
+    if (name.uri.empty() || (_defaultBindings == bindings.state() && _defaultNamespace == name.uri)) {
+        return &EMPTY;
+    }
+    const std::string& bound = bindings.getPrefix(name.uri);
+    if (!bound.empty()) {
+        return &bound;
+    }
+    if (bindings.getURI(bound) != name.uri) {
+        return nullptr;
+    }
+    _defaultNamespace = name.uri;
+    _defaultBindings = bindings.state();
+    return &EMPTY;
+}
+
+// Likewise of an attribute in a namespace: the prefix that it is written with.
+const std::string* ElementWriter::boundAttributePrefix(const std::string& uri,
+                                                       const std::string& qname) const {
+    const NamespaceSupport& bindings = namespaces();
+    const std::string_view prefix = prefixOf(qname);
+    const std::string& bound = bindings.getPrefix(uri);
+    return bindings.getURI(prefix.empty() ? bound : prefix) == uri ? &bound : nullptr;
+}
+
+// Declares the prefix where it is not bound.
+const std::string& ElementWriter::elementPrefix(const ElementName& name) {
+    if (name.localName.empty()) {
+        if (!name.uri.empty() || name.qname.empty()) {
+            throw FISException("Tag mismatch", name.qname);
+        }
+        return EMPTY; // a name without namespace processing has no prefix
+    }
+    const std::string* pPrefix = boundElementPrefix(name);
+    if (!pPrefix) {
+        _prefix = name.qname.empty() || name.qname == name.localName ? newPrefix()
+                                                                     : std::string(prefixOf(name.qname));
+        namespaces().declarePrefix(_prefix, name.uri);
+        pPrefix = &_prefix;
+    }
+    return *pPrefix;
+}
+
+void ElementWriter::declareAttributeNamespaces(const XML::Attributes& attributes) {
+    const int count = attributes.getLength();
+    for (int i = 0; i < count; ++i) {
+        const std::string& uri = attributes.getURI(i);
+        const std::string& qname = attributes.getQName(i);
+        if (!uri.empty() && !boundAttributePrefix(uri, qname)) {
+            // Deliberate: no prefix is generated; a name without one binds the default namespace.
+            namespaces().declarePrefix(std::string(prefixOf(qname)), uri);
+        }
+    }
+}
+
+std::string ElementWriter::newPrefix() {
+    return "ns" + std::to_string(++_prefixCounter);
+}
+
+} // namespace Tamo::FastInfoset

@@ -1,0 +1,162 @@
+#ifndef TAMO_FASTINFOSET_ELEMENTWRITER_H
+#define TAMO_FASTINFOSET_ELEMENTWRITER_H
+
+#include "NameWriter.h"
+#include "OpenConstructs.h"
+#include "StringWriter.h"
+#include "Tamo/Export.h"
+#include "Tamo/Types.h"
+#include "Tamo/XML/AttributesSnapshot.h"
+#include "WrittenNames.h"
+#include <cstddef>
+#include <span>
+#include <streambuf>
+#include <string>
+#include <vector>
+
+namespace Tamo::FastInfoset {
+
+/// Writes the beginnings of elements: declarations, name and attributes (ITU-T X.891, 7.3 and 7.4), and their
+/// ends. Used by one thread at a time.
+///
+/// What an element needs is looked up first, and then composed: nothing is written before it is certain what.
+/// WrittenNames knows most names whole, so that neither the bindings nor the tables are asked.
+class ElementWriter {
+public:
+    /// To a stream, with tables of a kind or over a copy of a vocabulary.
+    template<class Tables>
+    ElementWriter(std::ostream& str, const Tables& tables) : _newNames(str, tables) {}
+
+    ElementWriter(const ElementWriter&) = delete;
+    ElementWriter& operator=(const ElementWriter&) = delete;
+
+    /// What writes all other strings of the document.
+    StringWriter& strings() noexcept { return _newNames.strings(); }
+    const StringWriter& strings() const noexcept { return _newNames.strings(); }
+
+    /// Forgets what it knows of the tables, which may have changed.
+    void forgetNames() noexcept {
+        _newNames.forget();
+        _names.clear();
+    }
+
+    /// Forgets what was generated for the last document.
+    void reset() noexcept { _prefixCounter = 0; }
+
+    /// Begins a document, whose header has been written.
+    void startDocument() { _newNames.startDocument(); }
+
+    /// The hot path: an element that declares nothing, by the index of its name, without attributes.
+    TAMO_ALWAYS_INLINE void start(const std::string& uri, const std::string& localName,
+                                  const std::string& qname, const XML::Attributes& list) {
+        const XML::Attributes& attributes = _attributes.isStable(list) ? list : copied(list);
+        std::streambuf* const pBuf = writer().startConstruct();
+        if (constructs().isPlainPlace() && !localName.empty()) [[likely]] {
+            const unsigned int index =
+                _names.find(WrittenNames::ELEMENT, uri, localName, qname, namespaces().state());
+            const int count = attributes.getLength();
+            // An unknown name's index does not fit.
+            if (count == 0 && OctetComposer::fitsPosition2(index) && pBuf) [[likely]] {
+                PutArea::put(*pBuf, [=](char* p) { return OctetComposer::integerAtPosition2(p, 0, index); });
+                constructs().startPlainElement();
+                return;
+            }
+            if (startPlain(pBuf, index, count, uri, localName, qname, attributes)) [[likely]] {
+                constructs().startPlainElement();
+                return;
+            }
+        }
+        startDeclaring({uri, localName, qname}, attributes);
+    }
+
+    /// Ends the innermost element.
+    TAMO_ALWAYS_INLINE void end() {
+        writer().writeTerminator();
+        constructs().endElement();
+    }
+
+private:
+    using ID = DocumentVocabulary::ID;
+    using NameKind = DocumentVocabulary::NameKind;
+
+    // Whether an element is written where it may declare and CDATA sections may be, or where nothing of that
+    // is possible.
+    enum class Extent { PLAIN, FULL };
+
+    // The name of an element as the event gives it.
+    struct ElementName {
+        const std::string& uri;
+        const std::string& localName;
+        const std::string& qname;
+    };
+
+    // An attribute on its way out: its name by its index, or in full where that is NOT_FOUND. The strings
+    // belong to the attribute list, the bindings or ownLocalName.
+    struct Attribute {
+        unsigned int index = WrittenNames::NOT_FOUND;
+        const std::string* pValue = nullptr;
+        const std::string* pPrefix = nullptr;
+        const std::string* pUri = nullptr;
+        const std::string* pLocalName = nullptr;
+        const std::string* pQName = nullptr; // where the name is to be remembered
+    };
+
+    struct Declaration {
+        const std::string* pPrefix;
+        const std::string* pUri;
+    };
+
+    // What writing attributes takes.
+    struct Needs {
+        bool declaration = false; // of a prefix that is not bound
+        bool newNames = false;
+        UInt64 sizes = 0; // of values and of new names' parts, combined by "or"
+    };
+
+    const XML::Attributes& copied(const XML::Attributes& attributes);
+    bool startPlain(std::streambuf* pBuf, unsigned int index, int count, const std::string& uri,
+                    const std::string& localName, const std::string& qname,
+                    const XML::Attributes& attributes);
+    Needs findAttributes(const XML::Attributes& attributes, std::size_t count, const std::string& elementURI);
+    void startDeclaring(const ElementName& name, const XML::Attributes& attributes);
+    void collectDeclarations();
+    void collectAttributes(const XML::Attributes& attributes, const std::string& elementURI);
+    void require(const std::string* pPrefix, const ElementName& name, std::size_t count,
+                 std::span<const Declaration> declarations) const;
+
+    template<Extent EXTENT>
+    void compose(std::streambuf* pBuf, unsigned int index, const std::string* pPrefix, const std::string& uri,
+                 const std::string& localName, const std::string& qname, std::size_t count);
+    void writeName(OctetComposer& octets, unsigned int high, const std::string& prefix,
+                   const ElementName& name, Extent extent);
+    void writeName(OctetComposer& octets, const Attribute& attribute, const std::string& elementURI);
+    bool remembersNames() noexcept;
+
+    const std::string* boundElementPrefix(const ElementName& name);
+    const std::string* boundAttributePrefix(const std::string& uri, const std::string& qname) const;
+    const std::string& elementPrefix(const ElementName& name);
+    void declareAttributeNamespaces(const XML::Attributes& attributes);
+    std::string newPrefix();
+
+    ConstructWriter& writer() noexcept { return strings().writer(); }
+    OpenConstructs& constructs() noexcept { return strings().constructs(); }
+    XML::NamespaceSupport& namespaces() noexcept { return constructs().namespaces(); }
+    const XML::NamespaceSupport& namespaces() const noexcept { return strings().constructs().namespaces(); }
+
+    NameWriter _newNames;
+    WrittenNames _names;
+    XML::AttributesSnapshot _attributes;
+    int _prefixCounter = 0;
+    std::string _defaultNamespace; // under the bindings with this number, none of them for 0
+    UInt64 _defaultBindings = 0;
+
+    // Kept for their capacity from element to element.
+    std::string _prefix;
+    std::vector<Attribute> _attributeList;
+    std::vector<std::string> _ownLocalNames;
+    std::vector<Declaration> _declarations;
+};
+
+} // namespace Tamo::FastInfoset
+
+#endif

@@ -1,0 +1,79 @@
+#ifndef TAMO_FASTINFOSET_HEADERWRITER_H
+#define TAMO_FASTINFOSET_HEADERWRITER_H
+
+#include "ConstructWriter.h"
+#include "StringWriter.h"
+#include "Tamo/FastInfoset/DocumentVocabulary.h"
+#include "Tamo/FastInfoset/Notation.h"
+#include "Tamo/FastInfoset/UnparsedEntity.h"
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Tamo::FastInfoset {
+
+/// Writes what stands before the content of a document: the identification, the vocabulary, notations and
+/// unparsed entities (ITU-T X.891, 7.2), which it collects, and the document type declaration (7.12). Used by
+/// one thread at a time.
+class HeaderWriter {
+public:
+    /// Writes with what writes the strings of the same document.
+    HeaderWriter(StringWriter& strings, bool writeXMLDeclaration) noexcept
+        : _writer(strings.writer()),
+          _vocabulary(strings.vocabulary()),
+          _strings(strings),
+          _writeXMLDeclaration(writeXMLDeclaration) {}
+
+    HeaderWriter(const HeaderWriter&) = delete;
+    HeaderWriter& operator=(const HeaderWriter&) = delete;
+
+    /// Whether the document starts with an XML declaration.
+    void setWriteXMLDeclaration(bool flag) noexcept { _writeXMLDeclaration = flag; }
+
+    /// The vocabulary that the header refers to, and whose entries it does not announce.
+    void setExternalVocabulary(const std::string& uri, const DocumentVocabulary& vocabulary);
+
+    /// It, or null.
+    const DocumentVocabulary* externalVocabulary() const noexcept { return _pExternalVocabulary.get(); }
+
+    void add(Notation&& notation) { _notations.push_back(std::move(notation)); }
+    void add(UnparsedEntity&& entity) { _unparsedEntities.push_back(std::move(entity)); }
+
+    /// Forgets notations and unparsed entities.
+    void reset() noexcept;
+
+    /// Writes the header.
+    void write();
+
+    /// Writes the beginning of the document type declaration, whose identifiers may be empty.
+    void startDocumentType(const std::string& publicId, const std::string& systemId);
+
+    /// Writes its end.
+    void endDocumentType();
+
+private:
+    using ID = DocumentVocabulary::ID;
+
+    void writeInitialVocabulary(const DocumentVocabulary& voc);
+    void writeAlphabets(const DocumentRestrictedAlphabet& alphabets);
+    void writeTable(const Vocabulary<std::string>& voc);
+    void writeEncodedTable(const Vocabulary<std::string>& voc);
+    void writeNames(const Vocabulary<QualifiedNameEntry>& voc, DocumentVocabulary::NameKind kind);
+    void writeName(const QualifiedNameEntry& entry, DocumentVocabulary::NameKind kind);
+    void writeNotations();
+    void writeUnparsedEntities();
+    void writeIdentifier(const std::string& identifier);
+
+    ConstructWriter& _writer;
+    DocumentVocabulary& _vocabulary;
+    StringWriter& _strings;
+    bool _writeXMLDeclaration;
+    std::unique_ptr<DocumentVocabulary> _pExternalVocabulary; // null until one is set
+    std::string _externalVocabularyURI;
+    std::vector<Notation> _notations;
+    std::vector<UnparsedEntity> _unparsedEntities;
+};
+
+} // namespace Tamo::FastInfoset
+
+#endif

@@ -1,0 +1,281 @@
+#include "StringWriter.h"
+#include "Tamo/FastInfoset/BoolEncoding.h"
+#include "Tamo/FastInfoset/CDataEncoding.h"
+#include "Tamo/FastInfoset/DoubleEncoding.h"
+#include "Tamo/FastInfoset/Encoder.h"
+#include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/FastInfoset/FloatEncoding.h"
+#include "Tamo/FastInfoset/IntEncoding.h"
+#include "Tamo/FastInfoset/LongEncoding.h"
+#include "Tamo/FastInfoset/NullEncoding.h"
+#include "Tamo/FastInfoset/ShortEncoding.h"
+#include "Tamo/FastInfoset/UUIDEncoding.h"
+#include "TextPieces.h"
+#include <typeinfo>
+
+namespace Tamo::FastInfoset {
+
+namespace {
+
+void requirePosition(bool holds, const char* message) {
+    if (!holds) [[unlikely]] {
+        throw FISEncodingException(message);
+    }
+}
+
+// Whether a value is of one of this library's classes of arrays, and of none derived from them.
+bool isBuiltInArray(const Encoding& value) {
+    switch (value.type()) {
+    case ShortEncoding::TYPE:
+        return typeid(value) == typeid(ShortEncoding);
+    case IntEncoding::TYPE:
+        return typeid(value) == typeid(IntEncoding);
+    case LongEncoding::TYPE:
+        return typeid(value) == typeid(LongEncoding);
+    case BoolEncoding::TYPE:
+        return typeid(value) == typeid(BoolEncoding);
+    case FloatEncoding::TYPE:
+        return typeid(value) == typeid(FloatEncoding);
+    case DoubleEncoding::TYPE:
+        return typeid(value) == typeid(DoubleEncoding);
+    case UUIDEncoding::TYPE:
+        return typeid(value) == typeid(UUIDEncoding);
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+// ---- identifying strings
+
+unsigned int StringWriter::writeIdentifying(OctetComposer& octets, const std::string& s, ID id) {
+    const HashKey key = HashKey::of(s);
+    return writeIdentifying(octets, s, id, key, findIdentifying(id, s, key));
+}
+
+unsigned int StringWriter::writeIdentifying(OctetComposer& octets, const std::string& s, ID id, HashKey key,
+                                            Found found) {
+    IndexedVocabulary<std::string>* const pTable = _vocabulary.indexedVocabulary(id);
+    if (!pTable) [[unlikely]] {
+        found = findOrAdd(id, s);
+    }
+    const bool isKnown = found.index != NOT_FOUND;
+    const unsigned int index = isKnown  ? static_cast<unsigned int>(found.index)
+                               : pTable ? pTable->append(s, key, found)
+                                        : static_cast<unsigned int>(found.place);
+    if (isKnown && OctetComposer::fitsPosition1(index)) {
+        octets.integerAtPosition1(0x80, index);
+    } else if (!isKnown && !s.empty()) {
+        octets.stringAtPosition1(0, s);
+    } else {
+        octets.flush();
+        if (isKnown) {
+            writeIdentifyingIndex(index);
+        } else {
+            _writer.write(false);
+            Encoder::nonEmptyOctetString(_writer, s); // throws
+        }
+    }
+    return index;
+}
+
+unsigned int StringWriter::writeIdentifying(const std::string& s, ID id) {
+    bool found = false;
+    const unsigned int index = _vocabulary.index(id, s, found);
+    requirePosition(_writer.bitPos() == 0, found ? "Illegal startposition for an writeIdentifyingStringIndex"
+                                                 : "Illegal startposition for an writeIdentifyingString");
+    if (found) {
+        writeIdentifyingIndex(index);
+    } else {
+        _writer.write(false);
+        Encoder::nonEmptyOctetString(_writer, s);
+    }
+    return index;
+}
+
+void StringWriter::writeIdentifyingIndex(unsigned int index) {
+    _writer.write(true);
+    Encoder::integer(_writer, index);
+}
+
+void StringWriter::requireIdentifying(const std::string& s, ID id) {
+    if (s.size() > Forms::LengthAt1::MOST) [[unlikely]] {
+        throwTooLong(s.size(), Forms::LengthAt1::MOST);
+    }
+    const Vocabulary<std::string>& table = _vocabulary.vocabulary(id);
+    if (table.size() > Forms::MOST_INTEGER) [[unlikely]] {
+        bool found = false;
+        table.exists(s, found);
+        if (!found) {
+            throwFull("identifying strings", s);
+        }
+    }
+}
+
+void StringWriter::throwFull(const char* content, std::string_view text) {
+    constexpr std::size_t MOST_QUOTED = 40;
+    throw FISEncodingException("The document's table of " + std::string(content) + " is full with " +
+                               std::to_string(Forms::MOST_INTEGER) + " entries and does not have \"" +
+                               std::string(text.substr(0, MOST_QUOTED)) +
+                               (text.size() > MOST_QUOTED ? "...\"" : "\""));
+}
+
+void StringWriter::throwTooLong(std::size_t size, UInt64 most) {
+    throw FISEncodingException("A string of " + std::to_string(size) +
+                               " octets is longer than the longest one that can be written, of " +
+                               std::to_string(most));
+}
+
+// ---- other strings
+
+void StringWriter::write(OctetComposer& octets, std::string_view text, ID id) {
+    if (!isIndexed(text.size())) {
+        writeLiteral(octets, text, false);
+        return;
+    }
+    const HashKey key = HashKey::of(text);
+    write(octets, text, id, key, find(id, text, key));
+}
+
+void StringWriter::write(OctetComposer& octets, std::string_view text, ID id, HashKey key, Found string) {
+    if (string.index != NOT_FOUND) {
+        if (OctetComposer::fitsPosition1(string.index)) [[likely]] {
+            octets.integerAtPosition1(0x80, string.index);
+        } else {
+            octets.flush();
+            _writer.write(true);
+            Encoder::integer(_writer, static_cast<unsigned int>(string.index));
+        }
+        return;
+    }
+    const bool added = add(id, text, key, string);
+    if (!text.empty() && HashKey::isExact(text.size()) && !_constructs.isInCData()) {
+        octets.shortStringAtPosition4(added ? 0x40 : 0, text);
+    } else {
+        writeLiteral(octets, text, added);
+    }
+}
+
+void StringWriter::writeLiteral(OctetComposer& octets, std::string_view text, bool added) {
+    if (text.empty()) [[unlikely]] {
+        octets.flush();
+        _writer.write(added ? 0x04u : 0x00u, 4);
+        Encoder::nonEmptyOctetString(_writer, std::string()); // throws
+    } else if (_constructs.isInCData()) [[unlikely]] {
+        octets.octet(added ? 0x70 : 0x30);
+        octets.stringAtPosition4((CDataEncoding::TYPE - 1) << 4, text);
+    } else {
+        octets.stringAtPosition4(added ? 0x40 : 0, text);
+    }
+}
+
+// In a table of another kind, which decides by itself what it has: a string that is not there is added at
+// once, and its place is its index. Entries beyond those that an index can name are not added.
+StringWriter::Found StringWriter::findOrAdd(ID id, std::string_view text) {
+    Vocabulary<std::string>& table = _vocabulary.vocabulary(id);
+    const bool isFull = table.size() > Forms::MOST_INTEGER;
+    bool found = false;
+    const unsigned int index =
+        isFull ? table.exists(std::string(text), found) : table.index(std::string(text), found);
+    return found ? Found{index, 0} : Found{NOT_FOUND, isFull ? NOT_FOUND : index};
+}
+
+// ---- character chunks
+
+void StringWriter::writeText(std::string_view text) {
+    TextPieces::forEach(text,
+                        [this](std::string_view piece) { writeChunk(_writer.startConstruct(), piece); });
+}
+
+void StringWriter::writeChunk(std::streambuf* pBuf, std::string_view text) {
+    if (isIndexed(text.size())) {
+        writeShortChunk(pBuf, text, HashKey::of(text));
+    } else {
+        OctetComposer octets(_writer, pBuf);
+        writeLiteralChunk(octets, text, false);
+        octets.flush();
+    }
+}
+
+void StringWriter::writeNewChunk(std::streambuf* pBuf, std::string_view text, HashKey key, Found chunk) {
+    if (chunk.index != NOT_FOUND) { // in the writer's own area, or as no other form can hold it
+        _writer.write(0x05u, 3);
+        Encoder::integer(_writer, static_cast<unsigned int>(chunk.index));
+        return;
+    }
+    const bool added = addChunk(text, key, chunk);
+    OctetComposer octets(_writer, pBuf);
+    if (!text.empty() && HashKey::isExact(text.size()) && !_constructs.isInCData()) [[likely]] {
+        octets.shortStringAtPosition6(added ? 0x90 : 0x80, text);
+    } else {
+        writeLiteralChunk(octets, text, added);
+    }
+    octets.flush();
+}
+
+bool StringWriter::addChunk(std::string_view text, HashKey key, Found notFound) {
+    try {
+        return add(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, text, key, notFound);
+    } catch (...) {
+        _writer.write(0x02u, 2); // the chunk had begun
+        throw;
+    }
+}
+
+TAMO_ALWAYS_INLINE void StringWriter::writeLiteralChunk(OctetComposer& octets, std::string_view text,
+                                                        bool added) {
+    if (text.empty()) [[unlikely]] {
+        octets.flush();
+        _writer.write(added ? 0x24u : 0x20u, 6);
+        Encoder::nonEmptyOctetString(_writer, std::string()); // throws
+    } else if (_constructs.isInCData()) {
+        octets.octet(added ? 0x9C : 0x8C);
+        octets.stringAtPosition6((CDataEncoding::TYPE - 1) << 2, text);
+    } else {
+        octets.stringAtPosition6(added ? 0x90 : 0x80, text);
+    }
+}
+
+void StringWriter::writeTypedChunk(Encoding& value) {
+    // The built-in arrays are written from their values: where nobody can see it their text would be built
+    // for nothing.
+    if (value.referenceCount() != 1 || !isBuiltInArray(value)) {
+        value.createContent();
+    }
+    if (value.type() == CDataEncoding::TYPE) {
+        requirePosition(_writer.bitPos() == 0, "Illegal startposition for a CharacterChunk value");
+        writeChunk(_writer.place(), value.content());
+    } else {
+        _writer.write(0x02u, 2);
+        writeTyped(value);
+    }
+}
+
+// At bit position 0 or 2 (X.891, C.14 and C.15), and its encoded character string at 2 or 4.
+void StringWriter::writeTyped(const Encoding& value) {
+    constexpr ID CHUNK = DocumentVocabulary::CONTENT_CHARACTER_CHUNK;
+    requirePosition(_writer.bitPos() == 0 || _writer.bitPos() == 2,
+                    "Illegal startposition for a NonIdentifyingStringOrIndex value");
+    const bool isText = value.type() == CDataEncoding::TYPE || value.type() == NullEncoding::TYPE;
+    const std::string& text = value.content();
+    const bool indexed = isText && isIndexed(text.size());
+    const HashKey key = HashKey::of(indexed ? std::string_view(text) : std::string_view());
+    const Found string = indexed ? find(CHUNK, text, key) : Found();
+    _writer.write(string.index != NOT_FOUND);
+    if (string.index != NOT_FOUND) {
+        Encoder::integer(_writer, static_cast<unsigned int>(string.index));
+        return;
+    }
+    _writer.write(indexed && add(CHUNK, text, key, string));
+    if (value.type() == NullEncoding::TYPE) {
+        _writer.write(0x00u, 2);
+        Encoder::nonEmptyOctetString(_writer, text);
+    } else {
+        _writer.write(0x03u, 2);
+        Encoder::integer(_writer, value.type());
+        value.write(_writer);
+    }
+}
+
+} // namespace Tamo::FastInfoset
