@@ -6,6 +6,7 @@
 #include "Tamo/XML/NamespaceSupport.h"
 #include <array>
 #include <iterator>
+#include <utility>
 
 namespace Tamo::FastInfoset {
 
@@ -59,8 +60,18 @@ DocumentVocabulary::DocumentVocabulary(const DocumentVocabulary& other) {
 
 DocumentVocabulary& DocumentVocabulary::operator=(const DocumentVocabulary& other) {
     if (this != &other) {
+        // Nothing is given up before all of the copy is there.
+        DocumentVocabulary copied(other);
         clear();
-        copy(other);
+        _impl = copied._impl;
+        _vocabularies = std::move(copied._vocabularies);
+        _pElementVocabulary = std::move(copied._pElementVocabulary);
+        _pAttributeVocabulary = std::move(copied._pAttributeVocabulary);
+        _alphabets = std::move(copied._alphabets);
+        _encodings = std::move(copied._encodings);
+        _uri = std::move(copied._uri);
+        _ownTables = copied._ownTables;
+        _indexed = copied._indexed;
     }
     return *this;
 }
@@ -149,7 +160,7 @@ void DocumentVocabulary::create() {
     _vocabularies.reserve(ELEMENT_NAME);
     _vocabularies.resize(PREFIX);
     for (Strings& table : pTables->strings) {
-        _vocabularies.emplace_back(&table, DeleteTable{true});
+        _vocabularies.push_back(StringTablePtr(&table, DeleteTable{true}));
     }
     _pElementVocabulary = NameTablePtr(&pTables->elements, DeleteTable{true});
     _pAttributeVocabulary = NameTablePtr(&pTables->attributes, DeleteTable{true});
@@ -212,7 +223,7 @@ void DocumentVocabulary::copy(const DocumentVocabulary& other) {
     _uri = other._uri;
     _vocabularies.reserve(other._vocabularies.size());
     for (const auto& pTable : other._vocabularies) {
-        _vocabularies.emplace_back(pTable ? pTable->clone() : nullptr);
+        _vocabularies.push_back(StringTablePtr(pTable ? pTable->clone() : nullptr));
     }
     _alphabets = other._alphabets;
     _encodings = other._encodings;
@@ -228,13 +239,15 @@ void DocumentVocabulary::copy(const DocumentVocabulary& other) {
 DocumentVocabulary DocumentVocabulary::operator-(const DocumentVocabulary& doc) const {
     DocumentVocabulary result{DontInitialize()};
     result._impl = _impl;
+    result._vocabularies.reserve(_vocabularies.size());
     auto itDoc = doc._vocabularies.begin();
     for (const auto& pTable : _vocabularies) {
         tamo_assert(itDoc != doc._vocabularies.end());
         if (!pTable) {
             result._vocabularies.emplace_back();
         } else {
-            result._vocabularies.emplace_back(*itDoc ? pTable->subtract(**itDoc) : pTable->clone());
+            result._vocabularies.push_back(
+                StringTablePtr(*itDoc ? pTable->subtract(**itDoc) : pTable->clone()));
         }
         ++itDoc;
     }
