@@ -21,12 +21,12 @@
 #include <exception>
 #include <expat.h>
 #include <istream>
+#include <map>
 #include <memory>
 #include <new>
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -451,9 +451,10 @@ private:
     bool _holding;
     std::vector<Held> _held;
     std::size_t _referringEntities = 0;
-    std::unordered_set<std::string> _externalEntities;      // names of the general ones
-    std::unordered_map<std::string, std::string> _types;    // by element and attribute name
-    std::unordered_map<std::string, std::size_t> _defaults; // by element name, the number of default values
+    // Ordered, because documents can choose names of equal hashes.
+    std::set<std::string> _externalEntities;      // names of the general ones
+    std::map<std::string, std::string> _types;    // by element and attribute name
+    std::map<std::string, std::size_t> _defaults; // by element name, the number of default values
     std::string _typeKey;
 };
 
