@@ -19,7 +19,7 @@ struct Attack {
     bool isXML;                         ///< XML text, or a Fast Infoset document
     std::string (*make)(std::size_t n); ///< its member of size n
     std::size_t n;                      ///< the size at which it hurts; half of it is compared
-    std::size_t seed;                   ///< the size of a small member, for the fuzzer
+    std::size_t seed;                   ///< the size of a small member, for the fuzzer; 0 for none
     Outcome outcome;                    ///< of the member of size n
 };
 
