@@ -27,7 +27,7 @@ namespace {
 
 using XML::NamespaceSupport;
 
-constinit const std::string EMPTY;
+const std::string EMPTY;
 
 const XML::Attributes& emptyAttributes() {
     static const XML::AttributesImpl NONE;

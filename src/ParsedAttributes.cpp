@@ -4,7 +4,7 @@ namespace Tamo::FastInfoset {
 
 namespace {
 
-constinit const std::string EMPTY;
+const std::string EMPTY;
 
 } // namespace
 

@@ -34,8 +34,8 @@ namespace Tamo::XML {
 
 namespace {
 
-constinit const std::string EMPTY;
-constinit const std::string CDATA_TYPE{"CDATA"};
+const std::string EMPTY;
+const std::string CDATA_TYPE{"CDATA"};
 
 /// How many octets Expat gets at a time, unless it waits for the end of a long token: it looks at a token
 /// from its beginning each time that it gets more, so that it gets as much again as it has.
