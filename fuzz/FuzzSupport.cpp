@@ -24,6 +24,12 @@ void require(bool holds, const char* property, const std::string& first, const s
     std::abort();
 }
 
+void requireProportion(const Outcome& written, std::size_t document, std::size_t delivered) {
+    require(written.events.size() <= 4096 + 8 * (document + delivered), "what is written is in proportion",
+            std::to_string(document) + " octets, " + std::to_string(delivered) + " delivered",
+            std::to_string(written.events.size()) + " written");
+}
+
 ParserLimits limits() {
     ParserLimits result;
     result.maxDepth = 10000;
@@ -70,21 +76,26 @@ void Information::look(const std::string& name) {
 void Information::startElement(const std::string& uri, const std::string& localName, const std::string& qname,
                                const XML::Attributes& attributes) {
     ++_depth;
+    count(uri.size() + localName.size() + qname.size());
     look(localName);
     look(qname.substr(0, qname.find(':')));
     for (int i = 0; i < attributes.getLength(); ++i) {
         look(attributes.getLocalName(i));
+        count(attributes.getURI(i).size() + attributes.getLocalName(i).size() +
+              attributes.getQName(i).size() + attributes.getValue(i).size());
     }
     Trace::startElement(uri, localName, std::string(), attributes);
 }
 
-void Information::endElement(const std::string& uri, const std::string& localName, const std::string&) {
+void Information::endElement(const std::string& uri, const std::string& localName, const std::string& qname) {
     --_depth;
+    count(uri.size() + localName.size() + qname.size());
     Trace::endElement(uri, localName, std::string());
 }
 
 void Information::characters(const char ch[], int start, int length) {
     const std::string_view text(ch + start, static_cast<std::size_t>(length));
+    count(text.size());
     if (!text.empty() && (_depth > 0 || text.find_first_not_of(" \t\r\n") != std::string_view::npos)) {
         Trace::characters(ch, start, length);
     }
@@ -92,12 +103,19 @@ void Information::characters(const char ch[], int start, int length) {
 
 void Information::processingInstruction(const std::string& target, const std::string& data) {
     look(target);
+    count(target.size() + data.size());
     Trace::processingInstruction((_inDTD ? "DTD:" : "") + target, data);
 }
 
 void Information::startPrefixMapping(const std::string& prefix, const std::string& uri) {
     look(prefix);
+    count(prefix.size() + uri.size());
     Trace::startPrefixMapping(prefix, uri);
+}
+
+void Information::comment(const char ch[], int start, int length) {
+    count(static_cast<std::size_t>(length));
+    Trace::comment(ch, start, length);
 }
 
 // A public identifier as every parser of XML normalises it.
@@ -112,8 +130,9 @@ std::string Information::normalized(const std::string& publicId) {
 
 void Information::startDTD(const std::string&, const std::string& publicId, const std::string& systemId) {
     _inDTD = true;
-    if (!publicId.empty() || !systemId.empty()) {
-        Trace::event("DTD(" + normalized(publicId) + "," + systemId + ")");
+    const std::string publicText = normalized(publicId);
+    if (!publicText.empty() || !systemId.empty()) {
+        Trace::event("DTD(" + publicText + "," + systemId + ")");
     }
 }
 
@@ -142,7 +161,7 @@ Outcome informationOfXML(const std::string& xml) {
     Information information;
     information.connect(parser);
     const std::string failure = failureOf([&] { parser.parseMemoryNP(xml.data(), xml.size()); });
-    return {failure, information.information(), false, information.hasRecentNames()};
+    return {failure, information.information(), false, information.hasRecentNames(), information.delivered()};
 }
 
 Outcome informationOfFIS(std::string_view document) {
@@ -160,7 +179,8 @@ Outcome informationOfFIS(std::string_view document) {
     Information information;
     information.connect(parser);
     const std::string failure = failureOf([&] { parser.parseMemoryNP(document.data(), document.size()); });
-    return {failure, information.information(), loader.isAsked, information.hasRecentNames()};
+    return {failure, information.information(), loader.isAsked, information.hasRecentNames(),
+            information.delivered()};
 }
 
 Outcome convertedToFIS(const std::string& xml, int maxIndexedStringLength, int options) {
@@ -168,14 +188,14 @@ Outcome convertedToFIS(const std::string& xml, int maxIndexedStringLength, int o
     std::ostringstream out;
     const std::string failure =
         failureOf([&] { Converter::convertToFIS(in, out, maxIndexedStringLength, options); });
-    return {failure, out.str(), false, false};
+    return {failure, out.str(), false, false, 0};
 }
 
 Outcome convertedToXML(const std::string& document, int options) {
     std::istringstream in(document);
     std::ostringstream out;
     const std::string failure = failureOf([&] { Converter::convertToXML(in, out, options); });
-    return {failure, out.str(), false, false};
+    return {failure, out.str(), false, false, 0};
 }
 
 namespace {
@@ -191,14 +211,14 @@ std::string describedVocabulary(const DocumentVocabulary& vocabulary) {
     std::string text;
     for (int id = DocumentVocabulary::PREFIX; id < DocumentVocabulary::ELEMENT_NAME; ++id) {
         const auto& table = vocabulary.vocabulary(static_cast<DocumentVocabulary::ID>(id));
-        for (std::size_t i = 0; i < table.values().size(); ++i) {
-            text += table.values()[i] + ";";
+        for (std::size_t i = 0; i < table.size(); ++i) {
+            text += table.value(static_cast<unsigned int>(i)) + ";";
         }
         text += "|";
     }
     for (const auto* pTable : {&vocabulary.elementVocabulary(), &vocabulary.attributeVocabulary()}) {
-        for (std::size_t i = 0; i < pTable->values().size(); ++i) {
-            text += described(pTable->values()[i]);
+        for (std::size_t i = 0; i < pTable->size(); ++i) {
+            text += described(pTable->value(static_cast<unsigned int>(i)));
         }
         text += "|";
     }

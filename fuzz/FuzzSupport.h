@@ -22,12 +22,17 @@ struct Outcome {
     std::string events;
     bool isForeign = false;      ///< the document names an external vocabulary
     bool hasRecentNames = false; ///< see Information
+    std::size_t delivered = 0;   ///< see Information
 
     bool failed() const { return !failure.empty(); }
 };
 
 /// Ends the process unless the property holds, with the texts that explain it.
 void require(bool holds, const char* property, const std::string& first = {}, const std::string& second = {});
+
+/// Ends the process when more has been written than a small multiple of what a document is and delivers: work
+/// that is not in proportion.
+void requireProportion(const Outcome& written, std::size_t document, std::size_t delivered);
 
 /// Limits that keep one run short.
 ParserLimits limits();
@@ -71,6 +76,9 @@ public:
 
     std::string information() const { return _notations + _entities + text(); }
 
+    /// The octets that have been delivered, and as many more for each call as XML::DeliveryLimits counts.
+    std::size_t delivered() const { return _delivered; }
+
     /// Whether there are names that XML 1.0 allows from its fifth edition on, and Expat does not.
     bool hasRecentNames() const { return _hasRecentNames; }
 
@@ -81,6 +89,8 @@ public:
     void characters(const char ch[], int start, int length) override;
     void processingInstruction(const std::string& target, const std::string& data) override;
     void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
+    void endPrefixMapping(const std::string& prefix) override { count(prefix.size()); }
+    void comment(const char ch[], int start, int length) override;
     void skippedEntity(const std::string&) override {}
     void startDTD(const std::string& name, const std::string& publicId, const std::string& systemId) override;
     void endDTD() override { _inDTD = false; }
@@ -92,10 +102,12 @@ public:
 private:
     static std::string normalized(const std::string& publicId);
     void look(const std::string& name);
+    void count(std::size_t octets) { _delivered += octets + XML::DeliveryLimits::CALLBACK; }
 
     std::string _notations;
     std::string _entities;
     std::size_t _depth = 0;
+    std::size_t _delivered = 0;
     bool _inDTD = false;
     bool _hasRecentNames = false;
 };

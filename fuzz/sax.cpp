@@ -48,7 +48,7 @@ Outcome outcomeOf(SAXParser& parser, Trace& trace, const std::function<void()>& 
             throw;
         }
     });
-    return {failure + place, trace.text(), false, false};
+    return {failure + place, trace.text(), false, false, 0};
 }
 
 void requireEqual(const Outcome& first, const Outcome& second) {
@@ -57,7 +57,7 @@ void requireEqual(const Outcome& first, const Outcome& second) {
 }
 
 // What is well-formed can be written and means the same, with exceptions that Namespaces in XML makes.
-void rewrite(const std::string& xml, const std::string& information) {
+void rewrite(const std::string& xml, const Outcome& information) {
     std::ostringstream out;
     XMLWriter writer(out);
     SAXParser parser;
@@ -75,9 +75,11 @@ void rewrite(const std::string& xml, const std::string& information) {
         require(isKnown, "well-formed XML can be written", xml, failure);
         return;
     }
+    requireProportion({failure, out.str()}, xml.size(), information.delivered);
     const Outcome again = informationOfXML(out.str());
     require(!again.failed(), "what is written is well-formed", again.failure, out.str());
-    require(again.events == information, "what is written means the same", information, again.events);
+    require(again.events == information.events, "what is written means the same", information.events,
+            again.events);
 }
 
 } // namespace
@@ -110,7 +112,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (features < 16) {
         const Outcome information = informationOfXML(xml);
         if (!information.failed()) {
-            rewrite(xml, information.events);
+            rewrite(xml, information);
         }
     }
     return 0;

@@ -1,9 +1,10 @@
 // Writes the seed corpora: fuzz_seeds DIRECTORY LIST XMLFILE...
 //
 // A line of the list is a kind, a name and the octets: in hexadecimal for "document" (behind identification
-// and version), "header", "algorithm" and "text", as they are for "xml". Documents are seeds of the targets
-// that read Fast Infoset, XML text, with that of the files, of those that read XML; what it is converted to
-// is a document again.
+// and version), "header", "algorithm", "text" and the writers' events, as they are for "xml". Documents are
+// seeds of the targets that read Fast Infoset, XML text, with that of the files, of those that read XML; what
+// it is converted to is a document again. Small members of the attacks that the tests know are seeds too.
+#include "Attacks.h"
 #include "FuzzSupport.h"
 #include "Octets.h"
 #include <filesystem>
@@ -82,6 +83,17 @@ int main(int argc, char** argv) {
         std::ifstream list(argv[2]);
         for (std::string line; std::getline(list, line);) {
             addLine(corpora, line);
+        }
+        for (const Test::Attack& attack : Test::attacks()) {
+            if (attack.seed == 0) {
+                continue; // a small one is none
+            }
+            const std::string octets = attack.make(attack.seed);
+            if (attack.isXML) {
+                corpora.addXML(attack.name, octets);
+            } else {
+                corpora.addDocument(attack.name, octets);
+            }
         }
         for (int i = 3; i < argc; ++i) {
             std::ifstream file(argv[i], std::ios::binary);

@@ -28,6 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (document.failed()) {
             return 0;
         }
+        requireProportion(document, size, original.delivered);
         const Outcome read = informationOfFIS(document.events);
         if (read.failure.starts_with("FISException: Limit exceeded")) {
             return 0;

@@ -17,6 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     require(!information.failed(), "what is converted can be read", information.failure, xml.events);
+    requireProportion(xml, size, information.delivered);
     const Outcome read = informationOfXML(xml.events);
     if (information.hasRecentNames && read.failure == "SAXParseException: not well-formed (invalid token)") {
         return 0; // the writer follows the fifth edition of XML 1.0, Expat the fourth

@@ -11,7 +11,6 @@
 #include <limits>
 #include <set>
 #include <string_view>
-#include <unordered_set>
 #include <utility>
 
 namespace Tamo::FastInfoset {
@@ -125,7 +124,7 @@ public:
 private:
     bool _stay;
     std::deque<std::string> _copies;
-    std::unordered_set<std::string_view> _views;
+    std::set<std::string_view> _views; // hashes could be chosen to be equal
 };
 
 // Those of a table of names.

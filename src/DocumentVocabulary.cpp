@@ -6,6 +6,7 @@
 #include "Tamo/XML/NamespaceSupport.h"
 #include <array>
 #include <iterator>
+#include <utility>
 
 namespace Tamo::FastInfoset {
 
@@ -59,8 +60,18 @@ DocumentVocabulary::DocumentVocabulary(const DocumentVocabulary& other) {
 
 DocumentVocabulary& DocumentVocabulary::operator=(const DocumentVocabulary& other) {
     if (this != &other) {
+        // Nothing is given up before all of the copy is there.
+        DocumentVocabulary copied(other);
         clear();
-        copy(other);
+        _impl = copied._impl;
+        _vocabularies = std::move(copied._vocabularies);
+        _pElementVocabulary = std::move(copied._pElementVocabulary);
+        _pAttributeVocabulary = std::move(copied._pAttributeVocabulary);
+        _alphabets = std::move(copied._alphabets);
+        _encodings = std::move(copied._encodings);
+        _uri = std::move(copied._uri);
+        _ownTables = copied._ownTables;
+        _indexed = copied._indexed;
     }
     return *this;
 }

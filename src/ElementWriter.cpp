@@ -10,7 +10,7 @@ namespace {
 
 using XML::NamespaceSupport;
 
-constinit const std::string EMPTY;
+TAMO_CONSTINIT const std::string EMPTY;
 
 std::string_view prefixOf(const std::string& qname) {
     const std::size_t colon = qname.find(':');

@@ -95,7 +95,7 @@ int lengthOf(const std::string& comment) {
 
 } // namespace
 
-constinit const std::string FastInfosetParser::EMPTY_STRING;
+TAMO_CONSTINIT const std::string FastInfosetParser::EMPTY_STRING;
 
 FastInfosetParser::FastInfosetParser(DocumentVocabulary::VocabularyImpl impl) : _vocabulary(impl) {}
 

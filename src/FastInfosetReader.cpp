@@ -16,7 +16,7 @@ public:
     std::string_view uri;
     std::string_view localName;
     std::string_view qname;
-    const XML::AttributesImpl noAttributes;
+    const XML::AttributesImpl noAttributes{};
     const XML::Attributes* pAttributes = &noAttributes;
     std::vector<PrefixMapping> prefixMappings;
     std::string_view target;

@@ -25,7 +25,7 @@ namespace {
 
 using XML::NamespaceSupport;
 
-constinit const std::string EMPTY;
+TAMO_CONSTINIT const std::string EMPTY;
 
 const XML::Attributes& emptyAttributes() {
     static const XML::AttributesImpl NONE;

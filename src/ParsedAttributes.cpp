@@ -4,7 +4,7 @@ namespace Tamo::FastInfoset {
 
 namespace {
 
-constinit const std::string EMPTY;
+TAMO_CONSTINIT const std::string EMPTY;
 
 } // namespace
 

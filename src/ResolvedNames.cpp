@@ -10,7 +10,7 @@ constexpr std::size_t FIRST_SIZE = 32;
 // Longer names are made anew at each use: a long prefix could be part of any number of them.
 constexpr std::size_t LONGEST_KEPT = 128;
 
-constinit const std::string NO_NAME;
+TAMO_CONSTINIT const std::string NO_NAME;
 
 } // namespace
 

@@ -10,7 +10,7 @@ namespace Tamo {
 
 namespace {
 
-constinit const std::string FILE_SCHEME("file");
+TAMO_CONSTINIT const std::string FILE_SCHEME("file");
 
 std::unique_ptr<std::istream> openFile(const std::string& path) {
     // The system would cut the name off at a null character and open another file.

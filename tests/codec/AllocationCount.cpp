@@ -1,6 +1,7 @@
 #include "AllocationCount.h"
 #include <atomic>
 #include <cstdlib>
+#include <malloc.h>
 #include <new>
 
 namespace {
@@ -10,6 +11,14 @@ constexpr auto NEVER = static_cast<std::size_t>(-1);
 std::atomic<std::size_t> number{0};
 std::atomic<std::size_t> octets{0};
 std::atomic<std::size_t> left{NEVER};
+std::atomic<std::size_t> live{0};
+std::atomic<std::size_t> peak{0};
+std::size_t before = 0;
+
+void release(void* p) noexcept {
+    live -= malloc_usable_size(p);
+    std::free(p);
+}
 
 } // namespace
 
@@ -17,13 +26,20 @@ void* operator new(std::size_t size) {
     ++number;
     octets += size;
     void* const p = left == NEVER || left-- != 0 ? std::malloc(size) : nullptr;
-    return p ? p : throw std::bad_alloc();
+    if (!p) {
+        throw std::bad_alloc();
+    }
+    const std::size_t now = live += malloc_usable_size(p);
+    if (now > peak) {
+        peak = now; // of several threads one may be missed
+    }
+    return p;
 }
 void operator delete(void* p) noexcept {
-    std::free(p);
+    release(p);
 }
 void operator delete(void* p, std::size_t) noexcept {
-    std::free(p);
+    release(p);
 }
 
 namespace Tamo::FastInfoset::Test {
@@ -31,10 +47,12 @@ namespace Tamo::FastInfoset::Test {
 AllocationCount::AllocationCount() {
     ::number = 0;
     ::octets = 0;
+    before = live;
+    ::peak = before;
 }
 
 AllocationCount::~AllocationCount() {
-    failAt(NEVER);
+    failNever();
 }
 
 std::size_t AllocationCount::number() const {
@@ -45,8 +63,24 @@ std::size_t AllocationCount::octets() const {
     return ::octets;
 }
 
+std::size_t AllocationCount::peak() const {
+    return ::peak - before;
+}
+
+std::ptrdiff_t AllocationCount::held() const {
+    return static_cast<std::ptrdiff_t>(live - before);
+}
+
 void AllocationCount::failAt(std::size_t count) {
     left = count;
+}
+
+void AllocationCount::failNever() {
+    left = NEVER;
+}
+
+bool AllocationCount::hasFailed() const {
+    return left == NEVER; // which is where counting down from 0 leads
 }
 
 } // namespace Tamo::FastInfoset::Test

@@ -26,6 +26,12 @@ struct DocumentRow {
     int maxIndexedStringLength = 16;
 };
 
+/// Documents that between them use every construct that can be read.
+const std::vector<std::string>& everyConstruct();
+
+/// A document that a writer makes, with every construct that it can write, as events.
+extern const std::string EVERY_EVENT;
+
 /// Drives the writer with events; an attribute's prefix and an element's are those of their qualified names.
 void play(std::string_view events, FastInfosetWriter& writer);
 

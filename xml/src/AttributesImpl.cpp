@@ -5,7 +5,7 @@ namespace Tamo::XML {
 
 namespace {
 
-constinit const std::string EMPTY;
+TAMO_CONSTINIT const std::string EMPTY;
 
 } // namespace
 

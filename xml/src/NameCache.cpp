@@ -4,7 +4,7 @@
 
 namespace Tamo::XML {
 
-constinit const std::string NameCache::QName::NO_URI;
+TAMO_CONSTINIT const std::string NameCache::QName::NO_URI;
 
 NameCache::QName* NameCache::find(std::string_view key, UInt64 scope) {
     const std::size_t h = hash(key, scope);

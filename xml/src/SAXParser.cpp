@@ -21,12 +21,12 @@
 #include <exception>
 #include <expat.h>
 #include <istream>
+#include <map>
 #include <memory>
 #include <new>
+#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -34,8 +34,8 @@ namespace Tamo::XML {
 
 namespace {
 
-constinit const std::string EMPTY;
-constinit const std::string CDATA_TYPE{"CDATA"};
+TAMO_CONSTINIT const std::string EMPTY;
+TAMO_CONSTINIT const std::string CDATA_TYPE{"CDATA"};
 
 /// How many octets Expat gets at a time, unless it waits for the end of a long token: it looks at a token
 /// from its beginning each time that it gets more, so that it gets as much again as it has.
@@ -451,9 +451,10 @@ private:
     bool _holding;
     std::vector<Held> _held;
     std::size_t _referringEntities = 0;
-    std::unordered_set<std::string> _externalEntities;      // names of the general ones
-    std::unordered_map<std::string, std::string> _types;    // by element and attribute name
-    std::unordered_map<std::string, std::size_t> _defaults; // by element name, the number of default values
+    // Ordered, because documents can choose names of equal hashes.
+    std::set<std::string> _externalEntities;      // names of the general ones
+    std::map<std::string, std::string> _types;    // by element and attribute name
+    std::map<std::string, std::size_t> _defaults; // by element name, the number of default values
     std::string _typeKey;
 };
 

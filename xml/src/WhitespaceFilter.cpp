@@ -7,8 +7,8 @@ namespace Tamo::XML {
 
 namespace {
 
-constinit const std::string SPACE{"space"};
-constinit const std::string XML_SPACE{"xml:space"};
+TAMO_CONSTINIT const std::string SPACE{"space"};
+TAMO_CONSTINIT const std::string XML_SPACE{"xml:space"};
 
 } // namespace
 

@@ -13,7 +13,9 @@ public:
           _pDTDHandler(parent.getDTDHandler()),
           _pContentHandler(parent.getContentHandler()),
           _pErrorHandler(parent.getErrorHandler()),
-          _pLexicalHandler(parent.getProperty(XMLReader::PROPERTY_LEXICAL_HANDLER)) {
+          _pLexicalHandler(parent.getProperty(_lexicalHandler)) {
+        // What can fail comes first: nothing is connected then.
+        parent.setProperty(_lexicalHandler, static_cast<LexicalHandler*>(&filter));
         // A parent that uses a resolver of its own by default keeps it unless the filter was given one.
         if (filter.getEntityResolver()) {
             parent.setEntityResolver(&filter);
@@ -21,7 +23,6 @@ public:
         parent.setDTDHandler(&filter);
         parent.setContentHandler(&filter);
         parent.setErrorHandler(&filter);
-        parent.setProperty(XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<LexicalHandler*>(&filter));
     }
 
     Connection(const Connection&) = delete;
@@ -33,13 +34,15 @@ public:
         _parent.setContentHandler(_pContentHandler);
         _parent.setErrorHandler(_pErrorHandler);
         try {
-            _parent.setProperty(XMLReader::PROPERTY_LEXICAL_HANDLER, _pLexicalHandler);
-        } catch (const Exception&) {
+            _parent.setProperty(_lexicalHandler, _pLexicalHandler);
+        } catch (...) {
             // The parent took the property before; a destructor lets nothing out.
         }
     }
 
 private:
+    // A string already, because the destructor may find no memory for one.
+    const std::string _lexicalHandler{XMLReader::PROPERTY_LEXICAL_HANDLER};
     XMLReader& _parent;
     EntityResolver* _pEntityResolver;
     DTDHandler* _pDTDHandler;

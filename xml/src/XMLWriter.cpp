@@ -10,8 +10,8 @@ namespace Tamo::XML {
 
 namespace {
 
-constinit const std::string XMLNS_PREFIX{"xmlns"};
-constinit const std::string EMPTY;
+TAMO_CONSTINIT const std::string XMLNS_PREFIX{"xmlns"};
+TAMO_CONSTINIT const std::string EMPTY;
 
 constexpr std::size_t MAX_INDENT = 32;
 

@@ -21,4 +21,12 @@
 #define TAMO_COLD
 #endif
 
+#if defined(__GNUC__) && !defined(__clang__)
+/// A std::string, say, that needs no code to be initialised, so that it is there for what runs before main().
+/// Only some pairs of compiler and standard library can tell that it does.
+#define TAMO_CONSTINIT constinit
+#else
+#define TAMO_CONSTINIT
+#endif
+
 #endif
