@@ -27,12 +27,10 @@ public:
         const Attribute& attribute = at(i);
         return attribute.pValue ? *attribute.pValue : attribute.ownValue;
     }
+    using Attributes::getType;
+    using Attributes::getValue;
     int getIndex(const std::string& uri, const std::string& localName) const override;
     int getIndex(const std::string& qname) const override;
-    const std::string& getType(const std::string& uri, const std::string& localName) const override;
-    const std::string& getType(const std::string& qname) const override;
-    const std::string& getValue(const std::string& uri, const std::string& localName) const override;
-    const std::string& getValue(const std::string& qname) const override;
 
     /// Removes all attributes and keeps their storage.
     void clear() noexcept { _count = 0; }

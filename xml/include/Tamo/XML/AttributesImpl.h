@@ -49,12 +49,10 @@ public:
     const std::string& getQName(int i) const override { return at(i).qname; }
     const std::string& getType(int i) const override { return at(i).type; }
     const std::string& getValue(int i) const override { return at(i).value; }
+    using Attributes::getType;
+    using Attributes::getValue;
     int getIndex(const std::string& uri, const std::string& localName) const override;
     int getIndex(const std::string& qname) const override;
-    const std::string& getType(const std::string& uri, const std::string& localName) const override;
-    const std::string& getType(const std::string& qname) const override;
-    const std::string& getValue(const std::string& uri, const std::string& localName) const override;
-    const std::string& getValue(const std::string& qname) const override;
 
     /// Removes all attributes and keeps their storage.
     void clear() noexcept { _count = 0; }
