@@ -68,7 +68,7 @@ void NameCache::fill(std::string_view key, QName& name) {
 }
 
 void NameCache::split(std::string_view key, QName& name) {
-    if (!_namespaces) {
+    if (_keys == Keys::QUALIFIED_NAMES) {
         name._ownQName = key;
         return;
     }

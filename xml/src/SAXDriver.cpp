@@ -33,7 +33,7 @@ SAXParser::Driver::Driver(SAXParser& parser, const std::string& publicId, const 
       _namespaces(parser._namespaces),
       _reading(parser._namespaces && !parser._externalParameterEntities ? Reading::First::RAW
                                                                         : Reading::First::RESOLVED),
-      _names(parser._namespaces),
+      _names(parser._namespaces ? NameCache::Keys::WITH_NAMESPACES : NameCache::Keys::QUALIFIED_NAMES),
       _prolog({parser._pContentHandler, parser._pLexicalHandler, parser._pDTDHandler},
               parser._declarationsFirst ? Prolog::Order::DECLARATIONS_FIRST : Prolog::Order::AS_WRITTEN) {
     _meter.start(parser._limits);
