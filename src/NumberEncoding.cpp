@@ -86,6 +86,11 @@ bool accept(std::string_view piece, std::vector<Value>& values) {
 }
 
 template<class Value>
+void split(std::string_view text, std::vector<Value>& values) {
+    NumericValues::split(text, values, [&](std::string_view piece) { return accept(piece, values); });
+}
+
+template<class Value>
 void join(const std::vector<Value>& values, std::string& text) {
     NumericValues::join(values, text, [](std::string& joined, Value value) {
         NumberFormatter::append(joined, Wide<Value>{value});
@@ -140,7 +145,7 @@ void NumberEncoding<Derived, Value>::decode(BitStreamReader& reader, std::string
 
 template<class Derived, class Value>
 void NumberEncoding<Derived, Value>::parse(const std::string& text, std::vector<Value>& values) {
-    NumericValues::split(text, values, [&](std::string_view piece) { return accept(piece, values); });
+    split(text, values);
 }
 
 template<class Derived, class Value>
