@@ -2,11 +2,7 @@
 
 namespace Tamo::XML {
 
-namespace {
-
-constinit const std::string EMPTY;
-
-} // namespace
+constinit const std::string Attributes::NONE;
 
 int Attributes::getIndex(const std::string& uri, const std::string& localName) const {
     const int count = getLength();
@@ -30,22 +26,22 @@ int Attributes::getIndex(const std::string& qname) const {
 
 const std::string& Attributes::getType(const std::string& uri, const std::string& localName) const {
     const int i = getIndex(uri, localName);
-    return i < 0 ? EMPTY : getType(i);
+    return i < 0 ? NONE : getType(i);
 }
 
 const std::string& Attributes::getType(const std::string& qname) const {
     const int i = getIndex(qname);
-    return i < 0 ? EMPTY : getType(i);
+    return i < 0 ? NONE : getType(i);
 }
 
 const std::string& Attributes::getValue(const std::string& uri, const std::string& localName) const {
     const int i = getIndex(uri, localName);
-    return i < 0 ? EMPTY : getValue(i);
+    return i < 0 ? NONE : getValue(i);
 }
 
 const std::string& Attributes::getValue(const std::string& qname) const {
     const int i = getIndex(qname);
-    return i < 0 ? EMPTY : getValue(i);
+    return i < 0 ? NONE : getValue(i);
 }
 
 } // namespace Tamo::XML

@@ -8,7 +8,7 @@ AttributesImpl::AttributesImpl(const Attributes& attributes) {
 }
 
 AttributesImpl::AttributesImpl(const AttributesImpl& other)
-    : Attributes(other),
+    : DirectLookUps(other),
       _slots(other._slots.begin(), other._slots.begin() + static_cast<std::ptrdiff_t>(other._count)),
       _count(other._count) {}
 

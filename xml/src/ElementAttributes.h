@@ -3,6 +3,7 @@
 
 #include "NameCache.h"
 #include "Tamo/Bugcheck.h"
+#include "Tamo/XML/DirectLookUps.h"
 #include "Tamo/XML/StableAttributes.h"
 #include <cstddef>
 #include <string>
@@ -12,7 +13,7 @@ namespace Tamo::XML {
 
 /// The attributes of the element that SAXParser reports: names and types are referred to, where the name
 /// cache and the declarations have them; slots keep their values' capacity. Owned by one parse.
-class ElementAttributes final : public StableAttributes {
+class ElementAttributes final : public DirectLookUps<ElementAttributes, StableAttributes> {
 public:
     ElementAttributes() { _slots.reserve(8); }
 
@@ -31,8 +32,8 @@ public:
         return slot.value.size();
     }
 
-    using Attributes::getType;
-    using Attributes::getValue;
+    using DirectLookUps::getType;
+    using DirectLookUps::getValue;
     int getLength() const override { return static_cast<int>(_count); }
     const std::string& getURI(int i) const override { return at(i).pName->uri(); }
     const std::string& getLocalName(int i) const override { return at(i).pName->localName(); }

@@ -52,6 +52,10 @@ public:
     virtual const std::string& getValue(const std::string& qname) const;
 
     virtual ~Attributes() = default;
+
+protected:
+    /// What look-ups return for what is not there.
+    static const std::string NONE;
 };
 
 } // namespace Tamo::XML
