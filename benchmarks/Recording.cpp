@@ -27,33 +27,12 @@ public:
     const std::string& getURI(int i) const override { return *_pFirst[i].pUri; }
     const std::string& getLocalName(int i) const override { return *_pFirst[i].pLocalName; }
     const std::string& getQName(int i) const override { return *_pFirst[i].pQName; }
+    using Attributes::getType;
+    using Attributes::getValue;
     const std::string& getType(int) const override { return CDATA_TYPE; }
     const std::string& getValue(int i) const override { return *_pFirst[i].pValue; }
-    int getIndex(const std::string& uri, const std::string& localName) const override {
-        return find(
-            [&](const Recording::Attribute& a) { return *a.pUri == uri && *a.pLocalName == localName; });
-    }
-    int getIndex(const std::string& qname) const override {
-        return find([&](const Recording::Attribute& a) { return *a.pQName == qname; });
-    }
-    const std::string& getType(const std::string&, const std::string&) const override { return CDATA_TYPE; }
-    const std::string& getType(const std::string&) const override { return CDATA_TYPE; }
-    const std::string& getValue(const std::string& uri, const std::string& localName) const override {
-        const int i = getIndex(uri, localName);
-        return i < 0 ? NO_STRING : getValue(i);
-    }
-    const std::string& getValue(const std::string& qname) const override {
-        const int i = getIndex(qname);
-        return i < 0 ? NO_STRING : getValue(i);
-    }
 
 private:
-    template<class Predicate>
-    int find(Predicate predicate) const {
-        const auto pFound = std::find_if(_pFirst, _pFirst + _count, predicate);
-        return pFound == _pFirst + _count ? -1 : static_cast<int>(pFound - _pFirst);
-    }
-
     const Recording::Attribute* _pFirst;
     int _count;
 };

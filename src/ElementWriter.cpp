@@ -1,4 +1,5 @@
 #include "ElementWriter.h"
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/XML/Name.h"
 #include <algorithm>

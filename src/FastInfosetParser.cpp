@@ -1,6 +1,7 @@
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "CommonForms.h"
 #include "OwnTable.h"
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/CDataEncoding.h"
 #include "Tamo/FastInfoset/Encoder.h"

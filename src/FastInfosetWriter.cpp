@@ -5,6 +5,7 @@
 #include "OpenConstructs.h"
 #include "StringWriter.h"
 #include "Tamo/Exception.h"
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/BoolEncoding.h"
 #include "Tamo/FastInfoset/DWordEncoding.h"
 #include "Tamo/FastInfoset/DoubleEncoding.h"

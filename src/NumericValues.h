@@ -73,13 +73,13 @@ public:
     }
 
     /// Reads a length, which must be a multiple of the width, and appends that many values. Room is made only
-    /// for values whose octets are there.
+    /// for values whose octets are there; valueName says in the message what they are.
     template<class T>
-    static void read(BitStreamReader& reader, std::vector<T>& values, const char* sizeError) {
+    static void read(BitStreamReader& reader, std::vector<T>& values, const char* valueName) {
         std::size_t length = 0;
         Decoder::nonEmptyStringLength(reader, length);
         if (length % sizeof(T) != 0) {
-            throw FISEncodingException(sizeError);
+            throw FISEncodingException(std::string("Illegal size entry for ") + valueName + " value");
         }
         std::size_t remaining = length / sizeof(T);
         std::string straddling;

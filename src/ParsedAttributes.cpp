@@ -1,4 +1,5 @@
 #include "Tamo/FastInfoset/ParsedAttributes.h"
+#include "Tamo/Export.h"
 
 namespace Tamo::FastInfoset {
 
@@ -40,24 +41,6 @@ int ParsedAttributes::getIndex(const std::string& uri, const std::string& localN
 // Every qualified name is the empty one.
 int ParsedAttributes::getIndex(const std::string& qname) const {
     return qname.empty() && _count != 0 ? 0 : -1;
-}
-
-const std::string& ParsedAttributes::getType(const std::string&, const std::string&) const {
-    return EMPTY;
-}
-
-const std::string& ParsedAttributes::getType(const std::string&) const {
-    return EMPTY;
-}
-
-const std::string& ParsedAttributes::getValue(const std::string& uri, const std::string& localName) const {
-    const int i = getIndex(uri, localName);
-    return i < 0 ? EMPTY : getValue(i);
-}
-
-const std::string& ParsedAttributes::getValue(const std::string& qname) const {
-    const int i = getIndex(qname);
-    return i < 0 ? EMPTY : getValue(i);
 }
 
 } // namespace Tamo::FastInfoset

@@ -1,4 +1,5 @@
 #include "Tamo/FastInfoset/ResolvedNames.h"
+#include "Tamo/Export.h"
 #include <algorithm>
 
 namespace Tamo::FastInfoset {

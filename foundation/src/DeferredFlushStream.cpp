@@ -16,7 +16,7 @@ bool DeferredFlushBuf::passOn() {
 }
 
 DeferredFlushBuf::int_type DeferredFlushBuf::overflow(int_type c) {
-    if (room() == 0 && !passOn()) {
+    if (unused() == 0 && !passOn()) {
         return traits_type::eof();
     }
     if (!traits_type::eq_int_type(c, traits_type::eof())) {
@@ -28,7 +28,7 @@ DeferredFlushBuf::int_type DeferredFlushBuf::overflow(int_type c) {
 
 std::streamsize DeferredFlushBuf::xsputn(const char* text, std::streamsize count) {
     const auto size = static_cast<std::size_t>(count);
-    if (size > room()) {
+    if (size > unused()) {
         if (!passOn()) {
             return 0;
         }

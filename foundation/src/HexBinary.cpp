@@ -27,15 +27,15 @@ unsigned digitValue(char c) noexcept {
 
 } // namespace
 
-void HexBinary::encode(std::string_view octets, std::string& text, bool uppercase) {
-    const char* const digits = uppercase ? "0123456789ABCDEF" : "0123456789abcdef";
+void HexBinary::encode(std::string_view octets, std::string& text, Digits digits) {
+    const char* const letters = digits == Digits::UPPER_CASE ? "0123456789ABCDEF" : "0123456789abcdef";
     const std::size_t before = text.size();
     text.resize(before + 2 * octets.size());
     char* pText = text.data() + before;
     for (const char octet : octets) {
         const unsigned value = static_cast<unsigned char>(octet);
-        *pText++ = digits[value >> 4];
-        *pText++ = digits[value & 15];
+        *pText++ = letters[value >> 4];
+        *pText++ = letters[value & 15];
     }
 }
 

@@ -4,7 +4,8 @@
 namespace Tamo {
 
 void HexBinaryEncoderBuf::encode(std::string_view octets, std::string& text) const {
-    HexBinary::encode(octets, text, _uppercase);
+    HexBinary::encode(octets, text,
+                      _uppercase ? HexBinary::Digits::UPPER_CASE : HexBinary::Digits::LOWER_CASE);
 }
 
 HexBinaryEncoder::HexBinaryEncoder(std::ostream& target) : std::ostream(nullptr), _buf(target) {

@@ -1,6 +1,7 @@
 #include "Tamo/URIStreamOpener.h"
 #include "Tamo/Bugcheck.h"
 #include "Tamo/Exception.h"
+#include "Tamo/Export.h"
 #include <filesystem>
 #include <fstream>
 #include <system_error>

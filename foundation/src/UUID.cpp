@@ -60,7 +60,7 @@ std::string UUID::toString() const {
     std::string text;
     text.reserve(TEXT_LENGTH);
     HexBinary::encode(std::string_view(reinterpret_cast<const char*>(_octets.data()), _octets.size()), text,
-                      false);
+                      HexBinary::Digits::LOWER_CASE);
     for (const std::size_t position : HYPHENS) {
         text.insert(position, 1, '-');
     }

@@ -22,7 +22,7 @@ TEST(AutoPtr, CountsEveryHolderAndDeletesWithTheLast) {
         AutoPtr<Counted> first(new Counted(live));
         AutoPtr<Counted> second = first;
         const AutoPtr<Base> base(second);
-        AutoPtr<Counted> shared(first.get(), true);
+        AutoPtr<Counted> shared = AutoPtr<Counted>::share(first.get());
         AutoPtr<Counted> moved(std::move(second));
         moved = *&moved;
         EXPECT_EQ(first->referenceCount(), 4);

@@ -3,18 +3,12 @@
 
 namespace Tamo::XML {
 
-namespace {
-
-TAMO_CONSTINIT const std::string EMPTY;
-
-} // namespace
-
 AttributesImpl::AttributesImpl(const Attributes& attributes) {
     setAttributes(attributes);
 }
 
 AttributesImpl::AttributesImpl(const AttributesImpl& other)
-    : Attributes(other),
+    : DirectLookUps(other),
       _slots(other._slots.begin(), other._slots.begin() + static_cast<std::ptrdiff_t>(other._count)),
       _count(other._count) {}
 
@@ -45,26 +39,6 @@ int AttributesImpl::getIndex(const std::string& qname) const {
         }
     }
     return -1;
-}
-
-const std::string& AttributesImpl::getType(const std::string& uri, const std::string& localName) const {
-    const int i = getIndex(uri, localName);
-    return i < 0 ? EMPTY : at(i).type;
-}
-
-const std::string& AttributesImpl::getType(const std::string& qname) const {
-    const int i = getIndex(qname);
-    return i < 0 ? EMPTY : at(i).type;
-}
-
-const std::string& AttributesImpl::getValue(const std::string& uri, const std::string& localName) const {
-    const int i = getIndex(uri, localName);
-    return i < 0 ? EMPTY : at(i).value;
-}
-
-const std::string& AttributesImpl::getValue(const std::string& qname) const {
-    const int i = getIndex(qname);
-    return i < 0 ? EMPTY : at(i).value;
 }
 
 void AttributesImpl::setAttributes(const Attributes& attributes) {

@@ -64,13 +64,13 @@ int LegacyEncoding::convert(const char* sequence, std::size_t length) const {
     char* pIn = const_cast<char*>(sequence); // POSIX declares the input without const and does not change it
     unsigned char out[16];
     char* pOut = reinterpret_cast<char*>(out);
-    std::size_t room = sizeof out;
-    if (iconv(_converter, &pIn, &length, &pOut, &room) == static_cast<std::size_t>(-1)) {
+    std::size_t unused = sizeof out;
+    if (iconv(_converter, &pIn, &length, &pOut, &unused) == static_cast<std::size_t>(-1)) {
         return errno == EINVAL ? INCOMPLETE : INVALID;
     }
     // Some converters hold a character back because a combining one could follow.
-    iconv(_converter, nullptr, nullptr, &pOut, &room);
-    if (sizeof out - room != 4) {
+    iconv(_converter, nullptr, nullptr, &pOut, &unused);
+    if (sizeof out - unused != 4) {
         return INVALID;
     }
     const std::uint32_t character = out[0] | static_cast<std::uint32_t>(out[1]) << 8 |

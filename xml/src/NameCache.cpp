@@ -1,4 +1,5 @@
 #include "NameCache.h"
+#include "Tamo/Export.h"
 #include "Tamo/Hash.h"
 #include <algorithm>
 
@@ -68,7 +69,7 @@ void NameCache::fill(std::string_view key, QName& name) {
 }
 
 void NameCache::split(std::string_view key, QName& name) {
-    if (!_namespaces) {
+    if (_keys == Keys::QUALIFIED_NAMES) {
         name._ownQName = key;
         return;
     }

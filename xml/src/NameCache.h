@@ -68,8 +68,11 @@ public:
         std::string _ownQName; // unless it is the local name
     };
 
-    /// A cache for keys with or without namespace parts.
-    explicit NameCache(bool namespaces) : _namespaces(namespaces), _slots(64) { _open.reserve(32); }
+    /// What keys are: names with their namespaces, or qualified names as documents have them.
+    enum class Keys { WITH_NAMESPACES, QUALIFIED_NAMES };
+
+    /// An empty cache.
+    explicit NameCache(Keys keys) : _keys(keys), _slots(64) { _open.reserve(32); }
 
     /// From now on keys are raw names that these bindings, which have just changed, resolve; with null they
     /// are what Expat delivers.
@@ -193,7 +196,7 @@ private:
     void grow();
     void endSpill();
 
-    bool _namespaces;
+    Keys _keys;
     const NamespaceSupport* _pBindings = nullptr; // null unless names are raw
     UInt64 _elementScope = AS_DELIVERED;
     UInt64 _attributeScope = AS_DELIVERED;

@@ -1,5 +1,6 @@
 #include "Tamo/XML/NamespaceSupport.h"
 #include "Tamo/Bugcheck.h"
+#include "Tamo/Export.h"
 #include <algorithm>
 #include <utility>
 

@@ -1,4 +1,5 @@
 #include "Tamo/XML/WhitespaceFilter.h"
+#include "Tamo/Export.h"
 #include "Tamo/XML/Attributes.h"
 #include "Tamo/XML/NamespaceSupport.h"
 #include <algorithm>

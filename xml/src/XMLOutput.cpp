@@ -331,7 +331,8 @@ void XMLOutput::refuse(const char* what, std::string_view value, std::string_vie
     refuse(what, text);
 }
 
-void XMLOutput::makeRoom(std::size_t size) {
+// So that size octets of markup, or the first ones of more, find a place.
+void XMLOutput::passOrGrow(std::size_t size) {
     if (_pStream) {
         pass();
     } else {
@@ -346,7 +347,7 @@ void XMLOutput::makeRoom(std::size_t size) {
 }
 
 void XMLOutput::putLong(std::string_view markup) {
-    makeRoom(markup.size());
+    passOrGrow(markup.size());
     while (markup.size() > _capacity) { // only in front of a stream
         std::memcpy(_pBuffer.get(), markup.data(), _capacity);
         _size = _capacity;

@@ -27,7 +27,7 @@ public:
     /// Markup, not checked.
     void put(char c) {
         if (_size == _capacity) [[unlikely]] {
-            makeRoom(1);
+            passOrGrow(1);
         }
         _pBuffer[_size++] = c;
     }
@@ -99,7 +99,7 @@ public:
 private:
     template<int STOP>
     void putEscaped(std::string_view text, const char* what);
-    void makeRoom(std::size_t size);
+    void passOrGrow(std::size_t size);
     void putLong(std::string_view markup);
     void putChecked(std::string_view text, const char* what);
 

@@ -1,10 +1,14 @@
 #include "Tamo/XML/XMLWriter.h"
+#include "DocumentType.h"
+#include "DuplicateAttributes.h"
 #include "OpenElements.h"
 #include "Tamo/Exception.h"
+#include "Tamo/Export.h"
 #include "Tamo/XML/Attributes.h"
 #include "Tamo/XML/XMLException.h"
 #include "XMLOutput.h"
 #include <algorithm>
+#include <optional>
 
 namespace Tamo::XML {
 
@@ -14,11 +18,6 @@ TAMO_CONSTINIT const std::string XMLNS_PREFIX{"xmlns"};
 TAMO_CONSTINIT const std::string EMPTY;
 
 constexpr std::size_t MAX_INDENT = 32;
-
-inline const std::string& nameOf(const Attributes& attributes, int i) {
-    const std::string& localName = attributes.getLocalName(i);
-    return localName.empty() ? attributes.getQName(i) : localName;
-}
 
 inline std::string_view prefixOf(std::string_view qname) {
     const std::size_t colon = qname.find(':');
@@ -45,10 +44,10 @@ bool isWhiteSpace(std::string_view text) {
 
 XMLWriter::XMLWriter(std::ostream& stream, int options)
     : _pOutput(std::make_unique<XMLOutput>(&stream)),
-      _pSubset(std::make_unique<XMLOutput>(nullptr)),
-      _pAfterDTD(std::make_unique<XMLOutput>(nullptr)),
       _pStream(&stream),
       _options(options),
+      _pDocumentType(std::make_unique<DocumentType>()),
+      _pDuplicates(std::make_unique<DuplicateAttributes>()),
       _pElements(std::make_unique<OpenElements>()) {}
 
 XMLWriter::~XMLWriter() {
@@ -235,7 +234,7 @@ void XMLWriter::skippedEntity(const std::string& name) {
             return; // part of the document type declaration, whose content is not written
         }
         require(_state == State::CONTENT, "entity reference", "it stands outside of content");
-        if (!_externalSubset) {
+        if (!_pDocumentType->hasExternalSubset()) {
             XMLOutput::refuse("entity reference", name, "is declared nowhere");
         }
         closeStartTag();
@@ -249,12 +248,9 @@ void XMLWriter::skippedEntity(const std::string& name) {
 void XMLWriter::startDTD(const std::string& name, const std::string& publicId, const std::string& systemId) {
     guarded([&] {
         require(_state == State::PROLOG, "document type declaration", "it stands outside of the prolog");
-        require(!_hasDTD, "document type declaration", "the document has one already");
-        _hasDTD = true;
+        require(!_pDocumentType->isStarted(), "document type declaration", "the document has one already");
         _state = State::DTD;
-        _dtdName = name;
-        _dtdPublicId = publicId;
-        _dtdSystemId = systemId;
+        _pDocumentType->start(name, publicId, systemId);
     });
 }
 
@@ -262,11 +258,7 @@ void XMLWriter::endDTD() {
     guarded([&] {
         require(_state == State::DTD, "end of document type declaration", "none is open");
         _state = State::PROLOG;
-        if (_dtdName.empty()) {
-            _heldDTD = true;
-        } else {
-            writeDTD(_dtdName);
-        }
+        _pDocumentType->end(*_pOutput);
     });
 }
 
@@ -296,35 +288,16 @@ void XMLWriter::endCDATA() {
 void XMLWriter::notationDecl(const std::string& name, const std::string* publicId,
                              const std::string* systemId) {
     guarded([&] {
-        const char* const what = "notation";
-        requireDeclarable(what);
-        _pSubset->put("<!NOTATION ");
-        _pSubset->putNCName(name, what);
-        _pSubset->put(publicId ? " PUBLIC " : " SYSTEM ");
-        if (publicId) {
-            _pSubset->putPublicId(*publicId);
-        }
-        if (systemId || !publicId) { // XML has no notation without an identifier, but empty ones
-            if (publicId) {
-                _pSubset->put(' ');
-            }
-            _pSubset->putSystemId(systemId ? *systemId : EMPTY);
-        }
-        _pSubset->put(">\n");
+        requireDeclarable("notation");
+        _pDocumentType->addNotation(name, publicId, systemId);
     });
 }
 
 void XMLWriter::unparsedEntityDecl(const std::string& name, const std::string* publicId,
                                    const std::string& systemId, const std::string& notationName) {
     guarded([&] {
-        const char* const what = "unparsed entity";
-        requireDeclarable(what);
-        _pSubset->put("<!ENTITY ");
-        _pSubset->putNCName(name, what);
-        putExternalId(*_pSubset, publicId ? *publicId : EMPTY, systemId);
-        _pSubset->put(" NDATA ");
-        _pSubset->putNCName(notationName, "notation of unparsed entity");
-        _pSubset->put(">\n");
+        requireDeclarable("unparsed entity");
+        _pDocumentType->addUnparsedEntity(name, publicId, systemId, notationName);
     });
 }
 
@@ -332,7 +305,10 @@ void XMLWriter::writeStartTag(const std::string& uri, const std::string& localNa
                               const Attributes& attributes) {
     const int count = attributes.getLength();
     if (count > 1) {
-        checkDuplicates(attributes);
+        if (const std::optional<int> twin = _pDuplicates->find(attributes)) {
+            XMLOutput::refuse("attribute", DuplicateAttributes::nameOf(attributes, *twin),
+                              "stands twice on one element");
+        }
     }
     checkNamespaceName("element", uri);
 
@@ -340,7 +316,7 @@ void XMLWriter::writeStartTag(const std::string& uri, const std::string& localNa
     OpenElements::State state;
     state.preserve = isPretty() && !_pElements->empty() && _pElements->back().preserve;
     const UInt64 lastPrefix = _lastPrefix;
-    openContext(!uri.empty());
+    openContext(uri);
     // With its colon, and apart from what declares it: attributes' prefixes are declared in the same place.
     _elementPrefix = elementPrefix(uri, qname);
     const std::size_t prefixLength = _elementPrefix.size();
@@ -358,8 +334,8 @@ void XMLWriter::writeStartTag(const std::string& uri, const std::string& localNa
     }
 
     if (_state == State::PROLOG) {
-        if (_heldDTD || !_pSubset->collected().empty()) {
-            writeDTD(_elementPrefix + name);
+        if (_pDocumentType->waitsForRoot()) {
+            _pDocumentType->write(*_pOutput, _elementPrefix + name);
         }
         _state = State::CONTENT;
     } else {
@@ -385,7 +361,7 @@ void XMLWriter::writeStartTag(const std::string& uri, const std::string& localNa
     });
     for (int i = 0; i < count; ++i) {
         const std::string& attributeURI = attributes.getURI(i);
-        const std::string& attributeName = nameOf(attributes, i);
+        const std::string& attributeName = DuplicateAttributes::nameOf(attributes, i);
         const std::string& value = attributes.getValue(i);
         output.put(' ');
         if (!attributeURI.empty()) {
@@ -411,13 +387,13 @@ void XMLWriter::writeStartTag(const std::string& uri, const std::string& localNa
 
 // The context of an element that begins, with the mappings that have been reported for it. The default
 // namespace is not for one that is in none.
-void XMLWriter::openContext(bool elementHasNamespace) {
+void XMLWriter::openContext(const std::string& elementURI) {
     if (!_hasMappings) {
         _namespaces.pushContext();
         return;
     }
     _hasMappings = false;
-    if (!elementHasNamespace && _namespaces.isDeclared({}) && !_namespaces.getURI({}).empty()) {
+    if (elementURI.empty() && _namespaces.isDeclared({}) && !_namespaces.getURI({}).empty()) {
         _namespaces.undeclarePrefix(EMPTY);
     }
 }
@@ -495,43 +471,6 @@ std::string_view XMLWriter::generatePrefix(const std::string& uri) {
     return _scratch;
 }
 
-void XMLWriter::checkDuplicates(const Attributes& attributes) {
-    constexpr int FEW = 12;
-    const int count = attributes.getLength();
-    const auto fail = [&](int i) {
-        XMLOutput::refuse("attribute", nameOf(attributes, i), "stands twice on one element");
-    };
-    if (count <= FEW) {
-        for (int i = 1; i < count; ++i) {
-            const std::string& name = nameOf(attributes, i);
-            for (int j = 0; j < i; ++j) {
-                if (nameOf(attributes, j) == name && attributes.getURI(j) == attributes.getURI(i)) {
-                    fail(i);
-                }
-            }
-        }
-        return;
-    }
-    // Ordered by keys, so that long names are read once unless they are equal.
-    _keys.clear();
-    for (int i = 0; i < count; ++i) {
-        _keys.push_back({HashKey::of(nameOf(attributes, i)), i});
-    }
-    const auto compare = [&](const AttributeKey& a, const AttributeKey& b) {
-        if (!(a.key == b.key)) {
-            return a.key < b.key ? -1 : 1;
-        }
-        const int order = nameOf(attributes, a.index).compare(nameOf(attributes, b.index));
-        return order != 0 ? order : attributes.getURI(a.index).compare(attributes.getURI(b.index));
-    };
-    std::sort(_keys.begin(), _keys.end(), [&](const auto& a, const auto& b) { return compare(a, b) < 0; });
-    const auto twin = std::adjacent_find(_keys.begin(), _keys.end(),
-                                         [&](const auto& a, const auto& b) { return compare(a, b) == 0; });
-    if (twin != _keys.end()) {
-        fail(twin->index);
-    }
-}
-
 void XMLWriter::closeStartTag() {
     if (_startTagOpen) {
         _pOutput->put('>');
@@ -560,48 +499,20 @@ void XMLWriter::breakLine(std::size_t depth) {
 }
 
 void XMLWriter::requireDeclarable(const char* what) const {
-    const bool isWritten = _hasDTD && _state == State::PROLOG && !_heldDTD;
+    const bool isWritten =
+        _pDocumentType->isStarted() && _state == State::PROLOG && !_pDocumentType->isHeld();
     require((_state == State::BEFORE || _state == State::PROLOG || _state == State::DTD) && !isWritten, what,
             "the document type declaration has been written already");
 }
 
-void XMLWriter::putExternalId(XMLOutput& output, const std::string& publicId, const std::string& systemId) {
-    output.put(publicId.empty() ? " SYSTEM " : " PUBLIC ");
-    if (!publicId.empty()) {
-        output.putPublicId(publicId);
-        output.put(' ');
-    }
-    output.putSystemId(systemId);
-}
-
-void XMLWriter::writeDTD(std::string_view name) {
-    XMLOutput& output = *_pOutput;
-    output.put("<!DOCTYPE ");
-    output.putQName(name, "name of document type");
-    _externalSubset = !_dtdPublicId.empty() || !_dtdSystemId.empty();
-    if (_externalSubset) {
-        putExternalId(output, _dtdPublicId, _dtdSystemId);
-    }
-    if (!_pSubset->collected().empty()) {
-        output.put(" [\n");
-        output.put(_pSubset->collected());
-        output.put(']');
-    }
-    output.put(">\n");
-    output.put(_pAfterDTD->collected());
-    _pSubset->clear();
-    _pAfterDTD->clear();
-    _heldDTD = false;
-}
-
 XMLOutput& XMLWriter::prologOutput() {
-    return _heldDTD ? *_pAfterDTD : *_pOutput;
+    return _pDocumentType->isHeld() ? _pDocumentType->after() : *_pOutput;
 }
 
 XMLOutput& XMLWriter::beginMisc(const char* what) {
     require(_state != State::BEFORE && _state != State::CDATA, what, "it stands outside of content");
     if (_state == State::DTD) {
-        return *_pSubset;
+        return _pDocumentType->subset();
     }
     if (_state == State::CONTENT) {
         closeStartTag();
@@ -614,7 +525,7 @@ XMLOutput& XMLWriter::beginMisc(const char* what) {
 
 void XMLWriter::endMisc() {
     if (_state == State::DTD) {
-        _pSubset->put('\n');
+        _pDocumentType->subset().put('\n');
     } else if (_state == State::PROLOG) {
         prologOutput().put('\n');
     }
@@ -622,11 +533,7 @@ void XMLWriter::endMisc() {
 
 void XMLWriter::reset() {
     _state = State::BEFORE;
-    _hasDTD = false;
-    _externalSubset = false;
-    _dtdName.clear();
-    _dtdPublicId.clear();
-    _dtdSystemId.clear();
+    _pDocumentType->reset();
     _namespaces.reset();
     _hasMappings = false;
     _lastPrefix = 0;

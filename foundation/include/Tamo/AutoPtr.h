@@ -21,20 +21,16 @@ public:
     /// Takes over the caller's reference to ptr, which may be null.
     AutoPtr(C* ptr) noexcept : _ptr(ptr) {}
 
-    /// Takes over the caller's reference, or adds one when shared is true.
-    AutoPtr(C* ptr, bool shared) noexcept : _ptr(ptr) {
-        if (shared && _ptr) {
-            _ptr->duplicate();
-        }
-    }
+    /// Leaves the caller's reference to ptr, which may be null, to the caller, and adds one.
+    static AutoPtr share(C* ptr) noexcept { return AutoPtr(duplicated(ptr)); }
 
-    AutoPtr(const AutoPtr& other) noexcept : AutoPtr(other._ptr, true) {}
+    AutoPtr(const AutoPtr& other) noexcept : _ptr(duplicated(other._ptr)) {}
 
     AutoPtr(AutoPtr&& other) noexcept : _ptr(std::exchange(other._ptr, nullptr)) {}
 
     /// A further reference to an object of a derived class.
     template<class Other>
-    AutoPtr(const AutoPtr<Other>& other) noexcept : AutoPtr(other.get(), true) {}
+    AutoPtr(const AutoPtr<Other>& other) noexcept : _ptr(duplicated(other.get())) {}
 
     ~AutoPtr() {
         if (_ptr) {
@@ -75,6 +71,13 @@ public:
     bool operator==(std::nullptr_t) const noexcept { return _ptr == nullptr; }
 
 private:
+    static C* duplicated(C* ptr) noexcept {
+        if (ptr) {
+            ptr->duplicate();
+        }
+        return ptr;
+    }
+
     C* _ptr = nullptr;
 };
 

@@ -8,7 +8,7 @@
 
 namespace Tamo {
 
-/// The buffer of a Base64Decoder.
+/// The buffer of a Base64Decoder; used by one thread at a time.
 class TAMO_API Base64DecoderBuf : public DecoderBuf {
 public:
     /// A buffer over source.

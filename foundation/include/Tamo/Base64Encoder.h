@@ -7,7 +7,7 @@
 
 namespace Tamo {
 
-/// The buffer of a Base64Encoder.
+/// The buffer of a Base64Encoder; used by one thread at a time.
 class TAMO_API Base64EncoderBuf : public EncoderBuf {
 public:
     /// A buffer in front of target.

@@ -17,7 +17,7 @@
 
 namespace Tamo {
 
-/// The operations behind the assertion macros.
+/// The operations behind the assertion macros; thread-safe.
 class TAMO_API Bugcheck {
 public:
     /// Reports a failed condition: throws AssertionViolationException.

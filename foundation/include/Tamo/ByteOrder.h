@@ -17,7 +17,7 @@
 
 namespace Tamo {
 
-/// Swapping of octets in integers and in arrays of numbers.
+/// Swapping of octets in integers and in arrays of numbers. Pure functions, thread-safe.
 class TAMO_API ByteOrder {
 public:
     /// The value with its octets in reverse order; for integers of 16, 32 and 64 bits.

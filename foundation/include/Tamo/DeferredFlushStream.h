@@ -10,7 +10,7 @@
 namespace Tamo {
 
 /// The buffer of a DeferredFlushOutputStream. It has std::streambuf's own sync(), which does nothing: that is
-/// how flushes are ignored.
+/// how flushes are ignored. Used by one thread at a time.
 class TAMO_API DeferredFlushBuf : public std::streambuf {
 public:
     /// A buffer of capacity octets (at least 1) in front of target.
@@ -24,7 +24,7 @@ protected:
     std::streamsize xsputn(const char* text, std::streamsize count) override;
 
 private:
-    std::size_t room() const noexcept { return static_cast<std::size_t>(epptr() - pptr()); }
+    std::size_t unused() const noexcept { return static_cast<std::size_t>(epptr() - pptr()); }
     void advance(std::size_t size) noexcept;
     bool write(const char* text, std::size_t size);
 

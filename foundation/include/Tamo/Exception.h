@@ -16,7 +16,7 @@
 
 namespace Tamo {
 
-/// Base of every exception of this library.
+/// Base of every exception of this library. Several threads may read one object.
 class TAMO_API Exception : public std::exception {
 public:
     /// An exception with a message and an optional application code.

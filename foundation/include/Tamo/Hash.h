@@ -129,6 +129,7 @@ inline UInt32 hash(const char* text) noexcept {
 }
 
 /// The place of a value in a hash table; to be specialised for types that have no `hash` function.
+/// Stateless, thread-safe.
 template<class T>
 struct TAMO_API HashFunction {
     /// The hash of value, reduced to the range from 0 to maxValue - 1; maxValue is at least 1.

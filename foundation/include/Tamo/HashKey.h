@@ -15,7 +15,8 @@ namespace Tamo {
 ///
 /// Of a short text (isExact()) they are the text itself and zeros behind it: with its size they tell it from
 /// every other. Of a longer one they are a digest: different keys mean different texts, equal keys that the
-/// texts have to be compared. A value that fits two registers; nothing is thrown; the hash is not keyed (see
+/// texts have to be compared. A value that fits two registers, made by pure
+/// functions that are thread-safe; nothing is thrown; the hash is not keyed (see
 /// Hash.h).
 class TAMO_API HashKey {
 public:

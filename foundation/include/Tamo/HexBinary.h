@@ -14,8 +14,11 @@ namespace Tamo {
 /// Pure functions, thread-safe; they throw nothing but std::bad_alloc.
 class TAMO_API HexBinary {
 public:
+    /// The case of the digits that are letters.
+    enum class Digits { UPPER_CASE, LOWER_CASE };
+
     /// Appends two digits for each octet to text.
-    static void encode(std::string_view octets, std::string& text, bool uppercase = true);
+    static void encode(std::string_view octets, std::string& text, Digits digits = Digits::UPPER_CASE);
 
     /// Appends the octets that text stands for. Digits of either case are accepted and nothing else, white
     /// space included. Returns false, and leaves octets as they were, when text is invalid or its length is

@@ -7,7 +7,7 @@
 
 namespace Tamo {
 
-/// The buffer of a HexBinaryDecoder.
+/// The buffer of a HexBinaryDecoder; used by one thread at a time.
 class TAMO_API HexBinaryDecoderBuf : public DecoderBuf {
 public:
     /// A buffer over source.

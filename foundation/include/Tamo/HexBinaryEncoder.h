@@ -7,7 +7,7 @@
 
 namespace Tamo {
 
-/// The buffer of a HexBinaryEncoder.
+/// The buffer of a HexBinaryEncoder; used by one thread at a time.
 class TAMO_API HexBinaryEncoderBuf : public EncoderBuf {
 public:
     /// A buffer in front of target.

@@ -8,7 +8,7 @@
 
 namespace Tamo {
 
-/// The buffer of a MemoryInputStream.
+/// The buffer of a MemoryInputStream; used by one thread at a time.
 class TAMO_API MemoryInputBuf : public std::streambuf {
 public:
     /// A buffer over size octets at data.

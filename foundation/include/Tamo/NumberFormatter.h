@@ -16,6 +16,7 @@
 namespace Tamo {
 
 /// Conversion of numbers to text; each form as a new string (`format`) or at the end of one (`append`).
+/// Thread-safe.
 class TAMO_API NumberFormatter {
 public:
     /// The value in decimal.

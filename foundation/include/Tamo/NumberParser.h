@@ -15,7 +15,7 @@
 
 namespace Tamo {
 
-/// Conversion of decimal text to integers and floating-point numbers.
+/// Conversion of decimal text to integers and floating-point numbers. Thread-safe.
 class TAMO_API NumberParser {
 public:
     /// A signed number of 32 bits.

@@ -6,7 +6,8 @@
 
 namespace Tamo {
 
-/// The name of a file: segments separated by '/'. A value; the file system is not consulted.
+/// The name of a file: segments separated by '/'. A value, used by one thread at a time when
+/// it is changed; the file system is not consulted.
 class TAMO_API Path {
 public:
     /// The path that text spells; every text is one.

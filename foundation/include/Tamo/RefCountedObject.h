@@ -9,8 +9,8 @@ namespace Tamo {
 /// Base of objects that their holders share by counting references.
 ///
 /// Prefer a value or std::unique_ptr; this base is for objects that several parties keep and none owns. An
-/// object starts with one reference, the one that `new` made; AutoPtr takes it over. The count is atomic, the
-/// object itself is not synchronised.
+/// object starts with one reference, the one that `new` made; AutoPtr takes it over. The count is atomic, so
+/// that threads may hold the object; the object itself is not synchronised.
 class TAMO_API RefCountedObject {
 public:
     /// An object with a reference count of one.

@@ -13,6 +13,7 @@ namespace Tamo {
 ///
 /// The string and the encoding must outlive the iterator, and the string must not change meanwhile. An
 /// invalid sequence yields -1; advancing always moves on. Dereferencing or advancing the end is undefined.
+/// Used by one thread at a time.
 class TAMO_API TextIterator {
 public:
     using iterator_category = std::input_iterator_tag;

@@ -10,7 +10,8 @@ namespace Tamo {
 /// A URI reference of RFC 3986: scheme, authority, path, query and fragment.
 ///
 /// A text without a scheme, such as a plain path, is a relative reference. The parts are kept as written, but
-/// for the scheme, which is in lower case; only getPath decodes. A value.
+/// for the scheme, which is in lower case; only getPath decodes. A value, used by one thread at a time when
+/// it is changed.
 class TAMO_API URI {
 public:
     /// The empty relative reference.

@@ -19,7 +19,7 @@
 
 namespace Tamo {
 
-/// Opens streams by URI or path.
+/// Opens streams by URI or path. Thread-safe.
 class TAMO_API URIStreamOpener {
 public:
     /// Makes the stream of a URI; throws, or returns null, when it cannot.

@@ -9,7 +9,7 @@ namespace Tamo {
 /// UTF-16 in either order of octets, without a byte order mark.
 ///
 /// A surrogate without its partner is an invalid sequence of two octets, a single octet at the end one of
-/// one.
+/// one. Never changes, thread-safe.
 class TAMO_API UTF16Encoding : public TextEncoding {
 public:
     /// The order of the two octets of a code unit.

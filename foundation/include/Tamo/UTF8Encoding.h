@@ -10,7 +10,8 @@ namespace Tamo {
 /// UTF-8, strictly: no overlong forms, no surrogates, nothing above U+10FFFF.
 ///
 /// An invalid sequence ends before the first octet that cannot continue it (the "maximal subpart" of the
-/// Unicode Standard), so that a damaged character never takes a sound neighbour with it.
+/// Unicode Standard), so that a damaged character never takes a sound neighbour with it. Stateless
+/// and thread-safe.
 class TAMO_API UTF8Encoding : public TextEncoding {
 public:
     const char* canonicalName() const noexcept override;

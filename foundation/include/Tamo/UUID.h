@@ -12,7 +12,7 @@ namespace Tamo {
 /// A universally unique identifier: 16 octets, in the order in which the text form shows them.
 ///
 /// The text form is the canonical one, 8-4-4-4-12 hexadecimal digits joined by hyphens. A value, ordered by
-/// its octets.
+/// its octets; used by one thread at a time when it is changed.
 class TAMO_API UUID {
 public:
     using Octets = std::array<unsigned char, 16>;

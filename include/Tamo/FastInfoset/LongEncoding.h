@@ -1,67 +1,22 @@
 #ifndef TAMO_FASTINFOSET_LONGENCODING_H
 #define TAMO_FASTINFOSET_LONGENCODING_H
 
-#include "Tamo/Export.h"
-#include "Tamo/FastInfoset/Encoding.h"
-#include "Tamo/Types.h"
-#include <vector>
+#include "Tamo/FastInfoset/NumberEncoding.h"
 
 namespace Tamo::FastInfoset {
 
-/// An array of signed 64-bit integers (ITU-T X.891, 10.6): two's complement, most significant octet first.
+class TAMO_API LongEncoding;
+extern template class TAMO_API NumberEncoding<LongEncoding, Int64>;
+
+/// An array of signed 64-bit integers (ITU-T X.891, 10.6), two's complement: 8 octets each.
 ///
-/// The text form is the values in their canonical decimal spelling, separated by single spaces; no other text
-/// is accepted. Errors are FISEncodingException.
-class TAMO_API LongEncoding : public Encoding {
+/// The texts of values are canonical decimal ones, of 64 bits. Used by one thread at a time.
+class TAMO_API LongEncoding : public NumberEncoding<LongEncoding, Int64> {
 public:
     /// The algorithm's index.
     static constexpr unsigned int TYPE = 5;
 
-    /// One value.
-    explicit LongEncoding(Int64 value);
-
-    /// These values.
-    explicit LongEncoding(const std::vector<Int64>& values);
-
-    /// The values of a text; an empty or invalid one throws.
-    explicit LongEncoding(const std::string& text);
-
-    /// Writes the encoding of text; throws as the constructor, before anything is written.
-    static void encode(BitStreamWriter& writer, const std::string& text);
-
-    /// The octets that the values of text take; 0 when it is no valid text.
-    static int check(const std::string& text);
-
-    /// Reads an array as a new object; a length that is no multiple of the width throws.
-    static AutoPtr<Encoding> decode(BitStreamReader& reader);
-
-    /// Reads an array and appends its values.
-    static void decode(BitStreamReader& reader, std::vector<Int64>& values);
-
-    /// Reads an array as text, replacing text.
-    static void decode(BitStreamReader& reader, std::string& text);
-
-    /// The values of text (64 bits); none when it is not valid as a whole.
-    static void parse(const std::string& text, std::vector<Int64>& values);
-
-    /// Appends one value.
-    void append(Int64 value) { _values.push_back(value); }
-
-    unsigned int type() const override;
-    bool merge(const Encoding& other) override;
-    void write(BitStreamWriter& writer) const override;
-    DecodeMethod decodeMethod() const override;
-    CheckMethod checkMethod() const override;
-    EncodeMethod encodeMethod() const override;
-
-    using Encoding::handle;
-    /// One `encodedData` call per value.
-    void handle(FISContentHandler* handler) const override;
-
-    void createContent() override;
-
-private:
-    std::vector<Int64> _values;
+    using NumberEncoding::NumberEncoding;
 };
 
 } // namespace Tamo::FastInfoset

@@ -3,6 +3,7 @@
 
 #include "Tamo/Bugcheck.h"
 #include "Tamo/Export.h"
+#include "Tamo/XML/DirectLookUps.h"
 #include "Tamo/XML/StableAttributes.h"
 #include <cstddef>
 #include <string>
@@ -16,7 +17,7 @@ namespace Tamo::FastInfoset {
 /// Attributes have neither qualified name nor type. Reused from element to element: a list that has grown
 /// once allocates nothing more. An index outside 0 ... getLength() - 1 throws AssertionViolationException. To
 /// keep attributes beyond the call, copy them into an XML::AttributesImpl. Used by one thread at a time.
-class TAMO_API ParsedAttributes final : public XML::StableAttributes {
+class TAMO_API ParsedAttributes final : public XML::DirectLookUps<ParsedAttributes, XML::StableAttributes> {
 public:
     int getLength() const override { return static_cast<int>(_count); }
     const std::string& getURI(int i) const override { return *at(i).pUri; }
@@ -27,12 +28,10 @@ public:
         const Attribute& attribute = at(i);
         return attribute.pValue ? *attribute.pValue : attribute.ownValue;
     }
+    using DirectLookUps::getType;
+    using DirectLookUps::getValue;
     int getIndex(const std::string& uri, const std::string& localName) const override;
     int getIndex(const std::string& qname) const override;
-    const std::string& getType(const std::string& uri, const std::string& localName) const override;
-    const std::string& getType(const std::string& qname) const override;
-    const std::string& getValue(const std::string& uri, const std::string& localName) const override;
-    const std::string& getValue(const std::string& qname) const override;
 
     /// Removes all attributes and keeps their storage.
     void clear() noexcept { _count = 0; }

@@ -9,7 +9,10 @@ namespace Tamo::XML {
 /// The attributes of an element (SAX2), in document order.
 ///
 /// Owned by the reader and valid during the startElement call only. An index outside 0 ... getLength() - 1 is
-/// an assertion. Look-ups by name take time in the number of attributes.
+/// an assertion. Look-ups by name take time in the number of attributes. A list need not write them: they are
+/// here, by means of the operations that take an index; who overrides getIndex has them faster. Such a class
+/// says `using Attributes::getType;` and the like where look-ups are to be seen beside its own operations.
+/// Used by one thread at a time.
 class TAMO_API Attributes {
 public:
     /// The number of attributes.
@@ -31,24 +34,28 @@ public:
     virtual const std::string& getValue(int i) const = 0;
 
     /// The index of the attribute with this expanded name; -1 when there is none.
-    virtual int getIndex(const std::string& uri, const std::string& localName) const = 0;
+    virtual int getIndex(const std::string& uri, const std::string& localName) const;
 
     /// The index of the attribute with this qualified name; -1 when there is none.
-    virtual int getIndex(const std::string& qname) const = 0;
+    virtual int getIndex(const std::string& qname) const;
 
     /// The type of the attribute with this expanded name; empty when there is none.
-    virtual const std::string& getType(const std::string& uri, const std::string& localName) const = 0;
+    virtual const std::string& getType(const std::string& uri, const std::string& localName) const;
 
     /// The type of the attribute with this qualified name; empty when there is none.
-    virtual const std::string& getType(const std::string& qname) const = 0;
+    virtual const std::string& getType(const std::string& qname) const;
 
     /// The value of the attribute with this expanded name; empty when there is none.
-    virtual const std::string& getValue(const std::string& uri, const std::string& localName) const = 0;
+    virtual const std::string& getValue(const std::string& uri, const std::string& localName) const;
 
     /// The value of the attribute with this qualified name; empty when there is none.
-    virtual const std::string& getValue(const std::string& qname) const = 0;
+    virtual const std::string& getValue(const std::string& qname) const;
 
     virtual ~Attributes() = default;
+
+protected:
+    /// What look-ups return for what is not there.
+    static const std::string NONE;
 };
 
 } // namespace Tamo::XML

@@ -4,6 +4,7 @@
 #include "Tamo/Bugcheck.h"
 #include "Tamo/Export.h"
 #include "Tamo/XML/Attributes.h"
+#include "Tamo/XML/DirectLookUps.h"
 #include <cstddef>
 #include <string>
 #include <utility>
@@ -16,7 +17,7 @@ namespace Tamo::XML {
 /// A value, used by one thread at a time. `clear` keeps the slots and the capacity of their strings, so that
 /// a list reused for every element soon stops allocating. References to attributes stay valid until the list
 /// is changed. An index outside 0 ... getLength() - 1 throws AssertionViolationException.
-class TAMO_API AttributesImpl : public Attributes {
+class TAMO_API AttributesImpl : public DirectLookUps<AttributesImpl, Attributes> {
 public:
     /// One attribute.
     struct Attribute {
@@ -49,12 +50,10 @@ public:
     const std::string& getQName(int i) const override { return at(i).qname; }
     const std::string& getType(int i) const override { return at(i).type; }
     const std::string& getValue(int i) const override { return at(i).value; }
+    using DirectLookUps::getType;
+    using DirectLookUps::getValue;
     int getIndex(const std::string& uri, const std::string& localName) const override;
     int getIndex(const std::string& qname) const override;
-    const std::string& getType(const std::string& uri, const std::string& localName) const override;
-    const std::string& getType(const std::string& qname) const override;
-    const std::string& getValue(const std::string& uri, const std::string& localName) const override;
-    const std::string& getValue(const std::string& qname) const override;
 
     /// Removes all attributes and keeps their storage.
     void clear() noexcept { _count = 0; }

@@ -12,7 +12,8 @@ namespace Tamo::XML {
 
 /// All handler interfaces with operations that do nothing: derive and override what you need.
 ///
-/// Errors are thrown by the reader whether or not a handler is told about them. No state; throws nothing.
+/// Errors are thrown by the reader whether or not a handler is told about them. No state, so that threads may
+/// share one; throws nothing.
 class TAMO_API DefaultHandler : public EntityResolver,
                                 public DTDHandler,
                                 public ContentHandler,

@@ -10,7 +10,8 @@ namespace Tamo::XML {
 ///
 /// Delivered octets are those of all names, namespace names, values and texts, each time that they are handed
 /// over, and CALLBACK for each call. A document can stand for many times what it is: in Fast Infoset a short
-/// index for a long string, in XML text a default value for every element. A plain value.
+/// index for a long string, in XML text a default value for every element. A plain value: one thread
+/// at a time changes it.
 struct TAMO_API DeliveryLimits {
     /// What a call counts, in octets, beside what it hands over.
     static constexpr UInt64 CALLBACK = 8;

@@ -8,7 +8,8 @@ namespace Tamo::XML {
 
 /// Opens entities through URIStreamOpener::defaultOpener().
 ///
-/// Stateless; every source given out owns its stream until it is given back.
+/// Stateless and thread-safe, as far as the openers are that it asks; every source given out owns its stream
+/// until it is given back.
 class TAMO_API EntityResolverImpl : public EntityResolver {
 public:
     /// A source with an open byte stream, or null when the identifier cannot be opened.

@@ -19,7 +19,8 @@ TAMO_DECLARE_EXCEPTION(SAXNotRecognizedException, SAXException)
 /// A reader knows the feature or property but cannot take the value.
 TAMO_DECLARE_EXCEPTION(SAXNotSupportedException, SAXException)
 
-/// XML text is not well-formed, or an entity cannot be read; knows the place.
+/// XML text is not well-formed, or an entity cannot be read; knows the place. Several threads may read one
+/// object.
 class TAMO_API SAXParseException : public SAXException {
 public:
     /// An exception at the place where the locator stands now.

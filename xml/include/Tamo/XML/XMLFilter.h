@@ -6,7 +6,8 @@
 
 namespace Tamo::XML {
 
-/// A reader that takes its events from another reader (SAX2). The parent is borrowed.
+/// A reader that takes its events from another reader (SAX2). The parent is borrowed. Used
+/// by one thread at a time.
 class TAMO_API XMLFilter : public XMLReader {
 public:
     /// The reader that the events come from, or null.

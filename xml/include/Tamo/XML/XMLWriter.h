@@ -2,7 +2,6 @@
 #define TAMO_XML_XMLWRITER_H
 
 #include "Tamo/Export.h"
-#include "Tamo/HashKey.h"
 #include "Tamo/Types.h"
 #include "Tamo/XML/AttributesSnapshot.h"
 #include "Tamo/XML/ContentHandler.h"
@@ -18,6 +17,8 @@
 
 namespace Tamo::XML {
 
+class DocumentType;
+class DuplicateAttributes;
 class OpenElements;
 class XMLOutput;
 
@@ -51,8 +52,7 @@ public:
         /// Begin with <?xml version="1.0" encoding="UTF-8"?>.
         WRITE_XML_DECLARATION = 0x01,
         /// Begin every child on a line of its own, indented by two spaces for each level (at most 32), where
-        /// the
-        /// parent has shown no text so far and xml:space="preserve" is not in force.
+        /// the parent has shown no text so far and xml:space="preserve" is not in force.
         PRETTY_PRINT = 0x04
     };
 
@@ -103,11 +103,6 @@ private:
         UInt64 lastPrefix; ///< the number of the last prefix generated outside of it
     };
 
-    struct AttributeKey {
-        HashKey key;
-        int index;
-    };
-
     template<class Event>
     void guarded(Event&& event);
     void require(bool condition, const char* what, const char* reason) const;
@@ -115,28 +110,23 @@ private:
 
     void writeStartTag(const std::string& uri, const std::string& localName, const std::string& qname,
                        const Attributes& attributes);
-    void openContext(bool elementHasNamespace);
+    void openContext(const std::string& elementURI);
     std::string_view elementPrefix(const std::string& uri, const std::string& qname);
     std::string_view attributePrefix(const std::string& uri, const std::string& qname,
                                      const std::string& elementURI, std::string_view elementPrefix);
     std::string_view generatePrefix(const std::string& uri);
-    void checkDuplicates(const Attributes& attributes);
     bool isPretty() const noexcept;
     void noteText();
     void closeStartTag();
     void beginChild();
     void breakLine(std::size_t depth);
 
-    static void putExternalId(XMLOutput& output, const std::string& publicId, const std::string& systemId);
-    void writeDTD(std::string_view name);
     XMLOutput& prologOutput();
     XMLOutput& beginMisc(const char* what);
     void endMisc();
     void reset();
 
     std::unique_ptr<XMLOutput> _pOutput;
-    std::unique_ptr<XMLOutput> _pSubset;   // the internal subset
-    std::unique_ptr<XMLOutput> _pAfterDTD; // what follows a declaration that still waits for its name
     std::ostream* _pStream;
     int _options;
     State _state = State::BEFORE;
@@ -144,13 +134,8 @@ private:
     bool _startTagOpen = false;
     std::size_t _brackets = 0; // `]` at the end of the open CDATA section
 
-    bool _hasDTD = false;         // startDTD has been reported
-    bool _heldDTD = false;        // the declaration waits for the root element's name
-    bool _externalSubset = false; // the declaration has a system identifier
-    std::string _dtdName;
-    std::string _dtdPublicId;
-    std::string _dtdSystemId;
-
+    std::unique_ptr<DocumentType> _pDocumentType;
+    std::unique_ptr<DuplicateAttributes> _pDuplicates;
     AttributesSnapshot _attributes;
     NamespaceSupport _namespaces;
     bool _hasMappings = false; // the context of the next element is open
@@ -160,7 +145,6 @@ private:
     std::unique_ptr<OpenElements> _pElements;
     std::string _elementPrefix;
     std::string _scratch;
-    std::vector<AttributeKey> _keys; // of one element, to find the same name twice
 };
 
 } // namespace Tamo::XML
