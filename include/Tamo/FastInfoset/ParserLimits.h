@@ -16,7 +16,7 @@ namespace Tamo::FastInfoset {
 /// octets: they are as large as the document carries them. A plain value.
 struct TAMO_API ParserLimits {
     /// How many elements may be open at a time. An element costs one octet of the document and 4 octets of
-    /// memory here, and handlers keep books of their own.
+    /// memory here, 8 while the list of them grows, and handlers keep books of their own.
     UInt64 maxDepth = 4194304;
 
     /// The octets of one string or array as the document carries it; by default what the format can express.
