@@ -49,7 +49,7 @@ AutoPtr<Encoding> BoolEncoding::decode(BitStreamReader& reader) {
 
 void BoolEncoding::decode(BitStreamReader& reader, std::vector<bool>& values) {
     std::size_t length = 0;
-    Decoder::nonEmptyStringLength(reader, length);
+    PrimitiveDecoder::nonEmptyStringLength(reader, length);
     std::string octets;
     std::size_t bit = HEADER_BITS; // the next bit, counted within octets
     std::size_t unused = 0;

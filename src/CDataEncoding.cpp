@@ -1,8 +1,8 @@
 #include "Tamo/FastInfoset/CDataEncoding.h"
 #include "Tamo/Bugcheck.h"
-#include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/Encoder.h"
 #include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/FastInfoset/PrimitiveDecoder.h"
 
 namespace Tamo::FastInfoset {
 
@@ -30,7 +30,7 @@ AutoPtr<Encoding> CDataEncoding::decode(BitStreamReader& reader) {
 }
 
 void CDataEncoding::decode(BitStreamReader& reader, std::string& text) {
-    Decoder::nonEmptyOctetString(reader, text);
+    PrimitiveDecoder::nonEmptyOctetString(reader, text);
 }
 
 unsigned int CDataEncoding::type() const {

@@ -1,7 +1,5 @@
 #include "Tamo/FastInfoset/Converter.h"
 #include "Tamo/DeferredFlushStream.h"
-#include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
-#include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
 #include "Tamo/XML/InputSource.h"
@@ -21,13 +19,6 @@ void parseInto(XML::XMLReader& reader, FastInfosetWriter& writer, XML::InputSour
                        static_cast<void*>(static_cast<XML::LexicalHandler*>(&writer)));
     reader.parse(&source);
 }
-
-class RefusingLoader : public ExternalVocabularyLoader {
-public:
-    DocumentVocabulary load(const std::string& uri) override {
-        throw FISException("The document names an external vocabulary, which is not to be opened", uri);
-    }
-};
 
 } // namespace
 
@@ -72,13 +63,10 @@ void Converter::convertToXML(std::istream& in, std::ostream& out, int options) {
 
 void Converter::convertToXML(std::istream& in, std::ostream& out, const Options& options) {
     XML::XMLWriter writer(out, options.xmlOptions);
-    FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR);
-    RefusingLoader refusing;
-    if (options.pVocabularyLoader) {
-        parser.setExternalVocabularyLoader(options.pVocabularyLoader);
-    } else if (!options.opensVocabularies) {
-        parser.setExternalVocabularyLoader(&refusing);
-    }
+    FastInfosetParser parser = options.opensVocabularies
+                                   ? FastInfosetParser(DocumentVocabulary::VOC_VECTOR)
+                                   : FastInfosetParser(DocumentVocabulary::VOC_VECTOR, nullptr);
+    parser.setExternalVocabularyLoader(options.pVocabularyLoader);
     parser.setLimits(options.limits);
     parser.initialize(&writer);
     XML::InputSource source(in);

@@ -1,8 +1,8 @@
 #include "Tamo/FastInfoset/DWordEncoding.h"
 #include "Tamo/Base64.h"
-#include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/FISContentHandler.h"
 #include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/FastInfoset/PrimitiveDecoder.h"
 
 namespace Tamo::FastInfoset {
 
@@ -32,13 +32,13 @@ int DWordEncoding::check(const std::string& text) {
 
 AutoPtr<Encoding> DWordEncoding::decode(BitStreamReader& reader) {
     AutoPtr<DWordEncoding> pResult(new DWordEncoding);
-    Decoder::nonEmptyOctetString(reader, pResult->_content);
+    PrimitiveDecoder::nonEmptyOctetString(reader, pResult->_content);
     return pResult;
 }
 
 void DWordEncoding::decode(BitStreamReader& reader, std::string& text) {
     std::string octets;
-    Decoder::nonEmptyOctetString(reader, octets);
+    PrimitiveDecoder::nonEmptyOctetString(reader, octets);
     decode(octets, text);
 }
 

@@ -8,7 +8,6 @@
 #include "Tamo/URIStreamOpener.h"
 #include "Tamo/XML/InputSource.h"
 #include "Tamo/XML/SAXParser.h"
-#include <algorithm>
 #include <istream>
 #include <memory>
 
@@ -31,21 +30,9 @@ std::string extensionOf(const std::string& uri) {
 
 ExternalVocabularyLoader::~ExternalVocabularyLoader() = default;
 
-DocumentVocabulary ExternalVocabularyLoader::vocabulary(const std::string& uri) {
-    if (std::find(_loading.begin(), _loading.end(), uri) != _loading.end()) {
-        throw FISException("An external vocabulary names itself", uri);
-    }
-    // One resource can go by many names: the depth is bounded too.
-    if (_loading.size() >= MAX_NESTING) {
-        throw FISException("Too many external vocabularies name one another", uri);
-    }
-    struct Entered {
-        std::vector<std::string>& loading;
-        ~Entered() { loading.pop_back(); }
-    };
-    _loading.push_back(uri);
-    const Entered entered{_loading};
-    return load(uri);
+DocumentVocabulary ExternalVocabularyLoader::open(const std::string& uri) {
+    ExternalVocabularyLoader loader;
+    return loader.vocabulary(uri);
 }
 
 DocumentVocabulary ExternalVocabularyLoader::load(const std::string& uri) {
@@ -69,10 +56,8 @@ DocumentVocabulary ExternalVocabularyLoader::loadXML(std::istream& istr) {
     return writer.getDocumentVocabulary();
 }
 
-DocumentVocabulary ExternalVocabularyLoader::loadFastInfoset(std::istream& istr,
-                                                             ExternalVocabularyLoader& loader) {
-    FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR);
-    parser.setExternalVocabularyLoader(&loader);
+DocumentVocabulary ExternalVocabularyLoader::loadFastInfoset(std::istream& istr, VocabularyLoader& loader) {
+    FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR, &loader);
     XML::InputSource source(istr);
     parser.parse(&source);
     return parser.vocabulary();

@@ -1,4 +1,5 @@
 #include "Tamo/FastInfoset/FastInfosetReader.h"
+#include "DocumentParser.h"
 #include "Tamo/Bugcheck.h"
 #include "Tamo/Exception.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
@@ -153,12 +154,23 @@ private:
     }
 };
 
-FastInfosetReader::FastInfosetReader()
-    : FastInfosetReader(DocumentVocabulary(DocumentVocabulary::VOC_VECTOR)) {}
+FastInfosetReader::FastInfosetReader(VocabularyLoader* pLoader) : FastInfosetReader(Opening{nullptr}) {
+    _pParser->setLoader(pLoader);
+}
 
-FastInfosetReader::FastInfosetReader(const DocumentVocabulary& vocabulary)
-    : _parser(vocabulary), _pCursor(std::make_unique<Cursor>()) {
-    _parser.initialize(_pCursor.get());
+FastInfosetReader::FastInfosetReader(const DocumentVocabulary& vocabulary, VocabularyLoader* pLoader)
+    : FastInfosetReader(vocabulary, Opening{nullptr}) {
+    _pParser->setLoader(pLoader);
+}
+
+FastInfosetReader::FastInfosetReader(Opening opening)
+    : FastInfosetReader(DocumentVocabulary(DocumentVocabulary::VOC_VECTOR), opening) {}
+
+FastInfosetReader::FastInfosetReader(const DocumentVocabulary& vocabulary, Opening opening)
+    : _pParser(std::make_unique<DocumentParser>(vocabulary, opening.open)),
+      _pCursor(std::make_unique<Cursor>()) {
+    Cursor* const pCursor = _pCursor.get();
+    _pParser->handlers() = {pCursor, pCursor, pCursor, pCursor, pCursor};
 }
 
 FastInfosetReader::~FastInfosetReader() = default;
@@ -178,7 +190,7 @@ void FastInfosetReader::open(std::string_view octets) {
 void FastInfosetReader::start(std::unique_ptr<BitStreamReader> pInput) {
     _pCursor->clearDocument();
     _pInput = std::move(pInput);
-    _parser._openElements.clear();
+    _pParser->abandon();
 }
 
 FastInfosetReader::Event FastInfosetReader::next() {
@@ -193,10 +205,10 @@ FastInfosetReader::Event FastInfosetReader::next() {
     // What throws leaves no document open.
     std::unique_ptr<BitStreamReader> pInput = std::move(_pInput);
     if (before == NO_DOCUMENT) {
-        _parser.beginDocument(*pInput);
+        _pParser->begin(*pInput);
     }
     while (_pCursor->event == NO_DOCUMENT) { // some items are not reported
-        if (!_parser.parseItems(*pInput, false)) {
+        if (!_pParser->parseItem(*pInput)) {
             _pCursor->event = END_DOCUMENT;
         }
     }
@@ -209,7 +221,7 @@ FastInfosetReader::Event FastInfosetReader::event() const noexcept {
 }
 
 std::size_t FastInfosetReader::depth() const noexcept {
-    return _parser._openElements.size();
+    return _pParser->depth();
 }
 
 void FastInfosetReader::requireElement() const {
@@ -274,7 +286,7 @@ std::string_view FastInfosetReader::text() const {
         return _pCursor->text;
     }
     if (_pCursor->typedText.empty()) {
-        _pCursor->typedText = StringDecoder::textOf(*_parser._pTyped);
+        _pCursor->typedText = StringDecoder::textOf(*_pParser->strings().typed());
     }
     return _pCursor->typedText;
 }
@@ -344,19 +356,19 @@ bool FastInfosetReader::hasXMLDeclaration() const noexcept {
 }
 
 const DocumentVocabulary& FastInfosetReader::vocabulary() const noexcept {
-    return _parser.vocabulary();
+    return _pParser->strings().vocabulary();
 }
 
-void FastInfosetReader::setExternalVocabularyLoader(ExternalVocabularyLoader* pLoader) {
-    _parser.setExternalVocabularyLoader(pLoader);
+void FastInfosetReader::setExternalVocabularyLoader(VocabularyLoader* pLoader) {
+    _pParser->setLoader(pLoader);
 }
 
 void FastInfosetReader::setLimits(const ParserLimits& limits) {
-    _parser.setLimits(limits);
+    _pParser->strings().setLimits(limits);
 }
 
 DecodingAlgorithm& FastInfosetReader::decodingAlgorithms() {
-    return _parser.decodingAlgorithms();
+    return _pParser->strings().vocabulary().decodings();
 }
 
 } // namespace Tamo::FastInfoset

@@ -1,7 +1,7 @@
 #include "Tamo/FastInfoset/HexEncoding.h"
-#include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/FISContentHandler.h"
 #include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/FastInfoset/PrimitiveDecoder.h"
 #include "Tamo/HexBinary.h"
 
 namespace Tamo::FastInfoset {
@@ -32,13 +32,13 @@ int HexEncoding::check(const std::string& text) {
 
 AutoPtr<Encoding> HexEncoding::decode(BitStreamReader& reader) {
     AutoPtr<HexEncoding> pResult(new HexEncoding);
-    Decoder::nonEmptyOctetString(reader, pResult->_content);
+    PrimitiveDecoder::nonEmptyOctetString(reader, pResult->_content);
     return pResult;
 }
 
 void HexEncoding::decode(BitStreamReader& reader, std::string& text) {
     std::string octets;
-    Decoder::nonEmptyOctetString(reader, octets);
+    PrimitiveDecoder::nonEmptyOctetString(reader, octets);
     decode(octets, text);
 }
 

@@ -1,8 +1,8 @@
 #include "Tamo/FastInfoset/NullEncoding.h"
 #include "Tamo/Bugcheck.h"
-#include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/Encoder.h"
 #include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/FastInfoset/PrimitiveDecoder.h"
 
 namespace Tamo::FastInfoset {
 
@@ -35,7 +35,7 @@ AutoPtr<Encoding> NullEncoding::decode(BitStreamReader& reader) {
 }
 
 void NullEncoding::decode(BitStreamReader& reader, std::string& text) {
-    Decoder::nonEmptyOctetString(reader, text);
+    PrimitiveDecoder::nonEmptyOctetString(reader, text);
 }
 
 unsigned int NullEncoding::type() const {

@@ -4,9 +4,9 @@
 #include "Tamo/ByteOrder.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/BitStreamWriter.h"
-#include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/Encoder.h"
 #include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/FastInfoset/PrimitiveDecoder.h"
 #include <algorithm>
 #include <string>
 #include <string_view>
@@ -77,7 +77,7 @@ public:
     template<class T>
     static void read(BitStreamReader& reader, std::vector<T>& values, const char* valueName) {
         std::size_t length = 0;
-        Decoder::nonEmptyStringLength(reader, length);
+        PrimitiveDecoder::nonEmptyStringLength(reader, length);
         if (length % sizeof(T) != 0) {
             throw FISEncodingException(std::string("Illegal size entry for ") + valueName + " value");
         }

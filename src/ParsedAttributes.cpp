@@ -1,4 +1,4 @@
-#include "Tamo/FastInfoset/ParsedAttributes.h"
+#include "ParsedAttributes.h"
 #include "Tamo/Export.h"
 
 namespace Tamo::FastInfoset {

@@ -1,4 +1,4 @@
-#include "Tamo/FastInfoset/ResolvedNames.h"
+#include "ResolvedNames.h"
 #include "Tamo/Export.h"
 #include <algorithm>
 

@@ -1,4 +1,5 @@
 #include "StringWriter.h"
+#include "Position.h"
 #include "Tamo/FastInfoset/BoolEncoding.h"
 #include "Tamo/FastInfoset/CDataEncoding.h"
 #include "Tamo/FastInfoset/DoubleEncoding.h"
@@ -16,12 +17,6 @@
 namespace Tamo::FastInfoset {
 
 namespace {
-
-void requirePosition(bool holds, const char* message) {
-    if (!holds) [[unlikely]] {
-        throw FISEncodingException(message);
-    }
-}
 
 // Whether a value is of one of this library's classes of arrays, and of none derived from them.
 bool isBuiltInArray(const Encoding& value) {

@@ -61,7 +61,7 @@ AutoPtr<Encoding> UUIDEncoding::decode(BitStreamReader& reader) {
 
 void UUIDEncoding::decode(BitStreamReader& reader, std::vector<UUID>& values) {
     std::size_t length = 0;
-    Decoder::nonEmptyStringLength(reader, length);
+    PrimitiveDecoder::nonEmptyStringLength(reader, length);
     if (length % WIDTH != 0) {
         throw FISEncodingException("Illegal size entry for Tamo::UUID value");
     }

@@ -7,7 +7,7 @@
 
 namespace Tamo::FastInfoset {
 
-class ExternalVocabularyLoader;
+class VocabularyLoader;
 
 /// Turns XML text into Fast Infoset and back, stream to stream.
 ///
@@ -33,7 +33,7 @@ public:
 
         /// What yields the external vocabularies that Fast Infoset documents name; borrowed. Without one,
         /// they are refused with FISException, unless they may be opened.
-        ExternalVocabularyLoader* pVocabularyLoader = nullptr;
+        VocabularyLoader* pVocabularyLoader = nullptr;
 
         /// Whether, without a loader, what a document names as its external vocabulary is opened.
         bool opensVocabularies = false;

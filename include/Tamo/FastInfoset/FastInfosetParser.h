@@ -1,21 +1,14 @@
 #ifndef TAMO_FASTINFOSET_FASTINFOSETPARSER_H
 #define TAMO_FASTINFOSET_FASTINFOSETPARSER_H
 
-#include "Tamo/AutoPtr.h"
 #include "Tamo/Export.h"
-#include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
-#include "Tamo/FastInfoset/ParsedAttributes.h"
+#include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
 #include "Tamo/FastInfoset/ParserLimits.h"
-#include "Tamo/FastInfoset/ResolvedNames.h"
-#include "Tamo/FastInfoset/VerbTable.h"
-#include "Tamo/XML/DeliveryMeter.h"
 #include "Tamo/XML/XMLReader.h"
-#include <array>
 #include <cstddef>
+#include <memory>
 #include <string>
-#include <unordered_map>
-#include <vector>
 
 namespace Tamo::XML {
 class LexicalHandler;
@@ -24,15 +17,10 @@ class XMLWriter;
 
 namespace Tamo::FastInfoset {
 
-class BitStreamReader;
-class CommonForms;
-class ExternalVocabularyLoader;
+class DocumentParser;
 class FastInfosetWriter;
-class FISContentHandler;
 class FISDefaultHandler;
 class FISDocumentHandler;
-template<class T>
-class VectorVocabulary;
 
 /// Reads a Fast Infoset document (ITU-T X.891) and reports it as SAX2 events.
 ///
@@ -53,11 +41,19 @@ class VectorVocabulary;
 /// that are assertions by interface, IOException for a failing stream.
 class TAMO_API FastInfosetParser : public XML::XMLReader {
 public:
-    /// A parser with tables of its own; VOC_VECTOR is the fastest kind.
-    explicit FastInfosetParser(DocumentVocabulary::VocabularyImpl impl = DocumentVocabulary::VOC_VECTOR);
+    /// A parser with tables of its own; VOC_VECTOR is the fastest kind. The external vocabularies that
+    /// documents name are opened.
+    explicit FastInfosetParser(DocumentVocabulary::VocabularyImpl impl = DocumentVocabulary::VOC_VECTOR)
+        : FastInfosetParser(impl, Opening{&ExternalVocabularyLoader::open}) {}
 
-    /// A parser over a copy of a prepared vocabulary.
-    explicit FastInfosetParser(const DocumentVocabulary& vocabulary);
+    /// The same over a copy of a prepared vocabulary.
+    explicit FastInfosetParser(const DocumentVocabulary& vocabulary)
+        : FastInfosetParser(vocabulary, Opening{&ExternalVocabularyLoader::open}) {}
+
+    /// Parsers that open nothing: external vocabularies come from the loader, which is borrowed, or are
+    /// refused with FISException where it is null. A program with no other parsers does not need Expat.
+    FastInfosetParser(DocumentVocabulary::VocabularyImpl impl, VocabularyLoader* pLoader);
+    FastInfosetParser(const DocumentVocabulary& vocabulary, VocabularyLoader* pLoader);
 
     FastInfosetParser(const FastInfosetParser&) = delete;
     FastInfosetParser& operator=(const FastInfosetParser&) = delete;
@@ -96,9 +92,10 @@ public:
     void setDocumentHandler(FISDocumentHandler* pDocumentHandler);
     FISDocumentHandler* getDocumentHandler() const;
 
-    /// What yields external vocabularies; borrowed. Null, the default, opens the URIs that documents name.
-    void setExternalVocabularyLoader(ExternalVocabularyLoader* pLoader);
-    ExternalVocabularyLoader* getExternalVocabularyLoader() const;
+    /// What yields external vocabularies; borrowed. Null: the URIs that documents name are opened, or
+    /// refused, as the constructor says.
+    void setExternalVocabularyLoader(VocabularyLoader* pLoader);
+    VocabularyLoader* getExternalVocabularyLoader() const;
 
     /// What the parser accepts of a document; to be set between documents.
     void setLimits(const ParserLimits& limits);
@@ -121,117 +118,21 @@ public:
     void initialize(FISDefaultHandler* pHandler);
 
     /// What absent parts of names refer to.
-    static const std::string EMPTY_STRING;
+    static const std::string& EMPTY_STRING;
 
 private:
-    friend class FastInfosetReader; // takes the items one by one
-
-    // A decoded value: text, or a typed value kept in _pTyped.
-    struct Value {
-        const std::string* pText = nullptr;
-        bool typed = false;
+    // What opens vocabularies; named where a parser is made, so that it is linked to those that need it only.
+    struct Opening {
+        DocumentVocabulary (*open)(const std::string& uri);
     };
 
-    // An entry of a table of strings.
-    struct Entry {
-        const std::string* pValue = nullptr;
-        unsigned int index = 0;
-    };
+    FastInfosetParser(DocumentVocabulary::VocabularyImpl impl, Opening opening);
+    FastInfosetParser(const DocumentVocabulary& vocabulary, Opening opening);
 
-    void parseDocument(BitStreamReader& reader);
-    void beginDocument(BitStreamReader& reader);
-    void parseDocumentChildren(BitStreamReader& reader, const Decoder::OpenHeaderParts& parts);
-    bool parseItems(BitStreamReader& reader, bool all);
-    bool parseCommonItems(BitStreamReader& reader, bool all);
-    void parseCommonElement(BitStreamReader& reader, CommonForms& octets, bool all);
-    unsigned int parseOtherName(BitStreamReader& reader, unsigned int b, bool isElement);
-    bool parseCommonAttributes(BitStreamReader& reader, CommonForms& octets, bool all);
-    bool parseCommonAttributeValue(CommonForms& octets, const ResolvedNames::Name& name);
-    bool parseCommonCharacterChunk(CommonForms& octets);
-    void parseElementChild(BitStreamReader& reader);
-    Entry parseCommonIdentifyingString(BitStreamReader& reader, CommonForms& octets,
-                                       DocumentVocabulary::ID id);
-    void parseElement(BitStreamReader& reader);
-    unsigned int parseElementName(BitStreamReader& reader);
-    void startElement(unsigned int index, const ResolvedNames::Name& name);
-    void endElement();
-    void parseNamespaceAttributes(BitStreamReader& reader);
-    void parseNamespaceAttribute(BitStreamReader& reader);
-    void parseAttributes(BitStreamReader& reader);
-    void parseAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name);
-    void addAttribute(const ResolvedNames::Name& name, const std::string& value);
-    void addAttribute(const ResolvedNames::Name& name, const char* pValue, std::size_t size);
-    unsigned int parseQualifiedNameOrIndex(BitStreamReader& reader, bool isElement);
-    void resolveName(unsigned int index, bool isElement);
-    unsigned int parseQualifiedName(BitStreamReader& reader, bool hasPrefix, bool hasNamespace,
-                                    bool isElement);
-    const std::string& parseIdentifyingStringOrIndex(BitStreamReader& reader, DocumentVocabulary::ID id,
-                                                     unsigned int& index);
-    const std::string& parseIdentifyingStringOrIndex(BitStreamReader& reader, DocumentVocabulary::ID id);
-    const std::string& parseCondIdentifyingStringOrIndex(BitStreamReader& reader, bool present,
-                                                         DocumentVocabulary::ID id);
-    Value parseNonIdentifyingStringOrIndex(BitStreamReader& reader, DocumentVocabulary::ID id);
-    const std::string& parseNonIdentifyingStringOrIndexXML(BitStreamReader& reader,
-                                                           DocumentVocabulary::ID id);
-    Value parseEncodedCharacterString(BitStreamReader& reader);
-    void parseCharacterChunk(BitStreamReader& reader);
-    void reportCharacters(const char* pText, std::size_t size);
-    void parseTypedChunk();
-    void parseComment(BitStreamReader& reader);
-    void parseProcessingInstruction(BitStreamReader& reader);
-    void parseUnexpandedEntityReference(BitStreamReader& reader);
-    void parseDocumentTypeDeclaration(BitStreamReader& reader);
-    void parseDTDItem(BitStreamReader& reader);
-    void parseNotation(BitStreamReader& reader);
-    void parseUnparsedEntity(BitStreamReader& reader);
-
-    void bindTables();
-    unsigned int addToTable(DocumentVocabulary::ID id, const std::string& s);
-    Entry addLiteral(DocumentVocabulary::ID id, const char* pText, std::size_t size);
-    Entry addOtherLiteral(DocumentVocabulary::ID id, const char* pText, std::size_t size);
-    const std::string* keep(DocumentVocabulary::ID id, const char* pText, std::size_t size);
-    void keepOther(DocumentVocabulary::ID id, const std::string& s);
-    void requireEntries(std::size_t count) const;
-    void deliver(std::size_t octets);
-    void checkDelivered();
-    Vocabulary<QualifiedNameEntry>& getQNameVocabulary(bool isElement);
-    const std::string& tableValue(DocumentVocabulary::ID id, unsigned int index);
-    const std::string& otherValue(DocumentVocabulary::ID id, unsigned int index);
-    const std::string& namePart(DocumentVocabulary::ID id, unsigned int index);
-    ResolvedNames& resolvedNames(bool isElement);
-    void forgetNames();
-    const std::string& qualifiedName(unsigned int index);
-
+    std::unique_ptr<DocumentParser> _pEngine;
     XML::EntityResolver* _pEntityResolver = nullptr;
-    XML::DTDHandler* _pDTDHandler = nullptr;
-    XML::ContentHandler* _pContentHandler = nullptr;
-    FISContentHandler* _pTypedContentHandler = nullptr;
     XML::ErrorHandler* _pErrorHandler = nullptr;
     void* _pDeclarationHandler = nullptr;
-    XML::LexicalHandler* _pLexicalHandler = nullptr;
-    FISDocumentHandler* _pDocumentHandler = nullptr;
-    ExternalVocabularyLoader* _pLoader = nullptr;
-    bool _namespacePrefixes = true;
-    bool _inDTD = false;
-    DocumentVocabulary _vocabulary;
-    std::array<const VerbTable<std::string>*, DocumentVocabulary::ELEMENT_NAME> _tables{};
-    std::array<VectorVocabulary<std::string>*, DocumentVocabulary::ELEMENT_NAME> _appendedTables{}; // or null
-    std::size_t _mostKept = 0; // entries of a table of strings that are no parts of names
-    std::unordered_map<UInt64, std::string> _copiedValues; // by table and index, of an application's tables
-    ResolvedNames _elementNames;
-    ResolvedNames _attributeNames;
-    ParsedAttributes _attributes;
-    std::vector<const std::string*> _declaredPrefixes;
-    std::vector<unsigned int> _openElements; // indexes of names
-    ParserLimits _limits;
-    XML::DeliveryMeter _meter;
-    const BitStreamReader* _pSource = nullptr; // of the document that is read
-    std::string _scratch;
-    std::string _octets;
-    std::string _text;
-    std::string _qname;
-    const std::string* _pQName = &_qname; // the qualified name last reported
-    AutoPtr<Encoding> _pTyped;
 };
 
 } // namespace Tamo::FastInfoset

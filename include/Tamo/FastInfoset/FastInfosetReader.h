@@ -2,8 +2,10 @@
 #define TAMO_FASTINFOSET_FASTINFOSETREADER_H
 
 #include "Tamo/Export.h"
-#include "Tamo/FastInfoset/FastInfosetParser.h"
+#include "Tamo/FastInfoset/DocumentVocabulary.h"
+#include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
 #include "Tamo/FastInfoset/Notation.h"
+#include "Tamo/FastInfoset/ParserLimits.h"
 #include "Tamo/FastInfoset/UnparsedEntity.h"
 #include "Tamo/Types.h"
 #include "Tamo/UUID.h"
@@ -18,6 +20,9 @@
 #include <vector>
 
 namespace Tamo::FastInfoset {
+
+class BitStreamReader;
+class DocumentParser;
 
 /// Reads a Fast Infoset document (ITU-T X.891) as a cursor that the program moves: for those who would rather
 /// ask for the next event than be called with it.
@@ -56,11 +61,17 @@ public:
         std::string_view uri;
     };
 
-    /// A reader with tables of its own.
-    FastInfosetReader();
+    /// A reader with tables of its own. The external vocabularies that documents name are opened.
+    FastInfosetReader() : FastInfosetReader(Opening{&ExternalVocabularyLoader::open}) {}
 
-    /// A reader over a copy of a prepared vocabulary.
-    explicit FastInfosetReader(const DocumentVocabulary& vocabulary);
+    /// The same over a copy of a prepared vocabulary.
+    explicit FastInfosetReader(const DocumentVocabulary& vocabulary)
+        : FastInfosetReader(vocabulary, Opening{&ExternalVocabularyLoader::open}) {}
+
+    /// Readers that open nothing: external vocabularies come from the loader, which is borrowed, or are
+    /// refused with FISException where it is null. A program with no other readers does not need Expat.
+    explicit FastInfosetReader(VocabularyLoader* pLoader);
+    FastInfosetReader(const DocumentVocabulary& vocabulary, VocabularyLoader* pLoader);
 
     FastInfosetReader(const FastInfosetReader&) = delete;
     FastInfosetReader& operator=(const FastInfosetReader&) = delete;
@@ -144,7 +155,7 @@ public:
     const DocumentVocabulary& vocabulary() const noexcept;
 
     /// What yields external vocabularies, see FastInfosetParser; borrowed.
-    void setExternalVocabularyLoader(ExternalVocabularyLoader* pLoader);
+    void setExternalVocabularyLoader(VocabularyLoader* pLoader);
 
     /// What is accepted of a document; to be set before open(). Typed values are not counted as delivered
     /// octets.
@@ -159,7 +170,15 @@ private:
     void start(std::unique_ptr<BitStreamReader> pInput);
     void requireElement() const;
 
-    FastInfosetParser _parser;
+    // What opens vocabularies, as in FastInfosetParser.
+    struct Opening {
+        DocumentVocabulary (*open)(const std::string& uri);
+    };
+
+    explicit FastInfosetReader(Opening opening);
+    FastInfosetReader(const DocumentVocabulary& vocabulary, Opening opening);
+
+    std::unique_ptr<DocumentParser> _pParser;
     std::unique_ptr<Cursor> _pCursor;
     std::unique_ptr<BitStreamReader> _pInput; // null while no document is open
 };

@@ -17,7 +17,7 @@ namespace Tamo::FastInfoset {
 /// parts belong to the vocabulary's tables, whose entries never move; qualified names are kept here. Beyond
 /// the first MOST names of a table, which are those that documents repeat, there is one at a time. Used by
 /// one thread at a time.
-class TAMO_API ResolvedNames {
+class ResolvedNames {
 public:
     /// The entries of the table that have a place of their own.
     static constexpr unsigned int MOST = 32768;

@@ -1,0 +1,171 @@
+#include "Tamo/FastInfoset/PrimitiveDecoder.h"
+#include "Forms.h"
+#include "RequiredBits.h"
+#include "Tamo/Bugcheck.h"
+#include "Tamo/FastInfoset/Encoder.h"
+#include "Tamo/FastInfoset/FISException.h"
+#include <algorithm>
+#include <limits>
+
+namespace Tamo::FastInfoset {
+
+namespace {
+
+constexpr const char* INTEGER_END = "Unexpected end of stream while reading integer";
+
+// A number of whole octets, from an octet boundary on.
+UInt32 readOctets(BitStreamReader& reader, std::size_t count, const char* message) {
+    RequiredBits::require(reader, static_cast<int>(8 * count), message);
+    const unsigned char* pOctets = nullptr;
+    reader.cachedOctets(pOctets);
+    UInt32 value = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        value = value << 8 | pOctets[i];
+    }
+    reader.advance(8 * count);
+    return value;
+}
+
+// The first group of bits, then the longer forms: an 8-bit or a 16-bit field behind some bits of the group.
+unsigned int followed(BitStreamReader& reader, unsigned int high, int numBits, unsigned int offset) {
+    unsigned int low = 0;
+    RequiredBits::read(reader, low, numBits, INTEGER_END);
+    return ((high << numBits) | low) + offset;
+}
+
+void integerAtPosition1(BitStreamReader& aReader, unsigned int& val) {
+    unsigned char x = 0;
+    RequiredBits::read(aReader, x, 7, INTEGER_END);
+    if (x == 127) {
+        val = 0;
+    } else if (x < 64) {
+        val = x + 1u;
+    } else if (x < 96) {
+        val = followed(aReader, x % 32, 8, 65);
+    } else {
+        val = followed(aReader, x % 16, 16, 8257);
+        tamo_assert(val <= Encoder::MAXINT20);
+    }
+    tamo_assert(aReader.bitPos() == 0);
+}
+
+void integerAtPosition2(BitStreamReader& aReader, unsigned int& val) {
+    unsigned char x = 0;
+    RequiredBits::read(aReader, x, 6, INTEGER_END);
+    if (x < 32) {
+        val = x + 1u;
+    } else if (x < 40) {
+        val = followed(aReader, x % 8, 8, 33);
+    } else if (x < 48) {
+        val = followed(aReader, x % 8, 16, 2081);
+    } else {
+        val = x;
+        tamo_assert(val == 48);
+        RequiredBits::skip(aReader, 4, INTEGER_END);
+        val = followed(aReader, 0, 20, 526369);
+        tamo_assert(val <= Encoder::MAXINT20);
+    }
+    tamo_assert(aReader.bitPos() == 0);
+}
+
+void integerAtPosition3(BitStreamReader& aReader, unsigned int& val) {
+    unsigned char x = 0;
+    RequiredBits::read(aReader, x, 5, INTEGER_END);
+    if (x < 16) {
+        val = x + 1u;
+    } else if (x < 20) {
+        val = followed(aReader, x % 4, 8, 17);
+    } else if (x < 24) {
+        val = followed(aReader, x % 4, 16, 1041);
+    } else {
+        RequiredBits::skip(aReader, 4, INTEGER_END);
+        val = followed(aReader, 0, 20, 263185);
+        tamo_assert(val <= Encoder::MAXINT20);
+    }
+    tamo_assert(aReader.bitPos() == 0);
+}
+
+} // namespace
+
+void PrimitiveDecoder::integerSlow(BitStreamReader& aReader, unsigned int& val) {
+    switch (aReader.bitPos()) {
+    case 0:
+        throw FISEncodingException("Illegal bit position 0: Integers can never start there");
+    case 1:
+        integerAtPosition1(aReader, val);
+        break;
+    case 2:
+        integerAtPosition2(aReader, val);
+        break;
+    case 3:
+        integerAtPosition3(aReader, val);
+        break;
+    case 4:
+    case 6: {
+        unsigned char x = 0;
+        RequiredBits::read(aReader, x, 8, INTEGER_END);
+        val = x + 1u;
+        break;
+    }
+    default:
+        throw FISEncodingException(
+            "Illegal bit position: No Integers are allowed to be read from pos 5 or 7.");
+    }
+}
+
+void PrimitiveDecoder::nonEmptyStringLength(BitStreamReader& aReader, std::size_t& strLen) {
+    static constexpr const char* END = "Unexpected end of stream while parsing string length";
+    const int position = aReader.bitPos();
+    if (position != 1 && position != 4 && position != 6) {
+        throw FISEncodingException("illegal position for nonEmptyOctetString encoding");
+    }
+    const int groupBits = 8 - position;
+    const unsigned int half = 1u << (groupBits - 1);
+    unsigned char x = 0;
+    RequiredBits::read(aReader, x, groupBits, END);
+    UInt64 length = UInt64{x} + 1;
+    if (x == half) {
+        length = UInt64{readOctets(aReader, 1, END)} + half + 1;
+    } else if (x > half) {
+        length = UInt64{readOctets(aReader, 4, END)} + half + 257;
+    }
+    const UInt64 limit = std::min<UInt64>(aReader.maxStringLength(), std::numeric_limits<std::size_t>::max());
+    if (length > limit) {
+        throw FISException("Limit exceeded: string length", std::to_string(limit));
+    }
+    strLen = static_cast<std::size_t>(length);
+    tamo_assert(strLen > 0);
+    tamo_assert(aReader.bitPos() == 0);
+}
+
+void PrimitiveDecoder::nonEmptyOctetString(BitStreamReader& aReader, std::string& octets) {
+    std::size_t length = 0;
+    nonEmptyStringLength(aReader, length);
+    if (!aReader.read(octets, length)) {
+        throw FISParseException("Unexpected end of stream while reading octet string");
+    }
+}
+
+void PrimitiveDecoder::lengthOfSequence(BitStreamReader& aReader, unsigned int& len) {
+    static constexpr const char* END = "Unexpected end of stream while parsing sequence length";
+    if (aReader.bitPos() != 0) {
+        throw FISEncodingException("Illegal startposition for a lengthOfSequence value");
+    }
+    RequiredBits::require(aReader, 1, END);
+    unsigned char first = 0;
+    aReader.peek(first, 1);
+    if (first == 0) {
+        unsigned char x = 0;
+        RequiredBits::read(aReader, x, 8, END);
+        len = x + 1u;
+    } else {
+        unsigned int y = 0;
+        RequiredBits::read(aReader, y, 24, END);
+        len = y % Forms::MOST_INTEGER + 129;
+    }
+    if (len == 0) {
+        throw FISEncodingException("Illegal value zero for lengthOfSequence");
+    }
+}
+
+} // namespace Tamo::FastInfoset

@@ -1,0 +1,192 @@
+#include "StringParser.h"
+#include "Forms.h"
+#include "OwnTable.h"
+#include "Position.h"
+#include "RequiredBits.h"
+#include "Tamo/FastInfoset/Decoder.h"
+#include "Tamo/FastInfoset/StringDecoder.h"
+#include "Tamo/FastInfoset/VectorVocabulary.h"
+#include <algorithm>
+#include <utility>
+
+namespace Tamo::FastInfoset {
+
+namespace {
+
+// What stands for the values of an application's table.
+const VerbTable<std::string>& noValues() {
+    static const VerbTable<std::string> NONE{};
+    return NONE;
+}
+
+} // namespace
+
+TAMO_CONSTINIT const std::string StringParser::EMPTY;
+
+void StringParser::throwLimitExceeded(const char* message, UInt64 limit) {
+    throw FISException(message, std::to_string(limit));
+}
+
+const std::string& StringParser::parseIdentifying(BitStreamReader& reader, ID id, unsigned int& index) {
+    requirePosition(reader.bitPos() == 0, "Illegal startposition for an parseIdentifyingStringOrIndex");
+    const bool isIndex =
+        RequiredBits::readFlag(reader, "Unexpected end of stream while parsing identifying string or index");
+    if (isIndex) {
+        Decoder::integer(reader, index);
+    } else {
+        Decoder::nonEmptyOctetString(reader, _scratch);
+        index = addToTable(id, _scratch);
+    }
+    return tableValue(id, index);
+}
+
+const std::string& StringParser::parseIdentifying(BitStreamReader& reader, ID id) {
+    unsigned int index = 0;
+    return parseIdentifying(reader, id, index);
+}
+
+const std::string& StringParser::parseIdentifyingIf(BitStreamReader& reader, bool present, ID id) {
+    return present ? parseIdentifying(reader, id) : EMPTY;
+}
+
+// The typed form: text, or a typed value as the document carries it.
+StringParser::Value StringParser::parseOther(BitStreamReader& reader, ID id) {
+    const int position = reader.bitPos();
+    requirePosition(position == 0 || position == 2,
+                    "Illegal startposition for a NonIdentifyingStringOrIndex value");
+    const bool isIndex = RequiredBits::readFlag(
+        reader, "Unexpected end of stream whil parsing non identifying string or index");
+    if (isIndex) {
+        unsigned int index = 0;
+        Decoder::integer(reader, index);
+        return {&tableValue(id, index), false};
+    }
+    const bool isAdded =
+        RequiredBits::readFlag(reader, "Unexpected end of stream whil parsing encoded character string");
+    const Value value = parseEncoded(reader);
+    if (isAdded) {
+        keepOther(id, value.typed ? StringDecoder::textOf(*_pTyped) : *value.pText);
+    }
+    return value;
+}
+
+// The text form: typed values become their text.
+const std::string& StringParser::parseOtherText(BitStreamReader& reader, ID id) {
+    const int position = reader.bitPos();
+    requirePosition(position == 0 || position == 2,
+                    "Illegal startposition for a NonIdentifyingStringOrIndex value");
+    const bool isIndex = RequiredBits::readFlag(
+        reader, "Unexpected end of stream while parsing non identifying string or index");
+    if (isIndex) {
+        unsigned int index = 0;
+        Decoder::integer(reader, index);
+        return tableValue(id, index);
+    }
+    const bool isAdded =
+        RequiredBits::readFlag(reader, "Unexpected end of stream while parsing encoded character string");
+    if (parseEncoded(reader).typed) {
+        _text = StringDecoder::textOf(*_pTyped);
+    }
+    if (isAdded) {
+        keepOther(id, _text);
+    }
+    return _text;
+}
+
+StringParser::Value StringParser::parseEncoded(BitStreamReader& reader) {
+    const int position = reader.bitPos();
+    requirePosition(position == 2 || position == 4, "Illegal startposition for an encodedCharacterString");
+    const unsigned char enc =
+        RequiredBits::read(reader, 2, "Unexpected end of stream while parsing encoded character string");
+    switch (enc) {
+    case DocumentVocabulary::UTF8:
+        Decoder::nonEmptyOctetString(reader, _text);
+        break;
+    case DocumentVocabulary::UTF16:
+        Decoder::nonEmptyOctetString(reader, _octets);
+        StringDecoder::decodeUTF16(_octets, _text);
+        break;
+    case DocumentVocabulary::RESTRICTEDALPHABET: {
+        unsigned int index = 0;
+        Decoder::integer(reader, index);
+        Decoder::nonEmptyOctetString(reader, _octets);
+        StringDecoder::decodeAlphabet(
+            _octets, std::as_const(_vocabulary).restrictedAlphabets().alphabet(index), _text);
+        break;
+    }
+    default: {
+        tamo_assert(enc == DocumentVocabulary::ENCODINGALGORITHM);
+        unsigned int index = 0;
+        Decoder::integer(reader, index);
+        _pTyped = _vocabulary.decodings().read(static_cast<int>(index), reader);
+        return {nullptr, true};
+    }
+    }
+    return {&_text, false};
+}
+
+// The tables stay in place for the whole document, so their stores are looked up once. What the header has
+// brought is within the limit, alphabets beyond the built-in ones too: those stay from document to document.
+void StringParser::bindTables() {
+    constexpr std::size_t BUILT_IN_ALPHABETS = 15;
+    std::size_t largest = _vocabulary.restrictedAlphabets().alphabets().size() - BUILT_IN_ALPHABETS;
+    largest =
+        std::max({largest, _vocabulary.elementVocabulary().size(), _vocabulary.attributeVocabulary().size()});
+    for (int id = DocumentVocabulary::PREFIX; id < DocumentVocabulary::ELEMENT_NAME; ++id) {
+        Vocabulary<std::string>& table = _vocabulary.vocabulary(static_cast<DocumentVocabulary::ID>(id));
+        const auto i = static_cast<std::size_t>(id);
+        const VerbTable<std::string>* const pValues = OwnTable::valuesOf(table);
+        _tables[i] = pValues ? pValues : &noValues();
+        _appendedTables[i] = OwnTable::vector(table);
+        largest = std::max(largest, table.size());
+    }
+    _copiedValues.clear();
+    requireEntries(largest);
+    _mostKept = static_cast<std::size_t>(std::min<UInt64>(_limits.maxTableEntries, Forms::MOST_INTEGER + 1));
+}
+
+unsigned int StringParser::addToTable(ID id, const std::string& s) {
+    bool found = false;
+    Vocabulary<std::string>& table = _vocabulary.vocabulary(id);
+    const unsigned int index = table.index(s, found);
+    requireEntries(table.size());
+    return index;
+}
+
+StringParser::Entry StringParser::addOtherLiteral(ID id, const char* pText, std::size_t size) {
+    StringDecoder::decodeUTF8(pText, size, _scratch);
+    const unsigned int index = addToTable(id, _scratch);
+    return {&tableValue(id, index), index};
+}
+
+const std::string* StringParser::keepElsewhere(ID id, const char* pText, std::size_t size) {
+    StringDecoder::decodeUTF8(pText, size, _scratch);
+    keepOther(id, _scratch);
+    return nullptr;
+}
+
+// Entries beyond those that an index can name are left out.
+void StringParser::keepOther(ID id, const std::string& s) {
+    const std::size_t size = _tables[id]->size();
+    if (size <= Forms::MOST_INTEGER) {
+        addToTable(id, s);
+    } else {
+        requireEntries(size + 1);
+    }
+}
+
+const std::string& StringParser::tableValue(ID id, unsigned int index) {
+    const std::string* const pValue = _tables[id]->find(index);
+    return pValue ? *pValue : otherValue(id, index);
+}
+
+// Of a table of this library's the failure of its kind; of another one a copy that stays.
+const std::string& StringParser::otherValue(ID id, unsigned int index) {
+    const std::string& value = _vocabulary.value(id, index);
+    if (_tables[id] != &noValues()) {
+        return value;
+    }
+    return _copiedValues.try_emplace(UInt64{id} << 32 | index, value).first->second;
+}
+
+} // namespace Tamo::FastInfoset
