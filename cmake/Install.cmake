@@ -29,6 +29,11 @@ configure_file(cmake/tamo-fastinfoset.pc.in ${PROJECT_BINARY_DIR}/tamo-fastinfos
 install(FILES ${PROJECT_BINARY_DIR}/tamo-fastinfoset.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
         COMPONENT development)
 
+# Whoever passes the libraries on passes these on; packages have their own way, see Packages.cmake.
+if(NOT TAMO_DEBIAN_PACKAGES)
+  install(FILES LICENSE NOTICE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tamo-fast-infoset COMPONENT library)
+endif()
+
 if(TAMO_BUILD_TOOLS)
   install(TARGETS finf RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
   set(manual ${PROJECT_SOURCE_DIR}/packaging/finf.1)
