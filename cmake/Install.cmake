@@ -41,8 +41,12 @@ if(TAMO_BUILD_TOOLS)
     tamo_gzip(${manual} manual)
   endif()
   install(FILES ${manual} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
+  # Made by finf --completion; the tests compare.
   install(FILES packaging/finf.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME finf
           COMPONENT tool)
+  install(FILES packaging/finf.zsh DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions RENAME _finf
+          COMPONENT tool)
+  install(FILES packaging/finf.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT tool)
   install(FILES packaging/finf.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages COMPONENT tool)
   install(FILES packaging/finf.magic DESTINATION ${CMAKE_INSTALL_DATADIR}/finf COMPONENT tool)
 endif()

@@ -57,8 +57,7 @@ TEST_F(BatchTest, LeavesNothingHalfWrittenWhenInterrupted) {
 TEST_F(BatchTest, ShowsProgressOnATerminalOnly) {
     const std::string slow = "mkfifo p; (sleep 0.8; echo '<a/>' >p) & finf encode -f p c.xml";
     const std::string shown = must("script -qec \"" + slow + "\" /dev/null; rm p");
-    EXPECT_NE(shown.find("\r[........................] 0 %  0/2 files  0.0 MB/s"), std::string::npos)
-        << shown;
+    EXPECT_NE(shown.find("\r0/2 files  0.0 MB  0.0 MB/s"), std::string::npos) << shown;
     EXPECT_TRUE(shown.ends_with("\r\x1b[K")) << shown;
     EXPECT_EQ(must("script -qec \"" + slow + " --quiet\" /dev/null; rm p"), "");
     EXPECT_EQ(run(slow), (Result{0, "", ""}));

@@ -41,7 +41,7 @@ public:
         finder.field(field); // which has to take whatever can be read
     }
 
-    finf::DepartureFinder finder{[](const std::string&, const std::string&) {}};
+    finf::DepartureFinder finder{[](const finf::Field&, const std::string&, Tamo::UInt64) {}};
     Tamo::UInt64 end = 0;
     bool isTiled = true;
 };
