@@ -7,6 +7,9 @@ namespace {
 class DocumentationTest : public FinfTest, public testing::WithParamInterface<const char*> {};
 
 TEST_P(DocumentationTest, ConsoleBlocksShowWhatHappens) {
+    if (const std::string missing = lacking("git zstd"); !missing.empty()) {
+        GTEST_SKIP() << missing;
+    }
     must("cp " TAMO_SAMPLES "/* .");
     std::ifstream reference(std::string(TAMO_DOCS "/") + GetParam());
     std::string line, shown, happened;

@@ -66,8 +66,8 @@ TEST_F(PackagingTest, CompletionsAreThoseThatTheProgramMakes) {
 
 // Where the shells are installed.
 TEST_F(PackagingTest, OtherShellsTakeTheirCompletion) {
-    if (run("command -v zsh fish").status != 0) {
-        GTEST_SKIP() << "needs zsh and fish";
+    if (const std::string missing = lacking("zsh fish"); !missing.empty()) {
+        GTEST_SKIP() << missing;
     }
     must("zsh -n " TAMO_PACKAGING "/finf.zsh; touch data.finf dart.xml");
     EXPECT_EQ(must("export HOME=$PWD; fish -c 'source " TAMO_PACKAGING
@@ -78,6 +78,9 @@ TEST_F(PackagingTest, OtherShellsTakeTheirCompletion) {
 }
 
 TEST_F(PackagingTest, TypeIsRecognisedByContentAndName) {
+    if (const std::string missing = lacking("file update-mime-database"); !missing.empty()) {
+        GTEST_SKIP() << missing;
+    }
     write("a.xml", "<?xml version='1.0' encoding='UTF-8'?><a>encoding='finf'</a>");
     must("finf encode a.xml -o plain; finf encode a.xml -o declared --xml-declaration\n"
          "(printf \"<?xml version='1.1' encoding='finf' standalone='yes'?>\"; cat plain) >long");
