@@ -16,7 +16,7 @@ using Reader = ComparedDocument::Reader;
 constexpr std::size_t SHOWN = 60;
 constexpr std::size_t SHOWN_BEFORE = 20;
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
     std::string line;
     Text::appendQuoted(line, text, SHOWN);
     return line;
@@ -35,14 +35,14 @@ Difference differenceOf(std::string path, std::string_view a, std::string_view b
             .first -
         a.begin());
     if (place <= SHOWN_BEFORE) {
-        return {std::move(path), quoted(a), quoted(b)};
+        return {std::move(path), inQuotes(a), inQuotes(b)};
     }
     std::size_t start = place - SHOWN_BEFORE;
     while (start > 0 && (static_cast<unsigned char>(a[start]) & 0xC0) == 0x80) {
         --start;
     }
-    return {path + ", octet " + std::to_string(start), "..." + quoted(a.substr(start)),
-            "..." + quoted(b.substr(start))};
+    return {path + ", octet " + std::to_string(start), "..." + inQuotes(a.substr(start)),
+            "..." + inQuotes(b.substr(start))};
 }
 
 /// An item in words.
@@ -54,9 +54,9 @@ std::string describe(const ComparedDocument& document) {
     case Reader::END_ELEMENT:
         return "the end of the element";
     case Reader::TEXT:
-        return "text " + quoted(document.text());
+        return "text " + inQuotes(document.text());
     case Reader::COMMENT:
-        return "comment " + quoted(item.text());
+        return "comment " + inQuotes(item.text());
     case Reader::PROCESSING_INSTRUCTION:
         return "processing instruction " + std::string(item.target());
     case Reader::START_DTD:
@@ -93,8 +93,8 @@ std::optional<Difference> compareNames(const std::string& path, const Names& fir
             const std::string place = path + "/@" + (name.starts_with("{}") ? name.substr(2) : name);
             const auto other = others->find(name);
             if (other == others->end()) {
-                return isFirst ? Difference{place, quoted(value), "nothing"}
-                               : Difference{place, "nothing", quoted(value)};
+                return isFirst ? Difference{place, inQuotes(value), "nothing"}
+                               : Difference{place, "nothing", inQuotes(value)};
             }
             if (isFirst && other->second != value) {
                 return differenceOf(place, value, other->second);
