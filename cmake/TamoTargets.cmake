@@ -1,15 +1,7 @@
-# What nearly every source includes, compiled once for each target: less than half the time of a full build, and headers
-# are no longer checked for what they forget to include.
-option(TAMO_PRECOMPILE_HEADERS "Precompile the headers of the standard library" OFF)
-
 # tamo_compile_options(TARGET): what every target of this project is compiled with.
 function(tamo_compile_options target)
   target_compile_features(${target} PUBLIC cxx_std_20)
   set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON)
-  if(TAMO_PRECOMPILE_HEADERS)
-    target_precompile_headers(${target} PRIVATE <algorithm> <array> <filesystem> <functional> <iostream> <map> <memory>
-      <optional> <set> <span> <sstream> <string> <string_view> <thread> <unordered_map> <vector>)
-  endif()
   if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
     # Assertions name their file relative to the source tree, so that messages and builds are reproducible.
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow

@@ -46,6 +46,23 @@ TEST_F(MannersTest, DecompressesInBoundedMemory) {
          ">/dev/null");
 }
 
+// One octet for a long name, again and again, and more elements in one another than the reader takes.
+TEST_F(MannersTest, WhatIsEncodedIsDecoded) {
+    must("name=$(printf 'n%.0s' $(seq 1000)); (echo '<a>'; yes \"<$name/>\" | tr -d '\\n' | head -c "
+         "100200000; "
+         "echo '</a>') >long.xml");
+    EXPECT_EQ(
+        run("finf encode long.xml"),
+        (Result{1, "",
+                "finf: long.xml: repeats itself more than finf decode reads (delivered octets for each octet "
+                "read: 200); --max-amplification and --max-output change that\n"}));
+    must("finf encode long.xml --max-amplification 4000; finf decode long.finf -c --max-amplification 4000 "
+         ">back; "
+         "rm long.xml back");
+    EXPECT_EQ(run("printf '<a><b/></a>' | finf encode --max-depth 1 >x").errors,
+              "finf: standard input: nested deeper than finf decode reads; --max-depth changes that\n");
+}
+
 TEST_F(MannersTest, NamesComeBack) {
     must(
         "mkdir a.b; cp order.xml v1.2.xml; cp order.xml a.b/plain; finf encode drawing.svg v1.2.xml "
