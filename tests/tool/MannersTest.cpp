@@ -40,16 +40,19 @@ TEST_F(MannersTest, CompressedDocumentsAreReadAndWritten) {
 
 // What comes out of a small file may be large; the program does not grow with it.
 TEST_F(MannersTest, DecompressesInBoundedMemory) {
-    must("(echo '<a>'; yes '<b>text</b>' | head -c 120000000 | head -n -1; echo '</a>') | zstd -q "
+    if (run("ulimit -v 80000; finf --version").status != 0) {
+        GTEST_SKIP() << "the program itself takes more (a sanitizer)";
+    }
+    must("(echo '<a>'; yes '<b>text</b>' | head -c 90000000 | head -n -1; echo '</a>') | zstd -q "
          ">big.xml.zst");
-    must("ulimit -v 100000; finf encode big.xml.zst; finf validate -q big.finf; finf stats big.finf "
+    must("ulimit -v 80000; finf encode big.xml.zst; finf validate -q big.finf; finf stats big.finf "
          ">/dev/null");
 }
 
 // One octet for a long name, again and again, and more elements in one another than the reader takes.
 TEST_F(MannersTest, WhatIsEncodedIsDecoded) {
     must("name=$(printf 'n%.0s' $(seq 1000)); (echo '<a>'; yes \"<$name/>\" | tr -d '\\n' | head -c "
-         "100200000; "
+         "100300000; "
          "echo '</a>') >long.xml");
     EXPECT_EQ(
         run("finf encode long.xml"),
