@@ -42,12 +42,12 @@ TEST_F(BatchTest, ReadsASharedVocabularyInEveryThread) {
 
 // Two conversions wait for their input, a third one is done.
 TEST_F(BatchTest, LeavesNothingHalfWrittenWhenInterrupted) {
-    for (const char* signal : {"INT 130", "TERM 143", "HUP 129"}) {
+    for (const char* signal : {"INT 130", "TERM 143", "HUP 129", "QUIT 131"}) {
         SCOPED_TRACE(signal);
         must("set -- " + std::string(signal) +
              "; mkfifo p q; exec 3<>p 4<>q; printf '<a>' >&3; printf '<a>' >&4\n"
              // In the background of a script the interrupt would be ignored.
-             "(trap - INT; exec finf encode c.xml p q -j 2) & pid=$!\n"
+             "(trap - INT QUIT; ulimit -c 0; exec finf encode c.xml p q -j 2) & pid=$!\n"
              "until [ $(ls .finf-*.tmp 2>/dev/null | wc -l) = 2 ] && [ -e c.finf ]; do sleep 0.02; done\n"
              "kill -$1 $pid; wait $pid 2>/dev/null; test $? = $2; [ $? = 0 ] && rm p q c.finf");
         EXPECT_EQ(must("ls -A | tr '\\n' ' '"), "c.xml d ");
