@@ -28,6 +28,7 @@ namespace {
 constexpr unsigned int TERMINATOR = 0x0F;
 
 constexpr unsigned int FIRST_OWN_ALGORITHM = 32;
+constexpr std::size_t LEAST_SHOWN = 48; // octets of an array: a multiple of the sizes of all values
 
 [[noreturn]] void throwEnd() {
     throw FISParseException("Unexpected end of the document");
@@ -770,14 +771,12 @@ void DocumentWalker::typedValues(bool isEntry) {
 // The algorithm gets an array of the first values and of what is left behind the last whole one, so that it
 // refuses what it would refuse of the whole.
 void DocumentWalker::beginningOfArray(int bitPosition, std::size_t valueSize) {
-    if (_octets.size() > _maxShownArray) {
-        const std::size_t whole = _maxShownArray - _maxShownArray % valueSize;
+    // So many that the algorithm looks at everything that it looks at in the whole.
+    const std::size_t shown = std::max(_maxShownArray, LEAST_SHOWN);
+    if (_octets.size() > shown) {
+        const std::size_t whole = shown - shown % valueSize;
         _octets.resize(whole + _octets.size() % valueSize);
         _field.isCut = true;
-    }
-    _text.clear();
-    if (_octets.empty()) {
-        return;
     }
     std::ostringstream stream;
     Tamo::FastInfoset::BitStreamWriter writer(stream, false);
