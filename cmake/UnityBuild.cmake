@@ -2,9 +2,10 @@
 # their own that another one has, too, and stay alone.
 set_source_files_properties(foundation/src/UUID.cpp TARGET_DIRECTORY TamoFoundation
   PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
-set_source_files_properties(xml/src/NamespaceSupport.cpp xml/src/SAXParser.cpp xml/src/XMLWriter.cpp TARGET_DIRECTORY TamoXML
+set_source_files_properties(xml/src/DocumentType.cpp xml/src/NamespaceSupport.cpp xml/src/SAXDriver.cpp xml/src/SAXParser.cpp xml/src/XMLWriter.cpp
+  TARGET_DIRECTORY TamoXML
   PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
-set_source_files_properties(src/DoubleEncoding.cpp src/FloatEncoding.cpp src/IntEncoding.cpp src/LongEncoding.cpp src/ShortEncoding.cpp src/UUIDEncoding.cpp TARGET_DIRECTORY TamoFastInfoset
+set_source_files_properties(src/ElementWriter.cpp src/UUIDEncoding.cpp TARGET_DIRECTORY TamoFastInfoset
   PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 set_source_files_properties(tools/finf/files/FileDescriptorBuf.cpp tools/finf/files/GzipOutputBuf.cpp tools/finf/inspect/GzipCounter.cpp tools/finf/inspect/TextPrinter.cpp tools/finf/vocabulary/VocabularyDocument.cpp TARGET_DIRECTORY finf
   PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
