@@ -29,6 +29,11 @@ configure_file(cmake/tamo-fastinfoset.pc.in ${PROJECT_BINARY_DIR}/tamo-fastinfos
 install(FILES ${PROJECT_BINARY_DIR}/tamo-fastinfoset.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
         COMPONENT development)
 
+# Whoever passes the libraries on passes these on; packages have their own way, see Packages.cmake.
+if(NOT TAMO_DEBIAN_PACKAGES)
+  install(FILES LICENSE NOTICE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tamo-fast-infoset COMPONENT library)
+endif()
+
 if(TAMO_BUILD_TOOLS)
   install(TARGETS finf RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
   set(manual ${PROJECT_SOURCE_DIR}/packaging/finf.1)
@@ -36,8 +41,12 @@ if(TAMO_BUILD_TOOLS)
     tamo_gzip(${manual} manual)
   endif()
   install(FILES ${manual} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
+  # Made by finf --completion; the tests compare.
   install(FILES packaging/finf.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME finf
           COMPONENT tool)
+  install(FILES packaging/finf.zsh DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions RENAME _finf
+          COMPONENT tool)
+  install(FILES packaging/finf.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT tool)
   install(FILES packaging/finf.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages COMPONENT tool)
   install(FILES packaging/finf.magic DESTINATION ${CMAKE_INSTALL_DATADIR}/finf COMPONENT tool)
 endif()

@@ -1,8 +1,9 @@
 # Debian packages through CPack: libtamo-fastinfoset1, libtamo-fastinfoset-dev and finf, from a shared build that is
 # configured with CMAKE_INSTALL_PREFIX=/usr. scripts/package does all of it.
 set(CPACK_GENERATOR DEB)
-set(CPACK_PACKAGE_VENDOR "Tamo Fast Infoset developers")
-set(CPACK_PACKAGE_CONTACT "Tamo Fast Infoset developers <tamo-fast-infoset@example.org>")
+set(CPACK_PACKAGE_VENDOR "Tamo Fast Infoset authors")
+set(CPACK_PACKAGE_CONTACT "Tamo Fast Infoset authors <tamo-fast-infoset@example.org>")
+set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -55,7 +56,7 @@ file(WRITE ${debian_changelog} "tamo-fastinfoset (${PROJECT_VERSION}-1) unstable
 tamo_gzip(${debian_changelog} debian_changelog)
 foreach(component library development tool)
   string(TOUPPER ${component} upper)
-  install(FILES ${debian_changelog} ${PROJECT_SOURCE_DIR}/cmake/copyright
+  install(FILES ${debian_changelog} ${PROJECT_SOURCE_DIR}/cmake/copyright ${PROJECT_SOURCE_DIR}/NOTICE
           DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${CPACK_DEBIAN_${upper}_PACKAGE_NAME} COMPONENT ${component})
 endforeach()
 

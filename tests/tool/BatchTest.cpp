@@ -42,12 +42,12 @@ TEST_F(BatchTest, ReadsASharedVocabularyInEveryThread) {
 
 // Two conversions wait for their input, a third one is done.
 TEST_F(BatchTest, LeavesNothingHalfWrittenWhenInterrupted) {
-    for (const char* signal : {"INT 130", "TERM 143", "HUP 129"}) {
+    for (const char* signal : {"INT 130", "TERM 143", "HUP 129", "QUIT 131"}) {
         SCOPED_TRACE(signal);
         must("set -- " + std::string(signal) +
              "; mkfifo p q; exec 3<>p 4<>q; printf '<a>' >&3; printf '<a>' >&4\n"
              // In the background of a script the interrupt would be ignored.
-             "(trap - INT; exec finf encode c.xml p q -j 2) & pid=$!\n"
+             "(trap - INT QUIT; ulimit -c 0; exec finf encode c.xml p q -j 2) & pid=$!\n"
              "until [ $(ls .finf-*.tmp 2>/dev/null | wc -l) = 2 ] && [ -e c.finf ]; do sleep 0.02; done\n"
              "kill -$1 $pid; wait $pid 2>/dev/null; test $? = $2; [ $? = 0 ] && rm p q c.finf");
         EXPECT_EQ(must("ls -A | tr '\\n' ' '"), "c.xml d ");
@@ -55,10 +55,12 @@ TEST_F(BatchTest, LeavesNothingHalfWrittenWhenInterrupted) {
 }
 
 TEST_F(BatchTest, ShowsProgressOnATerminalOnly) {
+    if (run("script -qec true /dev/null").status != 0) {
+        GTEST_SKIP() << "script(1) has no terminal here";
+    }
     const std::string slow = "mkfifo p; (sleep 0.8; echo '<a/>' >p) & finf encode -f p c.xml";
     const std::string shown = must("script -qec \"" + slow + "\" /dev/null; rm p");
-    EXPECT_NE(shown.find("\r[........................] 0 %  0/2 files  0.0 MB/s"), std::string::npos)
-        << shown;
+    EXPECT_NE(shown.find("\r0/2 files  0.0 MB  0.0 MB/s"), std::string::npos) << shown;
     EXPECT_TRUE(shown.ends_with("\r\x1b[K")) << shown;
     EXPECT_EQ(must("script -qec \"" + slow + " --quiet\" /dev/null; rm p"), "");
     EXPECT_EQ(run(slow), (Result{0, "", ""}));

@@ -26,10 +26,33 @@ struct Failure {
 const Failure FAILURES[] = {
     {"finf encode tags.xml", 1, "finf: tags.xml: line 3, column 4: mismatched tag\n"},
     {"finf encode <tags.xml >/dev/null", 1, "finf: standard input: line 3, column 4: mismatched tag\n"},
-    {"finf encode good.finf -o x", 1, "finf: good.finf: line 1, column *"},
+    {"finf encode good.finf -o x", 1,
+     "finf: good.finf: this is Fast Infoset; finf decode good.finf makes XML text of it\n"},
     {"finf encode entity.xml", 1, "finf: entity.xml: line 3, column 1: entity outside is declared outside*"},
     {"finf decode bad.finf", 1, "finf: bad.finf: Unsupported Fast Infoset document version\n"},
-    {"finf decode </dev/null", 1, "finf: standard input: *"},
+    {"finf decode </dev/null", 1, "finf: standard input: is empty\n"},
+    {"finf decode a.xml -o x", 1,
+     "finf: a.xml: this is XML text; finf encode a.xml makes Fast Infoset of it\n"},
+    {"finf validate <a.xml", 1,
+     "finf: standard input: this is XML text; finf encode makes Fast Infoset of it\n"},
+    {"gzip <a.xml | finf stats", 1,
+     "finf: standard input: this is XML text; finf encode makes Fast Infoset of it\n"},
+    {"zstd -qc good.finf | head -c 50 | finf decode -o x", 1,
+     "finf: standard input: zstd data that ends early\n"},
+    {"gzip <a.xml | head -c 50 | finf encode -o x", 1, "finf: standard input: gzip data that ends early\n"},
+    {"(gzip <a.xml; echo no member of it) | finf encode -o x", 1,
+     "finf: standard input: damaged gzip data\n"},
+    {"finf encode a.xml --compress gzip -o /dev/full", 1,
+     "finf: a.xml: cannot write /dev/full: No space left on device\n"},
+    {"finf encode a.xml --compress zip", 2, "finf: --compress: zip not in *"},
+    {"finf encode a.xml -o a.xml", 1, "finf: a.xml: a.xml is the document itself; --in-place replaces it\n"},
+    {"finf encode a.xml -fo ./a.xml", 1,
+     "finf: a.xml: ./a.xml is the document itself; --in-place replaces it\n"},
+    {"finf encode --in-place tags.xml", 1, "finf: tags.xml: line 3, column 4: mismatched tag\n"},
+    {"finf encode --in-place <a.xml", 2, "finf: standard input is no file that --in-place could replace*"},
+    {"finf encode --in-place -c a.xml", 2, "finf: --in-place excludes --output, --stdout and*"},
+    {"set -o pipefail; { ulimit -f 0; finf encode a.xml -o x; } 2>&1 | cat >&2", 1,
+     "finf: a.xml: cannot write x: File too large\n"},
     {"finf encode a.xml -o good.finf", 1, "finf: a.xml: good.finf exists already; --force overwrites it\n"},
     {"finf decode good.finf -o a.xml", 1, "finf: good.finf: a.xml exists already; --force overwrites it\n"},
     {"finf encode a.xml -o dir --force", 1, "finf: a.xml: cannot write dir: Is a directory\n"},
@@ -47,12 +70,20 @@ const Failure FAILURES[] = {
     {"finf encode a.xml -o x --external-vocabulary urn:v=good.finf --max-depth 1", 1,
      "finf: a.xml: external vocabulary good.finf: Limit exceeded: element depth: 1\n"},
     {"finf decode good.finf --max-depth -1", 2,
-     "finf: --max-depth takes a number from 0 to 18446744073709551615, not -1; finf --help shows the "
-     "usage\n"},
+     "finf: --max-depth takes a number from 0 to 18446744073709551615, not -1; finf decode --help "
+     "shows the usage\n"},
     {"finf encode a.xml -o - >&-", 1, "finf: a.xml: cannot write to standard output: Bad file descriptor\n"},
     {"finf encode <&-", 1, "finf: standard input: cannot read: Bad file descriptor\n"},
-    {"finf", 2, "finf: *"},
-    {"finf recode a.xml", 2, "finf: *"},
+    {"finf recode a.xml", 2, "finf: there is no command recode; did you mean finf decode?\n"},
+    {"finf sta", 2, "finf: there is no command sta; did you mean finf stats?\n"},
+    {"finf missing.xml", 2, "finf: there is no command or file missing.xml; finf --help shows the usage\n"},
+    {"finf a.xml", 2, "finf: a.xml is XML text; finf encode a.xml makes Fast Infoset of it\n"},
+    {"finf good.finf", 2,
+     "finf: good.finf is Fast Infoset; finf decode good.finf makes XML text of it, finf inspect good.finf "
+     "shows it\n"},
+    {"finf dir", 2, "finf: dir is a directory; finf encode -r dir converts the .xml files in it\n"},
+    {"finf encode --forse a.xml", 2,
+     "finf: The following argument was not expected: --forse; did you mean --force?\n"},
     {"finf encode a.xml tags.xml -o x", 2, "finf: --output takes one document; --output-directory takes*"},
     {"finf encode -r dir -o x", 2, "finf: --output takes one document; --output-directory takes*"},
     {"finf encode a.xml -o x --output-directory dir", 2, "finf: --output and --output-directory exclude*"},
@@ -71,8 +102,14 @@ const Failure FAILURES[] = {
      "finf: good.finf: cannot write to standard output: Bad file descriptor\n"},
     {"finf inspect --html none -o x", 1, "finf: none: cannot open: No such file or directory\n"},
     {"finf inspect --html dir -o x", 1, "finf: dir: cannot read: Is a directory\n"},
-    {"finf inspect --html a.xml -o x", 1, "finf: a.xml: *"},
-    {"finf inspect --html a.xml", 1, "finf: a.xml: *"},
+    {"finf inspect --html a.xml -o x", 1, "finf: a.xml: this is XML text; *"},
+    {"finf inspect a.xml", 1, "finf: a.xml: this is XML text; *"},
+    {"finf validate dir", 1, "finf: dir: is a directory; --recursive reads the .finf files in it\n"},
+    {"finf stats -r dir", 1, "finf: dir: holds no .finf file\n"},
+    {"finf diff a.xml none", 2, "finf: none: cannot open: No such file or directory\n"},
+    {"finf diff good.finf short.finf", 2, "finf: short.finf: Unexpected end of *"},
+    {"finf diff a.xml", 2, "finf: DOCUMENT: *"},
+    {"finf diff - -", 2, "finf: standard input is one document; *"},
     {"finf inspect --json -o x </dev/null", 1, "finf: standard input: *"},
     {"finf inspect --html --json good.finf -o x", 2, "finf: --html excludes --json*"},
     {"finf encode a.xml --max-indexed-length many", 2, "finf: *"},
@@ -113,6 +150,7 @@ for c in $(finf --help | sed -nE '/^Subcommands:/,/^$/ s/^  ([a-z]+) .*/\1/p'); 
     case $c in
     encode) o='-o x' input=a.xml ;;
     decode | vocabulary) o='-o x' ;;
+    diff) o=good.finf ;;
     bench) o='--rounds 1' ;;
     esac
     echo "$c:"
@@ -136,11 +174,12 @@ TEST_F(ContractTest, NamesOutputAfterInputAndOverwritesByForceOnly) {
     EXPECT_EQ(read("x"), read("good.finf"));
     must("finf encode - -o - --xml-declaration <a.xml >y");
     EXPECT_EQ(read("y"), "<?xml encoding='finf'?>" + read("good.finf"));
-    must("umask 027; finf encode a.xml -o z; test $(stat -c %a z) = 640");
+    must("umask 027; finf encode -o z <a.xml; test $(stat -c %a z) = 640");
 }
 
-TEST_F(ContractTest, Version) {
-    EXPECT_EQ(must("finf --version"), "finf " FINF_VERSION "\n");
+TEST_F(ContractTest, HelpAndVersion) {
+    EXPECT_EQ(must("finf --version; finf -V"), "finf " FINF_VERSION "\nfinf " FINF_VERSION "\n");
+    EXPECT_EQ(must("finf"), must("finf --help"));
 }
 
 } // namespace

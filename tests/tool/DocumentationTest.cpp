@@ -4,9 +4,14 @@
 
 namespace {
 
+class PicturesTest : public FinfTest {};
+
 class DocumentationTest : public FinfTest, public testing::WithParamInterface<const char*> {};
 
 TEST_P(DocumentationTest, ConsoleBlocksShowWhatHappens) {
+    if (const std::string missing = lacking("git zstd"); !missing.empty()) {
+        GTEST_SKIP() << missing;
+    }
     must("cp " TAMO_SAMPLES "/* .");
     std::ifstream reference(std::string(TAMO_DOCS "/") + GetParam());
     std::string line, shown, happened;
@@ -27,6 +32,12 @@ TEST_P(DocumentationTest, ConsoleBlocksShowWhatHappens) {
     EXPECT_EQ(happened, shown);
 }
 
-INSTANTIATE_TEST_SUITE_P(Documents, DocumentationTest, testing::Values("tool.md", "format.md"));
+// The pictures are what the program makes of the samples now.
+TEST_F(PicturesTest, AreThoseThatTheProgramMakes) {
+    EXPECT_EQ(run(TAMO_DOCS "/../scripts/pictures --check " FINF_DIRECTORY "/finf"), (Result{0, "", ""}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Documents, DocumentationTest,
+                         testing::Values("tool.md", "format.md", "../README.md"));
 
 } // namespace

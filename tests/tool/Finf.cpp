@@ -39,6 +39,11 @@ Result FinfTest::run(const std::string& line) {
             readFile(_log + ".err")};
 }
 
+std::string FinfTest::lacking(const std::string& needed) {
+    return must("for n in " + needed +
+                "; do [ -e $n ] || command -v $n >/dev/null || echo -n \"needs $n \"; done");
+}
+
 std::string FinfTest::must(const std::string& line) {
     const Result result = run(line);
     EXPECT_EQ(result.status, 0) << line;

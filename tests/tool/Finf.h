@@ -22,6 +22,10 @@ protected:
     /// Runs a line of shell in the directory; `finf` is the program under test, standard input is empty.
     Result run(const std::string& line);
 
+    /// What of these programs and files is not on this machine, for GTEST_SKIP: "needs zstd"; empty when all
+    /// is. Only what scripts/test does not install may be missing (scripts/bootstrap all does).
+    std::string lacking(const std::string& needed);
+
     /// Runs a line that must end with status 0 and say nothing on standard error; returns its standard
     /// output.
     std::string must(const std::string& line);

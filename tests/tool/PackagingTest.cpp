@@ -23,18 +23,64 @@ TEST_F(PackagingTest, ManualHasTheOptionsOfHelp) {
             "--max-table-entries ");
 }
 
-TEST_F(PackagingTest, CompletionOffersSubCommandsAndOptions) {
+TEST_F(PackagingTest, CompletionOffersWhatFits) {
     write("complete",
-          "source " TAMO_PACKAGING "/finf.bash\n"
+          "source " TAMO_PACKAGING "/finf.bash\ncompopt() { :; }\n"
           "offer() { COMP_WORDS=(\"$@\"); COMP_CWORD=$(($# - 1)); _finf 2>&1; echo \"${COMPREPLY[*]}\"; }\n");
-    must("mkdir docs; touch date");
-    EXPECT_EQ(must("source ./complete; offer finf d; offer finf --v; offer finf encode --max-i; offer finf "
-                   "encode -f\n"
-                   "offer finf decode --typ; offer finf decode --output-directory d; offer finf decode d"),
-              "decode\n--version\n--max-indexed-length\n-f\n\ndocs\n\n");
+    must("mkdir docs; touch date data.finf data.finf.gz dart.xml");
+    const struct {
+        const char* words;
+        const char* offer;
+    } CASES[] = {
+        {"d", "decode diff"},
+        {"--v", "--version"},
+        {"encode --max-i", "--max-indexed-length"},
+        {"encode -f", "-f"},
+        {"decode --typ", ""},
+        {"decode --output-directory d", "docs"},
+        {"decode d", "data.finf data.finf.gz docs"},
+        {"stats -r d", "data.finf data.finf.gz docs"},
+        {"encode da", "dart.xml date"},
+        {"encode --compress ", "gzip zstd"},
+        {"inspect --color a", "always auto"},
+        {"decode -o d", ""},
+    };
+    for (const auto& each : CASES) {
+        SCOPED_TRACE(each.words);
+        std::string words = each.words;
+        words += words.ends_with(' ') ? "''" : "";
+        EXPECT_EQ(must("LC_ALL=C; source ./complete; offer finf " + words +
+                       " | tr ' ' '\\n' | sort | paste -sd ' '"),
+                  std::string(each.offer) + '\n');
+    }
+}
+
+// One source for all of them: the options of the program.
+TEST_F(PackagingTest, CompletionsAreThoseThatTheProgramMakes) {
+    for (const std::string shell : {"bash", "zsh", "fish"}) {
+        EXPECT_EQ(must("finf --completion " + shell), must("cat " TAMO_PACKAGING "/finf." + shell)) << shell;
+    }
+    EXPECT_EQ(run("finf --completion tcsh"),
+              (Result{2, "", "finf: --completion takes bash, zsh or fish; finf --help shows the usage\n"}));
+}
+
+// Where the shells are installed.
+TEST_F(PackagingTest, OtherShellsTakeTheirCompletion) {
+    if (const std::string missing = lacking("zsh fish"); !missing.empty()) {
+        GTEST_SKIP() << missing;
+    }
+    must("zsh -n " TAMO_PACKAGING "/finf.zsh; touch data.finf dart.xml");
+    EXPECT_EQ(must("export HOME=$PWD; fish -c 'source " TAMO_PACKAGING
+                   "/finf.fish; complete -C \"finf encode --compress \"; complete -C \"finf decode da\"' | "
+                   "cut -f 1 | "
+                   "sort | tr '\\n' ' '"),
+              "data.finf gzip zstd ");
 }
 
 TEST_F(PackagingTest, TypeIsRecognisedByContentAndName) {
+    if (const std::string missing = lacking("file update-mime-database"); !missing.empty()) {
+        GTEST_SKIP() << missing;
+    }
     write("a.xml", "<?xml version='1.0' encoding='UTF-8'?><a>encoding='finf'</a>");
     must("finf encode a.xml -o plain; finf encode a.xml -o declared --xml-declaration\n"
          "(printf \"<?xml version='1.1' encoding='finf' standalone='yes'?>\"; cat plain) >long");

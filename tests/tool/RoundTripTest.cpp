@@ -38,12 +38,21 @@ TEST_F(RoundTripTest, OurDocuments) {
 
 // Documents that Debian packages ship (see scripts/bootstrap).
 TEST_F(RoundTripTest, MimeTypesAndInterfaceDescriptions) {
+    if (const std::string missing =
+            lacking("/usr/share/mime/packages/freedesktop.org.xml /usr/share/gir-1.0/GObject-2.0.gir");
+        !missing.empty()) {
+        GTEST_SKIP() << missing;
+    }
     allComeBack(
         "ls /usr/share/mime/packages/freedesktop.org.xml /usr/share/gir-1.0/{GObject,GIRepository}-2.0.gir",
         3);
 }
 
 TEST_F(RoundTripTest, StyleSheets) {
+    if (const std::string missing = lacking("/usr/share/xml/docbook/stylesheet/docbook-xsl");
+        !missing.empty()) {
+        GTEST_SKIP() << missing;
+    }
     // Some depend on entities of other files, which the tool does not read; some have a relative namespace
     // name, which has no canonical form.
     allComeBack("grep -LE '<!ENTITY %|=\"com\\.' /usr/share/xml/docbook/stylesheet/docbook-xsl/fo/*.xsl", 36);

@@ -28,6 +28,58 @@ TEST_F(ValidateTest, NamesEveryDeparture) {
     EXPECT_EQ(must("finf validate -q in.finf; finf validate <in.finf"), "standard input: clean\n");
 }
 
+// Names and characters that XML does not know, and what fills the octet behind characters of five.
+TEST_F(ValidateTest, LooksAtNamesCharactersAndFillBits) {
+    write("bad", octets("E0 00 00 01 20 08 00 00 06 61 62 63 64 65 66 67 7C 01 31 61 78 00 2D 40 01 F0 90 01 "
+                        "88 3C 07 88 3C 04 "
+                        "FF"));
+    EXPECT_EQ(
+        run("finf validate bad"),
+        (Result{3,
+                "bad: offset 0x11, in local name: no name that XML knows\n"
+                "bad: offset 0x15, in local name: no name that XML knows\n"
+                "bad: offset 0x17, in attribute value: a character that XML does not know\n"
+                "bad: offset 0x1a, in character chunk: a character that XML does not know\n"
+                "bad: offset 0x21, bit 6, in character chunk: fill bits behind the last character are not "
+                "ones\n",
+                ""}));
+}
+
+TEST_F(ValidateTest, DirectoriesAndJson) {
+    must("mkdir -p d/e; printf '<a b=\"1\">x</a>' | finf encode >d/a.finf; (cat d/a.finf; echo) | gzip "
+         ">d/e/b.finf.gz; "
+         "head -c 6 d/a.finf >d/e/c.finf; echo no >d/x.xml");
+    EXPECT_EQ(run("finf validate -r d --json"),
+              (Result{1,
+                      "[\n  { \"file\": \"d/a.finf\", \"verdict\": \"clean\" },\n"
+                      "  { \"file\": \"d/e/b.finf.gz\", \"verdict\": \"departs\",\n"
+                      "    \"departures\": [\n"
+                      "      { \"offset\": 17, \"bit\": 0, \"construct\": \"trailing octets\", \"what\": \"1 "
+                      "behind the "
+                      "document\" }] },\n"
+                      "  { \"file\": \"d/e/c.finf\", \"verdict\": \"broken\",\n"
+                      "    \"fault\":\n"
+                      "      { \"offset\": 6, \"bit\": 0, \"construct\": \"local name\", \"what\": "
+                      "\"Unexpected end of the "
+                      "document\" } }\n]\n",
+                      "finf: d/e/c.finf: offset 0x6, in local name: Unexpected end of the document\n"}));
+    EXPECT_EQ(must("finf stats --json d/a.finf"),
+              "[\n  { \"file\": \"d/a.finf\", \"elements\": 1, \"attributes\": 1, \"characterChunks\": 1,\n"
+              "    \"bits\": { \"structure\": 78, \"padding\": 6, \"lengths\": 20, \"indexes\": 0, \"literal "
+              "names\": 16, "
+              "\"literal strings\": 16, \"typed data\": 0, \"trailing octets\": 0 },\n"
+              "    \"tables\": { \"LOCAL NAME\": { \"hits\": 0, \"added\": 2, \"neither\": 0 }, \"ATTRIBUTE "
+              "VALUE\": { "
+              "\"hits\": 0, \"added\": 1, \"neither\": 0 }, \"CONTENT CHARACTER CHUNK\": { \"hits\": 0, "
+              "\"added\": 1, "
+              "\"neither\": 0 }, \"ELEMENT NAME\": { \"hits\": 0, \"added\": 1, \"neither\": 0 }, "
+              "\"ATTRIBUTE NAME\": { "
+              "\"hits\": 0, \"added\": 1, \"neither\": 0 } },\n"
+              "    \"octets\": { \"xml\": 53, \"xmlGzip\": 72, \"fastInfoset\": 17, \"fastInfosetGzip\": 37 "
+              "} }\n]\n");
+    EXPECT_EQ(run("finf stats -r d --json | grep -c '\"file\"'").output, "2\n");
+}
+
 // What the encoder writes is clean, whatever it is asked for.
 TEST_F(ValidateTest, OurOwnDocumentsAreClean) {
     must("for f in " TAMO_SAMPLES "/*.* " TAMO_TEST_DATA "/roundtrip/*; do\n"

@@ -41,7 +41,7 @@ public:
         finder.field(field); // which has to take whatever can be read
     }
 
-    finf::DepartureFinder finder{[](const std::string&, const std::string&) {}};
+    finf::DepartureFinder finder{[](const finf::Field&, const std::string&, Tamo::UInt64) {}};
     Tamo::UInt64 end = 0;
     bool isTiled = true;
 };
@@ -70,23 +70,26 @@ bool accepted(const std::string& document, const ParserLimits& limits = {}) {
         failure = e.what();
     }
 
-    Tiling tiling;
-    std::istringstream forWalker(document);
-    DocumentWalker walker(forWalker, tiling, loader, limits);
-    tiling.finder.setVocabulary(walker.vocabulary());
-    std::string walkFailure;
-    try {
-        while (walker.step()) {
+    for (const std::size_t shown : {static_cast<std::size_t>(-1), std::size_t{0}}) {
+        Tiling tiling;
+        std::istringstream forWalker(document);
+        DocumentWalker walker(forWalker, tiling, loader, limits);
+        walker.setMaxShownArray(shown);
+        tiling.finder.setVocabulary(walker.vocabulary());
+        std::string walkFailure;
+        try {
+            while (walker.step()) {
+            }
+            EXPECT_EQ(tableSizes(walker.vocabulary()), tableSizes(parser.vocabulary()));
+            walker.trailingOctets();
+            EXPECT_EQ(tiling.end, 8 * document.size());
+        } catch (const std::exception& e) {
+            walkFailure = e.what();
+            EXPECT_LE(walker.current().bit, 8 * document.size());
         }
-        EXPECT_EQ(tableSizes(walker.vocabulary()), tableSizes(parser.vocabulary()));
-        walker.trailingOctets();
-        EXPECT_EQ(tiling.end, 8 * document.size());
-    } catch (const std::exception& e) {
-        walkFailure = e.what();
-        EXPECT_LE(walker.current().bit, 8 * document.size());
+        EXPECT_TRUE(tiling.isTiled);
+        EXPECT_EQ(walkFailure.empty(), failure.empty()) << walkFailure << '|' << failure;
     }
-    EXPECT_TRUE(tiling.isTiled);
-    EXPECT_EQ(walkFailure.empty(), failure.empty()) << walkFailure << '|' << failure;
     return failure.empty();
 }
 
@@ -181,6 +184,26 @@ TEST(WalkerTest, DepthCostsNoStack) {
     EXPECT_TRUE(accepted(document));
     document.pop_back();
     EXPECT_FALSE(accepted(document));
+}
+
+// Of large arrays the walker reads the first values alone, and refuses what the parser refuses of the whole.
+TEST(WalkerTest, LargeArraysOfEveryLength) {
+    constexpr std::size_t SIZES[] = {0, 1, 1, 2, 4, 8, 1, 4, 8, 16};
+    for (unsigned int algorithm = 1; algorithm <= 9; ++algorithm) {
+        for (std::size_t size = 49; size < 82; ++size) {
+            for (const char first : {'\0', '\x70', '\xF0'}) {
+                SCOPED_TRACE(std::to_string(algorithm) + ", " + std::to_string(size));
+                const unsigned int bits = algorithm - 1;
+                std::string document = octets("E0 00 00 01 00 3C 00 61");
+                document += static_cast<char>(0x8C | (bits >> 6));
+                document += static_cast<char>((bits & 0x3F) << 2 | 2);
+                document += static_cast<char>(size - 3);
+                document += first + std::string(size - 1, '\0') + "\xFF";
+                const bool isWhole = size % SIZES[algorithm] == 0;
+                EXPECT_EQ(accepted(document), isWhole);
+            }
+        }
+    }
 }
 
 } // namespace

@@ -1,6 +1,9 @@
 #include "bench/BenchCommand.h"
 #include "command/Command.h"
+#include "command/Completion.h"
 #include "command/FinfError.h"
+#include "command/Suggestion.h"
+#include "compare/DiffCommand.h"
 #include "convert/DecodeCommand.h"
 #include "convert/EncodeCommand.h"
 #include "files/StandardOutput.h"
@@ -14,6 +17,7 @@
 #include <iostream>
 #include <iterator>
 #include <memory>
+#include <string>
 #include <unistd.h>
 
 namespace {
@@ -27,19 +31,42 @@ const char EPILOGUE[] = "Exit status: 0 done, 1 an input or output failed, 2 wro
 finf::ExitStatus run(int argc, char** argv) {
     CLI::App app(DESCRIPTION, "finf");
     app.footer(EPILOGUE);
-    app.set_version_flag("--version", "finf " FINF_VERSION);
-    app.require_subcommand(1);
+    app.set_version_flag("-V,--version", "finf " FINF_VERSION);
+    std::string shell;
+    app.add_option("--completion", shell, "Print the completion for bash, zsh or fish")
+        ->type_name("SHELL")
+        ->group(""); // for packages, see packaging/
+    app.require_subcommand(0, 1);
     const std::unique_ptr<finf::Command> commands[] = {
         std::make_unique<finf::EncodeCommand>(app),     std::make_unique<finf::DecodeCommand>(app),
         std::make_unique<finf::VocabularyCommand>(app), std::make_unique<finf::InspectCommand>(app),
         std::make_unique<finf::ValidateCommand>(app),   std::make_unique<finf::StatsCommand>(app),
-        std::make_unique<finf::BenchCommand>(app),
+        std::make_unique<finf::DiffCommand>(app),       std::make_unique<finf::BenchCommand>(app),
     };
+
+    if (argc < 2) {
+        std::cout << app.help();
+        return finf::DONE;
+    }
+    const std::string first = argv[1];
+    if (!first.empty() && first[0] != '-' &&
+        std::none_of(std::begin(commands), std::end(commands),
+                     [&](const auto& pCommand) { return pCommand->name() == first; })) {
+        std::cerr << "finf: " << finf::FinfError::oneLine(finf::Suggestion::forCommand(app, first)) << '\n';
+        return finf::WRONG_USAGE;
+    }
 
     try {
         app.parse(argc, argv);
+        if (!shell.empty()) {
+            std::cout << finf::Completion::script(app, shell);
+            return finf::DONE;
+        }
         const auto chosen = std::find_if(std::begin(commands), std::end(commands),
                                          [](const auto& pCommand) { return pCommand->parsed(); });
+        if (chosen == std::end(commands)) {
+            throw CLI::RequiredError("A subcommand");
+        }
         return (*chosen)->run();
     } catch (const CLI::CallForVersion& e) {
         std::cout << e.what() << '\n';
@@ -48,7 +75,21 @@ finf::ExitStatus run(int argc, char** argv) {
         app.exit(e);
         return finf::DONE;
     } catch (const CLI::Error& e) {
-        std::cerr << "finf: " << finf::FinfError::oneLine(e.what()) << "; finf --help shows the usage\n";
+        // What is left over, an option that does not exist, comes first among the reasons.
+        std::string hint;
+        for (int i = 2; i < argc && dynamic_cast<const CLI::ExtrasError*>(&e) && hint.empty(); ++i) {
+            const std::string argument = argv[i];
+            const CLI::App& command = *app.get_subcommand(first);
+            if (argument.starts_with("--") && argument.size() > 2 &&
+                !command.get_option_no_throw(argument.substr(0, argument.find('=')))) {
+                hint = finf::Suggestion::forOption(command, argument);
+            }
+        }
+        std::cerr << "finf: " << finf::FinfError::oneLine(e.what())
+                  << (hint.empty()
+                          ? "; finf " + (first[0] == '-' ? "" : first + " ") + "--help shows the usage"
+                          : hint)
+                  << '\n';
         return finf::WRONG_USAGE;
     } catch (const std::exception& e) {
         finf::FinfError::report(app.get_subcommands().front()->get_name(), e);

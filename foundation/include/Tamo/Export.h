@@ -8,6 +8,10 @@
 /// Exceptions and handler interfaces have to be, so that one type is the same type on both sides of a
 /// library's border.
 
+#if defined(_MSVC_LANG) ? _MSVC_LANG < 202002L : __cplusplus < 201709L // what GCC 10 calls C++20
+#error Tamo Fast Infoset needs C++20: compile with -std=c++20 (or target_compile_features(... cxx_std_20)).
+#endif
+
 #if defined(__GNUC__)
 /// Part of the interface of a shared library.
 #define TAMO_API __attribute__((visibility("default")))

@@ -11,6 +11,7 @@
 #include "command/FinfError.h"
 #include "convert/FastInfosetToXML.h"
 #include "convert/XMLToFastInfoset.h"
+#include "files/DocumentKind.h"
 #include "files/InputFile.h"
 #include "walk/Text.h"
 #include <algorithm>
@@ -138,7 +139,7 @@ ExitStatus BenchCommand::run() {
 
 void BenchCommand::measure(const std::string& path) {
     std::string xml = InputFile::readAll(path);
-    if (VocabularyFiles::isFastInfoset(xml)) {
+    if (kindOf(xml) == DocumentKind::FAST_INFOSET) {
         FastInfosetToXML toXML(_options);
         xml = toXML.converted(xml);
     }

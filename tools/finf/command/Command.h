@@ -25,6 +25,9 @@ public:
     /// True when the command line names this sub-command.
     bool parsed() const { return _app.parsed(); }
 
+    /// What the command line calls it.
+    std::string name() const { return _app.get_name(); }
+
     /// Does what the command line asks for and reports failures on standard error. Exceptions that pass
     /// through are reported without the name of an input; CLI::Error is wrong usage.
     virtual ExitStatus run() = 0;

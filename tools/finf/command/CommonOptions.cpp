@@ -1,5 +1,6 @@
 #include "command/CommonOptions.h"
 #include <charconv>
+#include <cstdint>
 #include <limits>
 #include <string>
 #include <system_error>
@@ -88,7 +89,8 @@ void addColourOption(CLI::App& command, std::string& when) {
 
 void addConversionOptions(CLI::App& command, Options& options, const char* inputKind) {
     command.footer("No INPUT or - is standard input; -o - is standard output, also without INPUT and -o.\n"
-                   "Without -o, a.xml is encoded to a.finf and a.finf decoded to a.xml, beside the input.\n" +
+                   "Without -o, a.xml is encoded to a.finf and a.finf decoded to a.xml, beside the input;\n"
+                   "other names are extended: a.svg, a.svg.finf, a.svg. Inputs may be in gzip or zstd.\n" +
                    command.get_footer());
     command.add_option("INPUT", options.inputs, std::string(inputKind) + "; - or nothing is standard input")
         ->type_name("");
@@ -98,13 +100,31 @@ void addConversionOptions(CLI::App& command, Options& options, const char* input
         .add_option("--output-directory", options.outputDirectory,
                     "Write below DIR, which is made when missing, not beside the inputs")
         ->type_name("DIR");
-    command.add_flag("-f,--force", options.force, "Overwrite existing output files");
+    command.add_flag_callback(
+        "-c,--stdout", [&options] { options.output = "-"; }, "The same as -o -");
+    command.add_flag("-f,--force", options.force,
+                     "Overwrite existing output files; write binary to a terminal");
+    command.add_flag(
+        "-k,--keep", [](std::int64_t) {}, "Keep the inputs, which is the case anyway");
+    command.add_flag("--in-place", options.inPlace, "Replace the inputs by their conversions");
+    command.add_flag("-u,--update", options.update,
+                     "Leave outputs alone that are no older than their inputs, overwrite the others");
+    command
+        .add_option_function<std::string>(
+            "--compress",
+            [&options](const std::string& format) {
+                options.compression = format == "gzip" ? Compression::GZIP : Compression::ZSTD;
+            },
+            "Write outputs in gzip or zstd")
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember({"gzip", "zstd"}));
     command.add_flag("-r,--recursive", options.recursive, "Convert the documents in directories, too");
     command.add_option("-j,--jobs", options.jobs, "Documents converted at a time; 0: one for each processor")
         ->type_name("N")
         ->check(CLI::Range(0, 256).description(""))
         ->capture_default_str();
     command.add_flag("-q,--quiet", options.quiet, "Show no progress, which a terminal does");
+    command.add_flag("-v,--verbose", options.verbose, "Tell the sizes of each document");
     addVocabularyOption(command, options.vocabularies);
     addLimitOptions(command, options.limits);
 }

@@ -2,6 +2,7 @@
 #define TAMO_FINF_OPTIONS_H
 
 #include "Tamo/FastInfoset/ParserLimits.h"
+#include "files/Compression.h"
 #include "files/VocabularyFiles.h"
 #include <string>
 #include <vector>
@@ -14,9 +15,13 @@ struct Options {
     std::string output;              ///< a path, "-" for standard output, empty for the default
     std::string outputDirectory;     ///< where the outputs belong, empty for beside the inputs
     bool recursive = false;          ///< convert the documents in directories
-    bool force = false;              ///< overwrite existing output files
+    bool inPlace = false;            ///< replace the inputs themselves
+    bool update = false;             ///< convert what is newer than its output, and nothing else
+    bool force = false;              ///< overwrite existing output files, and write binary to a terminal
     bool quiet = false;              ///< no progress
-    unsigned int jobs = 1;           ///< conversions at the same time, 0 for one for each processor
+    bool verbose = false;            ///< a line for each document
+    Compression compression = Compression::NONE; ///< of the outputs
+    unsigned int jobs = 1; ///< conversions at the same time, 0 for one for each processor
     VocabularyFiles::List vocabularies;
     Tamo::FastInfoset::ParserLimits limits; ///< on Fast Infoset that is read
 
@@ -25,6 +30,8 @@ struct Options {
     bool stripWhitespace = false;
     bool xmlDeclaration = false;
     bool typed = false;
+
+    bool pretty = false; ///< of `decode` only
 };
 
 } // namespace finf

@@ -3,6 +3,7 @@
 #include "files/InputFile.h"
 #include "files/OutputFile.h"
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <iostream>
 #include <system_error>
@@ -13,8 +14,15 @@
 
 namespace finf {
 
+namespace {
+
+// One file below it is converted before anybody asks.
+constexpr std::uintmax_t LEAST_WITH_PROGRESS = 16 << 20;
+
+} // namespace
+
 Batch::Batch(const Options& options, const Extensions& extensions, Factory factory)
-    : _options(options), _list(options, extensions), _factory(std::move(factory)) {}
+    : _options(options), _extensions(extensions), _list(options, extensions), _factory(std::move(factory)) {}
 
 ExitStatus Batch::run() {
     OutputFile::removeTemporariesOnSignals();
@@ -24,9 +32,11 @@ ExitStatus Batch::run() {
 
 void Batch::convertAll() {
     // The line would stand between the lines of the document.
-    const bool mixed = _list.jobs().front().output == "-" && ::isatty(STDOUT_FILENO);
+    const bool isMixed = _list.jobs().front().output == "-" && ::isatty(STDOUT_FILENO);
+    const bool isSmall =
+        _list.jobs().size() == 1 && _list.octets() > 0 && _list.octets() < LEAST_WITH_PROGRESS;
     Progress progress(_list.jobs().size(), _list.octets(),
-                      !_options.quiet && !mixed && ::isatty(STDERR_FILENO));
+                      !_options.quiet && !isMixed && !isSmall && ::isatty(STDERR_FILENO));
     const std::size_t wanted = _options.jobs > 0 ? _options.jobs : std::thread::hardware_concurrency();
     const std::size_t useful = std::min(wanted, _list.jobs().size());
     std::vector<std::jthread> threads;
@@ -40,7 +50,7 @@ void Batch::work(Progress& progress) {
     std::unique_ptr<Conversion> pConversion;
     for (std::size_t i; (i = _next++) < _list.jobs().size(); progress.fileDone()) {
         Job& job = _list.jobs()[i];
-        if (job.failure) {
+        if (job.failure || job.isCurrent) {
             continue;
         }
         try {
@@ -54,7 +64,8 @@ void Batch::work(Progress& progress) {
     }
 }
 
-void Batch::convert(Conversion& conversion, const Job& job, Progress& progress) {
+void Batch::convert(Conversion& conversion, Job& job, Progress& progress) {
+    checkOutput(job);
     InputFile input(job.input, &progress.octetsRead());
     if (!_options.outputDirectory.empty()) {
         const std::filesystem::path directory = std::filesystem::path(job.output).parent_path();
@@ -64,22 +75,40 @@ void Batch::convert(Conversion& conversion, const Job& job, Progress& progress) 
             throw FinfError("cannot make directory " + directory.string(), error.value());
         }
     }
-    OutputFile output(job.output, _options.force);
-    try {
-        conversion.convert(input.stream(), output.stream());
-    } catch (const std::exception&) {
-        // A failed read or write has made the conversion fail, and says better why.
-        input.check();
-        output.check();
-        throw;
-    }
-    input.check();
+    OutputFile output(job.output, {_options.force || _options.inPlace || _options.update,
+                                   _options.compression, input.status()});
+    input.explain(_extensions.kind, [&] {
+        try {
+            conversion.convert(input.stream(), output.stream());
+        } catch (const std::exception&) {
+            output.check(); // a failed write has made the conversion fail, and says better why
+            throw;
+        }
+    });
     output.commit();
+    job.octetsRead = input.octetsRead();
+    job.octetsWritten = output.size();
+}
+
+void Batch::checkOutput(const Job& job) const {
+    std::error_code unknown;
+    if (job.output != "-") {
+        if (!_options.inPlace && job.input != "-" &&
+            std::filesystem::equivalent(job.input, job.output, unknown)) {
+            throw FinfError(job.output + " is the document itself; --in-place replaces it");
+        }
+    } else if ((_extensions.kind == DocumentKind::XML || _options.compression != Compression::NONE) &&
+               !_options.force && ::isatty(STDOUT_FILENO)) {
+        throw FinfError("binary is not written to a terminal; -o FILE writes it to a file, --force shows it");
+    }
 }
 
 ExitStatus Batch::report() {
     std::size_t failures = 0;
     for (const Job& job : _list.jobs()) {
+        if (_options.verbose && !job.failure) {
+            std::cerr << summaryOf(job);
+        }
         if (job.failure) {
             ++failures;
             try {
@@ -94,6 +123,24 @@ ExitStatus Batch::report() {
                          " inputs not converted\n";
     }
     return failures > 0 ? FAILED : DONE;
+}
+
+std::string Batch::summaryOf(const Job& job) {
+    const auto nameOf = [](const std::string& path, const char* standard) {
+        return FinfError::oneLine(path == "-" ? standard : path);
+    };
+    std::string line = nameOf(job.input, "standard input");
+    if (job.isCurrent) {
+        return line + ": " + nameOf(job.output, "") + " is not older\n";
+    }
+    line += ": " + std::to_string(job.octetsRead) + " -> " + std::to_string(job.octetsWritten) + " octets";
+    if (job.octetsRead > 0) {
+        char percent[32];
+        std::snprintf(percent, sizeof percent, " (%.1f %%)",
+                      100 * static_cast<double>(job.octetsWritten) / static_cast<double>(job.octetsRead));
+        line += percent;
+    }
+    return line + ", " + nameOf(job.output, "standard output") + '\n';
 }
 
 } // namespace finf

@@ -8,6 +8,7 @@
 #include "files/FileList.h"
 #include <functional>
 #include <memory>
+#include <string>
 
 namespace finf {
 
@@ -27,10 +28,13 @@ public:
 private:
     void convertAll();
     void work(Progress& progress);
-    void convert(Conversion& conversion, const Job& job, Progress& progress);
+    void convert(Conversion& conversion, Job& job, Progress& progress);
+    void checkOutput(const Job& job) const;
+    static std::string summaryOf(const Job& job);
     ExitStatus report();
 
     const Options& _options;
+    const Extensions _extensions;
     FileList _list;
     Factory _factory;
     std::atomic<std::size_t> _next = 0;

@@ -21,7 +21,8 @@ EncodeCommand::EncodeCommand(CLI::App& parent) : Command(parent, "encode", "XML 
 }
 
 ExitStatus EncodeCommand::run() {
-    return Batch(_options, {".xml", ".finf"}, [&] { return std::make_unique<XMLToFastInfoset>(_options); })
+    return Batch(_options, {".xml", ".finf", DocumentKind::XML},
+                 [&] { return std::make_unique<XMLToFastInfoset>(_options); })
         .run();
 }
 

@@ -1,19 +1,33 @@
 #include "convert/FastInfosetToXML.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/XML/InputSource.h"
+#include "Tamo/XML/WhitespaceFilter.h"
 #include "Tamo/XML/XMLWriter.h"
 #include "command/FinfError.h"
 
 namespace finf {
 
 void FastInfosetToXML::convert(std::istream& in, std::ostream& out) {
-    Tamo::XML::XMLWriter writer(out, Tamo::XML::XMLWriter::WRITE_XML_DECLARATION);
+    using Tamo::XML::XMLWriter;
+    XMLWriter writer(out, XMLWriter::WRITE_XML_DECLARATION | (_options.pretty ? XMLWriter::PRETTY_PRINT : 0));
     Tamo::FastInfoset::FastInfosetParser parser;
     parser.setExternalVocabularyLoader(&_vocabularies);
     parser.setLimits(_options.limits);
-    parser.initialize(&writer);
     Tamo::XML::InputSource source(in);
-    FinfError::explainDamage([&] { parser.parse(&source); });
+    FinfError::explainDamage([&] {
+        if (_options.pretty) {
+            // The white space of an indentation that the document has already would count as text.
+            Tamo::XML::WhitespaceFilter filter(&parser);
+            filter.setContentHandler(&writer);
+            filter.setDTDHandler(&writer);
+            filter.setProperty(Tamo::XML::XMLReader::PROPERTY_LEXICAL_HANDLER,
+                               static_cast<void*>(static_cast<Tamo::XML::LexicalHandler*>(&writer)));
+            filter.parse(&source);
+        } else {
+            parser.initialize(&writer);
+            parser.parse(&source);
+        }
+    });
 }
 
 } // namespace finf

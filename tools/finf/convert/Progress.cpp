@@ -55,11 +55,20 @@ void Progress::show() {
     if (_end.wait_for(lock, SILENCE, [this] { return _ended; })) {
         return;
     }
+    bool isShown = false;
     do {
+        // Nothing into the terminal of another job. (In a pipe line of the foreground, the group is the
+        // shell's choice, and the same for all of it.)
+        if (::tcgetpgrp(STDERR_FILENO) != ::getpgrp()) {
+            continue;
+        }
+        isShown = true;
         // To the beginning of the line, and clear what is left of the former one.
         std::cerr << '\r' + line(terminalWidth() - 1) + "\x1b[K";
     } while (!_end.wait_for(lock, INTERVAL, [this] { return _ended; }));
-    std::cerr << "\r\x1b[K";
+    if (isShown) {
+        std::cerr << "\r\x1b[K";
+    }
 }
 
 std::string Progress::line(int width) const {
@@ -73,8 +82,14 @@ std::string Progress::line(int width) const {
         text = '[' + std::string(filled, '#') + std::string(BAR - filled, '.') + "] " +
                std::to_string(static_cast<int>(part * 100)) + " %  ";
     }
-    text += std::to_string(_filesDone.load()) + '/' + std::to_string(_files) + " files  ";
-    char number[32];
+    if (_files > 1) {
+        text += std::to_string(_filesDone.load()) + '/' + std::to_string(_files) + " files  ";
+    }
+    char number[64];
+    if (_octets == 0) {
+        std::snprintf(number, sizeof number, "%.1f MB  ", done / 1e6);
+        text += number;
+    }
     std::snprintf(number, sizeof number, "%.1f MB/s", rate / 1e6);
     text += number;
     const double left = static_cast<double>(_octets) - done;

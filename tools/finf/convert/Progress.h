@@ -17,7 +17,7 @@ namespace finf {
 /// The counters may be advanced by any thread. What takes less than half a second shows nothing.
 class Progress {
 public:
-    /// For files of so many octets together. Without visible, nothing is shown.
+    /// For files of so many octets together, 0 when that is not known. Without visible, nothing is shown.
     Progress(std::size_t files, std::uintmax_t octets, bool visible);
 
     /// Removes the line.

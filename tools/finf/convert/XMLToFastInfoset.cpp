@@ -5,6 +5,7 @@
 #include "convert/DocumentWriter.h"
 #include "convert/TypedContentFilter.h"
 #include <memory>
+#include <ostream>
 
 namespace finf {
 
@@ -22,14 +23,17 @@ void XMLToFastInfoset::convert(std::istream& in, std::ostream& out) {
         _uri = _options.vocabularies.front().uri;
         _vocabulary = _vocabularies.loadForWriting(_uri);
     }
+    CountingBuf counting(*out.rdbuf());
+    std::ostream counted(&counting);
     std::unique_ptr<DocumentWriter> pWriter;
     if (_vocabulary) {
-        pWriter = std::make_unique<DocumentWriter>(out, _options.xmlDeclaration, *_vocabulary);
+        pWriter = std::make_unique<DocumentWriter>(counted, _options.xmlDeclaration, *_vocabulary);
         pWriter->setExternalVocabulary(_uri, *_vocabulary);
     } else {
-        pWriter = std::make_unique<DocumentWriter>(out, _options.xmlDeclaration,
+        pWriter = std::make_unique<DocumentWriter>(counted, _options.xmlDeclaration,
                                                    DocumentVocabulary(DocumentVocabulary::VOC_MAP));
     }
+    pWriter->setLimits(_options.limits, counting);
     pWriter->setMaxIndexedStringLength(_options.maxIndexedLength);
 
     TypedContentFilter typedFilter(*pWriter, _options.maxIndexedLength);
@@ -52,6 +56,9 @@ void XMLToFastInfoset::convert(std::istream& in, std::ostream& out) {
     reader.setProperty(XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<void*>(pLexicalHandler));
     Tamo::XML::InputSource source(in);
     reader.parse(&source);
+    if (!counted.flush()) {
+        out.setstate(std::ios_base::badbit);
+    }
 }
 
 } // namespace finf

@@ -1,4 +1,5 @@
 #include "files/FileDescriptorBuf.h"
+#include "files/DocumentKind.h"
 #include <algorithm>
 #include <cerrno>
 #include <sys/stat.h>
@@ -22,6 +23,30 @@ FileDescriptorBuf::int_type FileDescriptorBuf::underflow() {
     }
     setg(_pInput.get(), _pInput.get(), _pInput.get() + size);
     return traits_type::to_int_type(*gptr());
+}
+
+bool FileDescriptorBuf::startsWith(std::string_view octets) {
+    char first[8];
+    const off_t at = ::lseek(_descriptor, 0, SEEK_CUR);
+    if (at >= 0) {
+        // Where that is possible nothing is read, so that all of the file can still be read at once.
+        const ssize_t count = ::pread(_descriptor, first, std::min(sizeof first, octets.size()), at);
+        return std::string_view(first, static_cast<std::size_t>(std::max<ssize_t>(count, 0))) == octets;
+    }
+    if (gptr() == egptr() && traits_type::eq_int_type(underflow(), traits_type::eof())) {
+        return false;
+    }
+    for (;;) {
+        const std::string_view there(gptr(), static_cast<std::size_t>(egptr() - gptr()));
+        if (there.size() >= octets.size() || !octets.starts_with(there)) {
+            return there.starts_with(octets);
+        }
+        const std::streamsize more = readSome(egptr(), CAPACITY - there.size());
+        if (more <= 0) {
+            return false;
+        }
+        setg(eback(), gptr(), egptr() + more);
+    }
 }
 
 std::streamsize FileDescriptorBuf::xsgetn(char* data, std::streamsize size) {
@@ -52,9 +77,14 @@ std::streamsize FileDescriptorBuf::readSome(char* data, std::size_t size) {
     do {
         count = ::read(_descriptor, data, size);
     } while (count < 0 && errno == EINTR);
+    _hasEnded = _hasEnded || count == 0;
     if (count < 0 && _error == 0) {
         _error = errno;
     }
+    if (count > 0 && _beginning.size() < KIND_OCTETS) {
+        _beginning.append(data, std::min(static_cast<std::size_t>(count), KIND_OCTETS - _beginning.size()));
+    }
+    _octetsRead += static_cast<std::uintmax_t>(std::max<ssize_t>(count, 0));
     if (count > 0 && _pOctetsRead) {
         *_pOctetsRead += static_cast<std::uintmax_t>(count);
     }
@@ -81,6 +111,7 @@ std::streamsize FileDescriptorBuf::xsputn(const char* data, std::streamsize size
         }
         written += n > 0 ? n : 0;
     }
+    _octetsWritten += static_cast<std::uintmax_t>(written);
     return written;
 }
 

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <memory>
 #include <streambuf>
+#include <string>
+#include <string_view>
 
 namespace finf {
 
@@ -20,6 +22,20 @@ public:
     /// The errno of the first read or write that failed, 0 when none has.
     int error() const noexcept { return _error; }
 
+    /// Whether the input begins with these octets; to be asked before anything else is read. Of a pipe it
+    /// takes as many octets as it needs to tell.
+    bool startsWith(std::string_view octets);
+
+    /// The first octets that were read, KIND_OCTETS at most.
+    std::string_view beginning() const noexcept { return _beginning; }
+
+    /// Whether a read has come to the end.
+    bool hasEnded() const noexcept { return _hasEnded; }
+
+    /// How many octets were read and written.
+    std::uintmax_t octetsRead() const noexcept { return _octetsRead; }
+    std::uintmax_t octetsWritten() const noexcept { return _octetsWritten; }
+
 protected:
     int_type underflow() override;
     std::streamsize xsgetn(char* data, std::streamsize size) override;
@@ -34,7 +50,11 @@ private:
     int _descriptor;
     std::atomic<std::uintmax_t>* _pOctetsRead;
     int _error = 0;
+    bool _hasEnded = false;
+    std::uintmax_t _octetsRead = 0;
+    std::uintmax_t _octetsWritten = 0;
     std::unique_ptr<char[]> _pInput;
+    std::string _beginning;
 };
 
 } // namespace finf

@@ -1,6 +1,8 @@
 #include "files/FileList.h"
+#include "files/DirectoryWalk.h"
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <string_view>
 #include <system_error>
 
 namespace finf {
@@ -8,6 +10,18 @@ namespace finf {
 namespace {
 
 namespace fs = std::filesystem;
+
+/// What files of XML are called that are not called .xml.
+constexpr std::string_view XML_EXTENSIONS[] = {
+    ".atom",  ".dae", ".dbk",    ".dita", ".docbook", ".fo",    ".gir",   ".gml", ".gpx",
+    ".html",  ".kml", ".mathml", ".mml",  ".owl",     ".plist", ".rdf",   ".rng", ".rss",
+    ".sch",   ".svg", ".tei",    ".ui",   ".wsdl",    ".x3d",   ".xhtml", ".xib", ".xlf",
+    ".xliff", ".xmi", ".xmp",    ".xsd",  ".xsl",     ".xslt",  ".xspf"};
+
+bool isXMLName(const fs::path& path) {
+    return std::find(std::begin(XML_EXTENSIONS), std::end(XML_EXTENSIONS), path.extension().string()) !=
+           std::end(XML_EXTENSIONS);
+}
 
 } // namespace
 
@@ -24,8 +38,7 @@ FileList::FileList(const Options& options, const Extensions& extensions)
         } else if (options.recursive) {
             addDirectory(input);
         } else {
-            addFailure(input, FinfError("is a directory; --recursive converts the " +
-                                        std::string(_extensions.input) + " files in it"));
+            addFailure(input, DirectoryWalk::isDirectory("converts", _extensions.input));
         }
     }
 }
@@ -42,6 +55,13 @@ void FileList::checkOptions() const {
         problem = "--output and --output-directory exclude each other";
     } else if (!_options.output.empty() && (inputs.size() > 1 || _options.recursive)) {
         problem = "--output takes one document; --output-directory takes several";
+    }
+    if (!problem && _options.inPlace) {
+        if (standardInput) {
+            problem = "standard input is no file that --in-place could replace";
+        } else if (!_options.output.empty() || !_options.outputDirectory.empty()) {
+            problem = "--in-place excludes --output, --stdout and --output-directory";
+        }
     }
     if (problem) {
         throw CLI::ValidationError(problem, CLI::ExitCodes::ValidationError);
@@ -62,45 +82,29 @@ void FileList::addFile(const fs::path& input, const fs::path& relative) {
     if (input != "-" && fs::is_regular_file(input, error)) {
         const std::uintmax_t size = fs::file_size(input, error);
         _octets += error ? 0 : size;
+    } else {
+        _isSizeKnown = false;
     }
-    _jobs.push_back({input, output, nullptr});
+    Job job{input, output};
+    if (_options.update && output != "-") {
+        std::error_code none;
+        const auto made = fs::last_write_time(output, none);
+        job.isCurrent = !none && made >= fs::last_write_time(input, error) && !error;
+    }
+    _jobs.push_back(job);
 }
 
 void FileList::addDirectory(const fs::path& directory) {
-    std::vector<fs::path> open{directory};
-    std::vector<fs::path> files;
-    bool failed = false;
-    while (!open.empty()) {
-        const fs::path current = open.back();
-        open.pop_back();
-        std::error_code error;
-        for (fs::directory_iterator it(current, error), end; !error && it != end; it.increment(error)) {
-            std::error_code ignored;
-            // A directory behind a symbolic link may be one that is on the list already, or lead in a circle.
-            if (it->is_directory(ignored)) {
-                if (!it->is_symlink(ignored)) {
-                    open.push_back(it->path());
-                }
-            } else if (it->path().extension() == _extensions.input && it->is_regular_file(ignored)) {
-                files.push_back(it->path());
-            }
-        }
-        if (error) {
-            addFailure(current, FinfError("cannot read", error.value()));
-            failed = true;
-        }
-    }
-    if (files.empty() && !failed) {
-        addFailure(directory, FinfError("holds no " + std::string(_extensions.input) + " file"));
-    }
-    std::sort(files.begin(), files.end());
-    for (const fs::path& file : files) {
+    const auto failure = [this](const std::string& path, const FinfError& e) { addFailure(path, e); };
+    for (const fs::path& file : DirectoryWalk::documentsBelow(directory, _extensions.input, failure)) {
         addFile(file, file.lexically_relative(directory));
     }
 }
 
 void FileList::addFailure(const std::string& input, const FinfError& failure) {
-    _jobs.push_back({input, {}, std::make_exception_ptr(failure)});
+    Job job{input, {}};
+    job.failure = std::make_exception_ptr(failure);
+    _jobs.push_back(job);
 }
 
 std::string FileList::outputOf(const fs::path& input, const fs::path& relative) const {
@@ -110,11 +114,20 @@ std::string FileList::outputOf(const fs::path& input, const fs::path& relative) 
     if (input == "-") {
         return "-";
     }
-    fs::path output = _options.outputDirectory.empty() ? input : _options.outputDirectory / relative;
-    if (output.extension() == _extensions.input) {
+    if (_options.inPlace) {
+        return input;
+    }
+    fs::path output = DirectoryWalk::uncompressed(
+        _options.outputDirectory.empty() ? input : _options.outputDirectory / relative);
+    const bool isUsual = output.extension() == _extensions.input;
+    if (isUsual) {
         output.replace_extension();
     }
-    output += _extensions.output;
+    // What was encoded as a.svg.finf is a.svg again.
+    if (!isUsual || !isXMLName(output) || std::string_view(_extensions.output) != ".xml") {
+        output += _extensions.output;
+    }
+    output += extensionOf(_options.compression);
     return output;
 }
 

@@ -3,6 +3,7 @@
 
 #include "command/FinfError.h"
 #include "command/Options.h"
+#include "files/DocumentKind.h"
 #include <cstdint>
 #include <exception>
 #include <filesystem>
@@ -12,17 +13,21 @@
 
 namespace finf {
 
-/// The extensions, with their dots, of what a conversion reads and writes.
+/// What a conversion reads and writes: the extensions, with their dots, and the kind of its input.
 struct Extensions {
     const char* input;
     const char* output;
+    DocumentKind kind;
 };
 
 /// What one file is converted to, and how that went.
 struct Job {
-    std::string input;          ///< a path, or "-" for standard input
-    std::string output;         ///< a path, or "-" for standard output
-    std::exception_ptr failure; ///< why there is no output
+    std::string input;            ///< a path, or "-" for standard input
+    std::string output;           ///< a path, or "-" for standard output
+    bool isCurrent = false;       ///< the output is there and no older than the input
+    std::exception_ptr failure{}; ///< why there is no output
+    std::uintmax_t octetsRead = 0;
+    std::uintmax_t octetsWritten = 0;
 };
 
 /// The files that a command line asks to convert: those that it names and, when it says so, those in the
@@ -36,8 +41,8 @@ public:
     /// The jobs in the order of the command line, those of a directory sorted by path.
     std::vector<Job>& jobs() { return _jobs; }
 
-    /// The octets of all inputs whose size is known.
-    std::uintmax_t octets() const { return _octets; }
+    /// The octets of all inputs; 0 when the size of one is not known.
+    std::uintmax_t octets() const { return _isSizeKnown ? _octets : 0; }
 
 private:
     void checkOptions() const;
@@ -51,6 +56,7 @@ private:
     std::vector<Job> _jobs;
     std::map<std::string, std::string> _inputOfOutput;
     std::uintmax_t _octets = 0;
+    bool _isSizeKnown = true;
 };
 
 } // namespace finf

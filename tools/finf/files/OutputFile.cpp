@@ -26,12 +26,13 @@ void OutputFile::removeTemporariesOnSignals() {
     TemporaryFiles::instance().removeOnSignals();
 }
 
-OutputFile::OutputFile(const std::string& path, bool force)
-    : _path(resolve(path, force)),
-      _force(force),
+OutputFile::OutputFile(const std::string& path, const Options& options)
+    : _path(resolve(path, options.force)),
+      _options(options),
       _descriptor(open()),
       _buf(_descriptor),
-      _file(&_buf),
+      _pCompressing(CompressingBuf::over(_buf, options.compression)),
+      _file(_pCompressing ? static_cast<std::streambuf*>(_pCompressing.get()) : &_buf),
       _stream(_file) {}
 
 OutputFile::~OutputFile() {
@@ -61,27 +62,37 @@ int OutputFile::open() {
         }
         return descriptor;
     }
-    if (!_force && ::lstat(_path.c_str(), &status) == 0) {
+    if (!_options.force && ::lstat(_path.c_str(), &status) == 0) {
         throw existsAlready(_path);
     }
     return createTemporary();
 }
 
 int OutputFile::createTemporary() {
-    const std::filesystem::path directory = std::filesystem::path(_path).parent_path();
-    for (int attempt = 0;; ++attempt) {
-        const std::string name =
-            ".finf-" + std::to_string(::getpid()) + "-" + std::to_string(attempt) + ".tmp";
-        const std::string temporary = (directory / name).string();
-        const int descriptor = TemporaryFiles::instance().create(temporary);
-        if (descriptor >= 0) {
-            _temporary = temporary;
-            return descriptor;
-        }
-        if (errno != EEXIST) {
-            throw FinfError(cannotWrite(_path), errno);
-        }
+    const std::string directory = std::filesystem::path(_path).parent_path().string();
+    // What an input is kept from others for must not be there for them while it is written either.
+    const mode_t mode = _options.attributes ? _options.attributes->st_mode & S_IRWXU : 0666;
+    const int descriptor = TemporaryFiles::instance().create(directory, mode | S_IWUSR, _temporary);
+    if (descriptor < 0) {
+        const int error = errno;
+        _temporary.clear();
+        throw FinfError(cannotWrite(_path), error);
     }
+    return descriptor;
+}
+
+void OutputFile::takeAttributes() {
+    const struct stat& input = *_options.attributes;
+    mode_t mode = input.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO);
+    struct stat output {};
+    if (::fstat(_descriptor, &output) == 0 && output.st_gid != input.st_gid &&
+        ::fchown(_descriptor, static_cast<uid_t>(-1), input.st_gid) != 0) {
+        mode &= ~static_cast<mode_t>(S_IRWXG); // another group is not the one that was meant
+    }
+    const struct timespec times[] = {input.st_atim, input.st_mtim};
+    // Where a file system knows no such thing, the document is still there.
+    static_cast<void>(::fchmod(_descriptor, mode));
+    static_cast<void>(::futimens(_descriptor, times));
 }
 
 void OutputFile::check() const {
@@ -92,9 +103,15 @@ void OutputFile::check() const {
 
 void OutputFile::commit() {
     _stream.finish();
+    if (_pCompressing) {
+        _pCompressing->finish();
+    }
     check();
     if (_temporary.empty()) {
         return;
+    }
+    if (_options.attributes) {
+        takeAttributes();
     }
     // Some file systems report a full disk or quota only here.
     const int closed = ::close(_descriptor);
@@ -103,8 +120,8 @@ void OutputFile::commit() {
     if (closed != 0) {
         throw FinfError(cannotWrite(_path), error);
     }
-    const int moved = TemporaryFiles::instance().moveTo(_temporary, _path, _force);
-    if (moved == EEXIST && !_force) {
+    const int moved = TemporaryFiles::instance().moveTo(_temporary, _path, _options.force);
+    if (moved == EEXIST && !_options.force) {
         throw existsAlready(_path);
     }
     if (moved != 0) {

@@ -2,9 +2,15 @@
 #define TAMO_FINF_OUTPUTFILE_H
 
 #include "Tamo/DeferredFlushStream.h"
+#include "files/CompressingBuf.h"
+#include "files/Compression.h"
 #include "files/FileDescriptorBuf.h"
+#include <cstdint>
+#include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
+#include <sys/stat.h>
 
 namespace finf {
 
@@ -20,9 +26,18 @@ public:
     /// before there are others.
     static void removeTemporariesOnSignals();
 
+    /// How a file is written.
+    struct Options {
+        bool force = false; ///< a regular file that exists is replaced
+        Compression compression = Compression::NONE;
+        /// What a regular file keeps of its input: permissions, group and modification time.
+        std::optional<struct stat> attributes;
+    };
+
     /// Prepares to write to path, or to standard output for "-". A regular file that exists is refused unless
-    /// force is true. Throws FinfError.
-    OutputFile(const std::string& path, bool force);
+    /// it may be replaced. Throws FinfError.
+    OutputFile(const std::string& path, const Options& options);
+    OutputFile(const std::string& path, bool force) : OutputFile(path, Options{force, {}, {}}) {}
 
     /// Removes what was not committed.
     ~OutputFile();
@@ -39,17 +54,22 @@ public:
     /// failure.
     void commit();
 
+    /// The octets that the output has taken so far.
+    std::uintmax_t size() const noexcept { return _buf.octetsWritten(); }
+
 private:
     static std::string resolve(const std::string& path, bool force);
     int open();
     int createTemporary();
+    void takeAttributes();
     void discard() noexcept;
 
     std::string _path;
-    bool _force;
+    const Options _options;
     std::string _temporary; // empty when the output is written directly
     int _descriptor;
     FileDescriptorBuf _buf;
+    std::unique_ptr<CompressingBuf> _pCompressing;
     std::ostream _file;
     Tamo::DeferredFlushOutputStream _stream;
 };

@@ -1,13 +1,35 @@
 #include "files/TemporaryFiles.h"
 #include <cerrno>
+#include <charconv>
 #include <csignal>
 #include <cstdio>
 #include <fcntl.h>
+#include <filesystem>
+#include <string_view>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
 namespace finf {
+
+namespace {
+
+const std::string PREFIX = ".finf-";
+const char SUFFIX[] = ".tmp";
+
+/// The process whose temporary file has this name, 0 when it is no such name.
+pid_t processOf(std::string_view name) {
+    if (!name.starts_with(PREFIX) || !name.ends_with(SUFFIX)) {
+        return 0;
+    }
+    name.remove_prefix(PREFIX.size());
+    pid_t process = 0;
+    const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), process);
+    return error == std::errc() && *end == '-' ? process : 0;
+}
+
+} // namespace
 
 TemporaryFiles& TemporaryFiles::instance() {
     static auto& files = *new TemporaryFiles;
@@ -21,13 +43,14 @@ void TemporaryFiles::removeOnSignals() {
     _waiting = true;
     sigset_t signals;
     sigemptyset(&signals);
-    for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
         struct sigaction present {};
         // A signal that the caller ignores (nohup) stays ignored.
         if (sigaction(signal, nullptr, &present) == 0 && present.sa_handler != SIG_IGN) {
             sigaddset(&signals, signal);
         }
     }
+    std::signal(SIGXFSZ, SIG_IGN);
     // Threads that are started later inherit it, so that only the one that waits gets the signals.
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     std::thread([this, signals] {
@@ -52,18 +75,47 @@ void TemporaryFiles::removeAllAndEnd(int signal) {
     ::raise(signal);
 }
 
-int TemporaryFiles::create(const std::string& path) {
+int TemporaryFiles::create(const std::string& directory, mode_t mode, std::string& path) {
     const std::lock_guard lock(_mutex);
-    const auto [it, isNew] = _paths.insert(path);
-    const int descriptor = isNew ? ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666) : -1;
-    if (!isNew) {
-        errno = EEXIST;
-    } else if (descriptor < 0) {
-        const int error = errno;
-        _paths.erase(it);
-        errno = error;
+    removeLeftovers(directory);
+    for (unsigned int n = 0;; ++n) {
+        const std::string name = PREFIX + std::to_string(::getpid()) + "-" + std::to_string(n) + SUFFIX;
+        path = (std::filesystem::path(directory) / name).string();
+        if (_paths.contains(path)) {
+            continue;
+        }
+        const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        if (descriptor >= 0) {
+            // Processes elsewhere cannot see that this one is alive, but they see the lock.
+            ::flock(descriptor, LOCK_EX | LOCK_NB);
+            _paths.insert(path);
+        } else if (errno == EEXIST) {
+            continue;
+        }
+        return descriptor;
     }
-    return descriptor;
+}
+
+// Those of processes that are gone, and that nobody has open.
+void TemporaryFiles::removeLeftovers(const std::string& directory) {
+    if (!_sweptDirectories.insert(directory).second) {
+        return;
+    }
+    std::error_code error;
+    const std::filesystem::path path = directory.empty() ? "." : directory;
+    for (std::filesystem::directory_iterator it(path, error), end; !error && it != end; it.increment(error)) {
+        const pid_t process = processOf(it->path().filename().string());
+        if (process <= 0 || ::kill(process, 0) == 0 || errno != ESRCH) {
+            continue;
+        }
+        const int descriptor = ::open(it->path().c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+        if (descriptor >= 0) {
+            if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0) {
+                ::unlink(it->path().c_str());
+            }
+            ::close(descriptor);
+        }
+    }
 }
 
 int TemporaryFiles::moveTo(const std::string& temporary, const std::string& path, bool replace) {

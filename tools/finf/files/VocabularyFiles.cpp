@@ -3,6 +3,7 @@
 #include "Tamo/MemoryStream.h"
 #include "Tamo/XML/InputSource.h"
 #include "command/FinfError.h"
+#include "files/DocumentKind.h"
 #include "files/InputFile.h"
 #include <algorithm>
 
@@ -10,14 +11,6 @@ namespace finf {
 
 using Tamo::FastInfoset::DocumentVocabulary;
 using Tamo::FastInfoset::FastInfosetParser;
-
-bool VocabularyFiles::isFastInfoset(std::string_view octets) {
-    constexpr std::string_view IDENTIFICATION("\xE0\x00", 2);
-    if (octets.starts_with("<?")) {
-        octets.remove_prefix(std::min(octets.find('>'), octets.size() - 1) + 1);
-    }
-    return octets.starts_with(IDENTIFICATION);
-}
 
 DocumentVocabulary VocabularyFiles::load(const std::string& uri) {
     const auto entry =
@@ -35,7 +28,7 @@ DocumentVocabulary VocabularyFiles::load(const std::string& uri) {
 
 DocumentVocabulary VocabularyFiles::read(const std::string& octets) {
     Tamo::MemoryInputStream stream(octets.data(), octets.size());
-    if (!isFastInfoset(octets)) {
+    if (kindOf(octets) != DocumentKind::FAST_INFOSET) {
         // Not the kind that loadXML yields: it has limits, which the documents are not bound to.
         return {loadXML(stream), DocumentVocabulary::VOC_VECTOR};
     }

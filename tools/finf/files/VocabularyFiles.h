@@ -5,7 +5,6 @@
 #include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
 #include "Tamo/FastInfoset/ParserLimits.h"
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace finf {
@@ -19,9 +18,6 @@ public:
         std::string file;
     };
     using List = std::vector<Entry>;
-
-    /// True when the identification of a Fast Infoset document stands first or behind an XML declaration.
-    static bool isFastInfoset(std::string_view octets);
 
     /// The entries are borrowed; the limits hold for files in Fast Infoset.
     VocabularyFiles(const List& entries, const Tamo::FastInfoset::ParserLimits& limits)

@@ -6,6 +6,7 @@
 #include "walk/FieldVisitor.h"
 #include <array>
 #include <string>
+#include <vector>
 
 namespace finf {
 
@@ -22,6 +23,9 @@ public:
     static constexpr std::size_t TABLES = Tamo::FastInfoset::DocumentVocabulary::ATTRIBUTE_NAME + 1;
 
     void field(const Field& field) override;
+
+    /// The documents as one JSON array, with a line end.
+    static std::string json(const std::vector<DocumentStatistics>& documents);
 
     std::string name;                             ///< of the document
     std::array<Tamo::UInt64, BIT_KINDS> bits{};   ///< by BitKind

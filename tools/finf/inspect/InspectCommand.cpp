@@ -17,6 +17,13 @@
 
 namespace finf {
 
+namespace {
+
+// Octets; of larger arrays a line shows no more than of this one.
+constexpr std::size_t SHOWN_ARRAY = 65520;
+
+} // namespace
+
 InspectCommand::InspectCommand(CLI::App& parent)
     : Command(parent, "inspect", "Show what stands in the octets of a Fast Infoset document") {
     app()
@@ -53,6 +60,7 @@ ExitStatus InspectCommand::run() {
 
 void InspectCommand::inspect() const {
     InputFile input(_input);
+    input.requireKind(DocumentKind::FAST_INFOSET);
     std::error_code unknown;
     if (_input != "-" && _output != "-" && std::filesystem::equivalent(_input, _output, unknown)) {
         throw FinfError(_output + " is the document itself");
@@ -75,6 +83,9 @@ void InspectCommand::inspect() const {
     }
     VocabularyFiles vocabularies(_vocabularies, _limits);
     DocumentWalker walker(*pSource, *pPrinter, vocabularies, _limits);
+    if (!_options.full && !_html) {
+        walker.setMaxShownArray(SHOWN_ARRAY);
+    }
     pPrinter->start(walker);
     const std::string reason = faultOf(walker, [&] { return !pPrinter->isFull() && out; });
     input.check(); // a failed read says better why

@@ -37,7 +37,7 @@ void JsonPrinter::show(const Field& field) {
         separate("value");
         const std::size_t start = _json.size();
         Text::appendJson(_json, field.value, limit);
-        isShortened = isShortened || _json.size() - start < field.value.size() + 2;
+        isShortened = isShortened || field.isCut || _json.size() - start < field.value.size() + 2;
     }
     if (field.isEncoded) {
         add("encoding", field.encodingName());

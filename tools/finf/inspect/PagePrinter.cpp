@@ -48,7 +48,9 @@ PagePrinter::PagePrinter(std::ostream& out, const Options& options, const std::s
       _fields(out, "fields"),
       _texts(out, "texts"),
       _names(out, "names"),
-      _finder([this](const std::string& place, const std::string& what) { addDeparture(place, what); }),
+      _finder([this](const Field& field, const std::string& what, Tamo::UInt64 partBit) {
+          addDeparture(field.place(partBit), what);
+      }),
       _about("{") {
     addJson(_about, "file", file == "-" ? "standard input" : file);
 }

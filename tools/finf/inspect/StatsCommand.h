@@ -20,6 +20,8 @@ private:
     DocumentStatistics statisticsOf(const std::string& path) const;
 
     std::vector<std::string> _inputs{"-"};
+    bool _recursive = false;
+    bool _json = false;
     std::string _picture;
     bool _force = false;
     std::string _colour = "auto";

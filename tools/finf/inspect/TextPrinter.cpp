@@ -46,7 +46,12 @@ void TextPrinter::show(const Field& field) {
     if (field.hasValue) {
         _line.push_back(' ');
         setColour(GREEN);
-        Text::appendQuoted(_line, field.value, options().full ? std::string::npos : VALUE_LENGTH);
+        if (field.isCut) {
+            Text::appendQuoted(_line, field.value.substr(0, VALUE_LENGTH), std::string::npos);
+            _line.append("... (beginning of a large array)");
+        } else {
+            Text::appendQuoted(_line, field.value, options().full ? std::string::npos : VALUE_LENGTH);
+        }
         setColour(PLAIN);
     }
     if (!field.note.empty()) {

@@ -3,7 +3,9 @@
 
 #include "Tamo/FastInfoset/ParserLimits.h"
 #include "command/Command.h"
+#include "files/DirectoryWalk.h"
 #include "files/VocabularyFiles.h"
+#include "walk/Field.h"
 #include <string>
 #include <vector>
 
@@ -18,13 +20,22 @@ public:
     ExitStatus run() override;
 
 private:
-    /// Returns how many departures the document has.
-    std::size_t validate(const std::string& path) const;
+    void validate(const std::string& path);
+    void report(const std::string& name, const std::string& verdict, const std::string& departures,
+                const std::string& fault);
+    DirectoryWalk::Failure failureReporter();
+    static void appendPlace(std::string& json, const Field& field, const std::string& what,
+                            Tamo::UInt64 partBit);
 
     std::vector<std::string> _inputs{"-"};
+    bool _recursive = false;
+    bool _json = false;
     bool _isQuiet = false;
     VocabularyFiles::List _vocabularies;
     Tamo::FastInfoset::ParserLimits _limits;
+    bool _isFirst = true; // of the documents in the JSON document
+    bool _hasFailed = false;
+    bool _hasDepartures = false;
 };
 
 } // namespace finf

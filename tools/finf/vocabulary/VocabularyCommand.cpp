@@ -6,6 +6,7 @@
 #include "command/FinfError.h"
 #include "convert/FastInfosetToXML.h"
 #include "convert/XMLToFastInfoset.h"
+#include "files/DocumentKind.h"
 #include "files/InputFile.h"
 #include "files/OutputFile.h"
 #include "vocabulary/VocabularyDocument.h"
@@ -88,7 +89,7 @@ ExitStatus VocabularyCommand::run() {
 void VocabularyCommand::read(const std::string& path, VocabularyUsage& usage) {
     Sample sample{path, InputFile::readAll(path)};
     // Documents are counted as they are written here, whoever has written the sample.
-    if (VocabularyFiles::isFastInfoset(sample.xml)) {
+    if (kindOf(sample.xml) == DocumentKind::FAST_INFOSET) {
         FastInfosetToXML toXML(_decoding);
         sample.xml = toXML.converted(sample.xml);
     }

@@ -1,5 +1,6 @@
 #include "walk/DepartureFinder.h"
 #include "Tamo/UTF8Encoding.h"
+#include "walk/XMLText.h"
 #include <algorithm>
 #include <iterator>
 
@@ -49,6 +50,8 @@ void DepartureFinder::field(const Field& field) {
     checkPlace(field);
     checkText(field);
     checkTyped(field);
+    checkFillBits(field);
+    checkCharacters(field);
     checkEntry(field);
     checkAttribute(field);
 }
@@ -151,6 +154,52 @@ void DepartureFinder::checkTyped(const Field& field) {
     }
 }
 
+// Behind the last character of a restricted alphabet, an octet is filled with ones.
+void DepartureFinder::checkFillBits(const Field& field) {
+    if (!field.isEncoded || field.form != Field::Form::RESTRICTEDALPHABET || field.parts.empty()) {
+        return;
+    }
+    const auto& alphabets = _pVocabulary->restrictedAlphabets();
+    if (field.formIndex < 1 || field.formIndex > alphabets.alphabets().size()) {
+        return;
+    }
+    const UInt64 codeBits = alphabets.alphabet(field.formIndex).bitSize();
+    const UInt64 bits = field.parts.back().bits;
+    const UInt64 filling = codeBits == 0 ? 0 : bits % codeBits;
+    if (filling > 0 && filling < 8 && field.valueOf(field.bits - filling, filling) != (1u << filling) - 1) {
+        report(field, "fill bits behind the last character are not ones", field.bits - filling);
+    }
+}
+
+// What a name or a text of XML cannot hold, so that no XML text says what the document says.
+void DepartureFinder::checkCharacters(const Field& field) {
+    const bool isLiteral = field.use != TableUse::READ && field.hasValue && !field.isCut;
+    if (!isLiteral || field.octets.empty() || !Tamo::UTF8Encoding::isValid(field.value)) {
+        return;
+    }
+    switch (field.construct) {
+    case Construct::PREFIX:
+    case Construct::LOCAL_NAME:
+    case Construct::NAME:
+    case Construct::NOTATION_NAME:
+    case Construct::TARGET:
+        if (!XMLText::isNCName(field.value)) {
+            report(field, "no name that XML knows");
+        }
+        break;
+    case Construct::ATTRIBUTE_VALUE:
+    case Construct::CHARACTER_CHUNK:
+    case Construct::COMMENT:
+    case Construct::CONTENT:
+        if (!XMLText::isText(field.value)) {
+            report(field, "a character that XML does not know");
+        }
+        break;
+    default:
+        break;
+    }
+}
+
 void DepartureFinder::checkEntry(const Field& field) {
     const bool isString = field.table >= DocumentVocabulary::PREFIX;
     if (field.use == TableUse::NONE || !isString) {
@@ -238,7 +287,7 @@ const DepartureFinder::NameEntry& DepartureFinder::nameAt(Field::Table table, un
 }
 
 void DepartureFinder::report(const Field& field, const std::string& what, UInt64 partBit) {
-    _report(field.place(partBit), what);
+    _report(field, what, partBit);
 }
 
 } // namespace finf

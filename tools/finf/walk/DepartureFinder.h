@@ -19,9 +19,11 @@ namespace finf {
 /// bits that are not as prescribed, entries and attributes that repeat, text that is no UTF-8, ...
 class DepartureFinder : public FieldVisitor {
 public:
-    /// Calls report(place, what) for each departure.
-    explicit DepartureFinder(std::function<void(const std::string& place, const std::string& what)> report)
-        : _report(std::move(report)) {}
+    /// Takes a departure: the field, what is wrong with it, and with which of its bits.
+    using Report = std::function<void(const Field& field, const std::string& what, Tamo::UInt64 partBit)>;
+
+    /// Calls report for each departure.
+    explicit DepartureFinder(Report report) : _report(std::move(report)) {}
 
     /// The tables of the document as the walker fills them; to be called before the walk, borrowed.
     void setVocabulary(const Tamo::FastInfoset::DocumentVocabulary& vocabulary) {
@@ -37,6 +39,8 @@ private:
     void checkPlace(const Field& field);
     void checkText(const Field& field);
     void checkTyped(const Field& field);
+    void checkFillBits(const Field& field);
+    void checkCharacters(const Field& field);
     void checkEntry(const Field& field);
     void checkName(const Field& field);
     void checkAttribute(const Field& field);
@@ -47,7 +51,7 @@ private:
 
     static constexpr std::size_t TABLES = Tamo::FastInfoset::DocumentVocabulary::ATTRIBUTE_NAME + 1;
 
-    std::function<void(const std::string& place, const std::string& what)> _report;
+    Report _report;
     const Tamo::FastInfoset::DocumentVocabulary* _pVocabulary = nullptr;
     // The entries of each table that were looked at, by value, and how many of them: views into the tables,
     // whose values never move.

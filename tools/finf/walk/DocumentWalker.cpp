@@ -1,10 +1,13 @@
 #include "walk/DocumentWalker.h"
+#include "Tamo/FastInfoset/BitStreamWriter.h"
 #include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/Encoder.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/StringDecoder.h"
 #include <algorithm>
+#include <iterator>
+#include <sstream>
 #include <utility>
 
 namespace finf {
@@ -25,6 +28,7 @@ namespace {
 constexpr unsigned int TERMINATOR = 0x0F;
 
 constexpr unsigned int FIRST_OWN_ALGORITHM = 32;
+constexpr std::size_t LEAST_SHOWN = 48; // octets of an array: a multiple of the sizes of all values
 
 [[noreturn]] void throwEnd() {
     throw FISParseException("Unexpected end of the document");
@@ -68,6 +72,13 @@ void noteParts(Field& field, const char* before, bool first, bool second, const 
     if (bits != 0) {
         field.note.append(before).append(namesOf(bits, names));
     }
+}
+
+/// The octets of one value of a built-in algorithm (X.891, 10), or of so many that arrays can be cut between
+/// them; 0 for algorithms of which only the whole tells something. Booleans are cut behind whole octets.
+std::size_t sizeOfValue(unsigned int algorithm) {
+    constexpr std::size_t SIZES[] = {0, 1, 3, 2, 4, 8, 1, 4, 8, 16};
+    return algorithm < std::size(SIZES) ? SIZES[algorithm] : 0;
 }
 
 // The entry at index, or null past the last one.
@@ -341,7 +352,7 @@ void DocumentWalker::table(Field::Table id) {
         begin(Construct::TABLE_ENTRY, 2);
         take(isEncoded ? 2 : 1, BitKind::PADDING, 0);
         if (isEncoded) {
-            encodedCharacterString(true);
+            encodedCharacterString(true, true);
         } else {
             octetString(_text, BitKind::NAME);
         }
@@ -692,7 +703,7 @@ void DocumentWalker::nonIdentifyingString(Field::Table id) {
         return;
     }
     const bool isAdded = take(1, BitKind::STRUCTURE) != 0;
-    encodedCharacterString(false);
+    encodedCharacterString(false, isAdded);
     show(_text);
     if (isAdded) {
         bool found = false;
@@ -705,7 +716,7 @@ void DocumentWalker::nonIdentifyingString(Field::Table id) {
 }
 
 // In a table of the initial vocabulary, the parser takes the second of two indexes.
-void DocumentWalker::encodedCharacterString(bool indexTwice) {
+void DocumentWalker::encodedCharacterString(bool indexTwice, bool isEntry) {
     _field.isEncoded = true;
     _field.form = static_cast<Field::Form>(take(2, BitKind::STRUCTURE));
     if (_field.form >= Field::Form::RESTRICTEDALPHABET) {
@@ -732,19 +743,51 @@ void DocumentWalker::encodedCharacterString(bool indexTwice) {
         StringDecoder::decodeAlphabet(_octets, alphabets.alphabet(_field.formIndex), _text);
         break;
     }
-    default: {
-        const int groupBits = 8 - _reader.bitPos();
-        const unsigned int group = peek(groupBits);
-        const auto pValue = _vocabulary.decodings().read(static_cast<int>(_field.formIndex), _reader);
-        lengthPart(group, groupBits);
-        UInt64 known = 0;
-        for (const FieldPart& each : _field.parts) {
-            known += each.bits;
-        }
-        part(BitKind::TYPED, _reader.position() - _field.bit - known);
-        _text = StringDecoder::textOf(*pValue);
+    default:
+        typedValues(isEntry);
     }
+}
+
+void DocumentWalker::typedValues(bool isEntry) {
+    const std::size_t valueSize = sizeOfValue(_field.formIndex);
+    if (valueSize > 0 && !isEntry && _maxShownArray != static_cast<std::size_t>(-1)) {
+        const int bitPosition = _reader.bitPos();
+        octetString(_octets, BitKind::TYPED);
+        beginningOfArray(bitPosition, valueSize);
+        return;
     }
+    const int groupBits = 8 - _reader.bitPos();
+    const unsigned int group = peek(groupBits);
+    const auto pValue = _vocabulary.decodings().read(static_cast<int>(_field.formIndex), _reader);
+    lengthPart(group, groupBits);
+    UInt64 known = 0;
+    for (const FieldPart& each : _field.parts) {
+        known += each.bits;
+    }
+    part(BitKind::TYPED, _reader.position() - _field.bit - known);
+    _text = StringDecoder::textOf(*pValue);
+}
+
+// The algorithm gets an array of the first values and of what is left behind the last whole one, so that it
+// refuses what it would refuse of the whole.
+void DocumentWalker::beginningOfArray(int bitPosition, std::size_t valueSize) {
+    // So many that the algorithm looks at everything that it looks at in the whole.
+    const std::size_t shown = std::max(_maxShownArray, LEAST_SHOWN);
+    if (_octets.size() > shown) {
+        const std::size_t whole = shown - shown % valueSize;
+        _octets.resize(whole + _octets.size() % valueSize);
+        _field.isCut = true;
+    }
+    std::ostringstream stream;
+    Tamo::FastInfoset::BitStreamWriter writer(stream, false);
+    writer.writeBits(bitPosition, false);
+    Encoder::nonEmptyOctetString(writer, _octets);
+    writer.complete();
+    const std::string octets = std::move(stream).str();
+    Tamo::FastInfoset::BitStreamReader reader(octets.data(), octets.size());
+    unsigned int ignored = 0;
+    reader.read(ignored, bitPosition);
+    _text = StringDecoder::textOf(*_vocabulary.decodings().read(static_cast<int>(_field.formIndex), reader));
 }
 
 void DocumentWalker::octetString(std::string& octets, BitKind kind) {
@@ -815,6 +858,7 @@ void DocumentWalker::begin(Construct construct, std::size_t depth) {
     _field.note.clear();
     _field.hasValue = false;
     _field.value = {};
+    _field.isCut = false;
     _field.isEncoded = false;
     _field.use = TableUse::NONE;
     _field.index = 0;

@@ -30,6 +30,11 @@ public:
                    Tamo::FastInfoset::ExternalVocabularyLoader& loader,
                    const Tamo::FastInfoset::ParserLimits& limits);
 
+    /// Arrays of more octets than this, unless they become entries of a table, are shown by their first
+    /// values alone, whose text would be larger than the array; without the call every array is shown as a
+    /// whole.
+    void setMaxShownArray(std::size_t octets) { _maxShownArray = octets; }
+
     /// Reads a piece: first the header, then a child (an element with its attributes, a character chunk, ...)
     /// or an end at a time. False when the document is complete.
     bool step();
@@ -81,7 +86,9 @@ private:
 
     void identifyingString(Construct construct, std::size_t depth, Field::Table id);
     void nonIdentifyingString(Field::Table id);
-    void encodedCharacterString(bool indexTwice);
+    void encodedCharacterString(bool indexTwice, bool isEntry);
+    void typedValues(bool isEntry);
+    void beginningOfArray(int bitPosition, std::size_t valueSize);
     void octetString(std::string& octets, BitKind kind);
     void lengthPart(unsigned int group, int groupBits);
     unsigned int integer();
@@ -113,6 +120,7 @@ private:
     bool _isPadded = false; // the field before ended with padding in place of another end
     Field _field;
     unsigned int _lastIndex = 0; // of the string read last
+    std::size_t _maxShownArray = static_cast<std::size_t>(-1);
     std::string _text;
     std::string _octets;
 };

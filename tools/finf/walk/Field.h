@@ -95,6 +95,7 @@ struct Field {
     std::string note;       ///< what its bits say, where they carry no value
     bool hasValue = false;  ///< it stands for a string, a name or typed values, which are:
     std::string_view value; ///< UTF-8 text
+    bool isCut = false;     ///< the value is the beginning of what a large array stands for
 
     bool isEncoded = false; ///< an encoded character string, in this form:
     Form form = Form::UTF8;
