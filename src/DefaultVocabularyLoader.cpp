@@ -2,8 +2,14 @@
 // only reads with a loader of its own, or with none, does not come with them.
 #include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
+#include "Tamo/FastInfoset/detail/OpenVocabulary.h"
 
 namespace Tamo::FastInfoset {
+
+DocumentVocabulary openVocabulary(const std::string& uri) {
+    ExternalVocabularyLoader loader;
+    return loader.vocabulary(uri);
+}
 
 Decoder::OpenHeaderParts Decoder::documentHeader(BitStreamReader& aReader, DocumentVocabulary& vocabulary,
                                                  FISDocumentHandler* pHandler) {

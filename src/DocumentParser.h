@@ -1,12 +1,12 @@
 #ifndef TAMO_FASTINFOSET_DOCUMENTPARSER_H
 #define TAMO_FASTINFOSET_DOCUMENTPARSER_H
 
-#include "ParsedAttributes.h"
 #include "ResolvedNames.h"
 #include "StringParser.h"
 #include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/VocabularyLoader.h"
+#include "Tamo/FastInfoset/detail/ParsedAttributes.h"
 #include "Tamo/XML/DeliveryMeter.h"
 #include <cstddef>
 #include <string>

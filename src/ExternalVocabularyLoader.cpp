@@ -30,11 +30,6 @@ std::string extensionOf(const std::string& uri) {
 
 ExternalVocabularyLoader::~ExternalVocabularyLoader() = default;
 
-DocumentVocabulary ExternalVocabularyLoader::open(const std::string& uri) {
-    ExternalVocabularyLoader loader;
-    return loader.vocabulary(uri);
-}
-
 DocumentVocabulary ExternalVocabularyLoader::load(const std::string& uri) {
     const std::unique_ptr<std::istream> pStream(URIStreamOpener::defaultOpener().open(uri));
     return extensionOf(uri) == "xml" ? loadXML(*pStream) : loadFastInfoset(*pStream, *this);

@@ -1,4 +1,4 @@
-#include "ParsedAttributes.h"
+#include "Tamo/FastInfoset/detail/ParsedAttributes.h"
 #include "Tamo/Export.h"
 
 namespace Tamo::FastInfoset {

@@ -153,6 +153,16 @@ unsigned int StringParser::addToTable(ID id, const std::string& s) {
     return index;
 }
 
+// Of a literal that stands in the input. A table that only appends takes it from there.
+StringParser::Entry StringParser::addLiteral(ID id, const char* pText, std::size_t size) {
+    if (VectorVocabulary<std::string>* const pTable = _appendedTables[id]) [[likely]] {
+        const std::string& value = pTable->append(std::string_view(pText, size));
+        requireEntries(_tables[id]->size());
+        return {&value, static_cast<unsigned int>(_tables[id]->size() - 1)};
+    }
+    return addOtherLiteral(id, pText, size);
+}
+
 StringParser::Entry StringParser::addOtherLiteral(ID id, const char* pText, std::size_t size) {
     StringDecoder::decodeUTF8(pText, size, _scratch);
     const unsigned int index = addToTable(id, _scratch);

@@ -72,7 +72,7 @@ public:
 
     /// An identifying string at bit position 0 (X.891, C.13): an index or a literal that is not long, from
     /// the octets at hand; any other form by the reader.
-    Entry parseCommonIdentifying(BitStreamReader& reader, CommonForms& octets, ID id) {
+    TAMO_ALWAYS_INLINE Entry parseCommonIdentifying(BitStreamReader& reader, CommonForms& octets, ID id) {
         if (octets.areEnough()) [[likely]] {
             if (octets.first() & 0x80) {
                 Entry entry;
@@ -136,16 +136,7 @@ public:
     [[noreturn]] static void throwLimitExceeded(const char* message, UInt64 limit);
 
 private:
-    // A literal that stands in the input. A table that only appends takes it from there.
-    Entry addLiteral(ID id, const char* pText, std::size_t size) {
-        if (VectorVocabulary<std::string>* const pTable = _appendedTables[id]) [[likely]] {
-            const std::string& value = pTable->append(std::string_view(pText, size));
-            requireEntries(_tables[id]->size());
-            return {&value, static_cast<unsigned int>(_tables[id]->size() - 1)};
-        }
-        return addOtherLiteral(id, pText, size);
-    }
-
+    Entry addLiteral(ID id, const char* pText, std::size_t size);
     Value parseEncoded(BitStreamReader& reader);
     unsigned int addToTable(ID id, const std::string& s);
     Entry addOtherLiteral(ID id, const char* pText, std::size_t size);

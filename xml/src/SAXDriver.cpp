@@ -29,34 +29,34 @@ bool isOddName(const char* name) {
 
 } // namespace
 
-SAXParser::Driver::Driver(SAXParser& parser, const std::string& publicId, const std::string& systemId)
-    : _parser(parser),
-      _namespaces(parser._namespaces),
-      _reading(parser._namespaces && !parser._externalParameterEntities ? Reading::First::RAW
-                                                                        : Reading::First::RESOLVED),
-      _names(parser._namespaces ? NameCache::Keys::WITH_NAMESPACES : NameCache::Keys::QUALIFIED_NAMES),
-      _prolog({parser._pContentHandler, parser._pLexicalHandler, parser._pDTDHandler},
-              parser._declarationsFirst ? Prolog::Order::DECLARATIONS_FIRST : Prolog::Order::AS_WRITTEN) {
-    _meter.start(parser._limits);
+SAXDriver::SAXDriver(const SAXSettings& settings, const std::string& publicId, const std::string& systemId)
+    : _settings(settings),
+      _namespaces(settings.namespaces),
+      _reading(settings.namespaces && !settings.externalParameterEntities ? Reading::First::RAW
+                                                                          : Reading::First::RESOLVED),
+      _names(settings.namespaces ? NameCache::Keys::WITH_NAMESPACES : NameCache::Keys::QUALIFIED_NAMES),
+      _prolog({settings.pContentHandler, settings.pLexicalHandler, settings.pDTDHandler},
+              settings.declarationsFirst ? Prolog::Order::DECLARATIONS_FIRST : Prolog::Order::AS_WRITTEN) {
+    _meter.start(settings.limits);
     _entities.push_back({nullptr, publicId, systemId});
     if (_reading.isRaw()) {
         _names.resolveWith(&_rawBindings.inForce());
     }
 }
 
-int SAXParser::Driver::getLineNumber() const {
+int SAXDriver::getLineNumber() const {
     const XML_Parser pExpat = _entities.back().pExpat;
     return pExpat ? static_cast<int>(XML_GetCurrentLineNumber(pExpat)) : -1;
 }
 
-int SAXParser::Driver::getColumnNumber() const {
+int SAXDriver::getColumnNumber() const {
     const XML_Parser pExpat = _entities.back().pExpat;
     return pExpat ? static_cast<int>(XML_GetCurrentColumnNumber(pExpat)) + 1 : -1;
 }
 
-void SAXParser::Driver::run(EntityInput input, const std::string& encoding) {
+void SAXDriver::run(EntityInput input, const std::string& encoding) {
     const ExpatPtr pExpat = createExpat(encoding);
-    if (ContentHandler* pHandler = _parser._pContentHandler) {
+    if (ContentHandler* pHandler = _settings.pContentHandler) {
         pHandler->setDocumentLocator(this);
         if (!_prolog.isHeld()) {
             pHandler->startDocument();
@@ -67,12 +67,12 @@ void SAXParser::Driver::run(EntityInput input, const std::string& encoding) {
     } else if (!feedFirst(pExpat.get(), input)) {
         feed(createExpat(encoding).get(), input); // out of the buffer of pExpat
     }
-    if (ContentHandler* pHandler = _parser._pContentHandler) {
+    if (ContentHandler* pHandler = _settings.pContentHandler) {
         pHandler->endDocument();
     }
 }
 
-SAXParser::Driver::ExpatPtr SAXParser::Driver::createExpat(const std::string& encoding) {
+SAXDriver::ExpatPtr SAXDriver::createExpat(const std::string& encoding) {
     const char* pEncoding = encoding.empty() ? nullptr : encoding.c_str();
     constexpr char SEPARATOR[] = {NameCache::SEPARATOR, '\0'};
     const char* pSeparator = _namespaces && !_reading.isRaw() ? SEPARATOR : nullptr;
@@ -89,7 +89,7 @@ SAXParser::Driver::ExpatPtr SAXParser::Driver::createExpat(const std::string& en
     return pExpat;
 }
 
-void SAXParser::Driver::installCallbacks(XML_Parser pExpat) {
+void SAXDriver::installCallbacks(XML_Parser pExpat) {
     XML_SetUserData(pExpat, this);
     XML_SetReturnNSTriplet(pExpat, 1);
     XML_SetUnknownEncodingHandler(pExpat, unknownEncoding, nullptr);
@@ -98,31 +98,31 @@ void SAXParser::Driver::installCallbacks(XML_Parser pExpat) {
     // Without this callback Expat would drop references to external entities silently.
     XML_SetExternalEntityRefHandler(pExpat, [](XML_Parser pParent, const char* context, const char* base,
                                                const char* systemId, const char* publicId) {
-        return static_cast<Driver*>(XML_GetUserData(pParent))
+        return static_cast<SAXDriver*>(XML_GetUserData(pParent))
             ->externalEntity(pParent, context, base, systemId, publicId);
     });
-    if (_parser._externalParameterEntities) {
+    if (_settings.externalParameterEntities) {
         XML_SetParamEntityParsing(pExpat, XML_PARAM_ENTITY_PARSING_ALWAYS);
     }
 }
 
-void SAXParser::Driver::installContentCallbacks(XML_Parser pExpat) {
+void SAXDriver::installContentCallbacks(XML_Parser pExpat) {
     XML_SetElementHandler(
         pExpat,
         [](void* pUser, const char* name, const char** attributes) {
-            guarded(pUser, [&](Driver& driver) {
+            guarded(pUser, [&](SAXDriver& driver) {
                 driver._reading.isRaw() ? driver.startRawElement(name, attributes)
                                         : driver.startElement(name, attributes);
             });
         },
         [](void* pUser, const char* name) {
-            guarded(pUser, [&](Driver& driver) { driver.endElement(name); });
+            guarded(pUser, [&](SAXDriver& driver) { driver.endElement(name); });
         });
     XML_SetCharacterDataHandler(pExpat, [](void* pUser, const char* text, int length) {
-        static_cast<Driver*>(pUser)->guardedText({text, static_cast<std::size_t>(length)});
+        static_cast<SAXDriver*>(pUser)->guardedText({text, static_cast<std::size_t>(length)});
     });
     XML_SetProcessingInstructionHandler(pExpat, [](void* pUser, const char* target, const char* data) {
-        guarded(pUser, [&](Driver& driver) {
+        guarded(pUser, [&](SAXDriver& driver) {
             if (driver._reading.isRaw() && std::strchr(target, ':')) {
                 driver.readAgain();
             } else {
@@ -131,21 +131,21 @@ void SAXParser::Driver::installContentCallbacks(XML_Parser pExpat) {
         });
     });
     XML_SetCommentHandler(pExpat, [](void* pUser, const char* text) {
-        guarded(pUser, [&](Driver& driver) { driver.comment(text); });
+        guarded(pUser, [&](SAXDriver& driver) { driver.comment(text); });
     });
     XML_SetCdataSectionHandler(
         pExpat,
         [](void* pUser) {
-            guarded(pUser, [](Driver& driver) {
-                if (LexicalHandler* pHandler = driver._parser._pLexicalHandler) {
+            guarded(pUser, [](SAXDriver& driver) {
+                if (LexicalHandler* pHandler = driver._settings.pLexicalHandler) {
                     driver.flushText();
                     pHandler->startCDATA();
                 }
             });
         },
         [](void* pUser) {
-            guarded(pUser, [](Driver& driver) {
-                if (LexicalHandler* pHandler = driver._parser._pLexicalHandler) {
+            guarded(pUser, [](SAXDriver& driver) {
+                if (LexicalHandler* pHandler = driver._settings.pLexicalHandler) {
                     driver.flushText();
                     pHandler->endCDATA();
                 }
@@ -154,21 +154,21 @@ void SAXParser::Driver::installContentCallbacks(XML_Parser pExpat) {
     XML_SetNamespaceDeclHandler(
         pExpat,
         [](void* pUser, const char* prefix, const char* uri) {
-            guarded(pUser, Callback::NAMESPACE_START, [&](Driver& driver) {
+            guarded(pUser, Callback::NAMESPACE_START, [&](SAXDriver& driver) {
                 driver.flushText();
                 driver._prolog.release();
                 driver.startPrefixMapping(prefix ? prefix : EMPTY, uri ? uri : EMPTY);
             });
         },
         [](void* pUser, const char* prefix) {
-            guarded(pUser, Callback::NAMESPACE_END, [&](Driver& driver) {
-                if (ContentHandler* pHandler = driver._parser._pContentHandler) {
+            guarded(pUser, Callback::NAMESPACE_END, [&](SAXDriver& driver) {
+                if (ContentHandler* pHandler = driver._settings.pContentHandler) {
                     pHandler->endPrefixMapping(prefix ? prefix : EMPTY);
                 }
             });
         });
     XML_SetSkippedEntityHandler(pExpat, [](void* pUser, const char* name, int isParameter) {
-        guarded(pUser, [&](Driver& driver) {
+        guarded(pUser, [&](SAXDriver& driver) {
             if (driver._reading.isRaw() && std::strchr(name, ':')) {
                 driver.readAgain();
             } else {
@@ -178,11 +178,11 @@ void SAXParser::Driver::installContentCallbacks(XML_Parser pExpat) {
     });
 }
 
-void SAXParser::Driver::installDeclarationCallbacks(XML_Parser pExpat) {
+void SAXDriver::installDeclarationCallbacks(XML_Parser pExpat) {
     XML_SetDoctypeDeclHandler(
         pExpat,
         [](void* pUser, const char* name, const char* systemId, const char* publicId, int hasSubset) {
-            guarded(pUser, [&](Driver& driver) {
+            guarded(pUser, [&](SAXDriver& driver) {
                 if (driver._reading.isRaw() && (hasSubset || isOddName(name))) {
                     driver.readAgain();
                 } else {
@@ -190,15 +190,15 @@ void SAXParser::Driver::installDeclarationCallbacks(XML_Parser pExpat) {
                 }
             });
         },
-        [](void* pUser) { guarded(pUser, [](Driver& driver) { driver._prolog.endDTD(); }); });
+        [](void* pUser) { guarded(pUser, [](SAXDriver& driver) { driver._prolog.endDTD(); }); });
     XML_SetNotationDeclHandler(
         pExpat, [](void* pUser, const char* name, const char*, const char* systemId, const char* publicId) {
-            guarded(pUser, [&](Driver& driver) { driver._prolog.notation(name, systemId, publicId); });
+            guarded(pUser, [&](SAXDriver& driver) { driver._prolog.notation(name, systemId, publicId); });
         });
     XML_SetEntityDeclHandler(pExpat, [](void* pUser, const char* name, int isParameter, const char* value,
                                         int length, const char*, const char* systemId, const char* publicId,
                                         const char* notation) {
-        guarded(pUser, [&](Driver& driver) {
+        guarded(pUser, [&](SAXDriver& driver) {
             if (value) {
                 driver.internalEntityDecl({value, static_cast<std::size_t>(length)});
             } else if (notation) {
@@ -210,13 +210,13 @@ void SAXParser::Driver::installDeclarationCallbacks(XML_Parser pExpat) {
     });
     XML_SetAttlistDeclHandler(pExpat, [](void* pUser, const char* element, const char* attribute,
                                          const char* type, const char* value, int) {
-        guarded(pUser, [&](Driver& driver) { driver.attributeDecl(element, attribute, type, value); });
+        guarded(pUser, [&](SAXDriver& driver) { driver.attributeDecl(element, attribute, type, value); });
     });
 }
 
 // Reads the first piece. True when that was the document and it has been parsed; else the input has been put
 // back to its beginning, for an Expat that knows namespaces.
-bool SAXParser::Driver::feedFirst(XML_Parser pExpat, EntityInput& input) {
+bool SAXDriver::feedFirst(XML_Parser pExpat, EntityInput& input) {
     const std::size_t size = input.nextSize(0);
     void* const pPiece = buffer(pExpat, size);
     const char* const pOctets = static_cast<const char*>(pPiece);
@@ -243,7 +243,7 @@ bool SAXParser::Driver::feedFirst(XML_Parser pExpat, EntityInput& input) {
     return false;
 }
 
-void SAXParser::Driver::feed(XML_Parser pExpat, EntityInput& input) {
+void SAXDriver::feed(XML_Parser pExpat, EntityInput& input) {
     XML_Index fed = 0; // of this entity
     std::size_t unfinished = 0;
     bool isFinal = false;
@@ -269,7 +269,7 @@ void SAXParser::Driver::feed(XML_Parser pExpat, EntityInput& input) {
 }
 
 // Where the next octets of the document go.
-void* SAXParser::Driver::buffer(XML_Parser pExpat, std::size_t size) {
+void* SAXDriver::buffer(XML_Parser pExpat, std::size_t size) {
     _memory.allowFor(_fed + size);
     void* const pBuffer = XML_GetBuffer(pExpat, static_cast<int>(size));
     if (!pBuffer) {
@@ -279,26 +279,26 @@ void* SAXParser::Driver::buffer(XML_Parser pExpat, std::size_t size) {
 }
 
 // The callback that is being executed does nothing; Expat with namespaces is to decide about it.
-void SAXParser::Driver::readAgain() {
+void SAXDriver::readAgain() {
     _reading.reject();
     XML_StopParser(_entities.back().pExpat, XML_FALSE);
 }
 
 // With the exception that is being handled.
-void SAXParser::Driver::stop() noexcept {
+void SAXDriver::stop() noexcept {
     _reading.fail();
     XML_StopParser(_entities.back().pExpat, XML_FALSE);
 }
 
-void SAXParser::Driver::fail(const std::string& message) {
+void SAXDriver::fail(const std::string& message) {
     const SAXParseException exception(message, *this);
-    if (_parser._pErrorHandler) {
-        _parser._pErrorHandler->fatalError(exception);
+    if (_settings.pErrorHandler) {
+        _settings.pErrorHandler->fatalError(exception);
     }
     throw exception;
 }
 
-void SAXParser::Driver::failMemory() {
+void SAXDriver::failMemory() {
     if (_memory.isExceeded()) {
         fail("Limit exceeded: memory for names, namespaces and declarations");
     }
@@ -306,8 +306,8 @@ void SAXParser::Driver::failMemory() {
 }
 
 template<class Event>
-void SAXParser::Driver::guarded(void* pUser, Callback callback, Event&& event) {
-    Driver& driver = *static_cast<Driver*>(pUser);
+void SAXDriver::guarded(void* pUser, Callback callback, Event&& event) {
+    SAXDriver& driver = *static_cast<SAXDriver*>(pUser);
     if (!driver._reading.takes(callback)) [[unlikely]] {
         return;
     }
@@ -319,11 +319,11 @@ void SAXParser::Driver::guarded(void* pUser, Callback callback, Event&& event) {
 }
 
 template<class Event>
-void SAXParser::Driver::guarded(void* pUser, Event&& event) {
+void SAXDriver::guarded(void* pUser, Event&& event) {
     guarded(pUser, Callback::COMMON, std::forward<Event>(event));
 }
 
-void SAXParser::Driver::guardedText(std::string_view text) {
+void SAXDriver::guardedText(std::string_view text) {
     if (!_reading.takes(text)) [[unlikely]] {
         return;
     }
@@ -334,18 +334,18 @@ void SAXParser::Driver::guardedText(std::string_view text) {
     }
 }
 
-void SAXParser::Driver::checkDelivered() {
+void SAXDriver::checkDelivered() {
     const std::string limit = _meter.exceeds(_fed);
     if (!limit.empty()) {
         fail("Limit exceeded: " + limit);
     }
 }
 
-void SAXParser::Driver::startElement(const char* name, const char** attributes) {
+void SAXDriver::startElement(const char* name, const char** attributes) {
     flushText();
     _prolog.release();
     const NameCache::QName& element = _names.startElement(name);
-    ContentHandler* pHandler = _parser._pContentHandler;
+    ContentHandler* pHandler = _settings.pContentHandler;
     if (!pHandler) {
         return;
     }
@@ -361,7 +361,7 @@ void SAXParser::Driver::startElement(const char* name, const char** attributes) 
     pHandler->startElement(element.uri(), element.localName(), element.qname(), _attributes);
 }
 
-void SAXParser::Driver::startRawElement(const char* name, const char** attributes) {
+void SAXDriver::startRawElement(const char* name, const char** attributes) {
     const bool declares = RawBindings::haveDeclaration(attributes);
     if (declares) {
         if (!_rawBindings.declare(attributes, _names.depth() + 1)) {
@@ -384,7 +384,7 @@ void SAXParser::Driver::startRawElement(const char* name, const char** attribute
     }
     flushText();
     _prolog.release();
-    ContentHandler* pHandler = _parser._pContentHandler;
+    ContentHandler* pHandler = _settings.pContentHandler;
     if (!pHandler) {
         return;
     }
@@ -396,10 +396,10 @@ void SAXParser::Driver::startRawElement(const char* name, const char** attribute
     pHandler->startElement(element.uri(), element.localName(), element.qname(), _attributes);
 }
 
-void SAXParser::Driver::endElement(const char* name) {
+void SAXDriver::endElement(const char* name) {
     flushText();
     const NameCache::QName& element = _names.endElement(name);
-    if (ContentHandler* pHandler = _parser._pContentHandler) {
+    if (ContentHandler* pHandler = _settings.pContentHandler) {
         pHandler->endElement(element.uri(), element.localName(), element.qname());
     }
     if (_reading.isRaw() && _rawBindings.areOf(_names.depth() + 1)) {
@@ -407,9 +407,9 @@ void SAXParser::Driver::endElement(const char* name) {
     }
 }
 
-void SAXParser::Driver::endDeclarations() {
+void SAXDriver::endDeclarations() {
     for (const std::string* pPrefix : _rawBindings.declaredBackwards()) {
-        if (ContentHandler* pHandler = _parser._pContentHandler) {
+        if (ContentHandler* pHandler = _settings.pContentHandler) {
             pHandler->endPrefixMapping(*pPrefix);
         }
     }
@@ -417,7 +417,7 @@ void SAXParser::Driver::endDeclarations() {
     _names.resolveWith(&_rawBindings.inForce());
 }
 
-void SAXParser::Driver::addAttributes(const NameCache::QName& element, const char** attributes) {
+void SAXDriver::addAttributes(const NameCache::QName& element, const char** attributes) {
     for (; *attributes; attributes += 2) {
         const NameCache::QName& attribute = _names.attribute(*attributes);
         if (!_namespaces && (attribute.qname() == "xmlns" || attribute.qname().starts_with("xmlns:"))) {
@@ -430,37 +430,36 @@ void SAXParser::Driver::addAttributes(const NameCache::QName& element, const cha
     }
 }
 
-void SAXParser::Driver::addAttribute(const NameCache::QName& name, const std::string& type,
-                                     const char* value) {
+void SAXDriver::addAttribute(const NameCache::QName& name, const std::string& type, const char* value) {
     deliver(name.octets() + _attributes.add(name, type, value));
 }
 
-void SAXParser::Driver::startPrefixMapping(const std::string& prefix, const std::string& uri) {
-    if (ContentHandler* pHandler = _parser._pContentHandler) {
+void SAXDriver::startPrefixMapping(const std::string& prefix, const std::string& uri) {
+    if (ContentHandler* pHandler = _settings.pContentHandler) {
         deliver(2 * DeliveryLimits::CALLBACK + prefix.size() + uri.size());
         pHandler->startPrefixMapping(prefix, uri);
     }
 }
 
-void SAXParser::Driver::text(std::string_view text) {
+void SAXDriver::text(std::string_view text) {
     while (!_run.append(text))
         [[unlikely]] {
             flushText();
         }
 }
 
-void SAXParser::Driver::flushText() {
+void SAXDriver::flushText() {
     if (!_run.empty()) {
         const std::string_view run = _run.take();
-        if (ContentHandler* pHandler = _parser._pContentHandler) {
+        if (ContentHandler* pHandler = _settings.pContentHandler) {
             deliver(DeliveryLimits::CALLBACK + run.size());
             pHandler->characters(run.data(), 0, static_cast<int>(run.size()));
         }
     }
 }
 
-void SAXParser::Driver::comment(std::string_view text) {
-    if (_prolog.isInDTD() || !_parser._pLexicalHandler) {
+void SAXDriver::comment(std::string_view text) {
+    if (_prolog.isInDTD() || !_settings.pLexicalHandler) {
         return;
     }
     flushText();
@@ -468,39 +467,39 @@ void SAXParser::Driver::comment(std::string_view text) {
     _prolog.comment(text);
 }
 
-void SAXParser::Driver::processingInstruction(std::string&& target, std::string&& data) {
+void SAXDriver::processingInstruction(std::string&& target, std::string&& data) {
     flushText();
     deliver(DeliveryLimits::CALLBACK + target.size() + data.size());
     _prolog.processingInstruction(std::move(target), std::move(data));
 }
 
-void SAXParser::Driver::skippedEntity(const std::string& name) {
+void SAXDriver::skippedEntity(const std::string& name) {
     flushText();
     if (_prolog.isHeld()) {
         return; // a parameter entity; nothing that the handlers could do with it
     }
-    if (ContentHandler* pHandler = _parser._pContentHandler) {
+    if (ContentHandler* pHandler = _settings.pContentHandler) {
         pHandler->skippedEntity(name);
     }
 }
 
-void SAXParser::Driver::internalEntityDecl(std::string_view value) {
+void SAXDriver::internalEntityDecl(std::string_view value) {
     if (!_declarations.addInternalEntity(value)) {
         fail("too many entities that refer to other entities");
     }
 }
 
-void SAXParser::Driver::attributeDecl(const char* element, const char* attribute, const char* type,
-                                      const char* value) {
+void SAXDriver::attributeDecl(const char* element, const char* attribute, const char* type,
+                              const char* value) {
     if (!_declarations.addAttribute(element, attribute, type, value)) {
         fail("too many attributes with default values");
     }
 }
 
-int SAXParser::Driver::externalEntity(XML_Parser pExpat, const char* context, const char* base,
-                                      const char* systemId, const char* publicId) {
-    guarded(this, [&](Driver&) {
-        if (context && !_parser._externalGeneralEntities) {
+int SAXDriver::externalEntity(XML_Parser pExpat, const char* context, const char* base, const char* systemId,
+                              const char* publicId) {
+    guarded(this, [&](SAXDriver&) {
+        if (context && !_settings.externalGeneralEntities) {
             skippedEntity(_declarations.externalEntityIn(context));
         } else {
             parseExternal(pExpat, context, base, systemId, publicId);
@@ -509,14 +508,14 @@ int SAXParser::Driver::externalEntity(XML_Parser pExpat, const char* context, co
     return _reading.hasFailed() ? XML_STATUS_ERROR : XML_STATUS_OK;
 }
 
-void SAXParser::Driver::parseExternal(XML_Parser pExpat, const char* context, const char* base,
-                                      const char* systemId, const char* publicId) {
+void SAXDriver::parseExternal(XML_Parser pExpat, const char* context, const char* base, const char* systemId,
+                              const char* publicId) {
     if (_entities.size() > MAX_EXTERNAL_DEPTH) {
         fail("external entities are nested too deeply");
     }
     const std::string publicText(publicId ? publicId : "");
     const std::string systemText = SystemIdentifier::absolute(base, SystemIdentifier::normalized(systemId));
-    const EntitySource source(_parser._pEntityResolver, publicId ? &publicText : nullptr, systemText);
+    const EntitySource source(_settings.pEntityResolver, publicId ? &publicText : nullptr, systemText);
     if (!source.get()) {
         fail("Cannot resolve system identifier: " + systemText);
     }
@@ -538,7 +537,7 @@ void SAXParser::Driver::parseExternal(XML_Parser pExpat, const char* context, co
     _entities.pop_back();
 }
 
-int XMLCALL SAXParser::Driver::unknownEncoding(void*, const char* name, XML_Encoding* pInfo) {
+int XMLCALL SAXDriver::unknownEncoding(void*, const char* name, XML_Encoding* pInfo) {
     try {
         std::unique_ptr<LegacyEncoding> pEncoding = LegacyEncoding::create(name);
         if (!pEncoding) {

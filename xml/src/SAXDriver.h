@@ -12,7 +12,7 @@
 #include "Tamo/Types.h"
 #include "Tamo/XML/DeliveryMeter.h"
 #include "Tamo/XML/Locator.h"
-#include "Tamo/XML/SAXParser.h"
+#include "Tamo/XML/SAXSettings.h"
 #include "TextRun.h"
 #include <cstddef>
 #include <expat.h>
@@ -27,10 +27,10 @@ namespace Tamo::XML {
 ///
 /// No exception may pass through Expat, which is C: a callback catches it, stops Expat, and run() throws it
 /// on.
-class SAXParser::Driver : public Locator {
+class SAXDriver : public Locator {
 public:
-    /// A parse for the parser, of a document with these identifiers.
-    Driver(SAXParser& parser, const std::string& publicId, const std::string& systemId);
+    /// A parse with these settings, which do not change, of a document with these identifiers.
+    SAXDriver(const SAXSettings& settings, const std::string& publicId, const std::string& systemId);
 
     /// Reads the document and reports it.
     void run(EntityInput input, const std::string& encoding);
@@ -102,7 +102,7 @@ private:
     ExpatMemory _memory; // of all parsers below
     DeliveryMeter _meter;
     UInt64 _fed = 0; // octets that Expat has been given, of all entities
-    SAXParser& _parser;
+    const SAXSettings& _settings;
     const bool _namespaces; // the feature, which a handler may set for the next parse
     Reading _reading;
     NameCache _names;

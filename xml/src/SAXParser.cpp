@@ -20,15 +20,15 @@ TAMO_CONSTINIT const std::string EMPTY;
 
 void SAXParser::setFeature(const std::string& name, bool value) {
     if (name == FEATURE_NAMESPACES) {
-        _namespaces = value;
+        _settings.namespaces = value;
     } else if (name == FEATURE_NAMESPACE_PREFIXES) {
-        _namespacePrefixes = value;
+        _settings.namespacePrefixes = value;
     } else if (name == FEATURE_EXTERNAL_GENERAL_ENTITIES) {
-        _externalGeneralEntities = value;
+        _settings.externalGeneralEntities = value;
     } else if (name == FEATURE_EXTERNAL_PARAMETER_ENTITIES) {
-        _externalParameterEntities = value;
+        _settings.externalParameterEntities = value;
     } else if (name == FEATURE_DECLARATIONS_FIRST) {
-        _declarationsFirst = value;
+        _settings.declarationsFirst = value;
     } else if (name == FEATURE_VALIDATION || name == FEATURE_STRING_INTERNING) {
         if (value) {
             throw SAXNotSupportedException(name);
@@ -40,19 +40,19 @@ void SAXParser::setFeature(const std::string& name, bool value) {
 
 bool SAXParser::getFeature(const std::string& name) const {
     if (name == FEATURE_NAMESPACES) {
-        return _namespaces;
+        return _settings.namespaces;
     }
     if (name == FEATURE_NAMESPACE_PREFIXES) {
-        return _namespacePrefixes;
+        return _settings.namespacePrefixes;
     }
     if (name == FEATURE_EXTERNAL_GENERAL_ENTITIES) {
-        return _externalGeneralEntities;
+        return _settings.externalGeneralEntities;
     }
     if (name == FEATURE_EXTERNAL_PARAMETER_ENTITIES) {
-        return _externalParameterEntities;
+        return _settings.externalParameterEntities;
     }
     if (name == FEATURE_DECLARATIONS_FIRST) {
-        return _declarationsFirst;
+        return _settings.declarationsFirst;
     }
     if (name == FEATURE_VALIDATION || name == FEATURE_STRING_INTERNING) {
         return false;
@@ -69,9 +69,9 @@ void SAXParser::setProperty(const std::string& name, const std::string&) {
 
 void SAXParser::setProperty(const std::string& name, void* value) {
     if (name == PROPERTY_LEXICAL_HANDLER) {
-        _pLexicalHandler = static_cast<LexicalHandler*>(value);
+        _settings.pLexicalHandler = static_cast<LexicalHandler*>(value);
     } else if (name == PROPERTY_DECLARATION_HANDLER) {
-        _pDeclarationHandler = value;
+        _settings.pDeclarationHandler = value;
     } else {
         throw SAXNotRecognizedException(name);
     }
@@ -79,10 +79,10 @@ void SAXParser::setProperty(const std::string& name, void* value) {
 
 void* SAXParser::getProperty(const std::string& name) const {
     if (name == PROPERTY_LEXICAL_HANDLER) {
-        return _pLexicalHandler;
+        return _settings.pLexicalHandler;
     }
     if (name == PROPERTY_DECLARATION_HANDLER) {
-        return _pDeclarationHandler;
+        return _settings.pDeclarationHandler;
     }
     throw SAXNotRecognizedException(name);
 }
@@ -101,7 +101,7 @@ void SAXParser::parse(InputSource* pSource) {
         }
         pStream = EntitySource::streamOf(*pOpened->get());
     }
-    Driver driver(*this, pSource->getPublicId(), systemId);
+    SAXDriver driver(_settings, pSource->getPublicId(), systemId);
     driver.run(EntityInput(*pStream), EntitySource::encodingOf(*pSource));
 }
 
@@ -112,7 +112,7 @@ void SAXParser::parse(const std::string& systemId) {
 
 void SAXParser::parseMemoryNP(const char* xml, std::size_t size) {
     tamo_assert(xml || size == 0);
-    Driver driver(*this, EMPTY, EMPTY);
+    SAXDriver driver(_settings, EMPTY, EMPTY);
     driver.run(EntityInput(xml, size), EMPTY);
 }
 

@@ -43,7 +43,7 @@ public:
 
     /// Reads the presence bits, drops additional data and reads the initial vocabulary into vocabulary, or
     /// resets it when the document has none. pHandler may be null. An external vocabulary is opened, by this
-    /// and the other operations without a loader (ExternalVocabularyLoader::open).
+    /// and the other operations without a loader (ExternalVocabularyLoader).
     static OpenHeaderParts documentHeader(BitStreamReader& aReader, DocumentVocabulary& vocabulary,
                                           FISDocumentHandler* pHandler);
 

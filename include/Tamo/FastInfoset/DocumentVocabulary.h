@@ -5,9 +5,9 @@
 #include "Tamo/FastInfoset/DecodingAlgorithm.h"
 #include "Tamo/FastInfoset/DocumentRestrictedAlphabet.h"
 #include "Tamo/FastInfoset/EncodingAlgorithm.h"
-#include "Tamo/FastInfoset/IndexedVocabulary.h"
 #include "Tamo/FastInfoset/QualifiedNameVocabulary.h"
 #include "Tamo/FastInfoset/Vocabulary.h"
+#include "Tamo/FastInfoset/detail/IndexedVocabulary.h"
 #include <array>
 #include <cstddef>
 #include <memory>

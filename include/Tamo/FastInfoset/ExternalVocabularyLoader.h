@@ -18,9 +18,6 @@ class TAMO_API ExternalVocabularyLoader : public VocabularyLoader {
 public:
     ~ExternalVocabularyLoader() override;
 
-    /// The vocabulary that uri names, by a loader of its own.
-    static DocumentVocabulary open(const std::string& uri);
-
     /// Opens uri: a resource whose path ends in ".xml" is an XML document, any other one a Fast Infoset
     /// document. What the stream opener and the parsers throw passes through.
     DocumentVocabulary load(const std::string& uri) override;

@@ -3,8 +3,9 @@
 
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
-#include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
 #include "Tamo/FastInfoset/ParserLimits.h"
+#include "Tamo/FastInfoset/detail/OpenVocabulary.h"
+#include "Tamo/FastInfoset/detail/ParsedAttributes.h" // handlers are compiled to guess that a list is one
 #include "Tamo/XML/XMLReader.h"
 #include <cstddef>
 #include <memory>
@@ -21,6 +22,7 @@ class DocumentParser;
 class FastInfosetWriter;
 class FISDefaultHandler;
 class FISDocumentHandler;
+class VocabularyLoader;
 
 /// Reads a Fast Infoset document (ITU-T X.891) and reports it as SAX2 events.
 ///
@@ -44,11 +46,11 @@ public:
     /// A parser with tables of its own; VOC_VECTOR is the fastest kind. The external vocabularies that
     /// documents name are opened.
     explicit FastInfosetParser(DocumentVocabulary::VocabularyImpl impl = DocumentVocabulary::VOC_VECTOR)
-        : FastInfosetParser(impl, Opening{&ExternalVocabularyLoader::open}) {}
+        : FastInfosetParser(impl, Opening{&openVocabulary}) {}
 
     /// The same over a copy of a prepared vocabulary.
     explicit FastInfosetParser(const DocumentVocabulary& vocabulary)
-        : FastInfosetParser(vocabulary, Opening{&ExternalVocabularyLoader::open}) {}
+        : FastInfosetParser(vocabulary, Opening{&openVocabulary}) {}
 
     /// Parsers that open nothing: external vocabularies come from the loader, which is borrowed, or are
     /// refused with FISException where it is null. A program with no other parsers does not need Expat.

@@ -3,10 +3,10 @@
 
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
-#include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
 #include "Tamo/FastInfoset/Notation.h"
 #include "Tamo/FastInfoset/ParserLimits.h"
 #include "Tamo/FastInfoset/UnparsedEntity.h"
+#include "Tamo/FastInfoset/detail/OpenVocabulary.h"
 #include "Tamo/Types.h"
 #include "Tamo/UUID.h"
 #include "Tamo/XML/Attributes.h"
@@ -23,6 +23,7 @@ namespace Tamo::FastInfoset {
 
 class BitStreamReader;
 class DocumentParser;
+class VocabularyLoader;
 
 /// Reads a Fast Infoset document (ITU-T X.891) as a cursor that the program moves: for those who would rather
 /// ask for the next event than be called with it.
@@ -62,11 +63,11 @@ public:
     };
 
     /// A reader with tables of its own. The external vocabularies that documents name are opened.
-    FastInfosetReader() : FastInfosetReader(Opening{&ExternalVocabularyLoader::open}) {}
+    FastInfosetReader() : FastInfosetReader(Opening{&openVocabulary}) {}
 
     /// The same over a copy of a prepared vocabulary.
     explicit FastInfosetReader(const DocumentVocabulary& vocabulary)
-        : FastInfosetReader(vocabulary, Opening{&ExternalVocabularyLoader::open}) {}
+        : FastInfosetReader(vocabulary, Opening{&openVocabulary}) {}
 
     /// Readers that open nothing: external vocabularies come from the loader, which is borrowed, or are
     /// refused with FISException where it is null. A program with no other readers does not need Expat.

@@ -3,7 +3,7 @@
 
 #include "Tamo/Bugcheck.h"
 #include "Tamo/Export.h"
-#include "Tamo/FastInfoset/IndexedVocabulary.h"
+#include "Tamo/FastInfoset/detail/IndexedVocabulary.h"
 #include <memory>
 
 namespace Tamo::FastInfoset {

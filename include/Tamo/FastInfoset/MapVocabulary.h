@@ -2,7 +2,7 @@
 #define TAMO_FASTINFOSET_MAPVOCABULARY_H
 
 #include "Tamo/Export.h"
-#include "Tamo/FastInfoset/IndexedVocabulary.h"
+#include "Tamo/FastInfoset/detail/IndexedVocabulary.h"
 #include <cstddef>
 #include <limits>
 #include <memory>

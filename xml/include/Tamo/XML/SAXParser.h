@@ -3,7 +3,7 @@
 
 #include "Tamo/Export.h"
 #include "Tamo/StringConstant.h"
-#include "Tamo/XML/DeliveryLimits.h"
+#include "Tamo/XML/SAXSettings.h"
 #include "Tamo/XML/XMLReader.h"
 
 namespace Tamo::XML {
@@ -45,14 +45,16 @@ public:
     SAXParser(const SAXParser&) = delete;
     SAXParser& operator=(const SAXParser&) = delete;
 
-    void setEntityResolver(EntityResolver* pResolver) override { _pEntityResolver = pResolver; }
-    EntityResolver* getEntityResolver() const override { return _pEntityResolver; }
-    void setDTDHandler(DTDHandler* pDTDHandler) override { _pDTDHandler = pDTDHandler; }
-    DTDHandler* getDTDHandler() const override { return _pDTDHandler; }
-    void setContentHandler(ContentHandler* pContentHandler) override { _pContentHandler = pContentHandler; }
-    ContentHandler* getContentHandler() const override { return _pContentHandler; }
-    void setErrorHandler(ErrorHandler* pErrorHandler) override { _pErrorHandler = pErrorHandler; }
-    ErrorHandler* getErrorHandler() const override { return _pErrorHandler; }
+    void setEntityResolver(EntityResolver* pResolver) override { _settings.pEntityResolver = pResolver; }
+    EntityResolver* getEntityResolver() const override { return _settings.pEntityResolver; }
+    void setDTDHandler(DTDHandler* pDTDHandler) override { _settings.pDTDHandler = pDTDHandler; }
+    DTDHandler* getDTDHandler() const override { return _settings.pDTDHandler; }
+    void setContentHandler(ContentHandler* pContentHandler) override {
+        _settings.pContentHandler = pContentHandler;
+    }
+    ContentHandler* getContentHandler() const override { return _settings.pContentHandler; }
+    void setErrorHandler(ErrorHandler* pErrorHandler) override { _settings.pErrorHandler = pErrorHandler; }
+    ErrorHandler* getErrorHandler() const override { return _settings.pErrorHandler; }
 
     /// Switches a feature, from the next parse on: namespaces, namespace prefixes (stored; qualified names
     /// are always reported), both kinds of external entities, declarations first. Validation and string
@@ -62,8 +64,8 @@ public:
 
     /// What is handed to the handlers of one document, at most, from the next parse on; beyond it
     /// SAXParseException "Limit exceeded: ...".
-    void setLimits(const DeliveryLimits& limits) { _limits = limits; }
-    const DeliveryLimits& limits() const { return _limits; }
+    void setLimits(const DeliveryLimits& limits) { _settings.limits = limits; }
+    const DeliveryLimits& limits() const { return _settings.limits; }
 
     /// There are no string properties: throws.
     void setProperty(const std::string& name, const std::string& value) override;
@@ -79,21 +81,7 @@ public:
     void parseMemoryNP(const char* xml, std::size_t size) override;
 
 private:
-    class Driver;
-    friend class Driver;
-
-    EntityResolver* _pEntityResolver = nullptr;
-    DTDHandler* _pDTDHandler = nullptr;
-    ContentHandler* _pContentHandler = nullptr;
-    ErrorHandler* _pErrorHandler = nullptr;
-    LexicalHandler* _pLexicalHandler = nullptr;
-    void* _pDeclarationHandler = nullptr;
-    DeliveryLimits _limits;
-    bool _namespaces = true;
-    bool _namespacePrefixes = false;
-    bool _externalGeneralEntities = false;
-    bool _externalParameterEntities = false;
-    bool _declarationsFirst = false;
+    SAXSettings _settings;
 };
 
 } // namespace Tamo::XML

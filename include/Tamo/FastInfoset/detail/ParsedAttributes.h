@@ -1,5 +1,5 @@
-#ifndef TAMO_FASTINFOSET_PARSEDATTRIBUTES_H
-#define TAMO_FASTINFOSET_PARSEDATTRIBUTES_H
+#ifndef TAMO_FASTINFOSET_DETAIL_PARSEDATTRIBUTES_H
+#define TAMO_FASTINFOSET_DETAIL_PARSEDATTRIBUTES_H
 
 #include "Tamo/Bugcheck.h"
 #include "Tamo/Export.h"
@@ -17,7 +17,7 @@ namespace Tamo::FastInfoset {
 /// Attributes have neither qualified name nor type. Reused from element to element: a list that has grown
 /// once allocates nothing more. An index outside 0 ... getLength() - 1 throws AssertionViolationException. To
 /// keep attributes beyond the call, copy them into an XML::AttributesImpl. Used by one thread at a time.
-class ParsedAttributes final : public XML::DirectLookUps<ParsedAttributes, XML::StableAttributes> {
+class TAMO_API ParsedAttributes final : public XML::DirectLookUps<ParsedAttributes, XML::StableAttributes> {
 public:
     int getLength() const override { return static_cast<int>(_count); }
     const std::string& getURI(int i) const override { return *at(i).pUri; }

@@ -1,11 +1,11 @@
-#ifndef TAMO_FASTINFOSET_INDEXEDVOCABULARY_H
-#define TAMO_FASTINFOSET_INDEXEDVOCABULARY_H
+#ifndef TAMO_FASTINFOSET_DETAIL_INDEXEDVOCABULARY_H
+#define TAMO_FASTINFOSET_DETAIL_INDEXEDVOCABULARY_H
 
 #include "Tamo/Bugcheck.h"
 #include "Tamo/Exception.h"
 #include "Tamo/Export.h"
-#include "Tamo/FastInfoset/ValueIndex.h"
 #include "Tamo/FastInfoset/Vocabulary.h"
+#include "Tamo/FastInfoset/detail/ValueIndex.h"
 #include "Tamo/HashKey.h"
 #include <cstddef>
 

@@ -1,5 +1,5 @@
-#ifndef TAMO_FASTINFOSET_VALUEINDEX_H
-#define TAMO_FASTINFOSET_VALUEINDEX_H
+#ifndef TAMO_FASTINFOSET_DETAIL_VALUEINDEX_H
+#define TAMO_FASTINFOSET_DETAIL_VALUEINDEX_H
 
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/QualifiedNameVocabulary.h"

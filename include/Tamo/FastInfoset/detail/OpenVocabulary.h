@@ -1,0 +1,16 @@
+#ifndef TAMO_FASTINFOSET_DETAIL_OPENVOCABULARY_H
+#define TAMO_FASTINFOSET_DETAIL_OPENVOCABULARY_H
+
+#include "Tamo/Export.h"
+#include "Tamo/FastInfoset/DocumentVocabulary.h"
+#include <string>
+
+namespace Tamo::FastInfoset {
+
+/// The external vocabulary that uri names, as an ExternalVocabularyLoader opens it. Declared apart from that
+/// class, which knows the parser: a parser that is made without it is linked without it. Any thread.
+TAMO_API DocumentVocabulary openVocabulary(const std::string& uri);
+
+} // namespace Tamo::FastInfoset
+
+#endif
