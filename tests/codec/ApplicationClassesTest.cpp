@@ -1,7 +1,7 @@
 // Classes of an application's own, which keep to their interfaces and to nothing else.
 #include "DocumentTest.h"
-#include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/BoolEncoding.h"
+#include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/FISDefaultHandler.h"
 #include "Tamo/FastInfoset/IntEncoding.h"
 #include "Tamo/FastInfoset/MapVocabulary.h"
