@@ -82,6 +82,24 @@ std::string declarations(const char* prefix, std::size_t n, bool isOneName) {
     return octets("38") + repeated(n, part) + octets("F0");
 }
 
+// Three letters, others for each number.
+std::string letters(std::size_t number) {
+    constexpr std::string_view LETTERS("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz");
+    return {LETTERS[number % 52], LETTERS[number / 52 % 52], LETTERS[number / 2704]};
+}
+
+std::string smallNames(std::size_t n) {
+    return closed(
+        body("3C 00 72") +
+            repeated(n, [](std::size_t i) { return octets("3C") + literal(letters(i)) + octets("F0"); }),
+        2);
+}
+
+std::string smallTexts(std::size_t n) {
+    return closed(body("3C 00 72") + repeated(n, [](std::size_t i) { return octets("92 00") + letters(i); }),
+                  2);
+}
+
 std::string longName(std::size_t n) {
     return closed(body("3C") + literal(std::string(longFor(n), 'x')) + std::string(n - 1, '\0'), n + 1);
 }
@@ -315,6 +333,8 @@ constexpr Attack ATTACKS[] = {
     {"first-in-first-out", false, firstInFirstOut, 20000, 40, Attack::BOUNDED},
     {"declarations-left", false, declarationsLeft, 3000, 40, Attack::REPEATED},
     {"deep", false, deep, 200000, 400, Attack::BOUNDED},
+    {"small-names", false, smallNames, 120000, 40, Attack::BOUNDED, 64},
+    {"small-texts", false, smallTexts, 120000, 40, Attack::BOUNDED, 64},
     {"equal-hash-namespaces", false, equalHashNamespaces, 10000, 5, Attack::BOUNDED},
     {"equal-hash-vocabulary", false, equalHashVocabulary, 10000, 0, Attack::BOUNDED},
     {"xml-declared-by-default", true, xmlDeclaredByDefault, 10000, 30, Attack::REFUSED},

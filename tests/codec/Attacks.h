@@ -21,6 +21,7 @@ struct Attack {
     std::size_t n;                      ///< the size at which it hurts; half of it is compared
     std::size_t seed;                   ///< the size of a small member, for the fuzzer; 0 for none
     Outcome outcome;                    ///< of the member of size n
+    std::size_t memory = 16;            ///< octets held for each of the document, at most
 };
 
 /// All of them.
