@@ -108,7 +108,7 @@ inline void DocumentParser::addAttribute(const ResolvedNames::Name& name, const 
 TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonAttributeValue(CommonForms& octets,
                                                                   const ResolvedNames::Name& name) {
     const unsigned int b = octets.first();
-    if (b & 0x80) {
+    if (b & Forms::STRING_INDEX) {
         unsigned int index = 0;
         const std::string* pValue = nullptr;
         if (!octets.integerAtPosition1(index) ||
@@ -121,12 +121,13 @@ TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonAttributeValue(CommonForms& o
     }
     std::size_t size = 0;
     const char* pValue = nullptr;
-    if ((b & 0x30) != DocumentVocabulary::UTF8 || !octets.lengthAtPosition4(size) ||
+    if ((b & Forms::STRING_FORM) != DocumentVocabulary::UTF8 || !octets.lengthAtPosition4(size) ||
         size > _strings.limits().maxStringLength || !(pValue = octets.string(size))) {
         return false;
     }
-    const std::string* const pKept =
-        (b & 0x40) ? _strings.keep(DocumentVocabulary::ATTRIBUTE_VALUE, pValue, size) : nullptr;
+    const std::string* const pKept = (b & Forms::STRING_ADDED)
+                                         ? _strings.keep(DocumentVocabulary::ATTRIBUTE_VALUE, pValue, size)
+                                         : nullptr;
     if (pKept) [[likely]] {
         addAttribute(name, *pKept);
     } else {
@@ -186,7 +187,7 @@ TAMO_ALWAYS_INLINE void DocumentParser::parseCommonElement(BitStreamReader& read
 
 TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonCharacterChunk(CommonForms& octets) {
     const unsigned int b = octets.first();
-    if (b & 0x20) {
+    if (b & Forms::CHARACTERS_INDEX) {
         unsigned int index = 0;
         const std::string* pText = nullptr;
         if (!octets.integerAtPosition3(index) ||
@@ -199,12 +200,12 @@ TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonCharacterChunk(CommonForms& o
     }
     std::size_t size = 0;
     const char* pText = nullptr;
-    if ((b & 0x0C) != DocumentVocabulary::UTF8 || !octets.lengthAtPosition6(size) ||
+    if ((b & Forms::CHARACTERS_FORM) != DocumentVocabulary::UTF8 || !octets.lengthAtPosition6(size) ||
         size > _strings.limits().maxStringLength || size > TextPieces::MOST ||
         !(pText = octets.string(size))) {
         return false;
     }
-    if (b & 0x10) {
+    if (b & Forms::CHARACTERS_ADDED) {
         _strings.keep(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, pText, size);
     }
     reportCharacters(pText, size);

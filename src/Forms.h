@@ -96,6 +96,15 @@ struct Forms {
     static constexpr unsigned int PROCESSING_INSTRUCTION = 0xE1;
     static constexpr unsigned int COMMENT = 0xE2;
 
+    static constexpr unsigned int CHARACTERS_ADDED = 0x10; ///< the literal is entered in its table
+    static constexpr unsigned int CHARACTERS_FORM =
+        0x0C; ///< the bits of DocumentVocabulary::CharacterStringForm
+
+    /// Of strings on an octet boundary (X.891, C.13 and C.14).
+    static constexpr unsigned int STRING_INDEX = 0x80; ///< not set: a literal
+    static constexpr unsigned int STRING_ADDED = 0x40;
+    static constexpr unsigned int STRING_FORM = 0x30;
+
     /// Of an attribute (X.891, C.4).
     static constexpr unsigned int ATTRIBUTE_NAME = 0x78;      ///< the name in full, with two bits of presence
     static constexpr unsigned int NAMESPACE_ATTRIBUTE = 0xCC; ///< a declaration (X.891, C.12), the same

@@ -34,53 +34,60 @@ unsigned int followed(BitStreamReader& reader, unsigned int high, int numBits, u
 }
 
 void integerAtPosition1(BitStreamReader& aReader, unsigned int& val) {
+    using Form = Forms::IntegerAt1;
     unsigned char x = 0;
     RequiredBits::read(aReader, x, 7, INTEGER_END);
-    if (x == 127) {
+    if (x == Form::ZERO) {
         val = 0;
-    } else if (x < 64) {
+    } else if (x < Form::IN_ONE) {
         val = x + 1u;
-    } else if (x < 96) {
-        val = followed(aReader, x % 32, 8, 65);
+    } else if (x < Form::MARK_THREE) {
+        val = followed(aReader, x & Form::HIGH_TWO, 8, Form::IN_ONE + 1);
     } else {
-        val = followed(aReader, x % 16, 16, 8257);
+        val = followed(aReader, x & Form::HIGH_THREE, 16, Form::IN_TWO + 1);
         tamo_assert(val <= Encoder::MAXINT20);
     }
     tamo_assert(aReader.bitPos() == 0);
 }
 
+// The forms of two and three octets; false for the one of four, whose first bits are x.
+template<class Form>
+bool readInteger(BitStreamReader& aReader, unsigned int& val, int numBits, unsigned char& x) {
+    RequiredBits::read(aReader, x, numBits, INTEGER_END);
+    if (x < Form::IN_ONE) {
+        val = x + 1u;
+    } else if (x < Form::MARK_THREE) {
+        val = followed(aReader, x & Form::HIGH_TWO, 8, Form::IN_ONE + 1);
+    } else if (x < Form::MARK_FOUR) {
+        val = followed(aReader, x & Form::HIGH_THREE, 16, Form::IN_TWO + 1);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+// The rest of the form of four octets.
+template<class Form>
+void readLongInteger(BitStreamReader& aReader, unsigned int& val) {
+    RequiredBits::skip(aReader, 4, INTEGER_END);
+    val = followed(aReader, 0, 20, Form::IN_THREE + 1);
+    tamo_assert(val <= Encoder::MAXINT20);
+}
+
 void integerAtPosition2(BitStreamReader& aReader, unsigned int& val) {
     unsigned char x = 0;
-    RequiredBits::read(aReader, x, 6, INTEGER_END);
-    if (x < 32) {
-        val = x + 1u;
-    } else if (x < 40) {
-        val = followed(aReader, x % 8, 8, 33);
-    } else if (x < 48) {
-        val = followed(aReader, x % 8, 16, 2081);
-    } else {
+    if (!readInteger<Forms::IntegerAt2>(aReader, val, 6, x)) {
         val = x;
         tamo_assert(val == 48);
-        RequiredBits::skip(aReader, 4, INTEGER_END);
-        val = followed(aReader, 0, 20, 526369);
-        tamo_assert(val <= Encoder::MAXINT20);
+        readLongInteger<Forms::IntegerAt2>(aReader, val);
     }
     tamo_assert(aReader.bitPos() == 0);
 }
 
 void integerAtPosition3(BitStreamReader& aReader, unsigned int& val) {
     unsigned char x = 0;
-    RequiredBits::read(aReader, x, 5, INTEGER_END);
-    if (x < 16) {
-        val = x + 1u;
-    } else if (x < 20) {
-        val = followed(aReader, x % 4, 8, 17);
-    } else if (x < 24) {
-        val = followed(aReader, x % 4, 16, 1041);
-    } else {
-        RequiredBits::skip(aReader, 4, INTEGER_END);
-        val = followed(aReader, 0, 20, 263185);
-        tamo_assert(val <= Encoder::MAXINT20);
+    if (!readInteger<Forms::IntegerAt3>(aReader, val, 5, x)) {
+        readLongInteger<Forms::IntegerAt3>(aReader, val);
     }
     tamo_assert(aReader.bitPos() == 0);
 }

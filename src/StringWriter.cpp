@@ -60,7 +60,7 @@ unsigned int StringWriter::writeIdentifying(OctetComposer& octets, const std::st
                                : pTable ? pTable->append(s, key, found)
                                         : static_cast<unsigned int>(found.place);
     if (isKnown && OctetComposer::fitsPosition1(index)) {
-        octets.integerAtPosition1(0x80, index);
+        octets.integerAtPosition1(Forms::STRING_INDEX, index);
     } else if (!isKnown && !s.empty()) {
         octets.stringAtPosition1(0, s);
     } else {
@@ -136,7 +136,7 @@ void StringWriter::write(OctetComposer& octets, std::string_view text, ID id) {
 void StringWriter::write(OctetComposer& octets, std::string_view text, ID id, HashKey key, Found string) {
     if (string.index != NOT_FOUND) {
         if (OctetComposer::fitsPosition1(string.index)) [[likely]] {
-            octets.integerAtPosition1(0x80, string.index);
+            octets.integerAtPosition1(Forms::STRING_INDEX, string.index);
         } else {
             octets.flush();
             _writer.write(true);
@@ -146,7 +146,7 @@ void StringWriter::write(OctetComposer& octets, std::string_view text, ID id, Ha
     }
     const bool added = add(id, text, key, string);
     if (!text.empty() && HashKey::isExact(text.size()) && !_constructs.isInCData()) {
-        octets.shortStringAtPosition4(added ? 0x40 : 0, text);
+        octets.shortStringAtPosition4(added ? Forms::STRING_ADDED : 0, text);
     } else {
         writeLiteral(octets, text, added);
     }
@@ -158,10 +158,10 @@ void StringWriter::writeLiteral(OctetComposer& octets, std::string_view text, bo
         _writer.write(added ? 0x04u : 0x00u, 4);
         Encoder::nonEmptyOctetString(_writer, std::string()); // throws
     } else if (_constructs.isInCData()) [[unlikely]] {
-        octets.octet(added ? 0x70 : 0x30);
+        octets.octet(Forms::STRING_FORM | (added ? Forms::STRING_ADDED : 0));
         octets.stringAtPosition4((CDataEncoding::TYPE - 1) << 4, text);
     } else {
-        octets.stringAtPosition4(added ? 0x40 : 0, text);
+        octets.stringAtPosition4(added ? Forms::STRING_ADDED : 0, text);
     }
 }
 
@@ -202,7 +202,7 @@ void StringWriter::writeNewChunk(std::streambuf* pBuf, std::string_view text, Ha
     const bool added = addChunk(text, key, chunk);
     OctetComposer octets(_writer, pBuf);
     if (!text.empty() && HashKey::isExact(text.size()) && !_constructs.isInCData()) [[likely]] {
-        octets.shortStringAtPosition6(added ? 0x90 : 0x80, text);
+        octets.shortStringAtPosition6(Forms::CHARACTERS | (added ? Forms::CHARACTERS_ADDED : 0), text);
     } else {
         writeLiteralChunk(octets, text, added);
     }
@@ -225,10 +225,10 @@ TAMO_ALWAYS_INLINE void StringWriter::writeLiteralChunk(OctetComposer& octets, s
         _writer.write(added ? 0x24u : 0x20u, 6);
         Encoder::nonEmptyOctetString(_writer, std::string()); // throws
     } else if (_constructs.isInCData()) {
-        octets.octet(added ? 0x9C : 0x8C);
+        octets.octet(Forms::CHARACTERS | Forms::CHARACTERS_FORM | (added ? Forms::CHARACTERS_ADDED : 0));
         octets.stringAtPosition6((CDataEncoding::TYPE - 1) << 2, text);
     } else {
-        octets.stringAtPosition6(added ? 0x90 : 0x80, text);
+        octets.stringAtPosition6(Forms::CHARACTERS | (added ? Forms::CHARACTERS_ADDED : 0), text);
     }
 }
 

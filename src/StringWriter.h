@@ -102,10 +102,10 @@ public:
         const HashKey key = HashKey::of(value);
         const Found string = find(DocumentVocabulary::ATTRIBUTE_VALUE, value, key);
         if (OctetComposer::fitsPosition1(string.index)) {
-            octets.integerAtPosition1(0x80, string.index);
+            octets.integerAtPosition1(Forms::STRING_INDEX, string.index);
         } else if (string.index == NOT_FOUND && HashKey::isExact(value.size()) && !value.empty()) [[likely]] {
             const bool added = add(DocumentVocabulary::ATTRIBUTE_VALUE, value, key, string);
-            octets.shortStringAtPosition4(added ? 0x40 : 0, value);
+            octets.shortStringAtPosition4(added ? Forms::STRING_ADDED : 0, value);
         } else {
             octets.apart([=, this, &value](OctetComposer& composer) {
                 write(composer, value, DocumentVocabulary::ATTRIBUTE_VALUE, key, string);
@@ -146,8 +146,10 @@ private:
     TAMO_ALWAYS_INLINE void writeShortChunk(std::streambuf* pBuf, std::string_view text, HashKey key) {
         const Found chunk = find(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, text, key);
         if (OctetComposer::fitsPosition3(chunk.index) && pBuf) [[likely]] {
-            PutArea::put(*pBuf,
-                         [=](char* p) { return OctetComposer::integerAtPosition3(p, 0xA0, chunk.index); });
+            PutArea::put(*pBuf, [=](char* p) {
+                return OctetComposer::integerAtPosition3(p, Forms::CHARACTERS | Forms::CHARACTERS_INDEX,
+                                                         chunk.index);
+            });
         } else {
             writeNewChunk(pBuf, text, key, chunk);
         }
