@@ -1,6 +1,6 @@
 #include "walk/DocumentWalker.h"
+#include "Tamo/Bugcheck.h"
 #include "Tamo/FastInfoset/BitStreamWriter.h"
-#include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/Encoder.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/FastInfoset/FISException.h"
@@ -13,7 +13,6 @@
 namespace finf {
 
 using Tamo::UInt64;
-using Tamo::FastInfoset::Decoder;
 using Tamo::FastInfoset::DocumentVocabulary;
 using Tamo::FastInfoset::Encoder;
 using Tamo::FastInfoset::FISEncodingException;
@@ -793,9 +792,28 @@ void DocumentWalker::beginningOfArray(int bitPosition, std::size_t valueSize) {
 void DocumentWalker::octetString(std::string& octets, BitKind kind) {
     const int groupBits = 8 - _reader.bitPos();
     const unsigned int group = peek(groupBits);
-    Decoder::nonEmptyOctetString(_reader, octets);
+    if (!_reader.read(octets, length())) {
+        throw FISParseException("Unexpected end of stream while reading octet string");
+    }
     lengthPart(group, groupBits);
     part(kind, 8 * octets.size());
+}
+
+std::size_t DocumentWalker::length() {
+    static constexpr const char* END = "Unexpected end of stream while parsing string length";
+    const int groupBits = 8 - _reader.bitPos();
+    const unsigned int half = 1u << (groupBits - 1);
+    const unsigned int group = bits(groupBits, END);
+    UInt64 octets = UInt64{group} + 1;
+    if (group == half) {
+        octets = UInt64{bits(8, END)} + half + 1;
+    } else if (group > half) {
+        octets = UInt64{bits(32, END)} + half + 257;
+    }
+    if (octets > _reader.maxStringLength()) {
+        throw FISException("Limit exceeded: string length", std::to_string(_reader.maxStringLength()));
+    }
+    return static_cast<std::size_t>(octets);
 }
 
 // The three forms of a length (X.891, C.22 to C.24): the group of bits up to the octet's end alone, or with 8
@@ -811,12 +829,46 @@ void DocumentWalker::lengthPart(unsigned int group, int groupBits) {
     }
 }
 
+// At bit position 1, 2 or 3 (X.891, C.25 to C.28), or in eight bits at 4 or 6 (C.29).
+unsigned int DocumentWalker::value(int position) {
+    struct LongForm {
+        unsigned int mark;  // the group's least value
+        unsigned int high;  // its bits that are part of the integer
+        int bits;           // of the integer, behind the group
+        unsigned int least; // what it stands for without any bit
+    };
+    static constexpr LongForm LONG_FORMS[3][3] = {
+        {{64, 31, 8, 65}, {96, 15, 16, 8257}, {127, 0, 0, 0}},
+        {{32, 7, 8, 33}, {40, 7, 16, 2081}, {48, 0, 20, 526369}},
+        {{16, 3, 8, 17}, {20, 3, 16, 1041}, {24, 0, 20, 263185}},
+    };
+    static constexpr const char* END = "Unexpected end of stream while reading integer";
+    if (position > 3) {
+        return bits(8, END) + 1;
+    }
+    unsigned int val = bits(8 - position, END);
+    const LongForm* pForm = nullptr;
+    for (const LongForm& form : LONG_FORMS[position - 1]) {
+        pForm = val >= form.mark ? &form : pForm;
+    }
+    if (!pForm) {
+        return val + 1;
+    }
+    if (pForm->bits == 20) {
+        tamo_assert(position != 2 || val == 48);
+        bits(4, END);
+    }
+    val = ((val & pForm->high) << pForm->bits) + pForm->least;
+    val += pForm->bits != 0 ? bits(pForm->bits, END) : 0;
+    tamo_assert(val <= Encoder::MAXINT20);
+    return val;
+}
+
 unsigned int DocumentWalker::integer() {
     const int position = _reader.bitPos();
     const unsigned int group = position <= 3 ? peek(8 - position) : 0;
     const UInt64 start = _reader.position();
-    unsigned int value = 0;
-    Decoder::integer(_reader, value);
+    const unsigned int result = value(position);
     UInt64 bits = _reader.position() - start;
     const auto fixed = [&](UInt64 count, Tamo::Int64 expected) {
         part(BitKind::INDEX, count, expected);
@@ -829,14 +881,14 @@ unsigned int DocumentWalker::integer() {
         fixed(4, 0);
     }
     part(BitKind::INDEX, bits);
-    return value;
+    return result;
 }
 
 unsigned int DocumentWalker::numberOfItems(const char* what, std::size_t depth) {
     begin(Construct::NUMBER_OF_ITEMS, depth);
+    static constexpr const char* END = "Unexpected end of stream while parsing sequence length";
     const bool isLong = peek(1) != 0;
-    unsigned int count = 0;
-    Decoder::lengthOfSequence(_reader, count);
+    const unsigned int count = isLong ? bits(24, END) % Encoder::MAXINT20 + 129 : bits(8, END) + 1;
     if (isLong) {
         part(BitKind::STRUCTURE, 4, 8);
     }
@@ -882,6 +934,15 @@ unsigned int DocumentWalker::take(int numBits, BitKind kind, Tamo::Int64 expecte
     }
     part(kind, static_cast<UInt64>(numBits), expected);
     return bits;
+}
+
+// What stands behind the message's construct.
+unsigned int DocumentWalker::bits(int numBits, const char* message) {
+    unsigned int value = 0;
+    if (!_reader.hasBits(numBits) || !_reader.read(value, numBits)) {
+        throw FISParseException(message);
+    }
+    return value;
 }
 
 unsigned int DocumentWalker::peek(int numBits) {

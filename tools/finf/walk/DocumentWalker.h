@@ -20,7 +20,8 @@ namespace finf {
 /// Reads a Fast Infoset document as FastInfosetParser does, and hands every field of it to a visitor: not
 /// what the document says, but how.
 ///
-/// It accepts what the parser accepts, and throws what the reading of the codec throws, or
+/// Integers and lengths it reads by itself, so that the codec's own reading can be compared with it. It
+/// accepts what the parser accepts, and throws what the reading of the codec throws, or
 /// Tamo::FastInfoset::FISException with a message of its own. What it keeps is the vocabulary, four octets
 /// for an open element, and the field that it reads.
 class DocumentWalker {
@@ -91,12 +92,15 @@ private:
     void beginningOfArray(int bitPosition, std::size_t valueSize);
     void octetString(std::string& octets, BitKind kind);
     void lengthPart(unsigned int group, int groupBits);
+    std::size_t length();
     unsigned int integer();
+    unsigned int value(int position);
     unsigned int numberOfItems(const char* what, std::size_t depth);
 
     void begin(Construct construct, std::size_t depth);
     void emit();
     unsigned int take(int numBits, BitKind kind, Tamo::Int64 expected = FieldPart::ANY);
+    unsigned int bits(int numBits, const char* message);
     unsigned int peek(int numBits);
     void paddingAfterEnd();
     void part(BitKind kind, Tamo::UInt64 bits, Tamo::Int64 expected = FieldPart::ANY);
