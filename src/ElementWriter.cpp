@@ -42,6 +42,17 @@ const XML::Attributes& ElementWriter::copied(const XML::Attributes& attributes) 
 
 // ---- composing
 
+// Writes a name that is not known by its index. Where elements are plain, which they mostly are, it is apart,
+// so that the composer stays in registers.
+template<ElementWriter::Extent EXTENT, class Write>
+TAMO_ALWAYS_INLINE void ElementWriter::composeName(OctetComposer& octets, const Write& write) {
+    if constexpr (EXTENT == Extent::PLAIN) {
+        octets.apart(write);
+    } else {
+        write(octets);
+    }
+}
+
 // Writes what has been found: the element's name by its index, or with pPrefix, and count attributes.
 template<ElementWriter::Extent EXTENT>
 TAMO_ALWAYS_INLINE void ElementWriter::compose(std::streambuf* pBuf, unsigned int index,
@@ -63,9 +74,10 @@ TAMO_ALWAYS_INLINE void ElementWriter::compose(std::streambuf* pBuf, unsigned in
     if (!pPrefix) [[likely]] {
         octets.integerAtPosition2(high, index);
     } else {
-        octets.apart([=, this, &uri, &localName, &qname](OctetComposer& composer) {
+        const auto write = [=, this, &uri, &localName, &qname](OctetComposer& composer) {
             writeName(composer, high, *pPrefix, {uri, localName, qname}, EXTENT);
-        });
+        };
+        composeName<EXTENT>(octets, write);
     }
     const Attribute* const pAttributes = _attributeList.data();
     for (std::size_t i = 0; i < count; ++i) {
@@ -73,8 +85,10 @@ TAMO_ALWAYS_INLINE void ElementWriter::compose(std::streambuf* pBuf, unsigned in
         if (attribute.index != WrittenNames::NOT_FOUND) [[likely]] {
             octets.integerAtPosition1(0, attribute.index);
         } else {
-            octets.apart(
-                [this, &attribute, &uri](OctetComposer& composer) { writeName(composer, attribute, uri); });
+            const auto write = [this, &attribute, &uri](OctetComposer& composer) {
+                writeName(composer, attribute, uri);
+            };
+            composeName<EXTENT>(octets, write);
         }
         if constexpr (EXTENT == Extent::PLAIN) {
             strings().writeAttributeValue(octets, *attribute.pValue);

@@ -127,6 +127,8 @@ private:
     template<Extent EXTENT>
     void compose(std::streambuf* pBuf, unsigned int index, const std::string* pPrefix, const std::string& uri,
                  const std::string& localName, const std::string& qname, std::size_t count);
+    template<Extent EXTENT, class Write>
+    static void composeName(OctetComposer& octets, const Write& write);
     void writeName(OctetComposer& octets, unsigned int high, const std::string& prefix,
                    const ElementName& name, Extent extent);
     void writeName(OctetComposer& octets, const Attribute& attribute, const std::string& elementURI);
