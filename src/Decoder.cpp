@@ -7,9 +7,7 @@
 #include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/StringDecoder.h"
 #include "Tamo/FastInfoset/VocabularyLoader.h"
-#include <algorithm>
 #include <deque>
-#include <limits>
 #include <set>
 #include <string_view>
 #include <utility>

@@ -169,7 +169,7 @@ bool ElementWriter::startPlain(std::streambuf* pBuf, unsigned int index, int cou
         }
     }
     const auto attributeCount = static_cast<std::size_t>(count);
-    Needs needs = findAttributes(attributes, attributeCount, uri);
+    const Needs needs = findAttributes(attributes, attributeCount, uri);
     if (needs.declaration) [[unlikely]] {
         return false;
     }
@@ -239,7 +239,6 @@ void ElementWriter::collectAttributes(const XML::Attributes& attributes, const s
         _attributeList.resize(count);
     }
     _ownLocalNames.clear();
-    _ownLocalNames.reserve(count); // so that its strings stay in place
     for (std::size_t n = 0; n < count; ++n) {
         const int i = static_cast<int>(n);
         Attribute& attribute = _attributeList[n];
@@ -249,6 +248,7 @@ void ElementWriter::collectAttributes(const XML::Attributes& attributes, const s
         attribute.pValue = &attributes.getValue(i);
         attribute.pQName = nullptr; // the bindings change with this element
         if (attribute.pLocalName->empty()) {
+            _ownLocalNames.reserve(count); // so that its strings stay in place
             attribute.pLocalName = &_ownLocalNames.emplace_back(XML::Name::localName(attributes.getQName(i)));
         }
         attribute.pPrefix = *attribute.pUri != elementURI ? &namespaces().getPrefix(*attribute.pUri) : &EMPTY;
