@@ -34,6 +34,7 @@ void Converter::convertToFIS(std::istream& in, std::ostream& out, const Options&
     DeferredFlushOutputStream buffer(out);
     {
         FastInfosetWriter writer(buffer, false, DocumentVocabulary::VOC_MAP);
+        writer.setStrict(options.strict);
         writer.setMaxIndexedStringLength(options.maxIndexedStringLength);
         XML::SAXParser parser;
         parser.setFeature(XML::XMLReader::FEATURE_NAMESPACES, true);
@@ -68,6 +69,7 @@ void Converter::convertToXML(std::istream& in, std::ostream& out, const Options&
                                    : FastInfosetParser(DocumentVocabulary::VOC_VECTOR, nullptr);
     parser.setExternalVocabularyLoader(options.pVocabularyLoader);
     parser.setLimits(options.limits);
+    parser.setStrict(options.strict);
     parser.initialize(&writer);
     XML::InputSource source(in);
     parser.parse(&source);

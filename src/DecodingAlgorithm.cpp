@@ -1,9 +1,11 @@
 #include "Tamo/FastInfoset/DecodingAlgorithm.h"
+#include "Refusal.h"
 #include "Tamo/Exception.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/BoolEncoding.h"
 #include "Tamo/FastInfoset/CDataEncoding.h"
 #include "Tamo/FastInfoset/DWordEncoding.h"
+#include "Tamo/FastInfoset/DocumentAlgorithms.h"
 #include "Tamo/FastInfoset/DoubleEncoding.h"
 #include "Tamo/FastInfoset/EncodingAlgorithm.h"
 #include "Tamo/FastInfoset/FISException.h"
@@ -12,6 +14,7 @@
 #include "Tamo/FastInfoset/IntEncoding.h"
 #include "Tamo/FastInfoset/InvalidDecoding.h"
 #include "Tamo/FastInfoset/LongEncoding.h"
+#include "Tamo/FastInfoset/PrimitiveDecoder.h"
 #include "Tamo/FastInfoset/ShortEncoding.h"
 #include "Tamo/FastInfoset/UUIDEncoding.h"
 #include <array>
@@ -42,7 +45,12 @@ constexpr std::array<Encoding::DecodeMethod, EncodingAlgorithm::USER_DEFINED> BU
 DecodingAlgorithm::DecodingAlgorithm() = default;
 
 void DecodingAlgorithm::add(Encoding::DecodeMethod decodeMethod) {
+    add(std::string(), decodeMethod);
+}
+
+void DecodingAlgorithm::add(const std::string& uri, Encoding::DecodeMethod decodeMethod) {
     _decodings.push_back(decodeMethod);
+    _uris.push_back(uri);
 }
 
 AutoPtr<Encoding> DecodingAlgorithm::read(int index, BitStreamReader& reader) const {
@@ -53,8 +61,38 @@ AutoPtr<Encoding> DecodingAlgorithm::read(int index, BitStreamReader& reader) co
     if (index < 0 || own >= _decodings.size()) {
         return InvalidDecoding::decode(reader);
     }
+    return read(_decodings[own], reader);
+}
+
+AutoPtr<Encoding> DecodingAlgorithm::read(unsigned int index, BitStreamReader& reader,
+                                          const DocumentAlgorithms& algorithms) const {
+    if (index < BUILT_IN.size() && BUILT_IN[index] != &InvalidDecoding::decode) {
+        return BUILT_IN[index](reader);
+    }
+    static const std::string NONE;
+    const std::string* const pURI = algorithms.find(index);
+    const std::string& uri = pURI ? *pURI : NONE;
+    for (std::size_t i = uri.empty() ? 0 : _uris.size(); i-- > 0;) {
+        if (_uris[i] == uri) {
+            return read(_decodings[i], reader);
+        }
+    }
+    if (!_fallback) {
+        Refusal::at(reader,
+                    "encoding algorithm " + std::to_string(index) +
+                        (uri.empty() ? ", for which the document declares no URI"
+                                     : ", " + uri + ", for which no decoding is registered"),
+                    "8.3");
+    }
+    std::string octets;
+    PrimitiveDecoder::nonEmptyOctetString(reader, octets);
+    return _fallback(uri, index, octets);
+}
+
+AutoPtr<Encoding> DecodingAlgorithm::read(Encoding::DecodeMethod decodeMethod,
+                                          BitStreamReader& reader) const {
     try {
-        return _decodings[own](reader);
+        return decodeMethod(reader);
     } catch (const AssertionViolationException&) {
         // A reader asserts that a memory block holds what is asked for; no document ends with a value.
         if (!reader.hasOctet()) {

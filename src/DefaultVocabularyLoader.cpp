@@ -6,8 +6,9 @@
 
 namespace Tamo::FastInfoset {
 
-DocumentVocabulary openVocabulary(const std::string& uri) {
+DocumentVocabulary openVocabulary(const std::string& uri, bool strict) {
     ExternalVocabularyLoader loader;
+    loader.setStrict(strict);
     return loader.vocabulary(uri);
 }
 

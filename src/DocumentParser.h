@@ -42,7 +42,7 @@ public:
     };
 
     /// What opens a vocabulary when the application has no loader.
-    using OpenVocabulary = DocumentVocabulary (*)(const std::string& uri);
+    using OpenVocabulary = DocumentVocabulary (*)(const std::string& uri, bool strict);
 
     /// With tables of a kind, or over a copy of a vocabulary. Without a function no vocabulary is opened.
     template<class Tables>
@@ -53,6 +53,13 @@ public:
 
     Handlers& handlers() noexcept { return _handlers; }
     const Handlers& handlers() const noexcept { return _handlers; }
+
+    /// Whether documents are read by the letter of X.891; to be set between documents.
+    void setStrict(bool flag) noexcept { _strict = flag; }
+    bool isStrict() const noexcept { return _strict; }
+
+    /// The octets of the document that was read last.
+    UInt64 documentSize() const noexcept { return _documentSize; }
 
     /// Whether elements get qualified names.
     void setNamespacePrefixes(bool flag) noexcept { _namespacePrefixes = flag; }
@@ -90,7 +97,7 @@ private:
     class Opener : public VocabularyLoader {
     public:
         explicit Opener(OpenVocabulary open) noexcept : _open(open) {}
-        DocumentVocabulary load(const std::string& uri) override { return _open(uri); }
+        DocumentVocabulary load(const std::string& uri) override { return _open(uri, false); }
         bool opens() const noexcept { return _open != nullptr; }
 
     private:
@@ -148,7 +155,9 @@ private:
     Handlers _handlers;
     VocabularyLoader* _pLoader = nullptr;
     Opener _opener;
+    bool _strict = false;
     bool _namespacePrefixes = true;
+    UInt64 _documentSize = 0;
     bool _inDTD = false;
     ResolvedNames _elementNames;
     ResolvedNames _attributeNames;

@@ -45,7 +45,11 @@ DocumentVocabulary::DocumentVocabulary(const std::string& uri, VocabularyImpl im
 DocumentVocabulary::DocumentVocabulary(DontInitialize) {}
 
 DocumentVocabulary::DocumentVocabulary(const DocumentVocabulary& other, VocabularyImpl impl)
-    : _impl(impl), _alphabets(other._alphabets), _encodings(other._encodings), _uri(other._uri) {
+    : _impl(impl),
+      _alphabets(other._alphabets),
+      _encodings(other._encodings),
+      _algorithms(other._algorithms),
+      _uri(other._uri) {
     reset();
     for (std::size_t id = PREFIX; id <= CONTENT_CHARACTER_CHUNK; ++id) {
         enterAll(other.vocabulary(static_cast<ID>(id)), *_vocabularies[id]);
@@ -69,6 +73,7 @@ DocumentVocabulary& DocumentVocabulary::operator=(const DocumentVocabulary& othe
         _pAttributeVocabulary = std::move(copied._pAttributeVocabulary);
         _alphabets = std::move(copied._alphabets);
         _encodings = std::move(copied._encodings);
+        _algorithms = std::move(copied._algorithms);
         _uri = std::move(copied._uri);
         _ownTables = copied._ownTables;
         _indexed = copied._indexed;
@@ -225,6 +230,7 @@ void DocumentVocabulary::copy(const DocumentVocabulary& other) {
     }
     _alphabets = other._alphabets;
     _encodings = other._encodings;
+    _algorithms = other._algorithms;
     _pElementVocabulary =
         NameTablePtr(other._pElementVocabulary ? other._pElementVocabulary->clone() : nullptr);
     _pAttributeVocabulary =

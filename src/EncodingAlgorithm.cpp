@@ -55,8 +55,14 @@ constexpr std::array<Encoding::CheckMethod, EncodingAlgorithm::USER_DEFINED> CHE
 EncodingAlgorithm::EncodingAlgorithm() = default;
 
 void EncodingAlgorithm::add(Encoding::EncodeMethod encodeMethod, Encoding::CheckMethod checkMethod) {
+    add(std::string(), encodeMethod, checkMethod);
+}
+
+void EncodingAlgorithm::add(const std::string& uri, Encoding::EncodeMethod encodeMethod,
+                            Encoding::CheckMethod checkMethod) {
     _encodings.push_back(encodeMethod);
     _checks.push_back(checkMethod);
+    _uris.push_back(uri);
 }
 
 void EncodingAlgorithm::encode(unsigned int index, BitStreamWriter& writer, const std::string& text) const {

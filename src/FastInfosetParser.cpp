@@ -173,6 +173,20 @@ const ParserLimits& FastInfosetParser::limits() const {
     return _pEngine->strings().limits();
 }
 
+void FastInfosetParser::setStrict(bool flag) {
+    _pEngine->setStrict(flag);
+}
+
+bool FastInfosetParser::isStrict() const noexcept {
+    return _pEngine->isStrict();
+}
+
+void FastInfosetParser::setCanonicalNumbers(bool) {}
+
+UInt64 FastInfosetParser::documentSize() const noexcept {
+    return _pEngine->documentSize();
+}
+
 const DocumentVocabulary& FastInfosetParser::vocabulary() const {
     return std::as_const(*_pEngine).strings().vocabulary();
 }

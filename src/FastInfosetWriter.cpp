@@ -69,6 +69,7 @@ struct FastInfosetWriter::Engine {
     HeaderWriter header;
     std::vector<AutoPtr<Encoding>> encodedData;
     EncodingAlgorithm encodingAlgorithm;
+    bool strict = false;
 };
 
 FastInfosetWriter::FastInfosetWriter(std::ostream& str)
@@ -294,6 +295,30 @@ void FastInfosetWriter::endCDATA() {
     _pEngine->handleEncodedData();
     _pEngine->constructs().pop();
 }
+
+// ---- the strict mode
+
+void FastInfosetWriter::setStrict(bool flag) {
+    _pEngine->strict = flag;
+}
+
+bool FastInfosetWriter::isStrict() const noexcept {
+    return _pEngine->strict;
+}
+
+bool FastInfosetWriter::startTypedChunk(const TypedChunk&) {
+    return false;
+}
+
+void FastInfosetWriter::endTypedChunk() {}
+
+void FastInfosetWriter::additionalData(const std::string&, std::span<const std::byte>) {}
+
+void FastInfosetWriter::characterEncodingScheme(const std::string&) {}
+
+void FastInfosetWriter::standalone(bool) {}
+
+void FastInfosetWriter::version(const std::string&) {}
 
 // ---- document type declaration
 

@@ -1,4 +1,5 @@
 #include "XMLOutput.h"
+#include "Tamo/XML/Characters.h"
 #include "Tamo/XML/XMLException.h"
 #include <algorithm>
 #include <array>
@@ -11,15 +12,13 @@ namespace {
 
 constexpr std::size_t BUFFER_SIZE = 64 * 1024;
 
-/// What the fast loops must stop at, and what ASCII names are made of.
+/// What the fast loops must stop at, and what identifiers are made of.
 enum CharacterClass : std::uint8_t {
     STOP_TEXT = 0x01,
     STOP_VALUE = 0x02,
     STOP_CDATA = 0x04,
     STOP_CHECKED = 0x08, // comments, processing instructions, identifiers
-    NAME_START = 0x10,
-    NAME = 0x20,
-    PUBLIC_ID = 0x40
+    PUBLIC_ID = 0x10
 };
 
 constexpr std::array<std::uint8_t, 256> makeClasses() {
@@ -39,10 +38,7 @@ constexpr std::array<std::uint8_t, 256> makeClasses() {
     add("<&>", STOP_TEXT);
     add("<&\"", STOP_VALUE);
     add("]>", STOP_CDATA);
-    constexpr std::string_view LETTERS("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ");
-    add(LETTERS, NAME_START | NAME | PUBLIC_ID);
-    add("_", NAME_START | NAME | PUBLIC_ID);
-    add("0123456789-.", NAME | PUBLIC_ID);
+    add("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_0123456789-.", PUBLIC_ID);
     add(" \r\n'()+,/:=?;!*#@$%", PUBLIC_ID);
     return classes;
 }
@@ -73,58 +69,17 @@ std::string inHex(std::uint32_t value, std::size_t digits) {
     return text;
 }
 
-/// The length of the well-formed UTF-8 sequence at p, or 0; gives the character.
-inline std::size_t decode(const char* p, const char* pEnd, std::uint32_t& character) {
-    const auto octet = [&](std::size_t i) {
-        return static_cast<std::uint32_t>(static_cast<unsigned char>(p[i]));
-    };
-    const auto left = static_cast<std::size_t>(pEnd - p);
-    const std::uint32_t lead = octet(0);
-    if (lead < 0x80) {
-        character = lead;
-        return 1;
-    }
-    if (lead >= 0xC2 && lead < 0xE0 && left >= 2 && (octet(1) & 0xC0) == 0x80) {
-        character = (lead & 0x1F) << 6 | (octet(1) & 0x3F);
-        return 2;
-    }
-    if (lead >= 0xE0 && lead < 0xF0 && left >= 3 && (octet(1) & 0xC0) == 0x80 && (octet(2) & 0xC0) == 0x80) {
-        character = (lead & 0x0F) << 12 | (octet(1) & 0x3F) << 6 | (octet(2) & 0x3F);
-        return character >= 0x800 && (character < 0xD800 || character > 0xDFFF) ? 3 : 0;
-    }
-    if (lead >= 0xF0 && lead < 0xF5 && left >= 4 && (octet(1) & 0xC0) == 0x80 && (octet(2) & 0xC0) == 0x80 &&
-        (octet(3) & 0xC0) == 0x80) {
-        character =
-            (lead & 0x07) << 18 | (octet(1) & 0x3F) << 12 | (octet(2) & 0x3F) << 6 | (octet(3) & 0x3F);
-        return character >= 0x10000 && character <= 0x10FFFF ? 4 : 0;
-    }
-    return 0;
-}
-
 /// The length of the character at p; throws when it is none that XML 1.0 allows.
 inline std::size_t checkedLength(const char* p, const char* pEnd, const char* what) {
-    std::uint32_t c = 0;
-    const std::size_t length = decode(p, pEnd, c);
+    char32_t c = 0;
+    const std::size_t length = Characters::decode(p, pEnd, c);
     if (length == 0) {
         XMLOutput::refuse(what, "octet 0x" + inHex(static_cast<unsigned char>(*p), 2) + " is not UTF-8");
     }
-    if ((c < 0x20 && c != '\t' && c != '\n' && c != '\r') || c == 0xFFFE || c == 0xFFFF) {
+    if (!Characters::isCharacter(c)) {
         XMLOutput::refuse(what, "XML does not allow the character U+" + inHex(c, 4));
     }
     return length;
-}
-
-/// NameStartChar of XML 1.0 (fifth edition) beyond ASCII.
-bool isNameStart(std::uint32_t c) {
-    return (c >= 0xC0 && c <= 0x2FF && c != 0xD7 && c != 0xF7) || (c >= 0x370 && c <= 0x1FFF && c != 0x37E) ||
-           c == 0x200C || c == 0x200D || (c >= 0x2070 && c <= 0x218F) || (c >= 0x2C00 && c <= 0x2FEF) ||
-           (c >= 0x3001 && c <= 0xD7FF) || (c >= 0xF900 && c <= 0xFDCF) || (c >= 0xFDF0 && c <= 0xFFFD) ||
-           (c >= 0x10000 && c <= 0xEFFFF);
-}
-
-/// NameChar of XML 1.0 (fifth edition) beyond ASCII.
-bool isNameCharacter(std::uint32_t c) {
-    return isNameStart(c) || c == 0xB7 || (c >= 0x300 && c <= 0x36F) || c == 0x203F || c == 0x2040;
 }
 
 std::string_view reference(char c) {
@@ -285,36 +240,9 @@ void XMLOutput::pass() {
 }
 
 void XMLOutput::checkNCName(std::string_view name, const char* what) {
-    if (!isNCName(name)) {
+    if (!Characters::isNCName(name)) {
         refuse(what, name, "is no XML name");
     }
-}
-
-bool XMLOutput::isNCName(std::string_view name) {
-    if (name.empty()) {
-        return false;
-    }
-    const char* p = name.data();
-    const char* const pEnd = p + name.size();
-    if (classOf(*p) & NAME_START) {
-        do {
-            ++p;
-        } while (p != pEnd && (classOf(*p) & NAME));
-        if (p == pEnd) {
-            return true;
-        }
-    }
-    for (; p != pEnd;) {
-        std::uint32_t c = 0;
-        const std::size_t length = decode(p, pEnd, c);
-        const bool isFirst = p == name.data();
-        if (length == 0 || (length == 1 && !(classOf(*p) & (isFirst ? NAME_START : NAME))) ||
-            (length > 1 && !(isFirst ? isNameStart(c) : isNameCharacter(c)))) {
-            return false;
-        }
-        p += length;
-    }
-    return true;
 }
 
 void XMLOutput::refuse(const char* what, std::string_view reason) {

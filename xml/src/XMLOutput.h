@@ -87,9 +87,6 @@ public:
     /// Throws XMLException unless name is a name without colon.
     static void checkNCName(std::string_view name, const char* what);
 
-    /// Whether name is a name without colon.
-    static bool isNCName(std::string_view name);
-
     /// Throws XMLException: "Cannot write WHAT: REASON".
     [[noreturn]] static void refuse(const char* what, std::string_view reason);
 

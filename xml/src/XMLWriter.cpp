@@ -5,6 +5,7 @@
 #include "Tamo/Exception.h"
 #include "Tamo/Export.h"
 #include "Tamo/XML/Attributes.h"
+#include "Tamo/XML/Characters.h"
 #include "Tamo/XML/XMLException.h"
 #include "XMLOutput.h"
 #include <algorithm>
@@ -27,7 +28,7 @@ inline std::string_view prefixOf(std::string_view qname) {
 /// Whether a declaration may bind this prefix, which is not empty, to any namespace name of a document.
 bool isDeclarable(std::string_view prefix) {
     return prefix != NamespaceSupport::XML_NAMESPACE_PREFIX && prefix != XMLNS_PREFIX &&
-           XMLOutput::isNCName(prefix);
+           Characters::isNCName(prefix);
 }
 
 void checkNamespaceName(const char* what, const std::string& uri) {

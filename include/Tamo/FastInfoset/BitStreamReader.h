@@ -143,6 +143,10 @@ public:
     UInt64 maxStringLength() const noexcept { return _maxStringLength; }
     void setMaxStringLength(UInt64 maxStringLength) noexcept { _maxStringLength = maxStringLength; }
 
+    /// Whether those who read constructs refuse what ITU-T X.891 does not allow; they do not by default.
+    bool isStrict() const noexcept { return _strict; }
+    void setStrict(bool flag) noexcept { _strict = flag; }
+
     /// Position of the next bit, in bits from the start of the source.
     UInt64 position() const noexcept { return _discardedBits + _bitOffset; }
 
@@ -201,6 +205,7 @@ private:
     UInt64 _discardedBits = 0;
     UInt64 _maxStringLength = std::numeric_limits<UInt64>::max();
     const unsigned char* _pBuffer;
+    bool _strict = false;
     std::unique_ptr<unsigned char[]> _pOwnBuffer;
 };
 

@@ -51,6 +51,9 @@ public:
     /// Appends one value.
     void append(bool value) { _values.push_back(value); }
 
+    /// The values.
+    const std::vector<bool>& values() const noexcept { return _values; }
+
     unsigned int type() const override;
     bool merge(const Encoding& other) override;
     void write(BitStreamWriter& writer) const override;

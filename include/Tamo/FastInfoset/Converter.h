@@ -25,6 +25,10 @@ public:
         /// Drops white space between elements on the way to Fast Infoset.
         bool stripWhitespace = false;
 
+        /// Whether Fast Infoset is read and written by the letter of ITU-T X.891, see
+        /// FastInfosetParser::setStrict and FastInfosetWriter::setStrict.
+        bool strict = false;
+
         /// The options of XML::XMLWriter for XML text.
         int xmlOptions = 0;
 

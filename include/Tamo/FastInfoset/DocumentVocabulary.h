@@ -3,6 +3,7 @@
 
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/DecodingAlgorithm.h"
+#include "Tamo/FastInfoset/DocumentAlgorithms.h"
 #include "Tamo/FastInfoset/DocumentRestrictedAlphabet.h"
 #include "Tamo/FastInfoset/EncodingAlgorithm.h"
 #include "Tamo/FastInfoset/QualifiedNameVocabulary.h"
@@ -160,6 +161,11 @@ public:
     DecodingAlgorithm& decodings() noexcept { return _decodings; }
     const DecodingAlgorithm& decodings() const noexcept { return _decodings; }
 
+    /// The algorithms that the vocabulary declares by their URIs, which the strict mode reads and writes; an
+    /// external vocabulary says here with which index its own begin. Kept by reset() and clear().
+    DocumentAlgorithms& algorithms() noexcept { return _algorithms; }
+    const DocumentAlgorithms& algorithms() const noexcept { return _algorithms; }
+
     /// The kind of the tables.
     VocabularyImpl impl() const noexcept { return _impl; }
 
@@ -258,6 +264,7 @@ private:
     DocumentRestrictedAlphabet _alphabets;
     EncodingAlgorithm _encodings;
     DecodingAlgorithm _decodings;
+    DocumentAlgorithms _algorithms;
     NameTablePtr _pElementVocabulary;
     NameTablePtr _pAttributeVocabulary;
     std::string _uri;

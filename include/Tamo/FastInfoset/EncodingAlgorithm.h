@@ -22,6 +22,13 @@ public:
     /// Appends an algorithm; the first one gets the index USER_DEFINED.
     void add(Encoding::EncodeMethod encodeMethod, Encoding::CheckMethod checkMethod);
 
+    /// The same for an algorithm with a URI, under which documents written in the strict mode declare it.
+    void add(const std::string& uri, Encoding::EncodeMethod encodeMethod, Encoding::CheckMethod checkMethod);
+
+    /// The URIs of the application's algorithms, that at i of the one with the index USER_DEFINED + i; empty
+    /// for one that was added without.
+    const std::vector<std::string>& uris() const noexcept { return _uris; }
+
     /// Writes the encoding of text by algorithm index; an index that is not in use throws FISException
     /// "Invalid encoding defined".
     void encode(unsigned int index, BitStreamWriter& writer, const std::string& text) const;
@@ -32,6 +39,7 @@ public:
 private:
     std::vector<Encoding::EncodeMethod> _encodings; // the application's, as below
     std::vector<Encoding::CheckMethod> _checks;
+    std::vector<std::string> _uris;
 };
 
 } // namespace Tamo::FastInfoset

@@ -18,6 +18,11 @@ class TAMO_API ExternalVocabularyLoader : public VocabularyLoader {
 public:
     ~ExternalVocabularyLoader() override;
 
+    /// Whether vocabularies are read by the letter of X.891, see FastInfosetParser::setStrict; false at
+    /// first.
+    void setStrict(bool flag) noexcept { _strict = flag; }
+    bool isStrict() const noexcept { return _strict; }
+
     /// Opens uri: a resource whose path ends in ".xml" is an XML document, any other one a Fast Infoset
     /// document. What the stream opener and the parsers throw passes through.
     DocumentVocabulary load(const std::string& uri) override;
@@ -28,6 +33,9 @@ public:
     /// The vocabulary that reading this Fast Infoset document fills, of kind VOC_VECTOR. An external
     /// vocabulary that the document names comes from loader.
     static DocumentVocabulary loadFastInfoset(std::istream& istr, VocabularyLoader& loader);
+
+private:
+    bool _strict = false;
 };
 
 } // namespace Tamo::FastInfoset

@@ -2,9 +2,9 @@
 #define TAMO_FASTINFOSET_FISDEFAULTHANDLER_H
 
 #include "Tamo/Export.h"
+#include "Tamo/FastInfoset/DocumentPropertiesHandler.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
-#include "Tamo/FastInfoset/FISContentHandler.h"
-#include "Tamo/FastInfoset/FISDocumentHandler.h"
+#include "Tamo/FastInfoset/TypedChunkHandler.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/LexicalHandler.h"
 
@@ -15,10 +15,10 @@ namespace Tamo::FastInfoset {
 ///
 /// As the content handler it receives typed data as values. A handler that wants typed data as text derives
 /// from XML::DefaultHandler instead. Called on the thread that parses; throws nothing.
-class TAMO_API FISDefaultHandler : public FISContentHandler,
+class TAMO_API FISDefaultHandler : public TypedChunkHandler,
                                    public XML::LexicalHandler,
                                    public XML::DTDHandler,
-                                   public FISDocumentHandler {
+                                   public DocumentPropertiesHandler {
 public:
     void setDocumentLocator(const XML::Locator*) override {}
     void startDocument() override {}
@@ -42,6 +42,10 @@ public:
     void encodedData(double) override {}
     void encodedData(const UUID&) override {}
 
+    /// False: the values follow one by one.
+    bool startTypedChunk(const TypedChunk&) override { return false; }
+    void endTypedChunk() override {}
+
     void startDTD(const std::string&, const std::string&, const std::string&) override {}
     void endDTD() override {}
     void startEntity(const std::string&) override {}
@@ -60,6 +64,10 @@ public:
     const DocumentVocabulary& getDocumentVocabulary() const override { return _documentVocabulary; }
     void setWriteXMLDeclaration(bool) override {}
     void setExternalVocabulary(const std::string&, const DocumentVocabulary&) override {}
+    void additionalData(const std::string&, std::span<const std::byte>) override {}
+    void characterEncodingScheme(const std::string&) override {}
+    void standalone(bool) override {}
+    void version(const std::string&) override {}
 
 private:
     DocumentVocabulary _documentVocabulary{DocumentVocabulary::VOC_MAP};

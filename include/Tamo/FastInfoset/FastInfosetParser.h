@@ -6,6 +6,7 @@
 #include "Tamo/FastInfoset/ParserLimits.h"
 #include "Tamo/FastInfoset/detail/OpenVocabulary.h"
 #include "Tamo/FastInfoset/detail/ParsedAttributes.h" // handlers are compiled to guess that a list is one
+#include "Tamo/Types.h"
 #include "Tamo/XML/XMLReader.h"
 #include <cstddef>
 #include <memory>
@@ -103,6 +104,20 @@ public:
     void setLimits(const ParserLimits& limits);
     const ParserLimits& limits() const;
 
+    /// Whether documents are read by the letter of ITU-T X.891 (docs/conformance.md): what it does not allow
+    /// is refused with FISEncodingException, and what the default leaves out is handed out. False at first;
+    /// to be set between documents.
+    void setStrict(bool flag);
+    bool isStrict() const noexcept;
+
+    /// Whether arrays of float and double become text in the canonical form of XML Schema ("1.5E0") instead
+    /// of the shortest spelling. False at first; to be set between documents.
+    void setCanonicalNumbers(bool flag);
+
+    /// The octets of the last document from its first to its last one, which is where the next may begin; in
+    /// the strict mode, behind parse(). In the default mode the last octet may not have been read.
+    UInt64 documentSize() const noexcept;
+
     /// The vocabulary as the last document left it.
     const DocumentVocabulary& vocabulary() const;
 
@@ -125,7 +140,7 @@ public:
 private:
     // What opens vocabularies; named where a parser is made, so that it is linked to those that need it only.
     struct Opening {
-        DocumentVocabulary (*open)(const std::string& uri);
+        DocumentVocabulary (*open)(const std::string& uri, bool strict);
     };
 
     FastInfosetParser(DocumentVocabulary::VocabularyImpl impl, Opening opening);

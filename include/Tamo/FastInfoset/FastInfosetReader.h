@@ -173,7 +173,7 @@ private:
 
     // What opens vocabularies, as in FastInfosetParser.
     struct Opening {
-        DocumentVocabulary (*open)(const std::string& uri);
+        DocumentVocabulary (*open)(const std::string& uri, bool strict);
     };
 
     explicit FastInfosetReader(Opening opening);

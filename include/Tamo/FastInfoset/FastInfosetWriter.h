@@ -3,11 +3,11 @@
 
 #include "Tamo/AutoPtr.h"
 #include "Tamo/Export.h"
+#include "Tamo/FastInfoset/DocumentPropertiesHandler.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/FastInfoset/EncodingAlgorithm.h"
-#include "Tamo/FastInfoset/FISContentHandler.h"
-#include "Tamo/FastInfoset/FISDocumentHandler.h"
+#include "Tamo/FastInfoset/TypedChunkHandler.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/LexicalHandler.h"
 #include <concepts>
@@ -55,10 +55,10 @@ concept TypedInteger = (std::same_as<T, signed char> || std::same_as<T, unsigned
 /// for values that cannot be encoded, AssertionViolationException for declarations that come too late,
 /// PoolOverflowException ("Vocabulary hash table full") when a VOC_HASH table is full, IOException for a
 /// failing stream. What was written stays in the stream.
-class TAMO_API FastInfosetWriter : public FISContentHandler,
+class TAMO_API FastInfosetWriter : public TypedChunkHandler,
                                    public XML::LexicalHandler,
                                    public XML::DTDHandler,
-                                   public FISDocumentHandler {
+                                   public DocumentPropertiesHandler {
 public:
     /// A writer with VOC_HASH tables, which are full at a fixed number of strings: 19 comments are too many
     /// (PoolOverflowException). Use the next constructor with VOC_MAP, whose tables grow, unless you know the
@@ -130,6 +130,10 @@ public:
     void encodedData(T*) = delete; // text goes to characters(), octets to binaryData(), arrays as a std::span
     void encodedData(std::nullptr_t) = delete;
 
+    /// The strict mode writes the chunk as it is, by its algorithm.
+    bool startTypedChunk(const TypedChunk& chunk) override;
+    void endTypedChunk() override;
+
     /// Character data up to endCDATA is marked as a CDATA section.
     void startCDATA() override;
     void endCDATA() override;
@@ -161,6 +165,17 @@ public:
     /// Makes the header refer to an external vocabulary and announce only what the document's vocabulary
     /// holds beyond it. Build the writer over a copy of the same vocabulary, so that its entries are used.
     void setExternalVocabulary(const std::string& uri, const DocumentVocabulary& vocabulary) override;
+
+    /// The document's properties, for the header; before startDocument, in the strict mode only.
+    void additionalData(const std::string& id, std::span<const std::byte> data) override;
+    void characterEncodingScheme(const std::string& scheme) override;
+    void standalone(bool isStandalone) override;
+    void version(const std::string& version) override;
+
+    /// Whether documents are written by the letter of ITU-T X.891 (docs/conformance.md), and events that make
+    /// no document are refused. False at first; to be set between documents, else InvalidAccessException.
+    void setStrict(bool flag);
+    bool isStrict() const noexcept;
 
     /// Writes text as character data.
     void characters(const std::string& text);

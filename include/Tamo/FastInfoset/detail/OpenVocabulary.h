@@ -7,9 +7,10 @@
 
 namespace Tamo::FastInfoset {
 
-/// The external vocabulary that uri names, as an ExternalVocabularyLoader opens it. Declared apart from that
-/// class, which knows the parser: a parser that is made without it is linked without it. Any thread.
-TAMO_API DocumentVocabulary openVocabulary(const std::string& uri);
+/// The external vocabulary that uri names, as an ExternalVocabularyLoader opens it, strictly or not. Declared
+/// apart from that class, which knows the parser: a parser that is made without it is linked without it. Any
+/// thread.
+TAMO_API DocumentVocabulary openVocabulary(const std::string& uri, bool strict);
 
 } // namespace Tamo::FastInfoset
 

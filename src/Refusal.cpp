@@ -1,0 +1,12 @@
+#include "Refusal.h"
+#include "Tamo/FastInfoset/FISException.h"
+#include <string>
+
+namespace Tamo::FastInfoset {
+
+void Refusal::at(const BitStreamReader& reader, std::string_view what, std::string_view clause) {
+    throw FISEncodingException(std::string(what) + " (X.891, " + std::string(clause) + "), at octet " +
+                               std::to_string(reader.position() / 8));
+}
+
+} // namespace Tamo::FastInfoset
