@@ -323,12 +323,12 @@ void FastInfosetWriter::startPrefixMapping(const std::string& prefix, const std:
 
 void FastInfosetWriter::endPrefixMapping(const std::string& prefix) {
     if (prefix != NamespaceSupport::XML_NAMESPACE_PREFIX) {
-        _pEngine->constructs().settle();
         if (_pEngine->pStrict) {
             _pEngine->constructs().undeclareOwn(prefix);
-        } else {
-            _pEngine->constructs().namespaces().undeclarePrefix(prefix);
+            return;
         }
+        _pEngine->constructs().settle();
+        _pEngine->constructs().namespaces().undeclarePrefix(prefix);
     }
 }
 
