@@ -213,7 +213,7 @@ void FastInfosetWriter::reset(std::ostream& str) {
 void FastInfosetWriter::setDocumentLocator(const XML::Locator*) {}
 
 void FastInfosetWriter::skippedEntity(const std::string& name) {
-    if (StrictEvents* const pStrict = _pEngine->attend()) {
+    if (StrictEvents* const pStrict = _pEngine->attendIfStrict()) {
         pStrict->skippedEntity(name);
     }
 }

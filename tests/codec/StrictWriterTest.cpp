@@ -238,6 +238,10 @@ const Row ROWS[] = {
          chunk(w, new CDataEncoding("c")), w.binaryData("b", 1), w.binaryData("c", 1);
          w.insertEncoding(new Application("x", 1));
      }},
+    {"values around a reference", "^|<a|@|>|$",
+     "00 3C 00 61 8C 0E 01 00 00 00 02 C8 00 65 8C 0E 01 00 00 00 03 FF",
+     "00 3C 00 61 8C 0E 05 00 00 00 02 00 00 00 03 FF", [](Writer&) {},
+     [](Writer& w) { w.encodedData(2), w.skippedEntity("e"), w.encodedData(3); }},
     {"restricted alphabets", "^|<a|@|>|$",
      "20 08 00 00 0F 30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66 3C 00 61 88 01 1C 5F 88 3D 53 FF FF; "
      "text in a restricted alphabet, which does not have the character at octet 0, \"g\"",
