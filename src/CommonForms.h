@@ -57,6 +57,11 @@ public:
         return (*_p & 0x0F) == Forms::TERMINATOR || _p[1] < Forms::TERMINATOR_FIRST;
     }
 
+    /// Whether the octet that a list ends in has nothing but ends and padding, as the strict mode wants it.
+    TAMO_ALWAYS_INLINE bool isEndPlain() const noexcept {
+        return *_p == Forms::TERMINATOR_FIRST || *_p == Forms::TERMINATOR_TWICE;
+    }
+
     /// Consumes the form that has been read last.
     TAMO_ALWAYS_INLINE void accept() noexcept { _p += _size; }
 

@@ -1,14 +1,20 @@
 #include "Tamo/FastInfoset/Decoder.h"
 #include "OwnTable.h"
+#include "Refusal.h"
 #include "RequiredBits.h"
+#include "StrictText.h"
+#include "Tamo/FastInfoset/CDataEncoding.h"
+#include "Tamo/FastInfoset/DocumentPropertiesHandler.h"
 #include "Tamo/FastInfoset/Encoder.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/FastInfoset/FISDocumentHandler.h"
 #include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/StringDecoder.h"
 #include "Tamo/FastInfoset/VocabularyLoader.h"
+#include "TypedText.h"
 #include <deque>
 #include <set>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -41,18 +47,22 @@ public:
     explicit SeenNames(const Vocabulary<QualifiedNameEntry>&) {}
 };
 
-// Adds entries to a table, each of which must be new. Those that are there are kept beside it, because a
-// vector table does not look for equal ones.
+// Adds entries to a table. By the letter they are appended; else each must be new, and those that are there
+// are kept beside the table, because a vector table does not look for equal ones.
 template<class T, class Seen>
 class NewEntries {
 public:
-    explicit NewEntries(Vocabulary<T>& table) : _table(table), _seen(table) {
-        for (std::size_t i = 0; i < table.size(); ++i) {
+    NewEntries(Vocabulary<T>& table, bool isStrict) : _table(table), _isStrict(isStrict), _seen(table) {
+        for (std::size_t i = 0; i < (isStrict ? 0 : table.size()); ++i) {
             _seen.insert(table.value(static_cast<unsigned int>(i)));
         }
     }
 
     void add(const T& value) {
+        if (_isStrict) {
+            OwnTable::append(_table, value);
+            return;
+        }
         bool existed = _seen.contains(value);
         tamo_assert(!existed);
         const unsigned int index = _table.index(value, existed);
@@ -62,11 +72,45 @@ public:
 
 private:
     Vocabulary<T>& _table;
+    bool _isStrict;
     Seen _seen;
 };
 
 using NewStrings = NewEntries<std::string, SeenStrings>;
 using NewNames = NewEntries<QualifiedNameEntry, SeenNames>;
+
+// X.891, 12.3
+bool isXMLDeclaration(std::string_view text) {
+    static constexpr std::string_view VERSIONS[] = {"", " version='1.0'", " version='1.1'"};
+    static constexpr std::string_view STANDALONE[] = {"", " standalone='yes'", " standalone='no'"};
+    for (const std::string_view version : VERSIONS) {
+        for (const std::string_view standalone : STANDALONE) {
+            if (text ==
+                std::string("<?xml").append(version).append(" encoding='finf'").append(standalone) + "?>") {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+constexpr std::size_t LONGEST_XML_DECLARATION = 56;
+
+TypedText textForm(const BitStreamReader& reader) {
+    TypedText form;
+    form.lowerCaseUUIDs = reader.isStrict();
+    return form;
+}
+
+// A literal of the initial vocabulary.
+void vocabularyString(BitStreamReader& reader, std::string& value) {
+    RequiredBits::readAs(reader, 1, 0, VOCABULARY_END,
+                         "identification of a vocabulary's string that is not 0", "C.2.5");
+    Decoder::nonEmptyOctetString(reader, value);
+    if (reader.isStrict()) {
+        StrictText::requireUTF8(reader, value);
+    }
+}
 
 } // namespace
 
@@ -81,47 +125,88 @@ QualifiedNameEntry Decoder::nameSurrogate(BitStreamReader& aReader) {
     UInt32 prefix = QualifiedNameEntry::ABSENT;
     UInt32 namespaceName = QualifiedNameEntry::ABSENT;
     UInt32 localName = QualifiedNameEntry::ABSENT;
+    const auto part = [&aReader](UInt32& index) {
+        RequiredBits::readAs(aReader, 1, 0, SURROGATE_END, "a part of a name surrogate that is no index",
+                             "C.16");
+        integer(aReader, index);
+        Refusal::unless(index != 0 || !aReader.isStrict(), aReader, "index 0 in a name surrogate", "C.16");
+    };
+    Refusal::unless(!hasPrefix || hasNamespace || !aReader.isStrict(), aReader,
+                    "a name surrogate with a prefix and without namespace name", "C.16.1");
     if (hasPrefix) {
-        RequiredBits::skip(aReader, 1, SURROGATE_END);
-        integer(aReader, prefix);
+        part(prefix);
     }
     if (hasNamespace) {
-        RequiredBits::skip(aReader, 1, SURROGATE_END);
-        integer(aReader, namespaceName);
+        part(namespaceName);
     }
-    RequiredBits::skip(aReader, 1, SURROGATE_END);
-    integer(aReader, localName);
+    part(localName);
     return QualifiedNameEntry(prefix, namespaceName, localName);
+}
+
+AutoPtr<Encoding> Decoder::encodedString(BitStreamReader& aReader, unsigned char enc,
+                                         DocumentVocabulary& vocabulary, std::string& octets,
+                                         std::string& text, unsigned int& algorithm) {
+    const bool isStrict = aReader.isStrict();
+    switch (enc) {
+    case DocumentVocabulary::UTF8:
+        nonEmptyOctetString(aReader, text);
+        if (isStrict) {
+            StrictText::requireUTF8(aReader, text);
+        }
+        break;
+    case DocumentVocabulary::UTF16:
+        nonEmptyOctetString(aReader, octets);
+        if (isStrict) {
+            StrictText::decodeUTF16(aReader, octets, text);
+        } else {
+            StringDecoder::decodeUTF16(octets, text);
+        }
+        break;
+    case DocumentVocabulary::RESTRICTEDALPHABET: {
+        const DocumentRestrictedAlphabet& alphabets = std::as_const(vocabulary).restrictedAlphabets();
+        unsigned int index = 0;
+        integer(aReader, index);
+        nonEmptyOctetString(aReader, octets);
+        if (isStrict) {
+            Refusal::unless(index <= alphabets.alphabets().size(), aReader,
+                            "restricted alphabet " + std::to_string(index) + ", which is not declared",
+                            "8.2");
+            StrictText::decodeAlphabet(aReader, octets, alphabets.alphabet(index), text);
+        } else {
+            StringDecoder::decodeAlphabet(octets, alphabets.alphabet(index), text);
+        }
+        break;
+    }
+    default: {
+        tamo_assert(enc == DocumentVocabulary::ENCODINGALGORITHM);
+        integer(aReader, algorithm);
+        if (!isStrict) {
+            return vocabulary.decodings().read(static_cast<int>(algorithm), aReader);
+        }
+        AutoPtr<Encoding> pEncoding =
+            vocabulary.decodings().read(algorithm, aReader, vocabulary.algorithms());
+        if (algorithm == CDataEncoding::TYPE) {
+            StrictText::requireUTF8(aReader, std::as_const(*pEncoding).content());
+        }
+        return pEncoding;
+    }
+    }
+    return nullptr;
 }
 
 void Decoder::encodedCharacterString(BitStreamReader& aReader, std::string& value,
                                      DocumentVocabulary& vocabulary) {
     unsigned char enc = 0;
     RequiredBits::read(aReader, enc, 2, "Unexpected end of stream while parsing encoded character string");
-    unsigned int index = 0;
-    if (enc >= DocumentVocabulary::RESTRICTEDALPHABET) {
+    if (enc >= DocumentVocabulary::RESTRICTEDALPHABET && !aReader.isStrict()) {
+        unsigned int index = 0;
         integer(aReader, index); // deliberate: only the second index counts, see the header
-        integer(aReader, index);
     }
     std::string octets;
-    switch (enc) {
-    case DocumentVocabulary::UTF8:
-        nonEmptyOctetString(aReader, value);
-        break;
-    case DocumentVocabulary::UTF16:
-        nonEmptyOctetString(aReader, octets);
-        StringDecoder::decodeUTF16(octets, value);
-        break;
-    case DocumentVocabulary::RESTRICTEDALPHABET:
-        nonEmptyOctetString(aReader, octets);
-        StringDecoder::decodeAlphabet(octets, std::as_const(vocabulary).restrictedAlphabets().alphabet(index),
-                                      value);
-        break;
-    default: {
-        tamo_assert(enc == DocumentVocabulary::ENCODINGALGORITHM);
-        const AutoPtr<Encoding> pEncoding = vocabulary.decodings().read(static_cast<int>(index), aReader);
-        value = StringDecoder::textOf(*pEncoding);
-    }
+    unsigned int algorithm = 0;
+    const AutoPtr<Encoding> pEncoding = encodedString(aReader, enc, vocabulary, octets, value, algorithm);
+    if (pEncoding) {
+        value = textForm(aReader).of(*pEncoding);
     }
 }
 
@@ -138,7 +223,11 @@ void Decoder::documentPreHeader(BitStreamReader& aReader, std::string& xmlDecl) 
             char octet = 0;
             aReader.read(octet, 8);
             xmlDecl.push_back(octet);
+            Refusal::unless(xmlDecl.size() <= LONGEST_XML_DECLARATION || !aReader.isStrict(), aReader,
+                            "an XML declaration that is none of the nine", "12.3");
         }
+        Refusal::unless(!aReader.isStrict() || isXMLDeclaration(xmlDecl), aReader,
+                        "an XML declaration that is none of the nine", "12.3");
         RequiredBits::read(aReader, word, 16, HEADER_END);
     }
     if (word != Encoder::DOCUMENTSTART) {
@@ -149,7 +238,7 @@ void Decoder::documentPreHeader(BitStreamReader& aReader, std::string& xmlDecl) 
     if (version != Encoder::DOCUMENTVERSION) {
         throw FISException("Unsupported Fast Infoset document version");
     }
-    RequiredBits::skip(aReader, 1, HEADER_END);
+    RequiredBits::readAs(aReader, 1, 0, HEADER_END, "padding behind the version that is not 0", "12.8");
 }
 
 Decoder::OpenHeaderParts Decoder::documentHeader(BitStreamReader& aReader, DocumentVocabulary& vocabulary,
@@ -158,7 +247,11 @@ Decoder::OpenHeaderParts Decoder::documentHeader(BitStreamReader& aReader, Docum
     unsigned char flags = 0;
     RequiredBits::read(aReader, flags, 7, HEADER_END);
     if (flags & 0x40) {
-        skipAdditionalData(aReader);
+        if (aReader.isStrict()) {
+            additionalData(aReader, dynamic_cast<DocumentPropertiesHandler*>(pHandler));
+        } else {
+            skipAdditionalData(aReader);
+        }
     }
     if (flags & 0x20) {
         parseInitialVocabulary(aReader, vocabulary, pHandler, pLoader);
@@ -184,9 +277,29 @@ void Decoder::skipAdditionalData(BitStreamReader& aReader) {
     }
 }
 
+void Decoder::additionalData(BitStreamReader& aReader, DocumentPropertiesHandler* pHandler) {
+    unsigned int count = 0;
+    lengthOfSequence(aReader, count);
+    std::string id;
+    std::string octets;
+    for (unsigned int i = 0; i < count; ++i) {
+        RequiredBits::readAs(aReader, 1, 0, HEADER_END, "identification of additional data that is not 0",
+                             "C.2.4");
+        nonEmptyOctetString(aReader, id);
+        StrictText::requireUTF8(aReader, id);
+        RequiredBits::readAs(aReader, 1, 0, HEADER_END, "identification of additional data that is not 0",
+                             "C.2.4");
+        nonEmptyOctetString(aReader, octets);
+        if (pHandler) {
+            pHandler->additionalData(id, std::as_bytes(std::span(octets.data(), octets.size())));
+        }
+    }
+}
+
 void Decoder::parseInitialVocabulary(BitStreamReader& aReader, DocumentVocabulary& vocabulary,
                                      FISDocumentHandler* pHandler, VocabularyLoader* pLoader) {
-    RequiredBits::skip(aReader, 3, VOCABULARY_END);
+    RequiredBits::readAs(aReader, 3, 0, VOCABULARY_END, "padding of the initial vocabulary that is not 0",
+                         "C.2.5");
     unsigned short flags = 0;
     RequiredBits::read(aReader, flags, 13, VOCABULARY_END);
     if (flags == 0) {
@@ -235,9 +348,8 @@ void Decoder::parseInitialVocabulary(BitStreamReader& aReader, DocumentVocabular
 
 void Decoder::handleExternalVocabulary(BitStreamReader& aReader, DocumentVocabulary& vocabulary,
                                        FISDocumentHandler* pHandler, VocabularyLoader* pLoader) {
-    RequiredBits::skip(aReader, 1, VOCABULARY_END);
     std::string uri;
-    nonEmptyOctetString(aReader, uri);
+    vocabularyString(aReader, uri);
     if (uri == vocabulary.getURI()) {
         return;
     }
@@ -258,30 +370,33 @@ void Decoder::handleRestrictedAlphabet(BitStreamReader& aReader, DocumentVocabul
     lengthOfSequence(aReader, count);
     std::string characters;
     for (unsigned int i = 0; i < count; ++i) {
-        RequiredBits::skip(aReader, 1, VOCABULARY_END);
-        nonEmptyOctetString(aReader, characters);
+        vocabularyString(aReader, characters);
+        if (aReader.isStrict()) {
+            StrictText::requireAlphabet(aReader, characters);
+        }
         vocabulary.restrictedAlphabets().add(characters);
     }
 }
 
-void Decoder::skipEncodingAlgos(BitStreamReader& aReader, DocumentVocabulary&) {
+void Decoder::skipEncodingAlgos(BitStreamReader& aReader, DocumentVocabulary& vocabulary) {
     unsigned int count = 0;
     lengthOfSequence(aReader, count);
-    std::string dropped;
+    std::string uri;
     for (unsigned int i = 0; i < count; ++i) {
-        RequiredBits::skip(aReader, 1, VOCABULARY_END);
-        nonEmptyOctetString(aReader, dropped);
+        vocabularyString(aReader, uri);
+        if (aReader.isStrict()) {
+            vocabulary.algorithms().add(uri);
+        }
     }
 }
 
 void Decoder::handleVocabulary(BitStreamReader& aReader, Vocabulary<std::string>& table) {
     unsigned int count = 0;
     lengthOfSequence(aReader, count);
-    NewStrings entries(table);
+    NewStrings entries(table, aReader.isStrict());
     std::string value;
     for (unsigned int i = 0; i < count; ++i) {
-        RequiredBits::skip(aReader, 1, VOCABULARY_END);
-        nonEmptyOctetString(aReader, value);
+        vocabularyString(aReader, value);
         entries.add(value);
     }
 }
@@ -290,10 +405,11 @@ void Decoder::handleEncodedCharacterStringVoc(BitStreamReader& aReader, Vocabula
                                               DocumentVocabulary& vocabulary) {
     unsigned int count = 0;
     lengthOfSequence(aReader, count);
-    NewStrings entries(table);
+    NewStrings entries(table, aReader.isStrict());
     std::string value;
     for (unsigned int i = 0; i < count; ++i) {
-        RequiredBits::skip(aReader, 2, VOCABULARY_END);
+        RequiredBits::readAs(aReader, 2, 0, VOCABULARY_END,
+                             "identification of a table's entry that is not 00", "C.2.5");
         encodedCharacterString(aReader, value, vocabulary);
         entries.add(value);
     }
@@ -302,9 +418,10 @@ void Decoder::handleEncodedCharacterStringVoc(BitStreamReader& aReader, Vocabula
 void Decoder::handleNameSurrogatesVoc(BitStreamReader& aReader, Vocabulary<QualifiedNameEntry>& table) {
     unsigned int count = 0;
     lengthOfSequence(aReader, count);
-    NewNames entries(table);
+    NewNames entries(table, aReader.isStrict());
     for (unsigned int i = 0; i < count; ++i) {
-        RequiredBits::skip(aReader, 6, VOCABULARY_END);
+        RequiredBits::readAs(aReader, 6, 0, VOCABULARY_END, "padding of a name surrogate that is not 0",
+                             "C.2.5");
         entries.add(nameSurrogate(aReader));
     }
 }

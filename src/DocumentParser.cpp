@@ -1,12 +1,18 @@
 #include "DocumentParser.h"
 #include "CommonForms.h"
 #include "Forms.h"
+#include "OwnTable.h"
 #include "Position.h"
+#include "Refusal.h"
 #include "RequiredBits.h"
+#include "StrictText.h"
 #include "Tamo/FastInfoset/CDataEncoding.h"
+#include "Tamo/FastInfoset/DocumentPropertiesHandler.h"
 #include "Tamo/FastInfoset/FISContentHandler.h"
 #include "Tamo/FastInfoset/FISDocumentHandler.h"
 #include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/FastInfoset/TypedChunk.h"
+#include "Tamo/FastInfoset/TypedChunkHandler.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/LexicalHandler.h"
 #include "TextPieces.h"
@@ -18,27 +24,28 @@ namespace {
 
 constexpr std::size_t CALLBACK = XML::DeliveryLimits::CALLBACK;
 
-constexpr const char* ELEMENT_END = "Unexpected end of stream while parsing element";
-constexpr const char* DTD_END = "Unexpected end of stream while parsing document type declaration";
+constexpr std::size_t ALL_DEPTHS = ~std::size_t{0};
 
-int lengthOf(const std::string& comment) {
-    if (comment.size() > TextPieces::MOST) [[unlikely]] {
-        throw FISException("A comment of " + std::to_string(comment.size()) +
-                           " octets cannot be reported in one call, which takes " +
-                           std::to_string(TextPieces::MOST));
+constexpr const char* ELEMENT_END = "Unexpected end of stream while parsing element";
+
+// Refuses a string that has just been consumed when it is not well-formed.
+TAMO_ALWAYS_INLINE void requireUTF8(BitStreamReader& reader, const CommonForms& octets,
+                                    std::string_view text) {
+    if (!XML::Characters::isASCII(text)) [[unlikely]] {
+        octets.leave(reader);
+        StrictText::requireUTF8(reader, text);
     }
-    return static_cast<int>(comment.size());
 }
 
 } // namespace
 
-// ---- reporting
+DocumentParser::DocumentParser(DocumentVocabulary::VocabularyImpl impl, OpenVocabulary open)
+    : _markup(impl), _start(impl, open) {}
 
-inline void DocumentParser::deliver(std::size_t octets) {
-    if (!_meter.add(octets)) [[unlikely]] {
-        checkDelivered();
-    }
-}
+DocumentParser::DocumentParser(const DocumentVocabulary& vocabulary, OpenVocabulary open)
+    : _markup(vocabulary), _start(vocabulary, open) {}
+
+// ---- reporting
 
 // The prefix, a colon and the local name; empty for a name without prefix. Deliberate: while the feature is
 // off this stays what it was last, nothing as a rule.
@@ -50,51 +57,57 @@ inline const std::string& DocumentParser::qualifiedName(unsigned int index) {
 }
 
 inline void DocumentParser::startElement(unsigned int index, const ResolvedNames::Name& name) {
-    if (_openElements.size() >= _strings.limits().maxDepth) [[unlikely]] {
-        StringParser::throwLimitExceeded("Limit exceeded: element depth", _strings.limits().maxDepth);
+    if (_openElements.size() >= strings().limits().maxDepth) [[unlikely]] {
+        StringParser::throwLimitExceeded("Limit exceeded: element depth", strings().limits().maxDepth);
     }
     _openElements.push_back(index);
-    if (_handlers.pContent) {
+    if (handlers().pContent) {
         // The name is handed out twice, here and at the end.
-        deliver(2 * (name.octets + name.pPrefix->size()));
-        _handlers.pContent->startElement(*name.pUri, *name.pLocalName, qualifiedName(index), _attributes);
+        _markup.deliver(2 * (name.octets + name.pPrefix->size()));
+        handlers().pContent->startElement(*name.pUri, *name.pLocalName, qualifiedName(index), _attributes);
     }
 }
 
 inline void DocumentParser::endElement() {
     const unsigned int index = _openElements.back();
     _openElements.pop_back();
-    if (_handlers.pContent) {
+    if (handlers().pContent) {
         const ResolvedNames::Name* pName = _elementNames.find(index);
         if (!pName) [[unlikely]] { // another one has taken its place
             resolveName(index, NameKind::ELEMENT);
             pName = _elementNames.find(index);
         }
-        _handlers.pContent->endElement(*pName->pUri, *pName->pLocalName, qualifiedName(index));
-        for (const std::string* pPrefix : _declaredPrefixes) {
-            deliver(CALLBACK + pPrefix->size());
-            _handlers.pContent->endPrefixMapping(*pPrefix);
+        handlers().pContent->endElement(*pName->pUri, *pName->pLocalName, qualifiedName(index));
+        if (!_declaredPrefixes.empty() && _declaredPrefixes.back().depth > _openElements.size())
+            [[unlikely]] {
+            endMappings();
         }
     }
 }
 
 inline void DocumentParser::reportCharacters(const char* pText, std::size_t size) {
-    if (_handlers.pContent) {
-        deliver(CALLBACK + size);
-        _handlers.pContent->characters(pText, 0, static_cast<int>(size));
+    if (handlers().pContent) {
+        _markup.deliver(CALLBACK + size);
+        handlers().pContent->characters(pText, 0, static_cast<int>(size));
     }
 }
 
 // A value that belongs to a table.
 inline void DocumentParser::addAttribute(const ResolvedNames::Name& name, const std::string& value) {
-    deliver(name.octets + value.size());
+    _markup.deliver(name.octets + value.size());
     _attributes.add(*name.pUri, *name.pLocalName, value);
 }
 
 inline void DocumentParser::addAttribute(const ResolvedNames::Name& name, const char* pValue,
                                          std::size_t size) {
-    deliver(name.octets + size);
+    _markup.deliver(name.octets + size);
     _attributes.add(*name.pUri, *name.pLocalName, pValue, size);
+}
+
+// In the strict mode, of the attribute that was added last.
+TAMO_ALWAYS_INLINE void DocumentParser::qualifyAttribute(const ResolvedNames::Name& name) {
+    _markup.deliver(name.pPrefix->size());
+    _attributes.qualify(*name.pPrefix);
 }
 
 // ---- the walk
@@ -105,14 +118,16 @@ inline void DocumentParser::addAttribute(const ResolvedNames::Name& name, const 
 // by bit, and are the ones to read for the format.
 
 // A value by index or as UTF-8.
-TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonAttributeValue(CommonForms& octets,
+template<DocumentParser::Mode MODE>
+TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonAttributeValue(BitStreamReader& reader,
+                                                                  CommonForms& octets,
                                                                   const ResolvedNames::Name& name) {
     const unsigned int b = octets.first();
     if (b & Forms::STRING_INDEX) {
         unsigned int index = 0;
         const std::string* pValue = nullptr;
         if (!octets.integerAtPosition1(index) ||
-            !(pValue = _strings.find(DocumentVocabulary::ATTRIBUTE_VALUE, index))) {
+            !(pValue = strings().find(DocumentVocabulary::ATTRIBUTE_VALUE, index))) {
             return false;
         }
         octets.accept();
@@ -122,11 +137,14 @@ TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonAttributeValue(CommonForms& o
     std::size_t size = 0;
     const char* pValue = nullptr;
     if ((b & Forms::STRING_FORM) != DocumentVocabulary::UTF8 || !octets.lengthAtPosition4(size) ||
-        size > _strings.limits().maxStringLength || !(pValue = octets.string(size))) {
+        size > strings().limits().maxStringLength || !(pValue = octets.string(size))) {
         return false;
     }
+    if constexpr (MODE == Mode::STRICT) {
+        requireUTF8(reader, octets, {pValue, size});
+    }
     const std::string* const pKept = (b & Forms::STRING_ADDED)
-                                         ? _strings.keep(DocumentVocabulary::ATTRIBUTE_VALUE, pValue, size)
+                                         ? strings().keep(DocumentVocabulary::ATTRIBUTE_VALUE, pValue, size)
                                          : nullptr;
     if (pKept) [[likely]] {
         addAttribute(name, *pKept);
@@ -138,12 +156,13 @@ TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonAttributeValue(CommonForms& o
 
 // Reads the attributes of an element; true when the octet that ends them ends the element as well and has
 // been read whole, as it is when all items are.
-template<DocumentParser::Extent EXTENT>
+template<DocumentParser::Extent EXTENT, DocumentParser::Mode MODE>
 TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonAttributes(BitStreamReader& reader, CommonForms& octets) {
     while (octets.areEnough()) {
         const unsigned int b = octets.first();
         if (b & 0x80) {
-            if (EXTENT == Extent::ONE || !octets.isEndWhole()) {
+            if (EXTENT == Extent::ONE || !octets.isEndWhole() ||
+                (MODE == Mode::STRICT && !octets.isEndPlain())) {
                 break;
             }
             octets.acceptOctet();
@@ -157,18 +176,23 @@ TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonAttributes(BitStreamReader& r
             index = octets.apart(reader, [&] { return parseOtherName(reader, b, NameKind::ATTRIBUTE); });
             pName = _attributeNames.find(index);
         }
-        if (!octets.areEnough() || !parseCommonAttributeValue(octets, *pName)) [[unlikely]] {
+        if (!octets.areEnough() || !parseCommonAttributeValue<MODE>(reader, octets, *pName)) [[unlikely]] {
             octets.apart(reader, [&] { parseAttributeValue(reader, *pName); });
+        }
+        if constexpr (MODE == Mode::STRICT) {
+            qualifyAttribute(*pName);
         }
     }
     octets.apart(reader, [&] { parseAttributes(reader); });
     return false;
 }
 
-template<DocumentParser::Extent EXTENT>
+template<DocumentParser::Extent EXTENT, DocumentParser::Mode MODE>
 TAMO_ALWAYS_INLINE void DocumentParser::parseCommonElement(BitStreamReader& reader, CommonForms& octets) {
     const unsigned int b = octets.first();
-    _declaredPrefixes.clear();
+    if constexpr (MODE == Mode::DEFAULT) {
+        _declaredPrefixes.clear();
+    }
     unsigned int index = 0;
     const ResolvedNames::Name* pName = nullptr;
     if (octets.integerAtPosition2(index) && (pName = _elementNames.find(index))) [[likely]] {
@@ -178,20 +202,22 @@ TAMO_ALWAYS_INLINE void DocumentParser::parseCommonElement(BitStreamReader& read
         pName = _elementNames.find(index);
     }
     _attributes.clear();
-    const bool isEnd = (b & Forms::HAS_ATTRIBUTES) && parseCommonAttributes<EXTENT>(reader, octets);
+    const bool isEnd = (b & Forms::HAS_ATTRIBUTES) && parseCommonAttributes<EXTENT, MODE>(reader, octets);
     startElement(index, *pName);
     if (isEnd) {
         endElement();
     }
 }
 
-TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonCharacterChunk(CommonForms& octets) {
+template<DocumentParser::Mode MODE>
+TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonCharacterChunk(BitStreamReader& reader,
+                                                                  CommonForms& octets) {
     const unsigned int b = octets.first();
     if (b & Forms::CHARACTERS_INDEX) {
         unsigned int index = 0;
         const std::string* pText = nullptr;
         if (!octets.integerAtPosition3(index) ||
-            !(pText = _strings.find(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, index))) {
+            !(pText = strings().find(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, index))) {
             return false;
         }
         octets.accept();
@@ -201,30 +227,37 @@ TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonCharacterChunk(CommonForms& o
     std::size_t size = 0;
     const char* pText = nullptr;
     if ((b & Forms::CHARACTERS_FORM) != DocumentVocabulary::UTF8 || !octets.lengthAtPosition6(size) ||
-        size > _strings.limits().maxStringLength || size > TextPieces::MOST ||
+        size > strings().limits().maxStringLength || size > TextPieces::MOST ||
         !(pText = octets.string(size))) {
         return false;
     }
+    if constexpr (MODE == Mode::STRICT) {
+        requireUTF8(reader, octets, {pText, size});
+    }
     if (b & Forms::CHARACTERS_ADDED) {
-        _strings.keep(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, pText, size);
+        strings().keep(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, pText, size);
     }
     reportCharacters(pText, size);
     return true;
 }
 
 // Reads all items from an octet boundary on, or only one child; false when the next item is left.
-template<DocumentParser::Extent EXTENT>
+template<DocumentParser::Extent EXTENT, DocumentParser::Mode MODE>
 bool DocumentParser::parseCommonItems(BitStreamReader& reader) {
     CommonForms octets(reader);
     while (octets.areEnough()) {
+        if (MODE == Mode::STRICT && _openElements.empty()) [[unlikely]] {
+            break; // other items are common there
+        }
         const unsigned int b = octets.first();
         if (b < Forms::ELEMENT_END) {
-            parseCommonElement<EXTENT>(reader, octets);
+            parseCommonElement<EXTENT, MODE>(reader, octets);
         } else if (b < Forms::CHARACTERS_END) {
-            if (!parseCommonCharacterChunk(octets)) {
+            if (!parseCommonCharacterChunk<MODE>(reader, octets)) {
                 break;
             }
-        } else if (b < Forms::TERMINATOR_FIRST || EXTENT == Extent::ONE || _openElements.empty()) {
+        } else if (b < Forms::TERMINATOR_FIRST || EXTENT == Extent::ONE || _openElements.empty() ||
+                   (MODE == Mode::STRICT && !octets.isEndPlain())) {
             break;
         } else {
             endElement();
@@ -250,23 +283,30 @@ bool DocumentParser::parseCommonItems(BitStreamReader& reader) {
 
 // The children of the document and, through the stack of open elements, of every element below it: all that
 // are left, or one item (a child or an end) only. False when the document has ended.
-template<DocumentParser::Extent EXTENT>
+template<DocumentParser::Extent EXTENT, DocumentParser::Mode MODE>
 bool DocumentParser::parseItems(BitStreamReader& reader) {
     static constexpr const char* END = "Unexpected end of stream while parsing element children";
     do {
-        if (_inDTD) [[unlikely]] {
-            parseDTDItem(reader);
+        if (_markup.isInDTD()) [[unlikely]] {
+            _markup.parseDTDItem(reader);
             continue;
         }
         if constexpr (EXTENT == Extent::ALL) {
-            parseCommonItems<EXTENT>(reader);
+            parseCommonItems<EXTENT, MODE>(reader);
         }
-        if (RequiredBits::peek(reader, 4, END) != Forms::TERMINATOR) {
+        const unsigned char bits = RequiredBits::peek(reader, 4, END);
+        if (bits != Forms::TERMINATOR) {
+            if (MODE == Mode::STRICT && reader.bitPos() != 0) {
+                Refusal::unless(bits == 0, reader, "padding behind an end that is not 0", "12");
+            }
             reader.skipToByteStart();
-            if (EXTENT == Extent::ALL || !parseCommonItems<EXTENT>(reader)) {
+            if (EXTENT == Extent::ALL || !parseCommonItems<EXTENT, MODE>(reader)) {
                 parseElementChild(reader);
             }
         } else if (_openElements.empty()) {
+            if constexpr (MODE == Mode::STRICT) {
+                endDocument(reader);
+            }
             return false;
         } else {
             reader.advance(4);
@@ -277,79 +317,53 @@ bool DocumentParser::parseItems(BitStreamReader& reader) {
 }
 
 bool DocumentParser::parseItem(BitStreamReader& reader) {
-    return parseItems<Extent::ONE>(reader);
+    return _isDocumentStrict ? parseItems<Extent::ONE, Mode::STRICT>(reader)
+                             : parseItems<Extent::ONE, Mode::DEFAULT>(reader);
 }
 
 void DocumentParser::parse(BitStreamReader& reader) {
     begin(reader);
-    parseItems<Extent::ALL>(reader);
-    if (_handlers.pContent) {
-        _handlers.pContent->endDocument();
+    if (_isDocumentStrict) {
+        parseItems<Extent::ALL, Mode::STRICT>(reader);
+    } else {
+        parseItems<Extent::ALL, Mode::DEFAULT>(reader);
+    }
+    if (handlers().pContent) {
+        handlers().pContent->endDocument();
     }
 }
 
-// ---- the header and what follows it
+// ---- the header
 
 void DocumentParser::begin(BitStreamReader& reader) {
     _openElements.clear();
     _declaredPrefixes.clear();
-    _inDTD = false;
-    _meter.start(_strings.limits().delivery());
-    _pSource = &reader;
-    reader.setMaxStringLength(_strings.limits().maxStringLength);
+    _children = {};
+    _isDocumentStrict = _strict;
+    reader.setStrict(_strict);
+    _elementNames.setComplete(_strict);
+    _attributes.setQualified(_strict && _namespacePrefixes);
+    if (_strict) {
+        _start.restore(strings().vocabulary());
+        _qname.clear();
+        _pQName = &_qname;
+    }
+    _markup.begin(reader);
+    reader.setMaxStringLength(strings().limits().maxStringLength);
     Decoder::documentPreHeader(reader, _scratch);
-    if (_handlers.pDocument) {
-        _handlers.pDocument->setWriteXMLDeclaration(!_scratch.empty());
+    if (handlers().pDocument) {
+        handlers().pDocument->setWriteXMLDeclaration(!_scratch.empty());
     }
-    const Decoder::OpenHeaderParts parts =
-        Decoder::documentHeader(reader, _strings.vocabulary(), _handlers.pDocument, loader());
-    _strings.bindTables();
+    const Decoder::OpenHeaderParts parts = Decoder::documentHeader(
+        reader, strings().vocabulary(), handlers().pDocument, _start.loader(_pLoader, _strict));
+    strings().bindTables(reader);
     forgetNames();
-    if (_handlers.pDocument) {
-        _handlers.pDocument->setDocumentVocabulary(_strings.vocabulary());
+    if (handlers().pDocument) {
+        handlers().pDocument->setDocumentVocabulary(strings().vocabulary());
     }
-    parseDocumentChildren(reader, parts);
-    if (_handlers.pContent) {
-        _handlers.pContent->startDocument();
-    }
-}
-
-void DocumentParser::parseDocumentChildren(BitStreamReader& reader, const Decoder::OpenHeaderParts& parts) {
-    static constexpr const char* NOTATIONS_END = "Unexpected end of stream while parsing notations";
-    static constexpr const char* ENTITIES_END = "Unexpected end of stream while parsing unparsed entities";
-    static constexpr const char* HEADER_END = "Unexpected end of stream while parsing document header";
-    if (parts.notations) {
-        for (;;) {
-            const unsigned char id = RequiredBits::read(reader, 6, NOTATIONS_END);
-            if (id != Forms::NOTATION) {
-                tamo_assert(id == 60);
-                RequiredBits::skip(reader, 2, NOTATIONS_END);
-                break;
-            }
-            parseNotation(reader);
-        }
-    }
-    if (parts.unparsedEntities) {
-        for (;;) {
-            const unsigned char id = RequiredBits::read(reader, 7, ENTITIES_END);
-            if (id != Forms::UNPARSED_ENTITY) {
-                tamo_assert(id == 120);
-                RequiredBits::skip(reader, 1, ENTITIES_END);
-                break;
-            }
-            parseUnparsedEntity(reader);
-        }
-    }
-    if (parts.characterEncodingScheme) {
-        RequiredBits::skip(reader, 1, HEADER_END);
-        Decoder::nonEmptyOctetString(reader, _scratch);
-    }
-    if (parts.standalone) {
-        RequiredBits::skip(reader, 7, HEADER_END);
-        RequiredBits::read(reader, 1, HEADER_END);
-    }
-    if (parts.version) {
-        _strings.parseOtherText(reader, DocumentVocabulary::OTHER_STRING);
+    _markup.parseHeaderParts(reader, parts);
+    if (handlers().pContent) {
+        handlers().pContent->startDocument();
     }
 }
 
@@ -359,6 +373,8 @@ unsigned int DocumentParser::parseOtherName(BitStreamReader& reader, unsigned in
     const unsigned int literal = isElement ? Forms::ELEMENT_NAME : Forms::ATTRIBUTE_NAME;
     if ((b & literal) == literal) [[likely]] {
         reader.advance(8);
+        Refusal::unless(isElement || (b & Forms::ATTRIBUTE_NAME_PADDING) == 0 || !_isDocumentStrict, reader,
+                        "padding of a name that is not 0", "C.17");
         return parseQualifiedName(reader, b, kind);
     }
     reader.advance(isElement ? 2 : 1);
@@ -369,6 +385,9 @@ unsigned int DocumentParser::parseOtherName(BitStreamReader& reader, unsigned in
 void DocumentParser::parseElementChild(BitStreamReader& reader) {
     const unsigned char b =
         RequiredBits::peek(reader, 8, "Unexpected end of stream while parsing element children");
+    if (_isDocumentStrict) {
+        requireChild(reader, b);
+    }
     if (b < Forms::ELEMENT_END) {
         reader.advance(1);
         parseElement(reader);
@@ -378,19 +397,19 @@ void DocumentParser::parseElementChild(BitStreamReader& reader) {
     } else if (b < 0xE0) {
         reader.advance(6);
         if ((b & Forms::DECLARATION_BITS) == Forms::DOCTYPE) {
-            parseDocumentTypeDeclaration(reader);
+            _markup.parseDocumentTypeDeclaration(reader);
         } else if ((b & Forms::DECLARATION_BITS) == Forms::ENTITY_REFERENCE) {
-            parseUnexpandedEntityReference(reader);
+            _markup.parseUnexpandedEntityReference(reader);
         } else {
             throw FISEncodingException("Invalid child element");
         }
     } else {
         if (b == Forms::PROCESSING_INSTRUCTION) {
             reader.advance(8);
-            parseProcessingInstruction(reader);
+            _markup.parseProcessingInstruction(reader);
         } else if (b == Forms::COMMENT) {
             reader.advance(8);
-            parseComment(reader);
+            _markup.parseComment(reader);
         } else {
             throw FISEncodingException("Parse error: unknown element child code");
         }
@@ -402,7 +421,9 @@ void DocumentParser::parseElement(BitStreamReader& reader) {
     const bool hasAttributes = RequiredBits::readFlag(reader, ELEMENT_END);
     // Deliberate: one list for all elements, so that an element ends the mappings of the element started
     // last. Handlers that rely on balanced endPrefixMapping calls would have to count themselves.
-    _declaredPrefixes.clear();
+    if (!_isDocumentStrict) {
+        _declaredPrefixes.clear();
+    }
     const unsigned int index = parseElementName(reader);
     _attributes.clear();
     if (hasAttributes) {
@@ -421,12 +442,18 @@ unsigned int DocumentParser::parseElementName(BitStreamReader& reader) {
 
 void DocumentParser::parseNamespaceAttributes(BitStreamReader& reader) {
     RequiredBits::skip(reader, 6, ELEMENT_END);
-    while (RequiredBits::read(reader, 4, ELEMENT_END) != Forms::TERMINATOR) {
-        // Deliberate: any other four bits are taken for 1100.
-        RequiredBits::skip(reader, 2, ELEMENT_END);
+    for (;;) {
+        const unsigned char bits = RequiredBits::read(reader, 4, ELEMENT_END);
+        if (bits == Forms::TERMINATOR) {
+            break;
+        }
+        // Deliberate: any other four bits are taken for 1100 by default.
+        RequiredBits::readAs(reader, 2, bits == 0x0C ? 3 : 4, ELEMENT_END,
+                             "a namespace attribute that does not begin 110011", "C.3.4");
         parseNamespaceAttribute(reader);
     }
-    RequiredBits::skip(reader, 6, ELEMENT_END);
+    RequiredBits::readAs(reader, 6, 0, ELEMENT_END, "padding behind the namespace attributes that is not 0",
+                         "C.3.4");
 }
 
 void DocumentParser::parseNamespaceAttribute(BitStreamReader& reader) {
@@ -434,13 +461,15 @@ void DocumentParser::parseNamespaceAttribute(BitStreamReader& reader) {
     requirePosition(reader.bitPos() == 6, "Illegal startposition for a NamespaceAttribute value");
     const bool hasPrefix = RequiredBits::readFlag(reader, END);
     const bool hasNamespace = RequiredBits::readFlag(reader, END);
-    const std::string& prefix = _strings.parseIdentifyingIf(reader, hasPrefix, DocumentVocabulary::PREFIX);
+    const std::string& prefix = strings().parseIdentifyingIf(reader, hasPrefix, DocumentVocabulary::PREFIX);
     const std::string& uri =
-        _strings.parseIdentifyingIf(reader, hasNamespace, DocumentVocabulary::NAMESPACE_NAME);
-    _declaredPrefixes.push_back(&prefix);
-    if (_handlers.pContent) {
-        deliver(CALLBACK + prefix.size() + uri.size());
-        _handlers.pContent->startPrefixMapping(prefix, uri);
+        strings().parseIdentifyingIf(reader, hasNamespace, DocumentVocabulary::NAMESPACE_NAME);
+    if (!_isDocumentStrict || handlers().pContent) {
+        _declaredPrefixes.push_back({&prefix, _isDocumentStrict ? _openElements.size() + 1 : ALL_DEPTHS});
+    }
+    if (handlers().pContent) {
+        _markup.deliver(CALLBACK + prefix.size() + uri.size());
+        handlers().pContent->startPrefixMapping(prefix, uri);
     }
 }
 
@@ -449,18 +478,22 @@ void DocumentParser::parseAttributes(BitStreamReader& reader) {
     for (;;) {
         const bool last = RequiredBits::readFlag(reader, END);
         if (last) {
-            RequiredBits::skip(reader, 3, END);
+            RequiredBits::readAs(reader, 3, 7, END, "neither an attribute nor their end", "C.3.6");
             return;
         }
         requirePosition(reader.bitPos() == 1, "Illegal startposition for a Attribute value");
-        parseAttributeValue(reader,
-                            *_attributeNames.find(parseQualifiedNameOrIndex(reader, NameKind::ATTRIBUTE)));
+        const ResolvedNames::Name& name =
+            *_attributeNames.find(parseQualifiedNameOrIndex(reader, NameKind::ATTRIBUTE));
+        parseAttributeValue(reader, name);
+        if (_isDocumentStrict) {
+            qualifyAttribute(name);
+        }
     }
 }
 
 void DocumentParser::parseAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name) {
-    const std::string& value = _strings.parseOtherText(reader, DocumentVocabulary::ATTRIBUTE_VALUE);
-    if (_strings.isOwnText(value)) {
+    const std::string& value = strings().parseOtherText(reader, DocumentVocabulary::ATTRIBUTE_VALUE);
+    if (strings().isOwnText(value)) {
         addAttribute(name, value.data(), value.size());
     } else {
         addAttribute(name, value);
@@ -476,7 +509,10 @@ unsigned int DocumentParser::parseQualifiedNameOrIndex(BitStreamReader& reader, 
         RequiredBits::peek(reader, 4, "Unexpected end of stream while parsing qualified name or index");
     if (bits == Forms::TERMINATOR) {
         static constexpr const char* END = "Unexpected end of stream while parsing qualified name";
-        RequiredBits::skip(reader, position == 1 ? 5 : 4, END);
+        RequiredBits::skip(reader, 4, END);
+        if (position == 1) {
+            RequiredBits::readAs(reader, 1, 0, END, "padding of a name that is not 0", "C.17");
+        }
         const unsigned char presence = RequiredBits::read(reader, 2, END);
         return parseQualifiedName(reader, presence, kind);
     }
@@ -489,32 +525,35 @@ unsigned int DocumentParser::parseQualifiedNameOrIndex(BitStreamReader& reader, 
 }
 
 void DocumentParser::resolveName(unsigned int index, NameKind kind) {
-    const QualifiedNameEntry entry = _strings.vocabulary().names(kind).value(index);
-    resolvedNames(kind).enter(index, _strings.namePart(DocumentVocabulary::PREFIX, entry.prefixId()),
-                              _strings.namePart(DocumentVocabulary::NAMESPACE_NAME, entry.namespaceId()),
-                              _strings.namePart(DocumentVocabulary::LOCAL_NAME, entry.localNameId()));
+    const QualifiedNameEntry entry = strings().name(kind, index);
+    resolvedNames(kind).enter(index, strings().namePart(DocumentVocabulary::PREFIX, entry.prefixId()),
+                              strings().namePart(DocumentVocabulary::NAMESPACE_NAME, entry.namespaceId()),
+                              strings().namePart(DocumentVocabulary::LOCAL_NAME, entry.localNameId()));
 }
 
 // A name in full; the two low bits of presence say which parts it has.
 unsigned int DocumentParser::parseQualifiedName(BitStreamReader& reader, unsigned int presence,
                                                 NameKind kind) {
+    Refusal::unless((presence & (Forms::HAS_PREFIX | Forms::HAS_NAMESPACE)) != Forms::HAS_PREFIX ||
+                        !_isDocumentStrict,
+                    reader, "a name with a prefix and without namespace name", "7.16");
     CommonForms octets(reader);
     const StringParser::Entry prefix =
         (presence & Forms::HAS_PREFIX) != 0
-            ? _strings.parseCommonIdentifying(reader, octets, DocumentVocabulary::PREFIX)
+            ? strings().parseCommonIdentifying(reader, octets, DocumentVocabulary::PREFIX)
             : StringParser::Entry{&StringParser::EMPTY, 0};
     const StringParser::Entry uri =
         (presence & Forms::HAS_NAMESPACE) != 0
-            ? _strings.parseCommonIdentifying(reader, octets, DocumentVocabulary::NAMESPACE_NAME)
+            ? strings().parseCommonIdentifying(reader, octets, DocumentVocabulary::NAMESPACE_NAME)
             : StringParser::Entry{&StringParser::EMPTY, 0};
     const StringParser::Entry localName =
-        _strings.parseCommonIdentifying(reader, octets, DocumentVocabulary::LOCAL_NAME);
+        strings().parseCommonIdentifying(reader, octets, DocumentVocabulary::LOCAL_NAME);
     octets.leave(reader);
+    Vocabulary<QualifiedNameEntry>& names = strings().vocabulary().names(kind);
+    const QualifiedNameEntry entry(prefix.index, uri.index, localName.index);
     bool found = false;
-    Vocabulary<QualifiedNameEntry>& names = _strings.vocabulary().names(kind);
-    const unsigned int index =
-        names.index(QualifiedNameEntry(prefix.index, uri.index, localName.index), found);
-    _strings.requireEntries(names.size());
+    const unsigned int index = _isDocumentStrict ? OwnTable::append(names, entry) : names.index(entry, found);
+    strings().requireEntries(names.size());
     resolvedNames(kind).enter(index, *prefix.pValue, *uri.pValue, *localName.pValue);
     return index;
 }
@@ -522,132 +561,94 @@ unsigned int DocumentParser::parseQualifiedName(BitStreamReader& reader, unsigne
 void DocumentParser::parseCharacterChunk(BitStreamReader& reader) {
     requirePosition(reader.bitPos() == 2, "Illegal startposition for a CharacterChunk value");
     const StringParser::Value value =
-        _strings.parseOther(reader, DocumentVocabulary::CONTENT_CHARACTER_CHUNK);
+        strings().parseOther(reader, DocumentVocabulary::CONTENT_CHARACTER_CHUNK);
     if (value.typed) {
         parseTypedChunk();
-    } else if (_handlers.pContent) {
+    } else if (handlers().pContent) {
         TextPieces::forEach(*value.pText,
                             [this](std::string_view piece) { reportCharacters(piece.data(), piece.size()); });
     }
 }
 
 void DocumentParser::parseTypedChunk() {
-    const bool inCDATA = _handlers.pLexical && _strings.typed()->type() == CDataEncoding::TYPE;
+    const bool inCDATA = handlers().pLexical && strings().typed()->type() == CDataEncoding::TYPE;
     if (inCDATA) {
-        deliver(2 * CALLBACK);
-        _handlers.pLexical->startCDATA();
+        _markup.deliver(2 * CALLBACK);
+        handlers().pLexical->startCDATA();
     }
-    if (_handlers.pTyped) {
-        deliver(CALLBACK);
-        _strings.typed()->handle(_handlers.pTyped);
-    } else if (_handlers.pContent) {
-        _strings.typed()->createContent();
-        deliver(CALLBACK + static_cast<const Encoding&>(*_strings.typed()).content().size());
-        _strings.typed()->handle(_handlers.pContent);
+    if (_isDocumentStrict && handlers().pChunks && strings().typed()->type() != CDataEncoding::TYPE) {
+        const unsigned int algorithm = strings().typedAlgorithm();
+        const std::string* const pURI = strings().vocabulary().algorithms().find(algorithm);
+        _markup.deliver(2 * CALLBACK);
+        if (!handlers().pChunks->startTypedChunk(
+                TypedChunk(strings().typed(), algorithm, pURI ? *pURI : StringParser::EMPTY))) {
+            strings().typed()->handle(handlers().pTyped);
+        }
+        handlers().pChunks->endTypedChunk();
+    } else if (handlers().pTyped) {
+        _markup.deliver(CALLBACK);
+        strings().typed()->handle(handlers().pTyped);
+    } else if (handlers().pContent) {
+        strings().typedText().createContent(*strings().typed());
+        _markup.deliver(CALLBACK + static_cast<const Encoding&>(*strings().typed()).content().size());
+        strings().typed()->handle(handlers().pContent);
     }
     if (inCDATA) {
-        _handlers.pLexical->endCDATA();
+        handlers().pLexical->endCDATA();
     }
 }
 
-void DocumentParser::parseComment(BitStreamReader& reader) {
-    requirePosition(reader.bitPos() == 0, "Illegal startposition for a Comment value");
-    const std::string& text = _strings.parseOtherText(reader, DocumentVocabulary::OTHER_STRING);
-    if (_handlers.pLexical) {
-        deliver(CALLBACK + text.size());
-        _handlers.pLexical->comment(text.data(), 0, lengthOf(text));
-    }
-}
+// ---- the strict mode
 
-void DocumentParser::parseProcessingInstruction(BitStreamReader& reader) {
-    const std::string& target = _strings.parseIdentifying(reader, DocumentVocabulary::OTHER_NCNAME);
-    const std::string& data = _strings.parseOtherText(reader, DocumentVocabulary::OTHER_STRING);
-    if (_handlers.pContent) {
-        deliver(CALLBACK + target.size() + data.size());
-        _handlers.pContent->processingInstruction(target, data);
-    }
-}
-
-void DocumentParser::parseUnexpandedEntityReference(BitStreamReader& reader) {
-    static constexpr const char* END = "Unexpected end of stream while parsing unexpanded entity reference";
-    requirePosition(reader.bitPos() == 6, "Illegal startposition for a Notation value");
-    const bool hasSystemId = RequiredBits::readFlag(reader, END);
-    const bool hasPublicId = RequiredBits::readFlag(reader, END);
-    _strings.parseIdentifying(reader, DocumentVocabulary::OTHER_NCNAME);
-    _strings.parseIdentifyingIf(reader, hasSystemId, DocumentVocabulary::OTHER_URI);
-    _strings.parseIdentifyingIf(reader, hasPublicId, DocumentVocabulary::OTHER_URI);
-}
-
-void DocumentParser::parseDocumentTypeDeclaration(BitStreamReader& reader) {
-    requirePosition(reader.bitPos() == 6, "Illegal startposition for a DocumentTypeDeclaration value");
-    const bool hasSystemId = RequiredBits::readFlag(reader, DTD_END);
-    const bool hasPublicId = RequiredBits::readFlag(reader, DTD_END);
-    const std::string& systemId =
-        _strings.parseIdentifyingIf(reader, hasSystemId, DocumentVocabulary::OTHER_URI);
-    const std::string& publicId =
-        _strings.parseIdentifyingIf(reader, hasPublicId, DocumentVocabulary::OTHER_URI);
-    if (_handlers.pLexical) {
-        deliver(2 * CALLBACK + publicId.size() + systemId.size());
-        _handlers.pLexical->startDTD(StringParser::EMPTY, publicId, systemId);
-    }
-    const unsigned char stat = RequiredBits::peek(reader, 4, DTD_END);
-    if (stat != 0x0E) {
-        tamo_assert(stat == 0x0f);
-    }
-    _inDTD = true;
-}
-
-// A processing instruction of the document type declaration, or its end.
-void DocumentParser::parseDTDItem(BitStreamReader& reader) {
-    // Deliberate: within the list every four bits but the terminator open a processing instruction.
-    if (RequiredBits::read(reader, 4, DTD_END) != Forms::TERMINATOR) {
-        RequiredBits::skip(reader, 4, DTD_END);
-        parseProcessingInstruction(reader);
+// Whether a child that begins with the octet b may stand here (X.891, 7.2 and 7.3).
+void DocumentParser::requireChild(const BitStreamReader& reader, unsigned char b) {
+    const bool isDeclaration = b >= Forms::CHARACTERS_END && (b & Forms::DECLARATION_BITS) == Forms::DOCTYPE;
+    if (!_openElements.empty()) {
+        Refusal::unless(!isDeclaration, reader, "a document type declaration within an element", "C.3");
         return;
     }
-    _inDTD = false;
-    if (_handlers.pLexical) {
-        _handlers.pLexical->endDTD();
+    if (b < Forms::ELEMENT_END) {
+        Refusal::unless(!_children.element, reader, "a second element of the document", "C.2");
+        _children.element = true;
+    } else if (b < Forms::CHARACTERS_END) {
+        Refusal::at(reader, "character data outside of the document's element", "C.2");
+    } else if (isDeclaration) {
+        Refusal::unless(!_children.element && !_children.declaration, reader,
+                        "a document type declaration behind the first or behind the element", "C.2");
+        _children.declaration = true;
+    } else {
+        Refusal::unless((b & Forms::DECLARATION_BITS) != Forms::ENTITY_REFERENCE, reader,
+                        "an entity reference outside of the document's element", "C.2");
     }
 }
 
-void DocumentParser::parseNotation(BitStreamReader& reader) {
-    static constexpr const char* END = "Unexpected end of stream while parsing notation";
-    requirePosition(reader.bitPos() == 6, "Illegal startposition for a Notation value");
-    const bool hasSystemId = RequiredBits::readFlag(reader, END);
-    const bool hasPublicId = RequiredBits::readFlag(reader, END);
-    const std::string& name = _strings.parseIdentifying(reader, DocumentVocabulary::OTHER_NCNAME);
-    const std::string& systemId =
-        _strings.parseIdentifyingIf(reader, hasSystemId, DocumentVocabulary::OTHER_URI);
-    const std::string& publicId =
-        _strings.parseIdentifyingIf(reader, hasPublicId, DocumentVocabulary::OTHER_URI);
-    if (_handlers.pDTD) {
-        deliver(CALLBACK + name.size() + publicId.size() + systemId.size());
-        _handlers.pDTD->notationDecl(name, hasPublicId ? &publicId : nullptr,
-                                     hasSystemId ? &systemId : nullptr);
+// By default those of the element that was started last, which may be another one; strictly its own, in
+// reverse order.
+void DocumentParser::endMappings() {
+    if (!_isDocumentStrict) {
+        for (const DeclaredPrefix& declared : _declaredPrefixes) {
+            _markup.deliver(CALLBACK + declared.pPrefix->size());
+            handlers().pContent->endPrefixMapping(*declared.pPrefix);
+        }
+        return;
+    }
+    while (!_declaredPrefixes.empty() && _declaredPrefixes.back().depth > _openElements.size()) {
+        const std::string& prefix = *_declaredPrefixes.back().pPrefix;
+        _declaredPrefixes.pop_back();
+        _markup.deliver(CALLBACK + prefix.size());
+        handlers().pContent->endPrefixMapping(prefix);
     }
 }
 
-void DocumentParser::parseUnparsedEntity(BitStreamReader& reader) {
-    requirePosition(reader.bitPos() == 7, "Illegal startposition for an UnparsedEntity value");
-    const bool hasPublicId =
-        RequiredBits::readFlag(reader, "Unexpected end of stream while parsing unparsed entity");
-    const std::string& name = _strings.parseIdentifying(reader, DocumentVocabulary::OTHER_NCNAME);
-    const std::string& systemId = _strings.parseIdentifying(reader, DocumentVocabulary::OTHER_URI);
-    const std::string& publicId =
-        _strings.parseIdentifyingIf(reader, hasPublicId, DocumentVocabulary::OTHER_URI);
-    const std::string& notationName = _strings.parseIdentifying(reader, DocumentVocabulary::OTHER_NCNAME);
-    if (_handlers.pDTD) {
-        deliver(CALLBACK + name.size() + publicId.size() + systemId.size() + notationName.size());
-        _handlers.pDTD->unparsedEntityDecl(name, hasPublicId ? &publicId : nullptr, systemId, notationName);
+// Reads the terminator and what fills its octet.
+void DocumentParser::endDocument(BitStreamReader& reader) {
+    static constexpr const char* END = "Unexpected end of stream while parsing the end of the document";
+    Refusal::unless(_children.element, reader, "a document without element", "C.2");
+    RequiredBits::skip(reader, 4, END);
+    if (reader.bitPos() != 0) {
+        RequiredBits::readAs(reader, 4, 0, END, "padding behind the document that is not 0", "12");
     }
-}
-
-void DocumentParser::checkDelivered() {
-    const std::string limit = _meter.exceeds(_pSource->obtained());
-    if (!limit.empty()) {
-        throw FISException("Limit exceeded: " + limit);
-    }
+    _documentSize = reader.position() / 8;
 }
 
 // Names of an earlier document's tables mean nothing to the next one. The qualified name last reported stays,

@@ -1,14 +1,16 @@
 #ifndef TAMO_FASTINFOSET_DOCUMENTPARSER_H
 #define TAMO_FASTINFOSET_DOCUMENTPARSER_H
 
+#include "MarkupParser.h"
 #include "ResolvedNames.h"
-#include "StringParser.h"
+#include "StartVocabulary.h"
 #include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/VocabularyLoader.h"
 #include "Tamo/FastInfoset/detail/ParsedAttributes.h"
 #include "Tamo/XML/DeliveryMeter.h"
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,8 +24,10 @@ namespace Tamo::FastInfoset {
 
 class BitStreamReader;
 class CommonForms;
+class DocumentPropertiesHandler;
 class FISContentHandler;
 class FISDocumentHandler;
+class TypedChunkHandler;
 
 /// Walks through a document and reports its items: what FastInfosetParser and FastInfosetReader have in
 /// common (ITU-T X.891, 7.2 to 7.12). Used by one thread at a time.
@@ -32,27 +36,18 @@ class FISDocumentHandler;
 /// open elements is here: nothing recurses.
 class DocumentParser {
 public:
-    /// Who is told; borrowed, and null where nobody is.
-    struct Handlers {
-        XML::DTDHandler* pDTD = nullptr;
-        XML::ContentHandler* pContent = nullptr;
-        FISContentHandler* pTyped = nullptr; ///< the content handler, if it takes values
-        XML::LexicalHandler* pLexical = nullptr;
-        FISDocumentHandler* pDocument = nullptr;
-    };
-
     /// What opens a vocabulary when the application has no loader.
-    using OpenVocabulary = DocumentVocabulary (*)(const std::string& uri, bool strict);
+    using OpenVocabulary = StartVocabulary::Open;
 
     /// With tables of a kind, or over a copy of a vocabulary. Without a function no vocabulary is opened.
-    template<class Tables>
-    DocumentParser(const Tables& tables, OpenVocabulary open) : _strings(tables), _opener(open) {}
+    DocumentParser(DocumentVocabulary::VocabularyImpl impl, OpenVocabulary open);
+    DocumentParser(const DocumentVocabulary& vocabulary, OpenVocabulary open);
 
     DocumentParser(const DocumentParser&) = delete;
     DocumentParser& operator=(const DocumentParser&) = delete;
 
-    Handlers& handlers() noexcept { return _handlers; }
-    const Handlers& handlers() const noexcept { return _handlers; }
+    MarkupParser::Handlers& handlers() noexcept { return _markup.handlers(); }
+    const MarkupParser::Handlers& handlers() const noexcept { return _markup.handlers(); }
 
     /// Whether documents are read by the letter of X.891; to be set between documents.
     void setStrict(bool flag) noexcept { _strict = flag; }
@@ -69,6 +64,9 @@ public:
     void setLoader(VocabularyLoader* pLoader) noexcept { _pLoader = pLoader; }
     VocabularyLoader* getLoader() const noexcept { return _pLoader; }
 
+    /// How typed values become text.
+    void setCanonicalNumbers(bool flag) noexcept { strings().typedText().canonicalNumbers = flag; }
+
     /// Reads a whole document.
     void parse(BitStreamReader& reader);
 
@@ -84,8 +82,8 @@ public:
     /// How many elements are open.
     std::size_t depth() const noexcept { return _openElements.size(); }
 
-    StringParser& strings() noexcept { return _strings; }
-    const StringParser& strings() const noexcept { return _strings; }
+    StringParser& strings() noexcept { return _markup.strings(); }
+    const StringParser& strings() const noexcept { return _markup.strings(); }
 
 private:
     using NameKind = DocumentVocabulary::NameKind;
@@ -93,30 +91,34 @@ private:
     // Whether all items that are left are read, or one.
     enum class Extent { ALL, ONE };
 
-    // Opens vocabularies by a function.
-    class Opener : public VocabularyLoader {
-    public:
-        explicit Opener(OpenVocabulary open) noexcept : _open(open) {}
-        DocumentVocabulary load(const std::string& uri) override { return _open(uri, false); }
-        bool opens() const noexcept { return _open != nullptr; }
-
-    private:
-        OpenVocabulary _open;
+    // A namespace declaration, and how many elements are open with its own.
+    struct DeclaredPrefix {
+        const std::string* pPrefix;
+        std::size_t depth;
     };
 
-    VocabularyLoader* loader() noexcept { return _pLoader ? _pLoader : _opener.opens() ? &_opener : nullptr; }
+    // Whose rules are followed.
+    enum class Mode { DEFAULT, STRICT };
 
-    void parseDocumentChildren(BitStreamReader& reader, const Decoder::OpenHeaderParts& parts);
-    template<Extent EXTENT>
+    // What has stood in the document so far, as the strict mode asks.
+    struct Children {
+        bool declaration = false;
+        bool element = false;
+    };
+
+    template<Extent EXTENT, Mode MODE>
     bool parseItems(BitStreamReader& reader);
-    template<Extent EXTENT>
+    template<Extent EXTENT, Mode MODE>
     bool parseCommonItems(BitStreamReader& reader);
-    template<Extent EXTENT>
+    template<Extent EXTENT, Mode MODE>
     void parseCommonElement(BitStreamReader& reader, CommonForms& octets);
-    template<Extent EXTENT>
+    template<Extent EXTENT, Mode MODE>
     bool parseCommonAttributes(BitStreamReader& reader, CommonForms& octets);
-    bool parseCommonAttributeValue(CommonForms& octets, const ResolvedNames::Name& name);
-    bool parseCommonCharacterChunk(CommonForms& octets);
+    template<Mode MODE>
+    bool parseCommonAttributeValue(BitStreamReader& reader, CommonForms& octets,
+                                   const ResolvedNames::Name& name);
+    template<Mode MODE>
+    bool parseCommonCharacterChunk(BitStreamReader& reader, CommonForms& octets);
     unsigned int parseOtherName(BitStreamReader& reader, unsigned int b, NameKind kind);
     void parseElementChild(BitStreamReader& reader);
     void parseElement(BitStreamReader& reader);
@@ -129,43 +131,36 @@ private:
     void parseAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name);
     void addAttribute(const ResolvedNames::Name& name, const std::string& value);
     void addAttribute(const ResolvedNames::Name& name, const char* pValue, std::size_t size);
+    void qualifyAttribute(const ResolvedNames::Name& name);
+    void endMappings();
+    void requireChild(const BitStreamReader& reader, unsigned char b);
+    void endDocument(BitStreamReader& reader);
     unsigned int parseQualifiedNameOrIndex(BitStreamReader& reader, NameKind kind);
     void resolveName(unsigned int index, NameKind kind);
     unsigned int parseQualifiedName(BitStreamReader& reader, unsigned int presence, NameKind kind);
     void parseCharacterChunk(BitStreamReader& reader);
     void reportCharacters(const char* pText, std::size_t size);
     void parseTypedChunk();
-    void parseComment(BitStreamReader& reader);
-    void parseProcessingInstruction(BitStreamReader& reader);
-    void parseUnexpandedEntityReference(BitStreamReader& reader);
-    void parseDocumentTypeDeclaration(BitStreamReader& reader);
-    void parseDTDItem(BitStreamReader& reader);
-    void parseNotation(BitStreamReader& reader);
-    void parseUnparsedEntity(BitStreamReader& reader);
 
-    void deliver(std::size_t octets);
-    void checkDelivered();
     ResolvedNames& resolvedNames(NameKind kind) noexcept {
         return kind == NameKind::ELEMENT ? _elementNames : _attributeNames;
     }
     void forgetNames();
     const std::string& qualifiedName(unsigned int index);
 
-    StringParser _strings;
-    Handlers _handlers;
+    MarkupParser _markup;
     VocabularyLoader* _pLoader = nullptr;
-    Opener _opener;
+    StartVocabulary _start;
     bool _strict = false;
+    bool _isDocumentStrict = false; // of the one that is read
+    Children _children;
     bool _namespacePrefixes = true;
     UInt64 _documentSize = 0;
-    bool _inDTD = false;
     ResolvedNames _elementNames;
     ResolvedNames _attributeNames;
     ParsedAttributes _attributes;
-    std::vector<const std::string*> _declaredPrefixes;
+    std::vector<DeclaredPrefix> _declaredPrefixes;
     std::vector<unsigned int> _openElements; // indexes of names
-    XML::DeliveryMeter _meter;
-    const BitStreamReader* _pSource = nullptr; // of the document that is read
     std::string _scratch;
     std::string _qname;
     const std::string* _pQName = &_qname; // the qualified name last reported

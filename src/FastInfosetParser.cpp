@@ -48,8 +48,7 @@ XML::DTDHandler* FastInfosetParser::getDTDHandler() const {
 }
 
 void FastInfosetParser::setContentHandler(XML::ContentHandler* pContentHandler) {
-    _pEngine->handlers().pContent = pContentHandler;
-    _pEngine->handlers().pTyped = dynamic_cast<FISContentHandler*>(pContentHandler);
+    _pEngine->handlers().setContent(pContentHandler);
 }
 
 XML::ContentHandler* FastInfosetParser::getContentHandler() const {
@@ -150,7 +149,7 @@ void FastInfosetParser::parseMemoryNP(const char* data, std::size_t size) {
 }
 
 void FastInfosetParser::setDocumentHandler(FISDocumentHandler* pDocumentHandler) {
-    _pEngine->handlers().pDocument = pDocumentHandler;
+    _pEngine->handlers().setDocument(pDocumentHandler);
 }
 
 FISDocumentHandler* FastInfosetParser::getDocumentHandler() const {
@@ -181,7 +180,9 @@ bool FastInfosetParser::isStrict() const noexcept {
     return _pEngine->isStrict();
 }
 
-void FastInfosetParser::setCanonicalNumbers(bool) {}
+void FastInfosetParser::setCanonicalNumbers(bool flag) {
+    _pEngine->setCanonicalNumbers(flag);
+}
 
 UInt64 FastInfosetParser::documentSize() const noexcept {
     return _pEngine->documentSize();

@@ -106,7 +106,8 @@ struct Forms {
     static constexpr unsigned int STRING_FORM = 0x30;
 
     /// Of an attribute (X.891, C.4).
-    static constexpr unsigned int ATTRIBUTE_NAME = 0x78;      ///< the name in full, with two bits of presence
+    static constexpr unsigned int ATTRIBUTE_NAME = 0x78; ///< the name in full, with two bits of presence
+    static constexpr unsigned int ATTRIBUTE_NAME_PADDING = 0x04;
     static constexpr unsigned int NAMESPACE_ATTRIBUTE = 0xCC; ///< a declaration (X.891, C.12), the same
 
     /// Which parts of a name or a declaration there are.

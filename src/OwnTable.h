@@ -22,6 +22,22 @@ public:
                                                             : nullptr;
     }
 
+    /// Appends a value whether it is there or not, and returns its index; an application's table decides by
+    /// itself.
+    template<class T>
+    static unsigned int append(Vocabulary<T>& table, const T& value) {
+        const std::type_info& type = typeid(table);
+        if (type == typeid(VectorVocabulary<T>)) {
+            static_cast<VectorVocabulary<T>&>(table).append(value);
+        } else if (type == typeid(MapVocabulary<T>) || type == typeid(HashVocabulary<T>)) {
+            static_cast<IndexedVocabulary<T>&>(table).appendAlways(value);
+        } else {
+            bool found = false;
+            return table.index(value, found);
+        }
+        return static_cast<unsigned int>(table.size() - 1);
+    }
+
     /// Where a table of this library has its values, which never move; null for any other table.
     template<class T>
     static const VerbTable<T>* valuesOf(const Vocabulary<T>& table) noexcept {

@@ -10,8 +10,17 @@ TAMO_CONSTINIT const std::string EMPTY;
 } // namespace
 
 const std::string& ParsedAttributes::getQName(int i) const {
-    at(i);
-    return EMPTY;
+    const Attribute& attribute = at(i);
+    if (!_isQualified) {
+        return EMPTY;
+    }
+    if (attribute.pPrefix->empty()) {
+        return *attribute.pLocalName;
+    }
+    if (attribute.ownQName.empty()) {
+        attribute.ownQName.assign(*attribute.pPrefix).append(1, ':').append(*attribute.pLocalName);
+    }
+    return attribute.ownQName;
 }
 
 const std::string& ParsedAttributes::getType(int i) const {
@@ -38,8 +47,16 @@ int ParsedAttributes::getIndex(const std::string& uri, const std::string& localN
     return -1;
 }
 
-// Every qualified name is the empty one.
+// Without qualified names every one is the empty one.
 int ParsedAttributes::getIndex(const std::string& qname) const {
+    if (_isQualified) {
+        for (std::size_t i = 0; i < _count; ++i) {
+            if (getQName(static_cast<int>(i)) == qname) {
+                return static_cast<int>(i);
+            }
+        }
+        return -1;
+    }
     return qname.empty() && _count != 0 ? 0 : -1;
 }
 

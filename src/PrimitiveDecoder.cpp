@@ -1,5 +1,6 @@
 #include "Tamo/FastInfoset/PrimitiveDecoder.h"
 #include "Forms.h"
+#include "Refusal.h"
 #include "RequiredBits.h"
 #include "Tamo/Bugcheck.h"
 #include "Tamo/FastInfoset/Encoder.h"
@@ -12,6 +13,17 @@ namespace Tamo::FastInfoset {
 namespace {
 
 constexpr const char* INTEGER_END = "Unexpected end of stream while reading integer";
+
+// What is read strictly is no larger than what an index can name.
+void requireInRange(const BitStreamReader& reader, unsigned int val, const char* clause) {
+    Refusal::unless(val <= Encoder::MAXINT20 || !reader.isStrict(), reader, "an integer beyond 2^20", clause);
+}
+
+// The bits of a form that say which one it is, padding included, where a strict reader wants them as they
+// are.
+void requireForm(const BitStreamReader& reader, bool holds, const char* clause) {
+    Refusal::unless(holds || !reader.isStrict(), reader, "no form of an integer or a length", clause);
+}
 
 // A number of whole octets, from an octet boundary on.
 UInt32 readOctets(BitStreamReader& reader, std::size_t count, const char* message) {
@@ -44,7 +56,9 @@ void integerAtPosition1(BitStreamReader& aReader, unsigned int& val) {
     } else if (x < Form::MARK_THREE) {
         val = followed(aReader, x & Form::HIGH_TWO, 8, Form::IN_ONE + 1);
     } else {
+        requireForm(aReader, x <= (Form::MARK_THREE | Form::HIGH_THREE), "C.25");
         val = followed(aReader, x & Form::HIGH_THREE, 16, Form::IN_TWO + 1);
+        requireInRange(aReader, val, "C.25");
         tamo_assert(val <= Encoder::MAXINT20);
     }
     tamo_assert(aReader.bitPos() == 0);
@@ -68,9 +82,11 @@ bool readInteger(BitStreamReader& aReader, unsigned int& val, int numBits, unsig
 
 // The rest of the form of four octets.
 template<class Form>
-void readLongInteger(BitStreamReader& aReader, unsigned int& val) {
-    RequiredBits::skip(aReader, 4, INTEGER_END);
+void readLongInteger(BitStreamReader& aReader, unsigned int& val, unsigned char x, const char* clause) {
+    const unsigned char padding = RequiredBits::read(aReader, 4, INTEGER_END);
+    requireForm(aReader, x == Form::MARK_FOUR && padding == 0, clause);
     val = followed(aReader, 0, 20, Form::IN_THREE + 1);
+    requireInRange(aReader, val, clause);
     tamo_assert(val <= Encoder::MAXINT20);
 }
 
@@ -78,8 +94,9 @@ void integerAtPosition2(BitStreamReader& aReader, unsigned int& val) {
     unsigned char x = 0;
     if (!readInteger<Forms::IntegerAt2>(aReader, val, 6, x)) {
         val = x;
+        requireForm(aReader, val == 48, "C.27");
         tamo_assert(val == 48);
-        readLongInteger<Forms::IntegerAt2>(aReader, val);
+        readLongInteger<Forms::IntegerAt2>(aReader, val, x, "C.27");
     }
     tamo_assert(aReader.bitPos() == 0);
 }
@@ -87,7 +104,7 @@ void integerAtPosition2(BitStreamReader& aReader, unsigned int& val) {
 void integerAtPosition3(BitStreamReader& aReader, unsigned int& val) {
     unsigned char x = 0;
     if (!readInteger<Forms::IntegerAt3>(aReader, val, 5, x)) {
-        readLongInteger<Forms::IntegerAt3>(aReader, val);
+        readLongInteger<Forms::IntegerAt3>(aReader, val, x, "C.28");
     }
     tamo_assert(aReader.bitPos() == 0);
 }
@@ -134,6 +151,7 @@ void PrimitiveDecoder::nonEmptyStringLength(BitStreamReader& aReader, std::size_
     if (x == half) {
         length = UInt64{readOctets(aReader, 1, END)} + half + 1;
     } else if (x > half) {
+        requireForm(aReader, x == half + half / 2, position == 1 ? "C.22" : position == 4 ? "C.23" : "C.24");
         length = UInt64{readOctets(aReader, 4, END)} + half + 257;
     }
     const UInt64 limit = std::min<UInt64>(aReader.maxStringLength(), std::numeric_limits<std::size_t>::max());
@@ -168,7 +186,9 @@ void PrimitiveDecoder::lengthOfSequence(BitStreamReader& aReader, unsigned int& 
     } else {
         unsigned int y = 0;
         RequiredBits::read(aReader, y, 24, END);
+        requireForm(aReader, y >> 20 == 8, "C.21");
         len = y % Forms::MOST_INTEGER + 129;
+        requireInRange(aReader, len, "C.21");
     }
     if (len == 0) {
         throw FISEncodingException("Illegal value zero for lengthOfSequence");

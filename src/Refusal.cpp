@@ -5,8 +5,12 @@
 namespace Tamo::FastInfoset {
 
 void Refusal::at(const BitStreamReader& reader, std::string_view what, std::string_view clause) {
+    atOctet(reader.position() / 8, what, clause);
+}
+
+void Refusal::atOctet(UInt64 octet, std::string_view what, std::string_view clause) {
     throw FISEncodingException(std::string(what) + " (X.891, " + std::string(clause) + "), at octet " +
-                               std::to_string(reader.position() / 8));
+                               std::to_string(octet));
 }
 
 } // namespace Tamo::FastInfoset

@@ -3,6 +3,7 @@
 
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
+#include "Tamo/Types.h"
 #include <string_view>
 
 namespace Tamo::FastInfoset {
@@ -15,6 +16,9 @@ struct Refusal {
     /// "index 0 of an identifying string (X.891, C.13), at octet 17".
     [[noreturn]] TAMO_COLD static void at(const BitStreamReader& reader, std::string_view what,
                                           std::string_view clause);
+
+    /// The same at another octet, counted from 0.
+    [[noreturn]] TAMO_COLD static void atOctet(UInt64 octet, std::string_view what, std::string_view clause);
 
     /// Throws so unless it holds.
     static void unless(bool holds, const BitStreamReader& reader, std::string_view what,

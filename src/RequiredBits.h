@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_REQUIREDBITS_H
 #define TAMO_FASTINFOSET_REQUIREDBITS_H
 
+#include "Refusal.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/FISException.h"
 
@@ -44,6 +45,13 @@ public:
         unsigned char bits = 0;
         reader.peek(bits, numBits);
         return bits;
+    }
+
+    /// Up to eight bits that X.891 has as value: read strictly, they are refused as what when they are not.
+    static void readAs(BitStreamReader& reader, int numBits, unsigned int value, const char* message,
+                       const char* what, const char* clause) {
+        const unsigned char bits = read(reader, numBits, message);
+        Refusal::unless(bits == value || !reader.isStrict(), reader, what, clause);
     }
 
     static void skip(BitStreamReader& reader, int numBits, const char* message) {

@@ -28,8 +28,8 @@ void ResolvedNames::grow(unsigned int index) {
 const std::string& ResolvedNames::makeQualifiedName(unsigned int index) {
     Name& name = index < _size ? _names[index] : _further;
     if (name.pPrefix->empty()) {
-        name.pQName = &NO_NAME;
-        return NO_NAME;
+        name.pQName = _isComplete ? name.pLocalName : &NO_NAME;
+        return *name.pQName;
     }
     const bool kept = index < MOST && name.pPrefix->size() + name.pLocalName->size() < LONGEST_KEPT;
     if (kept && _qnameCount == _qnames.size()) {

@@ -51,8 +51,11 @@ public:
             Name{&prefix, &uri, &localName, nullptr, CALLBACK + uri.size() + localName.size()};
     }
 
+    /// Whether a name without prefix has a qualified name: its local name.
+    void setComplete(bool flag) noexcept { _isComplete = flag; }
+
     /// The qualified name of the name at index, which must have been entered: prefix, colon and local name,
-    /// or nothing when it has no prefix. Valid until the next call or clear().
+    /// or without a prefix nothing, or the local name. Valid until the next call or clear().
     const std::string& qualifiedName(unsigned int index) {
         const Name& name = index < _size ? _names[index] : _further;
         return name.pQName ? *name.pQName : makeQualifiedName(index);
@@ -78,6 +81,7 @@ private:
     unsigned int _furtherIndex = NONE; // which one
     std::deque<std::string> _qnames;   // never moves a string; the first _qnameCount are in use
     std::size_t _qnameCount = 0;
+    bool _isComplete = false;
     std::string _longName; // the long qualified name that was made last
 };
 

@@ -4,7 +4,6 @@
 #include "Position.h"
 #include "RequiredBits.h"
 #include "Tamo/FastInfoset/Decoder.h"
-#include "Tamo/FastInfoset/StringDecoder.h"
 #include "Tamo/FastInfoset/VectorVocabulary.h"
 #include <algorithm>
 #include <utility>
@@ -33,8 +32,12 @@ const std::string& StringParser::parseIdentifying(BitStreamReader& reader, ID id
         RequiredBits::readFlag(reader, "Unexpected end of stream while parsing identifying string or index");
     if (isIndex) {
         Decoder::integer(reader, index);
+        Refusal::unless(index != 0 || !reader.isStrict(), reader, "index 0 of an identifying string", "C.13");
     } else {
         Decoder::nonEmptyOctetString(reader, _scratch);
+        if (reader.isStrict()) {
+            StrictText::requireUTF8(reader, _scratch);
+        }
         index = addToTable(id, _scratch);
     }
     return tableValue(id, index);
@@ -65,7 +68,7 @@ StringParser::Value StringParser::parseOther(BitStreamReader& reader, ID id) {
         RequiredBits::readFlag(reader, "Unexpected end of stream whil parsing encoded character string");
     const Value value = parseEncoded(reader);
     if (isAdded) {
-        keepOther(id, value.typed ? StringDecoder::textOf(*_pTyped) : *value.pText);
+        keepOther(id, value.typed ? _typedText.of(*_pTyped) : *value.pText);
     }
     return value;
 }
@@ -85,7 +88,7 @@ const std::string& StringParser::parseOtherText(BitStreamReader& reader, ID id) 
     const bool isAdded =
         RequiredBits::readFlag(reader, "Unexpected end of stream while parsing encoded character string");
     if (parseEncoded(reader).typed) {
-        _text = StringDecoder::textOf(*_pTyped);
+        _text = _typedText.of(*_pTyped);
     }
     if (isAdded) {
         keepOther(id, _text);
@@ -98,36 +101,19 @@ StringParser::Value StringParser::parseEncoded(BitStreamReader& reader) {
     requirePosition(position == 2 || position == 4, "Illegal startposition for an encodedCharacterString");
     const unsigned char enc =
         RequiredBits::read(reader, 2, "Unexpected end of stream while parsing encoded character string");
-    switch (enc) {
-    case DocumentVocabulary::UTF8:
-        Decoder::nonEmptyOctetString(reader, _text);
-        break;
-    case DocumentVocabulary::UTF16:
-        Decoder::nonEmptyOctetString(reader, _octets);
-        StringDecoder::decodeUTF16(_octets, _text);
-        break;
-    case DocumentVocabulary::RESTRICTEDALPHABET: {
-        unsigned int index = 0;
-        Decoder::integer(reader, index);
-        Decoder::nonEmptyOctetString(reader, _octets);
-        StringDecoder::decodeAlphabet(
-            _octets, std::as_const(_vocabulary).restrictedAlphabets().alphabet(index), _text);
-        break;
-    }
-    default: {
-        tamo_assert(enc == DocumentVocabulary::ENCODINGALGORITHM);
-        unsigned int index = 0;
-        Decoder::integer(reader, index);
-        _pTyped = _vocabulary.decodings().read(static_cast<int>(index), reader);
+    _pTyped = Decoder::encodedString(reader, enc, _vocabulary, _octets, _text, _typedAlgorithm);
+    if (_pTyped) {
         return {nullptr, true};
-    }
     }
     return {&_text, false};
 }
 
 // The tables stay in place for the whole document, so their stores are looked up once. What the header has
 // brought is within the limit, alphabets beyond the built-in ones too: those stay from document to document.
-void StringParser::bindTables() {
+void StringParser::bindTables(const BitStreamReader& reader) {
+    _pReader = &reader;
+    _isStrict = reader.isStrict();
+    _typedText.lowerCaseUUIDs = _isStrict;
     constexpr std::size_t BUILT_IN_ALPHABETS = 15;
     std::size_t largest = _vocabulary.restrictedAlphabets().alphabets().size() - BUILT_IN_ALPHABETS;
     largest =
@@ -148,7 +134,8 @@ void StringParser::bindTables() {
 unsigned int StringParser::addToTable(ID id, const std::string& s) {
     bool found = false;
     Vocabulary<std::string>& table = _vocabulary.vocabulary(id);
-    const unsigned int index = table.index(s, found);
+    // By the letter every literal is appended; each kind of table has its own way else.
+    const unsigned int index = _isStrict ? OwnTable::append(table, s) : table.index(s, found);
     requireEntries(table.size());
     return index;
 }
@@ -192,11 +179,22 @@ const std::string& StringParser::tableValue(ID id, unsigned int index) {
 
 // Of a table of this library's the failure of its kind; of another one a copy that stays.
 const std::string& StringParser::otherValue(ID id, unsigned int index) {
+    if (_isStrict && index >= _vocabulary.vocabulary(id).size()) {
+        Refusal::at(*_pReader, "string " + std::to_string(index) + " of a table that ends before", "8.4");
+    }
     const std::string& value = _vocabulary.value(id, index);
     if (_tables[id] != &noValues()) {
         return value;
     }
     return _copiedValues.try_emplace(UInt64{id} << 32 | index, value).first->second;
+}
+
+QualifiedNameEntry StringParser::name(DocumentVocabulary::NameKind kind, unsigned int index) {
+    const Vocabulary<QualifiedNameEntry>& names = _vocabulary.names(kind);
+    if (_isStrict && (index == 0 || index >= names.size())) {
+        Refusal::at(*_pReader, "name " + std::to_string(index) + " of a table that ends before", "8.5");
+    }
+    return names.value(index);
 }
 
 } // namespace Tamo::FastInfoset

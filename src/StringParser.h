@@ -2,6 +2,7 @@
 #define TAMO_FASTINFOSET_STRINGPARSER_H
 
 #include "CommonForms.h"
+#include "StrictText.h"
 #include "Tamo/AutoPtr.h"
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
@@ -11,6 +12,7 @@
 #include "Tamo/FastInfoset/VectorVocabulary.h"
 #include "Tamo/FastInfoset/VerbTable.h"
 #include "Tamo/Types.h"
+#include "TypedText.h"
 #include <array>
 #include <cstddef>
 #include <string>
@@ -57,8 +59,11 @@ public:
     void setLimits(const ParserLimits& limits) { _limits = limits; }
     const ParserLimits& limits() const noexcept { return _limits; }
 
-    /// Begins a document, whose header has been read.
-    void bindTables();
+    /// Begins a document, whose header has been read, by the reader that reads the rest of it.
+    void bindTables(const BitStreamReader& reader);
+
+    /// How typed values become text.
+    TypedText& typedText() noexcept { return _typedText; }
 
     /// The value at an index, or null where a table of this library has none, and of an application's table.
     TAMO_ALWAYS_INLINE const std::string* find(ID id, unsigned int index) const noexcept {
@@ -86,6 +91,10 @@ public:
                 const char* pLiteral = nullptr;
                 if (octets.lengthAtPosition1(size) && size <= _limits.maxStringLength &&
                     (pLiteral = octets.string(size))) [[likely]] {
+                    if (reader.isStrict()) [[unlikely]] {
+                        octets.leave(reader);
+                        StrictText::requireUTF8(reader, {pLiteral, size});
+                    }
                     return addLiteral(id, pLiteral, size);
                 }
             }
@@ -113,8 +122,12 @@ public:
     /// Whether a text that was yielded belongs to no table.
     bool isOwnText(const std::string& text) const noexcept { return &text == &_text; }
 
-    /// The last typed value.
+    /// The last typed value, and its algorithm's index.
     const AutoPtr<Encoding>& typed() const noexcept { return _pTyped; }
+    unsigned int typedAlgorithm() const noexcept { return _typedAlgorithm; }
+
+    /// The entry of a name table at an index.
+    QualifiedNameEntry name(DocumentVocabulary::NameKind kind, unsigned int index);
 
     /// Enters a literal that is no part of a name; where it stays, unless the table is of an unusual kind or
     /// full.
@@ -155,6 +168,10 @@ private:
     std::string _octets;
     std::string _text;
     AutoPtr<Encoding> _pTyped;
+    unsigned int _typedAlgorithm = 0;
+    TypedText _typedText;
+    const BitStreamReader* _pReader = nullptr; // of the document that is read
+    bool _isStrict = false;
 };
 
 } // namespace Tamo::FastInfoset

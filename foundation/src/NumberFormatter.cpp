@@ -1,7 +1,9 @@
 #include "Tamo/NumberFormatter.h"
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <string_view>
 #include <type_traits>
 
 namespace Tamo {
@@ -19,6 +21,26 @@ void appendNumber(std::string& text, T value) {
     char digits[32]; // the shortest spelling of a double takes at most 24
     const auto result = std::to_chars(digits, digits + sizeof(digits), value);
     text.append(digits, static_cast<std::size_t>(result.ptr - digits));
+}
+
+template<class T>
+void appendCanonicalNumber(std::string& text, T value) {
+    if (!std::isfinite(value)) {
+        appendNumber(text, value);
+        return;
+    }
+    char digits[32];
+    const auto result = std::to_chars(digits, digits + sizeof(digits), value, std::chars_format::scientific);
+    const std::string_view spelling(digits, static_cast<std::size_t>(result.ptr - digits)); // "1.5e+00"
+    const std::size_t e = spelling.find('e');
+    const std::string_view mantissa = spelling.substr(0, e);
+    text.append(mantissa).append(mantissa.find('.') == std::string_view::npos ? ".0E" : "E");
+    if (spelling[e + 1] == '-') {
+        text.push_back('-');
+    }
+    const std::string_view exponent = spelling.substr(e + 2); // two digits or more
+    const std::size_t first = std::min(exponent.find_first_not_of('0'), exponent.size() - 1);
+    text.append(exponent.substr(first));
 }
 
 template<class T>
@@ -66,6 +88,14 @@ std::string NumberFormatter::formatHex(UInt64 value, int width) {
     std::string text;
     appendHex(text, value, width);
     return text;
+}
+
+void NumberFormatter::appendCanonical(std::string& text, float value) {
+    appendCanonicalNumber(text, value);
+}
+
+void NumberFormatter::appendCanonical(std::string& text, double value) {
+    appendCanonicalNumber(text, value);
 }
 
 void NumberFormatter::append(std::string& text, int value) {

@@ -1,30 +1,9 @@
 #include "Tamo/XML/Characters.h"
 #include "Tamo/Export.h"
-#include <cstring>
 
 namespace Tamo::XML {
 
 namespace {
-
-constexpr std::size_t WORD = sizeof(std::uint64_t);
-constexpr std::uint64_t ONES = 0x0101010101010101;
-constexpr std::uint64_t HIGH_BITS = 0x8080808080808080;
-
-std::uint64_t wordAt(const char* p) noexcept {
-    std::uint64_t word = 0;
-    std::memcpy(&word, p, WORD);
-    return word;
-}
-
-// Whether one of eight octets is beyond ASCII.
-bool isBeyondASCII(std::uint64_t word) noexcept {
-    return (word & HIGH_BITS) != 0;
-}
-
-// Whether one of eight octets may be beyond ASCII or a control character.
-bool mayBeSpecial(std::uint64_t word) noexcept {
-    return ((word | (word - 0x20 * ONES)) & HIGH_BITS) != 0;
-}
 
 /// NameStartChar of XML 1.0 (fifth edition) beyond ASCII.
 bool isNameStart(char32_t c) noexcept {
@@ -37,32 +16,6 @@ bool isNameStart(char32_t c) noexcept {
 /// NameChar of XML 1.0 (fifth edition) beyond ASCII.
 bool isNameCharacter(char32_t c) noexcept {
     return isNameStart(c) || c == 0xB7 || (c >= 0x300 && c <= 0x36F) || c == 0x203F || c == 0x2040;
-}
-
-// The first octet that is not part of a character that is allowed. Eight octets at a time are passed over
-// while mayStop() holds for none of them.
-template<class MayStop, class IsAllowed>
-TAMO_ALWAYS_INLINE std::size_t find(std::string_view text, const MayStop& mayStop,
-                                    const IsAllowed& isAllowed) noexcept {
-    const char* p = text.data();
-    const char* const pEnd = p + text.size();
-    while (p != pEnd) {
-        if (static_cast<std::size_t>(pEnd - p) >= WORD && !mayStop(wordAt(p))) {
-            p += WORD;
-            continue;
-        }
-        // A word's worth by itself, so that text with such characters is not looked at twice as a rule.
-        const char* const pNext = static_cast<std::size_t>(pEnd - p) >= WORD ? p + WORD : pEnd;
-        do {
-            char32_t c = 0;
-            const std::size_t length = Characters::decode(p, pEnd, c);
-            if (length == 0 || !isAllowed(c)) {
-                return static_cast<std::size_t>(p - text.data());
-            }
-            p += length;
-        } while (p < pNext);
-    }
-    return Characters::NONE;
 }
 
 } // namespace
@@ -90,6 +43,32 @@ std::size_t Characters::decode(const char* p, const char* pEnd, char32_t& charac
         return character >= 0x10000 && character <= 0x10FFFF ? 4 : 0;
     }
     return 0;
+}
+
+// The first octet that is not part of a character that is allowed. Eight octets at a time are passed over
+// while mayStop() holds for none of them.
+template<class MayStop, class IsAllowed>
+std::size_t Characters::find(std::string_view text, const MayStop& mayStop,
+                                    const IsAllowed& isAllowed) noexcept {
+    const char* p = text.data();
+    const char* const pEnd = p + text.size();
+    while (p != pEnd) {
+        if (static_cast<std::size_t>(pEnd - p) >= WORD && !mayStop(wordAt(p))) {
+            p += WORD;
+            continue;
+        }
+        // A word's worth by itself, so that text with such characters is not looked at twice as a rule.
+        const char* const pNext = static_cast<std::size_t>(pEnd - p) >= WORD ? p + WORD : pEnd;
+        do {
+            char32_t c = 0;
+            const std::size_t length = decode(p, pEnd, c);
+            if (length == 0 || !isAllowed(c)) {
+                return static_cast<std::size_t>(p - text.data());
+            }
+            p += length;
+        } while (p < pNext);
+    }
+    return NONE;
 }
 
 std::size_t Characters::findIllFormed(std::string_view text) noexcept {

@@ -47,6 +47,10 @@ public:
     static void append(std::string& text, float value);
     static void append(std::string& text, double value);
 
+    /// Appends the canonical form of XML Schema of the shortest spelling: "1.5E0", "1.0E20", "INF".
+    static void appendCanonical(std::string& text, float value);
+    static void appendCanonical(std::string& text, double value);
+
     /// Appends what formatHex gives.
     static void appendHex(std::string& text, UInt64 value, int width);
 };

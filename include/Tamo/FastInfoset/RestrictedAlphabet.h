@@ -22,6 +22,9 @@ public:
     /// Deliberate: for alphabets whose size plus one is no power of two not every code fits.
     unsigned int bitSize() const noexcept { return _bitSize; }
 
+    /// The number of characters; 0 for the empty alphabet.
+    std::size_t size() const noexcept { return _codes.empty() ? 0 : _codes.size() - 1; }
+
     /// True for the code behind the last character.
     bool isEndOfString(int code) const noexcept {
         return static_cast<std::size_t>(static_cast<UInt32>(code)) + 1 == _codes.size();

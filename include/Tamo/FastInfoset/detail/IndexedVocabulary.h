@@ -63,6 +63,26 @@ public:
         return append(value, key, {Vocabulary<T>::NOT_FOUND, _values.freePlace(key)});
     }
 
+    /// Appends a value whether it is there or not, and whatever the limit, as the standard has it (X.891,
+    /// 7.2.16 and 8.4); returns it.
+    const T& appendAlways(const T& value) {
+        const HashKey key = ValueIndex<T>::keyOf(value);
+        const Found known = find(value, key);
+        const std::size_t i = this->_index.size();
+        const T& entry = this->_index.emplace_back(value);
+        try {
+            if (known.index == Vocabulary<T>::NOT_FOUND) {
+                _values.insertLast(this->_index, key, ValueIndex<T>::sizeOf(value), known.place);
+            } else {
+                _values.insertAgain(this->_index, key, ValueIndex<T>::sizeOf(value));
+            }
+        } catch (...) {
+            this->_index.truncate(i);
+            throw;
+        }
+        return entry;
+    }
+
     const T& value(unsigned int idx) const override {
         tamo_assert(this->_index.size() > idx);
         return this->_index[idx];

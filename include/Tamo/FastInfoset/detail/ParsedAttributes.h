@@ -14,9 +14,10 @@ namespace Tamo::FastInfoset {
 /// The attribute list that FastInfosetParser hands to startElement: references to the strings of the
 /// vocabulary's tables, so that nothing is copied but values that belong to no table.
 ///
-/// Attributes have neither qualified name nor type. Reused from element to element: a list that has grown
-/// once allocates nothing more. An index outside 0 ... getLength() - 1 throws AssertionViolationException. To
-/// keep attributes beyond the call, copy them into an XML::AttributesImpl. Used by one thread at a time.
+/// Attributes have no type, and qualified names in the strict mode alone. Reused from element to element: a
+/// list that has grown once allocates nothing more. An index outside 0 ... getLength() - 1 throws
+/// AssertionViolationException. To keep attributes beyond the call, copy them into an XML::AttributesImpl.
+/// Used by one thread at a time.
 class TAMO_API ParsedAttributes final : public XML::DirectLookUps<ParsedAttributes, XML::StableAttributes> {
 public:
     int getLength() const override { return static_cast<int>(_count); }
@@ -32,6 +33,15 @@ public:
     using DirectLookUps::getValue;
     int getIndex(const std::string& uri, const std::string& localName) const override;
     int getIndex(const std::string& qname) const override;
+
+    /// Whether attributes have qualified names; each of them is given its prefix by qualify() then.
+    void setQualified(bool flag) noexcept { _isQualified = flag; }
+
+    /// The prefix, which may be empty, of the attribute that was added last; it is referred to.
+    void qualify(const std::string& prefix) noexcept {
+        _slots[_count - 1].pPrefix = &prefix;
+        _slots[_count - 1].ownQName.clear();
+    }
 
     /// Removes all attributes and keeps their storage.
     void clear() noexcept { _count = 0; }
@@ -54,6 +64,8 @@ private:
         const std::string* pLocalName = nullptr;
         const std::string* pValue = nullptr; // null: the value is ownValue
         std::string ownValue;
+        const std::string* pPrefix = nullptr;
+        mutable std::string ownQName; // of one with a prefix, made when it is asked for
     };
 
     const Attribute& at(int i) const {
@@ -70,6 +82,7 @@ private:
 
     std::vector<Attribute> _slots;
     std::size_t _count = 0;
+    bool _isQualified = false;
 };
 
 } // namespace Tamo::FastInfoset

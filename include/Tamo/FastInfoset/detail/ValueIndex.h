@@ -118,6 +118,13 @@ public:
         }
     }
 
+    /// The same for a value that is in the table already: find() goes on to yield one of the two.
+    void insertAgain(const VerbTable<T>& values, HashKey key, UInt32 size) {
+        if (values.size() > _most) [[unlikely]] {
+            grow(values, key, size);
+        }
+    }
+
     /// Forgets everything, and keeps the storage unless that is large.
     void clear() noexcept {
         if (_pSlots && _mask < MOST_KEPT) {

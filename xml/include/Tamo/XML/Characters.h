@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 namespace Tamo::XML {
@@ -24,6 +25,12 @@ public:
         return c >= 0x20 ? c < 0xD800 || (c > 0xDFFF && c < 0xFFFE) || (c > 0xFFFF && c <= 0x10FFFF)
                          : c == '\t' || c == '\n' || c == '\r';
     }
+
+    /// Whether all octets are ASCII; no call, for texts that are short as a rule.
+    static bool isASCII(std::string_view text) noexcept { return !hasAny(text, isBeyondASCII); }
+
+    /// Whether all octets are ASCII and none is a control character; the same.
+    static bool isPlain(std::string_view text) noexcept { return !hasAny(text, mayBeSpecial); }
 
     /// The first octet of text that is not part of well-formed UTF-8, or NONE.
     static std::size_t findIllFormed(std::string_view text) noexcept;
@@ -57,7 +64,53 @@ private:
         return classes;
     }();
 
+    static constexpr std::size_t WORD = sizeof(std::uint64_t);
+    static constexpr std::uint64_t ONES = 0x0101010101010101;
+    static constexpr std::uint64_t HIGH_BITS = 0x8080808080808080;
+
+    template<class Word = std::uint64_t>
+    static std::uint64_t wordAt(const char* p) noexcept {
+        Word word = 0;
+        std::memcpy(&word, p, sizeof(word));
+        return word;
+    }
+
+    // Whether one of eight octets is beyond ASCII.
+    static bool isBeyondASCII(std::uint64_t word) noexcept { return (word & HIGH_BITS) != 0; }
+
+    // Whether one of eight octets may be beyond ASCII or a control character.
+    static bool mayBeSpecial(std::uint64_t word) noexcept {
+        return ((word | (word - 0x20 * ONES)) & HIGH_BITS) != 0;
+    }
+
+    // Whether test() holds for some octet, eight at a time; the last ones may be looked at twice.
+    template<class Test>
+    static TAMO_ALWAYS_INLINE bool hasAny(std::string_view text, const Test& test) noexcept {
+        constexpr std::uint64_t BLANKS = 0x20 * ONES;
+        const char* const p = text.data();
+        const std::size_t size = text.size();
+        if (size >= WORD) {
+            for (std::size_t i = 0; i + WORD < size; i += WORD) {
+                if (test(wordAt(p + i))) {
+                    return true;
+                }
+            }
+            return test(wordAt(p + size - WORD));
+        }
+        if (size >= WORD / 2) {
+            return test(wordAt<std::uint32_t>(p) | wordAt<std::uint32_t>(p + size - WORD / 2) << 32);
+        }
+        std::uint64_t word = BLANKS;
+        for (std::size_t i = 0; i < size; ++i) {
+            word = word << 8 | static_cast<unsigned char>(p[i]);
+        }
+        return test(word);
+    }
+
     static std::uint8_t classOf(char c) noexcept { return CLASSES[static_cast<unsigned char>(c)]; }
+    template<class MayStop, class IsAllowed>
+    static std::size_t find(std::string_view text, const MayStop& mayStop,
+                            const IsAllowed& isAllowed) noexcept;
     static bool isOtherNCName(std::string_view name) noexcept;
 };
 

@@ -1,0 +1,43 @@
+#ifndef TAMO_FASTINFOSET_STARTVOCABULARY_H
+#define TAMO_FASTINFOSET_STARTVOCABULARY_H
+
+#include "Tamo/FastInfoset/DocumentVocabulary.h"
+#include "Tamo/FastInfoset/VocabularyLoader.h"
+#include <memory>
+#include <string>
+
+namespace Tamo::FastInfoset {
+
+/// What the vocabulary of each document begins with (ITU-T X.891, 7.2.13): what is built in, the vocabulary
+/// that a parser was given in advance, or one that a loader or a function yields. Used by one thread at a
+/// time.
+class StartVocabulary : public VocabularyLoader {
+public:
+    /// What opens a vocabulary when the application has no loader.
+    using Open = DocumentVocabulary (*)(const std::string& uri, bool strict);
+
+    /// With tables of a kind, or a vocabulary, which is copied. Without a function none is opened.
+    StartVocabulary(DocumentVocabulary::VocabularyImpl impl, Open open) noexcept : _impl(impl), _open(open) {}
+    StartVocabulary(const DocumentVocabulary& vocabulary, Open open);
+
+    /// Where the next document's external vocabulary comes from, with the application's loader or null; null
+    /// where it is refused. Strictly, the one that was given comes before all others; by default the document
+    /// before has it.
+    VocabularyLoader* loader(VocabularyLoader* pLoader, bool strict) noexcept;
+
+    /// Returns a vocabulary, whose tables the header is going to reset, to what is built in.
+    void restore(DocumentVocabulary& vocabulary) const;
+
+    DocumentVocabulary load(const std::string& uri) override;
+
+private:
+    DocumentVocabulary::VocabularyImpl _impl;
+    Open _open;
+    std::unique_ptr<const DocumentVocabulary> _pGiven; // null where there is none with a URI
+    VocabularyLoader* _pLoader = nullptr;
+    bool _isStrict = false;
+};
+
+} // namespace Tamo::FastInfoset
+
+#endif
