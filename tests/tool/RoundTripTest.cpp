@@ -103,7 +103,7 @@ TEST_F(RoundTripTest, TypedContent) {
                 {"0.5 0.25 1.75 0.125", 19 - 16 - 1},
                 {"true false true false", 21 - 1},
                 {"00FF10A0B0C0D0E0F001", 20 - 10 - 1},
-                {"8F0E2A10-5C3B-4E7D-9B61-2F6A0C9D1E44", 36 - 16 - 1},
+                {"8f0e2a10-5c3b-4e7d-9b61-2f6a0c9d1e44", 36 - 16 - 1},
                 {"AAECAwQFBgcICQoLDA0ODw==", 24 - 16 - 1},
                 {"1715418000000 1 2", 0}, // too many octets
                 {"123456", 0},            // short enough to be indexed
@@ -111,7 +111,7 @@ TEST_F(RoundTripTest, TypedContent) {
                 {"00ff10a0b0c0d0e0f00", 0},
                 {"007 0010 0000000000001", 0},
                 {" 1048576 1048577 1", 0},
-                {"8f0e2a10-5c3b-4e7d-9b61-2f6a0c9d1e44", 0},
+                {"8F0E2A10-5C3B-4E7D-9B61-2F6A0C9D1E44", 0},
                 {"1.50 2.50 3.50 4.50", 0},
                 // Not the whole text of the element, or more than text.
                 {"1048576<b/>1048576111111", 0},

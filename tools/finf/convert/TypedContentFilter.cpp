@@ -6,15 +6,18 @@
 #include "Tamo/FastInfoset/DecodingAlgorithm.h"
 #include "Tamo/FastInfoset/DoubleEncoding.h"
 #include "Tamo/FastInfoset/EncodingAlgorithm.h"
+#include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/FloatEncoding.h"
 #include "Tamo/FastInfoset/HexEncoding.h"
 #include "Tamo/FastInfoset/IntEncoding.h"
 #include "Tamo/FastInfoset/LongEncoding.h"
 #include "Tamo/FastInfoset/ShortEncoding.h"
 #include "Tamo/FastInfoset/UUIDEncoding.h"
+#include "Tamo/NumberParser.h"
 #include "Tamo/XML/DefaultHandler.h"
 #include <algorithm>
 #include <sstream>
+#include <string_view>
 #include <vector>
 
 namespace finf {
@@ -41,8 +44,8 @@ constexpr Algorithm ALGORITHMS[] = {
 };
 
 struct Candidate {
-    int octets;
-    unsigned int index;
+    std::size_t octets;
+    Tamo::AutoPtr<Encoding> pValue;
 };
 
 class TextCollector : public Tamo::XML::DefaultHandler {
@@ -54,8 +57,8 @@ public:
     std::string text;
 };
 
-/// What a reader makes of the text when it was written with the algorithm.
-Tamo::AutoPtr<Encoding> readBack(unsigned int index, const std::string& text) {
+/// The value of the text by an algorithm that takes it.
+Tamo::AutoPtr<Encoding> valueOf(unsigned int index, const std::string& text) {
     std::ostringstream octets;
     BitStreamWriter writer(octets, false);
     writer.writeBits(BITS_BEFORE, false);
@@ -65,30 +68,77 @@ Tamo::AutoPtr<Encoding> readBack(unsigned int index, const std::string& text) {
     const std::string written = octets.str();
     BitStreamReader reader(written.data(), written.size());
     reader.skip(BITS_BEFORE);
-    Tamo::AutoPtr<Encoding> pEncoding = DecodingAlgorithm().read(static_cast<int>(index), reader);
-    pEncoding->createContent();
-    return pEncoding;
+    return DecodingAlgorithm().read(static_cast<int>(index), reader);
+}
+
+/// What a reader makes of the value as the text of an element.
+std::string textOf(const Tamo::AutoPtr<Encoding>& pValue, bool isCanonical) {
+    std::ostringstream octets;
+    FastInfosetWriter writer(octets, false, DocumentVocabulary::VOC_MAP);
+    writer.setStrict(true);
+    writer.startDocument();
+    writer.startElement({}, "a", {});
+    writer.insertEncoding(pValue);
+    writer.endElement({}, "a", {});
+    writer.endDocument();
+
+    const std::string written = octets.str();
+    TextCollector collector;
+    FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR, nullptr);
+    parser.setStrict(true);
+    parser.setCanonicalNumbers(isCanonical);
+    parser.setContentHandler(&collector);
+    parser.parseMemoryNP(written.data(), written.size());
+    return collector.text;
+}
+
+/// The numbers of a text, single spaces between them; none when it has anything else.
+std::vector<double> numbersOf(std::string_view text) {
+    std::vector<double> numbers;
+    for (;;) {
+        const std::size_t end = text.find(' ');
+        double number = 0;
+        if (!Tamo::NumberParser::tryParseFloat(text.substr(0, end), number)) {
+            return {};
+        }
+        numbers.push_back(number);
+        if (end == std::string_view::npos) {
+            return numbers;
+        }
+        text.remove_prefix(end + 1);
+    }
 }
 
 } // namespace
 
-Tamo::AutoPtr<Encoding> TypedContentFilter::encoding(const std::string& text) {
+// The smallest value that saves octets and gives back the identical text; null when there is none.
+Tamo::AutoPtr<Encoding> TypedContentFilter::encoding(const std::string& text) const {
     std::vector<Candidate> candidates;
+    // An algorithm costs one octet more than text does in front of the octets themselves.
+    const auto saves = [&](std::size_t octets) { return octets > 0 && octets + 1 < text.size(); };
     for (const Algorithm& algorithm : ALGORITHMS) {
-        const int octets = algorithm.check(text);
-        // An algorithm costs one octet more than text does in front of the octets themselves.
-        if (octets > 0 && static_cast<std::size_t>(octets) + 1 < text.size()) {
-            candidates.push_back({octets, algorithm.index});
+        const auto octets = static_cast<std::size_t>(std::max(algorithm.check(text), 0));
+        if (saves(octets)) {
+            candidates.push_back({octets, valueOf(algorithm.index, text)});
+        }
+    }
+    if (_isCanonical) {
+        const std::vector<double> numbers = numbersOf(text);
+        if (saves(numbers.size() * sizeof(float))) {
+            const std::vector<float> floats(numbers.begin(), numbers.end());
+            candidates.push_back(
+                {numbers.size() * sizeof(float), Tamo::AutoPtr<Encoding>(new FloatEncoding(floats))});
+        }
+        if (saves(numbers.size() * sizeof(double))) {
+            candidates.push_back(
+                {numbers.size() * sizeof(double), Tamo::AutoPtr<Encoding>(new DoubleEncoding(numbers))});
         }
     }
     std::stable_sort(candidates.begin(), candidates.end(),
                      [](const Candidate& a, const Candidate& b) { return a.octets < b.octets; });
     for (const Candidate& candidate : candidates) {
-        Tamo::AutoPtr<Encoding> pEncoding = readBack(candidate.index, text);
-        TextCollector collector;
-        pEncoding->handle(static_cast<Tamo::XML::ContentHandler*>(&collector));
-        if (collector.text == text) {
-            return pEncoding;
+        if (textOf(candidate.pValue, _isCanonical) == text) {
+            return candidate.pValue;
         }
     }
     return {};

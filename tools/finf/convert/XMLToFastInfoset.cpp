@@ -33,13 +33,14 @@ void XMLToFastInfoset::convert(std::istream& in, std::ostream& out) {
         pWriter = std::make_unique<DocumentWriter>(counted, _options.xmlDeclaration,
                                                    DocumentVocabulary(DocumentVocabulary::VOC_MAP));
     }
+    pWriter->setStrict(true);
     pWriter->setLimits(_options.limits, counting);
     pWriter->setMaxIndexedStringLength(_options.maxIndexedLength);
 
-    TypedContentFilter typedFilter(*pWriter, _options.maxIndexedLength);
+    TypedContentFilter typedFilter(*pWriter, _options.maxIndexedLength, _options.typed == Typed::CANONICAL);
     Tamo::XML::ContentHandler* pContentHandler = pWriter.get();
     Tamo::XML::LexicalHandler* pLexicalHandler = pWriter.get();
-    if (_options.typed) {
+    if (_options.typed != Typed::NOTHING) {
         pContentHandler = &typedFilter;
         pLexicalHandler = &typedFilter;
     }
