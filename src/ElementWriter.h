@@ -12,6 +12,7 @@
 #include <span>
 #include <streambuf>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Tamo::FastInfoset {
@@ -68,6 +69,22 @@ public:
         }
         startDeclaring({uri, localName, qname}, attributes);
     }
+
+    /// Whether documents are written by the letter. Names and values are checked then, before anything of
+    /// their element is written; an element has a namespace context of its own when something is declared for
+    /// it; an attribute in a namespace has a prefix.
+    void setStrict(bool strict) noexcept {
+        _strict = strict;
+        strings().setStrict(strict);
+        forgetNames();
+    }
+
+    /// The same element in the strict mode; what has been declared for one that is refused is forgotten.
+    void startStrict(const std::string& uri, const std::string& localName, const std::string& qname,
+                     const XML::Attributes& list);
+
+    /// Declares a prefix for the next element in the strict mode.
+    void declare(const std::string& prefix, const std::string& uri);
 
     /// Ends the innermost element.
     TAMO_ALWAYS_INLINE void end() {
@@ -134,6 +151,14 @@ private:
     void writeName(OctetComposer& octets, const Attribute& attribute, const std::string& elementURI);
     bool remembersNames() noexcept;
 
+    void requireLegal(const std::string* pPrefix, const ElementName& name, std::size_t count) const;
+    static void requireLegalAttribute(const std::string& uri, const std::string& localName,
+                                      const std::string& qname, const std::string& value);
+    bool isFree(std::string_view prefix) const;
+    bool isDeclarable(std::string_view prefix, const std::string& uri) const;
+    const std::string* keptAttributePrefix(const std::string& uri, const std::string& qname,
+                                           std::size_t count);
+
     const std::string* boundElementPrefix(const ElementName& name);
     const std::string* boundAttributePrefix(const std::string& uri, const std::string& qname) const;
     const std::string& elementPrefix(const ElementName& name);
@@ -148,6 +173,7 @@ private:
     NameWriter _newNames;
     WrittenNames _names;
     XML::AttributesSnapshot _attributes;
+    bool _strict = false;
     int _prefixCounter = 0;
     std::string _defaultNamespace; // under the bindings with this number, none of them for 0
     UInt64 _defaultBindings = 0;
@@ -156,6 +182,7 @@ private:
     std::string _prefix;
     std::vector<Attribute> _attributeList;
     std::vector<std::string> _ownLocalNames;
+    std::vector<std::string> _ownPrefixes;
     std::vector<Declaration> _declarations;
 };
 
