@@ -21,12 +21,12 @@ const char SCENE[] = "<X3D profile=\"Interchange\" version=\"3.2\"><Scene><Shape
 
 // [write]
 std::string writeX3D(const char* xml, const example::X3DLists& lists) {
-    const example::DocumentVocabulary vocabulary = example::x3dVocabulary(lists);
+    example::DocumentVocabulary vocabulary = example::x3dVocabulary(lists);
+    vocabulary.setURI(example::X3DLoader::URIS[0]); // which the header names instead of the entries
     std::ostringstream octets;
-    // Over a copy, so that the entries are used; named, so that the header need not carry them.
-    FastInfoset::FastInfosetWriter writer(octets, false, vocabulary);
+    FastInfoset::FastInfosetWriter writer(octets, false, example::DocumentVocabulary::VOC_MAP);
     writer.setStrict(true);
-    writer.setExternalVocabulary(example::X3DLoader::URIS[0], vocabulary);
+    writer.useVocabulary(vocabulary);
     XML::SAXParser parser;
     parser.setContentHandler(&writer);
     parser.parseMemoryNP(xml, std::strlen(xml));

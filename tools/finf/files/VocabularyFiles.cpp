@@ -49,13 +49,4 @@ DocumentVocabulary VocabularyFiles::read(const std::string& octets) {
     return parser.vocabulary();
 }
 
-DocumentVocabulary VocabularyFiles::loadForWriting(const std::string& uri) {
-    const DocumentVocabulary found = vocabulary(uri);
-    try {
-        return DocumentVocabulary(found, DocumentVocabulary::VOC_MAP);
-    } catch (const Tamo::InvalidArgumentException& e) {
-        throw FinfError("external vocabulary " + uri + " cannot be written against: " + e.message());
-    }
-}
-
 } // namespace finf

@@ -32,9 +32,6 @@ public:
     /// that names itself.
     Tamo::FastInfoset::DocumentVocabulary load(const std::string& uri) override;
 
-    /// The same in a form that a writer can look strings up in.
-    Tamo::FastInfoset::DocumentVocabulary loadForWriting(const std::string& uri);
-
 private:
     Tamo::FastInfoset::DocumentVocabulary read(const std::string& octets);
 

@@ -126,7 +126,7 @@ void VocabularyCommand::write(std::ostream& out, const std::string& text,
     const std::string qualifiedName = prefix.empty() ? localName : prefix + ':' + localName;
     FastInfosetWriter writer(out, false, DocumentVocabulary::VOC_MAP);
     writer.setStrict(true);
-    writer.setDocumentVocabulary(DocumentVocabulary(vocabulary, DocumentVocabulary::VOC_MAP));
+    writer.setDocumentVocabulary(vocabulary);
     writer.startDocument();
     if (!uri.empty()) {
         writer.startPrefixMapping(prefix, uri);
