@@ -36,8 +36,8 @@ DocumentVocabulary VocabularyFiles::load(const std::string& uri) {
 DocumentVocabulary VocabularyFiles::read(const std::string& octets) {
     Tamo::MemoryInputStream stream(octets.data(), octets.size());
     if (kindOf(octets) != DocumentKind::FAST_INFOSET) {
-        // Not the kind that loadXML yields: it has limits, which the documents are not bound to.
-        return {loadXML(stream), DocumentVocabulary::VOC_VECTOR};
+        // Not the kind that loadXML yields, which may have limits that the documents are not bound to.
+        return {loadXML(stream, isStrict()), DocumentVocabulary::VOC_VECTOR};
     }
     FastInfosetParser parser;
     parser.setStrict(isStrict());

@@ -80,7 +80,7 @@ ExitStatus VocabularyCommand::run() {
         const VocabularyDocument document(usage, _minCount);
         const std::string text = document.text();
         Tamo::MemoryInputStream stream(text.data(), text.size());
-        const DocumentVocabulary vocabulary = ExternalVocabularyLoader::loadXML(stream);
+        const DocumentVocabulary vocabulary = ExternalVocabularyLoader::loadXML(stream, true);
         document.check(vocabulary);
         OutputFile output(_output, _force);
         write(output.stream(), text, vocabulary);
