@@ -1,7 +1,6 @@
 #include "DocumentParser.h"
 #include "CommonForms.h"
 #include "Forms.h"
-#include "OwnTable.h"
 #include "Position.h"
 #include "Refusal.h"
 #include "RequiredBits.h"
@@ -49,14 +48,14 @@ DocumentParser::DocumentParser(const DocumentVocabulary& vocabulary, OpenVocabul
 
 // The prefix, a colon and the local name; empty for a name without prefix. Deliberate: while the feature is
 // off this stays what it was last, nothing as a rule.
-inline const std::string& DocumentParser::qualifiedName(unsigned int index) {
+TAMO_ALWAYS_INLINE const std::string& DocumentParser::qualifiedName(unsigned int index) {
     if (_namespacePrefixes) {
         _pQName = &_elementNames.qualifiedName(index);
     }
     return *_pQName;
 }
 
-inline void DocumentParser::startElement(unsigned int index, const ResolvedNames::Name& name) {
+TAMO_ALWAYS_INLINE void DocumentParser::startElement(unsigned int index, const ResolvedNames::Name& name) {
     if (_openElements.size() >= strings().limits().maxDepth) [[unlikely]] {
         StringParser::throwLimitExceeded("Limit exceeded: element depth", strings().limits().maxDepth);
     }
@@ -68,7 +67,7 @@ inline void DocumentParser::startElement(unsigned int index, const ResolvedNames
     }
 }
 
-inline void DocumentParser::endElement() {
+TAMO_ALWAYS_INLINE void DocumentParser::endElement() {
     const unsigned int index = _openElements.back();
     _openElements.pop_back();
     if (handlers().pContent) {
@@ -85,7 +84,7 @@ inline void DocumentParser::endElement() {
     }
 }
 
-inline void DocumentParser::reportCharacters(const char* pText, std::size_t size) {
+TAMO_ALWAYS_INLINE void DocumentParser::reportCharacters(const char* pText, std::size_t size) {
     if (handlers().pContent) {
         _markup.deliver(CALLBACK + size);
         handlers().pContent->characters(pText, 0, static_cast<int>(size));
@@ -93,13 +92,14 @@ inline void DocumentParser::reportCharacters(const char* pText, std::size_t size
 }
 
 // A value that belongs to a table.
-inline void DocumentParser::addAttribute(const ResolvedNames::Name& name, const std::string& value) {
+TAMO_ALWAYS_INLINE void DocumentParser::addAttribute(const ResolvedNames::Name& name,
+                                                     const std::string& value) {
     _markup.deliver(name.octets + value.size());
     _attributes.add(*name.pUri, *name.pLocalName, value);
 }
 
-inline void DocumentParser::addAttribute(const ResolvedNames::Name& name, const char* pValue,
-                                         std::size_t size) {
+TAMO_ALWAYS_INLINE void DocumentParser::addAttribute(const ResolvedNames::Name& name, const char* pValue,
+                                                     std::size_t size) {
     _markup.deliver(name.octets + size);
     _attributes.add(*name.pUri, *name.pLocalName, pValue, size);
 }
@@ -373,8 +373,10 @@ unsigned int DocumentParser::parseOtherName(BitStreamReader& reader, unsigned in
     const unsigned int literal = isElement ? Forms::ELEMENT_NAME : Forms::ATTRIBUTE_NAME;
     if ((b & literal) == literal) [[likely]] {
         reader.advance(8);
-        Refusal::unless(isElement || (b & Forms::ATTRIBUTE_NAME_PADDING) == 0 || !_isDocumentStrict, reader,
-                        "padding of a name that is not 0", "C.17");
+        if (_isDocumentStrict && !isElement) {
+            Refusal::unless((b & Forms::ATTRIBUTE_NAME_PADDING) == 0, reader,
+                            "padding of a name that is not 0", "C.17");
+        }
         return parseQualifiedName(reader, b, kind);
     }
     reader.advance(isElement ? 2 : 1);
@@ -534,26 +536,33 @@ void DocumentParser::resolveName(unsigned int index, NameKind kind) {
 // A name in full; the two low bits of presence say which parts it has.
 unsigned int DocumentParser::parseQualifiedName(BitStreamReader& reader, unsigned int presence,
                                                 NameKind kind) {
-    Refusal::unless((presence & (Forms::HAS_PREFIX | Forms::HAS_NAMESPACE)) != Forms::HAS_PREFIX ||
-                        !_isDocumentStrict,
-                    reader, "a name with a prefix and without namespace name", "7.16");
+    return _isDocumentStrict ? parseNameParts<Mode::STRICT>(reader, presence, kind)
+                             : parseNameParts<Mode::DEFAULT>(reader, presence, kind);
+}
+
+template<DocumentParser::Mode MODE>
+unsigned int DocumentParser::parseNameParts(BitStreamReader& reader, unsigned int presence, NameKind kind) {
+    constexpr bool STRICT = MODE == Mode::STRICT;
+    const bool hasPrefix = (presence & Forms::HAS_PREFIX) != 0;
+    const bool hasNamespace = (presence & Forms::HAS_NAMESPACE) != 0;
+    if constexpr (STRICT) {
+        Refusal::unless(!hasPrefix || hasNamespace, reader, "a name with a prefix and without namespace name",
+                        "7.16");
+    }
+    constexpr StringParser::Entry NONE{&StringParser::EMPTY, 0};
     CommonForms octets(reader);
     const StringParser::Entry prefix =
-        (presence & Forms::HAS_PREFIX) != 0
-            ? strings().parseCommonIdentifying(reader, octets, DocumentVocabulary::PREFIX)
-            : StringParser::Entry{&StringParser::EMPTY, 0};
+        hasPrefix ? strings().parseCommonIdentifying<STRICT>(reader, octets, DocumentVocabulary::PREFIX)
+                  : NONE;
     const StringParser::Entry uri =
-        (presence & Forms::HAS_NAMESPACE) != 0
-            ? strings().parseCommonIdentifying(reader, octets, DocumentVocabulary::NAMESPACE_NAME)
-            : StringParser::Entry{&StringParser::EMPTY, 0};
+        hasNamespace
+            ? strings().parseCommonIdentifying<STRICT>(reader, octets, DocumentVocabulary::NAMESPACE_NAME)
+            : NONE;
     const StringParser::Entry localName =
-        strings().parseCommonIdentifying(reader, octets, DocumentVocabulary::LOCAL_NAME);
+        strings().parseCommonIdentifying<STRICT>(reader, octets, DocumentVocabulary::LOCAL_NAME);
     octets.leave(reader);
-    Vocabulary<QualifiedNameEntry>& names = strings().vocabulary().names(kind);
-    const QualifiedNameEntry entry(prefix.index, uri.index, localName.index);
-    bool found = false;
-    const unsigned int index = _isDocumentStrict ? OwnTable::append(names, entry) : names.index(entry, found);
-    strings().requireEntries(names.size());
+    const unsigned int index =
+        strings().addName(kind, QualifiedNameEntry(prefix.index, uri.index, localName.index));
     resolvedNames(kind).enter(index, *prefix.pValue, *uri.pValue, *localName.pValue);
     return index;
 }

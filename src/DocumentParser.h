@@ -138,6 +138,8 @@ private:
     unsigned int parseQualifiedNameOrIndex(BitStreamReader& reader, NameKind kind);
     void resolveName(unsigned int index, NameKind kind);
     unsigned int parseQualifiedName(BitStreamReader& reader, unsigned int presence, NameKind kind);
+    template<Mode MODE>
+    unsigned int parseNameParts(BitStreamReader& reader, unsigned int presence, NameKind kind);
     void parseCharacterChunk(BitStreamReader& reader);
     void reportCharacters(const char* pText, std::size_t size);
     void parseTypedChunk();

@@ -32,12 +32,14 @@ ExternalVocabularyLoader::~ExternalVocabularyLoader() = default;
 
 DocumentVocabulary ExternalVocabularyLoader::load(const std::string& uri) {
     const std::unique_ptr<std::istream> pStream(URIStreamOpener::defaultOpener().open(uri));
-    return extensionOf(uri) == "xml" ? loadXML(*pStream) : loadFastInfoset(*pStream, *this);
+    return extensionOf(uri) == "xml" ? loadXML(*pStream, _strict) : loadFastInfoset(*pStream, *this, _strict);
 }
 
-DocumentVocabulary ExternalVocabularyLoader::loadXML(std::istream& istr) {
+DocumentVocabulary ExternalVocabularyLoader::loadXML(std::istream& istr, bool strict) {
     NullOutputStream null;
-    FastInfosetWriter writer(null);
+    FastInfosetWriter writer(null, false,
+                             strict ? DocumentVocabulary::VOC_MAP : DocumentVocabulary::VOC_HASH);
+    writer.setStrict(strict);
     XML::SAXParser parser;
     parser.setFeature(XML::XMLReader::FEATURE_NAMESPACES, true);
     parser.setFeature(XML::XMLReader::FEATURE_NAMESPACE_PREFIXES, true);
@@ -51,8 +53,10 @@ DocumentVocabulary ExternalVocabularyLoader::loadXML(std::istream& istr) {
     return writer.getDocumentVocabulary();
 }
 
-DocumentVocabulary ExternalVocabularyLoader::loadFastInfoset(std::istream& istr, VocabularyLoader& loader) {
+DocumentVocabulary ExternalVocabularyLoader::loadFastInfoset(std::istream& istr, VocabularyLoader& loader,
+                                                             bool strict) {
     FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR, &loader);
+    parser.setStrict(strict);
     XML::InputSource source(istr);
     parser.parse(&source);
     return parser.vocabulary();

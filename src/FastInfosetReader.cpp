@@ -4,7 +4,7 @@
 #include "Tamo/Exception.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/FISDefaultHandler.h"
-#include "Tamo/FastInfoset/StringDecoder.h"
+#include "Tamo/FastInfoset/TypedChunk.h"
 #include "Tamo/XML/AttributesImpl.h"
 
 namespace Tamo::FastInfoset {
@@ -40,6 +40,13 @@ public:
     std::vector<Notation> notations;
     std::vector<UnparsedEntity> unparsedEntities;
     bool xmlDeclaration = false;
+    std::optional<std::string> scheme;
+    std::optional<bool> isStandalone;
+    std::optional<std::string> xmlVersion;
+    std::vector<AdditionalDatum> additional;
+
+    unsigned int algorithm = 0;
+    std::string_view algorithmURI;
 
     /// Forgets the item.
     void clear() {
@@ -48,6 +55,8 @@ public:
         pAttributes = &noAttributes;
         prefixMappings.clear();
         cData = false;
+        algorithm = 0;
+        algorithmURI = {};
         if (valueType != PLAIN_TEXT) {
             valueType = PLAIN_TEXT;
             typedText.clear();
@@ -68,6 +77,10 @@ public:
         notations.clear();
         unparsedEntities.clear();
         xmlDeclaration = false;
+        scheme.reset();
+        isStandalone.reset();
+        xmlVersion.reset();
+        additional.clear();
     }
 
     void startDocument() override { event = START_DOCUMENT; }
@@ -124,7 +137,23 @@ public:
                             const std::string& systemName, const std::string& notationName) override {
         unparsedEntities.emplace_back(name, pPublicId ? *pPublicId : std::string(), systemName, notationName);
     }
+    void skippedEntity(const std::string& name) override {
+        event = ENTITY_REFERENCE;
+        target = name;
+    }
+    bool startTypedChunk(const TypedChunk& chunk) override {
+        algorithm = chunk.algorithm();
+        algorithmURI = chunk.uri();
+        return false;
+    }
+
     void setWriteXMLDeclaration(bool flag) override { xmlDeclaration = flag; }
+    void additionalData(const std::string& id, std::span<const std::byte> data) override {
+        additional.push_back({id, {data.begin(), data.end()}});
+    }
+    void characterEncodingScheme(const std::string& name) override { scheme = name; }
+    void standalone(bool flag) override { isStandalone = flag; }
+    void version(const std::string& value) override { xmlVersion = value; }
 
 private:
     void setName(Event kind, const std::string& namespaceURI, const std::string& local,
@@ -170,7 +199,8 @@ FastInfosetReader::FastInfosetReader(const DocumentVocabulary& vocabulary, Openi
     : _pParser(std::make_unique<DocumentParser>(vocabulary, opening.open)),
       _pCursor(std::make_unique<Cursor>()) {
     Cursor* const pCursor = _pCursor.get();
-    _pParser->handlers() = {pCursor, pCursor, pCursor, pCursor, pCursor};
+    _pParser->handlers() = {pCursor, pCursor, pCursor, pCursor, pCursor, pCursor, pCursor};
+    _pParser->setStrict(true);
 }
 
 FastInfosetReader::~FastInfosetReader() = default;
@@ -286,7 +316,7 @@ std::string_view FastInfosetReader::text() const {
         return _pCursor->text;
     }
     if (_pCursor->typedText.empty()) {
-        _pCursor->typedText = StringDecoder::textOf(*_pParser->strings().typed());
+        _pCursor->typedText = _pParser->strings().typedText().of(*_pParser->strings().typed());
     }
     return _pCursor->typedText;
 }
@@ -353,6 +383,42 @@ const std::vector<UnparsedEntity>& FastInfosetReader::unparsedEntities() const n
 
 bool FastInfosetReader::hasXMLDeclaration() const noexcept {
     return _pCursor->xmlDeclaration;
+}
+
+const std::optional<std::string>& FastInfosetReader::characterEncodingScheme() const noexcept {
+    return _pCursor->scheme;
+}
+
+std::optional<bool> FastInfosetReader::standalone() const noexcept {
+    return _pCursor->isStandalone;
+}
+
+const std::optional<std::string>& FastInfosetReader::version() const noexcept {
+    return _pCursor->xmlVersion;
+}
+
+const std::vector<FastInfosetReader::AdditionalDatum>& FastInfosetReader::additionalData() const noexcept {
+    return _pCursor->additional;
+}
+
+unsigned int FastInfosetReader::algorithm() const noexcept {
+    return _pCursor->algorithm;
+}
+
+std::string_view FastInfosetReader::algorithmURI() const noexcept {
+    return _pCursor->algorithmURI;
+}
+
+UInt64 FastInfosetReader::documentSize() const noexcept {
+    return _pParser->documentSize();
+}
+
+void FastInfosetReader::setStrict(bool flag) noexcept {
+    _pParser->setStrict(flag);
+}
+
+bool FastInfosetReader::isStrict() const noexcept {
+    return _pParser->isStrict();
 }
 
 const DocumentVocabulary& FastInfosetReader::vocabulary() const noexcept {

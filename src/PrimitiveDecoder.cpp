@@ -22,7 +22,9 @@ void requireInRange(const BitStreamReader& reader, unsigned int val, const char*
 // The bits of a form that say which one it is, padding included, where a strict reader wants them as they
 // are.
 void requireForm(const BitStreamReader& reader, bool holds, const char* clause) {
-    Refusal::unless(holds || !reader.isStrict(), reader, "no form of an integer or a length", clause);
+    if (!holds) [[unlikely]] {
+        Refusal::unless(!reader.isStrict(), reader, "no form of an integer or a length", clause);
+    }
 }
 
 // A number of whole octets, from an octet boundary on.

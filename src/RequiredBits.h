@@ -47,11 +47,18 @@ public:
         return bits;
     }
 
-    /// Up to eight bits that X.891 has as value: read strictly, they are refused as what when they are not.
+    /// Up to eight bits that X.891 has as value: skipped, unless they are read strictly, and refused as what
+    /// when they are another.
     static void readAs(BitStreamReader& reader, int numBits, unsigned int value, const char* message,
                        const char* what, const char* clause) {
-        const unsigned char bits = read(reader, numBits, message);
-        Refusal::unless(bits == value || !reader.isStrict(), reader, what, clause);
+        require(reader, numBits, message);
+        if (reader.isStrict()) [[unlikely]] {
+            unsigned char bits = 0;
+            reader.read(bits, numBits);
+            Refusal::unless(bits == value, reader, what, clause);
+        } else {
+            reader.skip(numBits);
+        }
     }
 
     static void skip(BitStreamReader& reader, int numBits, const char* message) {

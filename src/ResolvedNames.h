@@ -32,7 +32,7 @@ public:
     };
 
     /// The name at index, or null when it has not been entered. Valid until the next enter() or clear().
-    const Name* find(unsigned int index) const noexcept {
+    TAMO_ALWAYS_INLINE const Name* find(unsigned int index) const noexcept {
         if (index < _size) [[likely]] {
             return _names[index].pLocalName ? &_names[index] : nullptr;
         }
@@ -56,7 +56,7 @@ public:
 
     /// The qualified name of the name at index, which must have been entered: prefix, colon and local name,
     /// or without a prefix nothing, or the local name. Valid until the next call or clear().
-    const std::string& qualifiedName(unsigned int index) {
+    TAMO_ALWAYS_INLINE const std::string& qualifiedName(unsigned int index) {
         const Name& name = index < _size ? _names[index] : _further;
         return name.pQName ? *name.pQName : makeQualifiedName(index);
     }

@@ -101,6 +101,13 @@ StringParser::Value StringParser::parseEncoded(BitStreamReader& reader) {
     requirePosition(position == 2 || position == 4, "Illegal startposition for an encodedCharacterString");
     const unsigned char enc =
         RequiredBits::read(reader, 2, "Unexpected end of stream while parsing encoded character string");
+    if (enc == DocumentVocabulary::UTF8) [[likely]] {
+        Decoder::nonEmptyOctetString(reader, _text);
+        if (_isStrict) {
+            StrictText::requireUTF8(reader, _text);
+        }
+        return {&_text, false};
+    }
     _pTyped = Decoder::encodedString(reader, enc, _vocabulary, _octets, _text, _typedAlgorithm);
     if (_pTyped) {
         return {nullptr, true};
@@ -126,16 +133,31 @@ void StringParser::bindTables(const BitStreamReader& reader) {
         _appendedTables[i] = OwnTable::vector(table);
         largest = std::max(largest, table.size());
     }
+    _areNamesAppended = OwnTable::vector(_vocabulary.elementVocabulary()) &&
+                        OwnTable::vector(_vocabulary.attributeVocabulary());
     _copiedValues.clear();
     requireEntries(largest);
     _mostKept = static_cast<std::size_t>(std::min<UInt64>(_limits.maxTableEntries, Forms::MOST_INTEGER + 1));
 }
 
 unsigned int StringParser::addToTable(ID id, const std::string& s) {
+    if (_isStrict) [[unlikely]] {
+        return addStrictly(id, s);
+    }
     bool found = false;
     Vocabulary<std::string>& table = _vocabulary.vocabulary(id);
-    // By the letter every literal is appended; each kind of table has its own way else.
-    const unsigned int index = _isStrict ? OwnTable::append(table, s) : table.index(s, found);
+    const unsigned int index = table.index(s, found);
+    requireEntries(table.size());
+    return index;
+}
+
+// By the letter every literal is appended; each kind of table has its own way else.
+unsigned int StringParser::addStrictly(ID id, const std::string& s) {
+    if (_appendedTables[id]) [[likely]] {
+        return addLiteral(id, s.data(), s.size()).index;
+    }
+    Vocabulary<std::string>& table = _vocabulary.vocabulary(id);
+    const unsigned int index = OwnTable::append(table, s);
     requireEntries(table.size());
     return index;
 }
@@ -172,11 +194,6 @@ void StringParser::keepOther(ID id, const std::string& s) {
     }
 }
 
-const std::string& StringParser::tableValue(ID id, unsigned int index) {
-    const std::string* const pValue = _tables[id]->find(index);
-    return pValue ? *pValue : otherValue(id, index);
-}
-
 // Of a table of this library's the failure of its kind; of another one a copy that stays.
 const std::string& StringParser::otherValue(ID id, unsigned int index) {
     if (_isStrict && index >= _vocabulary.vocabulary(id).size()) {
@@ -187,6 +204,13 @@ const std::string& StringParser::otherValue(ID id, unsigned int index) {
         return value;
     }
     return _copiedValues.try_emplace(UInt64{id} << 32 | index, value).first->second;
+}
+
+unsigned int StringParser::addNameAlways(DocumentVocabulary::NameKind kind, const QualifiedNameEntry& name) {
+    Vocabulary<QualifiedNameEntry>& names = _vocabulary.names(kind);
+    const unsigned int index = OwnTable::append(names, name);
+    requireEntries(names.size());
+    return index;
 }
 
 QualifiedNameEntry StringParser::name(DocumentVocabulary::NameKind kind, unsigned int index) {

@@ -77,6 +77,7 @@ public:
 
     /// An identifying string at bit position 0 (X.891, C.13): an index or a literal that is not long, from
     /// the octets at hand; any other form by the reader.
+    template<bool STRICT>
     TAMO_ALWAYS_INLINE Entry parseCommonIdentifying(BitStreamReader& reader, CommonForms& octets, ID id) {
         if (octets.areEnough()) [[likely]] {
             if (octets.first() & 0x80) {
@@ -91,7 +92,7 @@ public:
                 const char* pLiteral = nullptr;
                 if (octets.lengthAtPosition1(size) && size <= _limits.maxStringLength &&
                     (pLiteral = octets.string(size))) [[likely]] {
-                    if (reader.isStrict()) [[unlikely]] {
+                    if constexpr (STRICT) {
                         octets.leave(reader);
                         StrictText::requireUTF8(reader, {pLiteral, size});
                     }
@@ -126,6 +127,19 @@ public:
     const AutoPtr<Encoding>& typed() const noexcept { return _pTyped; }
     unsigned int typedAlgorithm() const noexcept { return _typedAlgorithm; }
 
+    /// Enters a name in the table of its kind and returns its index.
+    TAMO_ALWAYS_INLINE unsigned int addName(DocumentVocabulary::NameKind kind,
+                                            const QualifiedNameEntry& name) {
+        if (_isStrict && !_areNamesAppended) [[unlikely]] {
+            return addNameAlways(kind, name);
+        }
+        Vocabulary<QualifiedNameEntry>& names = _vocabulary.names(kind);
+        bool found = false;
+        const unsigned int index = names.index(name, found);
+        requireEntries(names.size());
+        return index;
+    }
+
     /// The entry of a name table at an index.
     QualifiedNameEntry name(DocumentVocabulary::NameKind kind, unsigned int index);
 
@@ -152,10 +166,15 @@ private:
     Entry addLiteral(ID id, const char* pText, std::size_t size);
     Value parseEncoded(BitStreamReader& reader);
     unsigned int addToTable(ID id, const std::string& s);
+    unsigned int addNameAlways(DocumentVocabulary::NameKind kind, const QualifiedNameEntry& name);
+    unsigned int addStrictly(ID id, const std::string& s);
     Entry addOtherLiteral(ID id, const char* pText, std::size_t size);
     const std::string* keepElsewhere(ID id, const char* pText, std::size_t size);
     void keepOther(ID id, const std::string& s);
-    const std::string& tableValue(ID id, unsigned int index);
+    TAMO_ALWAYS_INLINE const std::string& tableValue(ID id, unsigned int index) {
+        const std::string* const pValue = find(id, index);
+        return pValue ? *pValue : otherValue(id, index);
+    }
     const std::string& otherValue(ID id, unsigned int index);
 
     DocumentVocabulary _vocabulary;
@@ -172,6 +191,7 @@ private:
     TypedText _typedText;
     const BitStreamReader* _pReader = nullptr; // of the document that is read
     bool _isStrict = false;
+    bool _areNamesAppended = false; // by either table of names, whatever it holds
 };
 
 } // namespace Tamo::FastInfoset

@@ -87,6 +87,9 @@ void replay(FastInfosetReader& reader, TypedEventRecorder& recorder) {
         case R::PROCESSING_INSTRUCTION:
             recorder.processingInstruction(std::string(reader.target()), std::string(reader.text()));
             break;
+        case R::ENTITY_REFERENCE:
+            recorder.skippedEntity(std::string(reader.target()));
+            break;
         case R::END_DOCUMENT:
             recorder.endDocument();
             return;

@@ -1,5 +1,6 @@
 #include "Tamo/XML/Characters.h"
 #include "Tamo/Export.h"
+#include <algorithm>
 
 namespace Tamo::XML {
 
@@ -16,6 +17,88 @@ bool isNameStart(char32_t c) noexcept {
 /// NameChar of XML 1.0 (fifth edition) beyond ASCII.
 bool isNameCharacter(char32_t c) noexcept {
     return isNameStart(c) || c == 0xB7 || (c >= 0x300 && c <= 0x36F) || c == 0x203F || c == 0x2040;
+}
+
+// Well-formed UTF-8 as an automaton: what must follow. Each octet has a word with the next state for each
+// state, six bits wide, so that a step is a shift.
+enum State : std::uint64_t {
+    ACCEPT,
+    REJECT,
+    ONE_MORE,
+    TWO_MORE,
+    THREE_MORE,
+    BEHIND_E0,
+    BEHIND_ED,
+    BEHIND_F0,
+    BEHIND_F4,
+    STATES
+};
+
+constexpr unsigned int STATE_BITS = 6;
+
+constexpr State next(State state, unsigned int octet) {
+    const bool isContinuation = octet >= 0x80 && octet <= 0xBF;
+    switch (state) {
+    case ACCEPT:
+        return octet < 0x80                   ? ACCEPT
+               : octet < 0xC2 || octet > 0xF4 ? REJECT
+               : octet < 0xE0                 ? ONE_MORE
+               : octet == 0xE0                ? BEHIND_E0
+               : octet == 0xED                ? BEHIND_ED
+               : octet < 0xF0                 ? TWO_MORE
+               : octet == 0xF0                ? BEHIND_F0
+               : octet == 0xF4                ? BEHIND_F4
+                                              : THREE_MORE;
+    case ONE_MORE:
+        return isContinuation ? ACCEPT : REJECT;
+    case TWO_MORE:
+        return isContinuation ? ONE_MORE : REJECT;
+    case THREE_MORE:
+        return isContinuation ? TWO_MORE : REJECT;
+    case BEHIND_E0:
+        return isContinuation && octet >= 0xA0 ? ONE_MORE : REJECT;
+    case BEHIND_ED:
+        return isContinuation && octet < 0xA0 ? ONE_MORE : REJECT;
+    case BEHIND_F0:
+        return isContinuation && octet >= 0x90 ? TWO_MORE : REJECT;
+    case BEHIND_F4:
+        return isContinuation && octet < 0x90 ? TWO_MORE : REJECT;
+    default:
+        return REJECT;
+    }
+}
+
+constexpr std::array<std::uint64_t, 256> STEPS = [] {
+    std::array<std::uint64_t, 256> steps{};
+    for (unsigned int octet = 0; octet < 256; ++octet) {
+        for (unsigned int state = ACCEPT; state < STATES; ++state) {
+            steps[octet] |= (next(static_cast<State>(state), octet) * STATE_BITS) << (state * STATE_BITS);
+        }
+    }
+    return steps;
+}();
+
+// Of well-formed text: control characters, and what U+FFFE and U+FFFF begin with.
+constexpr std::array<bool, 256> MAY_BE_ILLEGAL = [] {
+    std::array<bool, 256> octets{};
+    for (std::size_t c = 0; c < 0x20; ++c) {
+        octets[c] = c != '\t' && c != '\n' && c != '\r';
+    }
+    octets[0xEF] = true;
+    return octets;
+}();
+
+bool mayBeIllegal(char octet) noexcept {
+    return MAY_BE_ILLEGAL[static_cast<unsigned char>(octet)];
+}
+
+// The next state: in the lowest bits, as the number of bits to shift.
+TAMO_ALWAYS_INLINE std::uint64_t step(std::uint64_t state, char octet) noexcept {
+    return STEPS[static_cast<unsigned char>(octet)] >> (state & 63);
+}
+
+bool isAccepted(std::uint64_t state) noexcept {
+    return (state & 63) == ACCEPT;
 }
 
 } // namespace
@@ -45,38 +128,60 @@ std::size_t Characters::decode(const char* p, const char* pEnd, char32_t& charac
     return 0;
 }
 
-// The first octet that is not part of a character that is allowed. Eight octets at a time are passed over
-// while mayStop() holds for none of them.
-template<class MayStop, class IsAllowed>
-std::size_t Characters::find(std::string_view text, const MayStop& mayStop,
-                                    const IsAllowed& isAllowed) noexcept {
+// ASCII eight octets at a time. A long text is gone through in two places at once, for a step has to wait for
+// the one before.
+bool Characters::isWellFormed(std::string_view text) noexcept {
     const char* p = text.data();
     const char* const pEnd = p + text.size();
-    while (p != pEnd) {
-        if (static_cast<std::size_t>(pEnd - p) >= WORD && !mayStop(wordAt(p))) {
-            p += WORD;
-            continue;
-        }
-        // A word's worth by itself, so that text with such characters is not looked at twice as a rule.
-        const char* const pNext = static_cast<std::size_t>(pEnd - p) >= WORD ? p + WORD : pEnd;
-        do {
-            char32_t c = 0;
-            const std::size_t length = decode(p, pEnd, c);
-            if (length == 0 || !isAllowed(c)) {
-                return static_cast<std::size_t>(p - text.data());
+    const char* q = p + text.size() / 2;
+    while (q != p && (*q & 0xC0) == 0x80) {
+        --q;
+    }
+    const char* const pMiddle = q;
+    std::uint64_t state = ACCEPT;
+    std::uint64_t other = ACCEPT;
+    while (static_cast<std::size_t>(pMiddle - p) >= WORD && static_cast<std::size_t>(pEnd - q) >= WORD) {
+        if (!isAccepted(state | other) || beyondASCII(wordAt(p) | wordAt(q)) != 0) {
+            for (std::size_t i = 0; i < WORD; ++i) {
+                state = step(state, p[i]);
+                other = step(other, q[i]);
             }
-            p += length;
-        } while (p < pNext);
+        }
+        p += WORD;
+        q += WORD;
+    }
+    for (; p != pMiddle; ++p) {
+        state = step(state, *p);
+    }
+    for (; q != pEnd; ++q) {
+        other = step(other, *q);
+    }
+    return isAccepted(state) && isAccepted(other);
+}
+
+// The first octet that is not part of a character that is allowed.
+template<class IsAllowed>
+std::size_t Characters::find(std::string_view text, const IsAllowed& isAllowed) noexcept {
+    const char* const pEnd = text.data() + text.size();
+    for (const char* p = text.data(); p != pEnd;) {
+        char32_t c = 0;
+        const std::size_t length = decode(p, pEnd, c);
+        if (length == 0 || !isAllowed(c)) {
+            return static_cast<std::size_t>(p - text.data());
+        }
+        p += length;
     }
     return NONE;
 }
 
 std::size_t Characters::findIllFormed(std::string_view text) noexcept {
-    return find(text, isBeyondASCII, [](char32_t) { return true; });
+    return isWellFormed(text) ? NONE : find(text, [](char32_t) { return true; });
 }
 
 std::size_t Characters::findIllegal(std::string_view text) noexcept {
-    return find(text, mayBeSpecial, isCharacter);
+    return isWellFormed(text) && std::none_of(text.begin(), text.end(), mayBeIllegal)
+               ? NONE
+               : find(text, isCharacter);
 }
 
 bool Characters::isOtherNCName(std::string_view name) noexcept {

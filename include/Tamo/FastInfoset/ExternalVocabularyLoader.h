@@ -28,11 +28,19 @@ public:
     DocumentVocabulary load(const std::string& uri) override;
 
     /// The vocabulary that writing this XML document would fill, of kind VOC_HASH.
-    static DocumentVocabulary loadXML(std::istream& istr);
+    static DocumentVocabulary loadXML(std::istream& istr) { return loadXML(istr, false); }
+
+    /// The same, written strictly or not; strictly it is of kind VOC_MAP, whose tables have no limits.
+    static DocumentVocabulary loadXML(std::istream& istr, bool strict);
 
     /// The vocabulary that reading this Fast Infoset document fills, of kind VOC_VECTOR. An external
     /// vocabulary that the document names comes from loader.
-    static DocumentVocabulary loadFastInfoset(std::istream& istr, VocabularyLoader& loader);
+    static DocumentVocabulary loadFastInfoset(std::istream& istr, VocabularyLoader& loader) {
+        return loadFastInfoset(istr, loader, false);
+    }
+
+    /// The same, read strictly or not.
+    static DocumentVocabulary loadFastInfoset(std::istream& istr, VocabularyLoader& loader, bool strict);
 
 private:
     bool _strict = false;

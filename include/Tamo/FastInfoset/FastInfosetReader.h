@@ -35,7 +35,8 @@ class VocabularyLoader;
 /// TEXT events, and an array of no values takes none.
 ///
 /// A reader reads any number of documents, one at a time, also after an exception, and is used by one thread
-/// at a time. Exceptions are those of FastInfosetParser; after one, and before open(), next() throws
+/// at a time. Documents are read by the letter of X.891 unless setStrict(false) asks for the default of
+/// FastInfosetParser. Exceptions are those of FastInfosetParser; after one, and before open(), next() throws
 /// InvalidAccessException.
 class TAMO_API FastInfosetReader {
 public:
@@ -50,7 +51,14 @@ public:
         TEXT,                   ///< text(), isCData(), valueType() and the values
         COMMENT,                ///< text()
         PROCESSING_INSTRUCTION, ///< target(), text()
-        END_DOCUMENT            ///< next() stays here
+        END_DOCUMENT,           ///< next() stays here
+        ENTITY_REFERENCE ///< target(): the name of an entity that is not expanded; strict reading alone
+    };
+
+    /// A piece of additional data (X.891, 7.2.7).
+    struct AdditionalDatum {
+        std::string id; ///< the URI that says what it is
+        std::vector<std::byte> octets;
     };
 
     /// How a TEXT event is carried.
@@ -124,7 +132,7 @@ public:
     /// Whether the text is a CDATA section.
     bool isCData() const noexcept;
 
-    /// The target of the processing instruction.
+    /// The target of the processing instruction, or the name of the entity.
     std::string_view target() const noexcept;
 
     /// The identifiers of the document type declaration; empty when absent.
@@ -134,6 +142,11 @@ public:
     /// What the values are; an application's own encoding may deliver several kinds, and then this is the
     /// first.
     ValueType valueType() const noexcept;
+
+    /// The index of the algorithm by which the document carries typed data, 0 for plain text, and the URI
+    /// that it declares for it, empty for a built-in one; strict reading alone.
+    unsigned int algorithm() const noexcept;
+    std::string_view algorithmURI() const noexcept;
 
     /// The values of typed data; empty unless the text is of that type.
     std::span<const std::byte> octets() const noexcept;
@@ -151,6 +164,21 @@ public:
 
     /// Whether the document begins with an XML declaration.
     bool hasXMLDeclaration() const noexcept;
+
+    /// What the header says of the XML document that this one stands for (X.891, 7.2.19 to 7.2.21), none
+    /// where it is silent, and its additional data; strict reading alone.
+    const std::optional<std::string>& characterEncodingScheme() const noexcept;
+    std::optional<bool> standalone() const noexcept;
+    const std::optional<std::string>& version() const noexcept;
+    const std::vector<AdditionalDatum>& additionalData() const noexcept;
+
+    /// At END_DOCUMENT: the octets of the document, which is where the next may begin; strict reading alone.
+    UInt64 documentSize() const noexcept;
+
+    /// Whether documents are read by the letter of X.891, see FastInfosetParser::setStrict; true at first. A
+    /// document that has begun is not concerned.
+    void setStrict(bool flag) noexcept;
+    bool isStrict() const noexcept;
 
     /// The vocabulary as the document has left it so far.
     const DocumentVocabulary& vocabulary() const noexcept;

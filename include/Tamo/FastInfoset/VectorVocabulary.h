@@ -31,7 +31,7 @@ public:
 
     /// Appends a value that is made of another type's, and returns it.
     template<class U>
-    const T& append(const U& value) {
+    TAMO_ALWAYS_INLINE const T& append(const U& value) {
         return this->_index.emplace_back(value);
     }
 

@@ -89,7 +89,7 @@ public:
     const T& at(std::size_t i) const { return (*this)[i]; }
 
     /// The value at i, or null past the last one.
-    const T* find(std::size_t i) const noexcept { return i < _size ? slot(i) : nullptr; }
+    TAMO_ALWAYS_INLINE const T* find(std::size_t i) const noexcept { return i < _size ? slot(i) : nullptr; }
 
     /// The first FIRST_BLOCK values, which stand side by side; not for an empty table.
     const T* firstBlock() const noexcept { return _blocks[0]; }

@@ -27,10 +27,10 @@ public:
     }
 
     /// Whether all octets are ASCII; no call, for texts that are short as a rule.
-    static bool isASCII(std::string_view text) noexcept { return !hasAny(text, isBeyondASCII); }
+    static bool isASCII(std::string_view text) noexcept { return !hasAny(text, beyondASCII); }
 
     /// Whether all octets are ASCII and none is a control character; the same.
-    static bool isPlain(std::string_view text) noexcept { return !hasAny(text, mayBeSpecial); }
+    static bool isPlain(std::string_view text) noexcept { return !hasAny(text, special); }
 
     /// The first octet of text that is not part of well-formed UTF-8, or NONE.
     static std::size_t findIllFormed(std::string_view text) noexcept;
@@ -75,42 +75,51 @@ private:
         return word;
     }
 
-    // Whether one of eight octets is beyond ASCII.
-    static bool isBeyondASCII(std::uint64_t word) noexcept { return (word & HIGH_BITS) != 0; }
+    // Not 0 where one of eight octets is beyond ASCII.
+    static std::uint64_t beyondASCII(std::uint64_t word) noexcept { return word & HIGH_BITS; }
 
-    // Whether one of eight octets may be beyond ASCII or a control character.
-    static bool mayBeSpecial(std::uint64_t word) noexcept {
-        return ((word | (word - 0x20 * ONES)) & HIGH_BITS) != 0;
+    // Not 0 where one of eight octets is beyond ASCII or a control character, and sometimes else.
+    static std::uint64_t special(std::uint64_t word) noexcept {
+        return (word | (word - 0x20 * ONES)) & HIGH_BITS;
     }
 
-    // Whether test() holds for some octet, eight at a time; the last ones may be looked at twice.
-    template<class Test>
-    static TAMO_ALWAYS_INLINE bool hasAny(std::string_view text, const Test& test) noexcept {
-        constexpr std::uint64_t BLANKS = 0x20 * ONES;
+    // Whether find() finds some octet, eight at a time; the last ones may be looked at twice.
+    template<class Find>
+    static TAMO_ALWAYS_INLINE bool hasAny(std::string_view text, const Find& find) noexcept {
         const char* const p = text.data();
         const std::size_t size = text.size();
-        if (size >= WORD) {
-            for (std::size_t i = 0; i + WORD < size; i += WORD) {
-                if (test(wordAt(p + i))) {
+        if (size > 2 * WORD) {
+            std::size_t i = 0;
+            for (; i + 4 * WORD < size; i += 4 * WORD) {
+                if ((find(wordAt(p + i)) | find(wordAt(p + i + WORD)) | find(wordAt(p + i + 2 * WORD)) |
+                     find(wordAt(p + i + 3 * WORD))) != 0) {
                     return true;
                 }
             }
-            return test(wordAt(p + size - WORD));
+            for (; i + 2 * WORD < size; i += WORD) {
+                if (find(wordAt(p + i)) != 0) {
+                    return true;
+                }
+            }
+            return (find(wordAt(p + size - 2 * WORD)) | find(wordAt(p + size - WORD))) != 0;
+        }
+        if (size >= WORD) {
+            return (find(wordAt(p)) | find(wordAt(p + size - WORD))) != 0;
         }
         if (size >= WORD / 2) {
-            return test(wordAt<std::uint32_t>(p) | wordAt<std::uint32_t>(p + size - WORD / 2) << 32);
+            return find(wordAt<std::uint32_t>(p) | wordAt<std::uint32_t>(p + size - WORD / 2) << 32) != 0;
         }
-        std::uint64_t word = BLANKS;
+        std::uint64_t word = 0x20 * ONES;
         for (std::size_t i = 0; i < size; ++i) {
             word = word << 8 | static_cast<unsigned char>(p[i]);
         }
-        return test(word);
+        return find(word) != 0;
     }
 
     static std::uint8_t classOf(char c) noexcept { return CLASSES[static_cast<unsigned char>(c)]; }
-    template<class MayStop, class IsAllowed>
-    static std::size_t find(std::string_view text, const MayStop& mayStop,
-                            const IsAllowed& isAllowed) noexcept;
+    static bool isWellFormed(std::string_view text) noexcept;
+    template<class IsAllowed>
+    static std::size_t find(std::string_view text, const IsAllowed& isAllowed) noexcept;
     static bool isOtherNCName(std::string_view name) noexcept;
 };
 
