@@ -119,16 +119,12 @@ TAMO_ALWAYS_INLINE ElementWriter::Needs ElementWriter::findAttributes(const XML:
     }
     Needs needs;
     Attribute* pAttribute = _attributeList.data();
-    _ownPrefixes.clear();
     for (std::size_t n = 0; n < count; ++n, ++pAttribute) {
         const int i = static_cast<int>(n);
         const std::string& uri = attributes.getURI(i);
         const std::string& localName = attributes.getLocalName(i);
         pAttribute->pValue = &attributes.getValue(i);
         needs.sizes |= pAttribute->pValue->size();
-        if (_strict) [[unlikely]] {
-            requireLegalAttribute(uri, localName, attributes.getQName(i), *pAttribute->pValue);
-        }
         if (uri.empty()) {
             pAttribute->index = _names.findPlain(localName);
             if (pAttribute->index != WrittenNames::NOT_FOUND) [[likely]] {
@@ -185,6 +181,10 @@ bool ElementWriter::startPlain(std::streambuf* pBuf, unsigned int index, int cou
         return false;
     }
     if (_strict) [[unlikely]] {
+        for (int i = 0; i < count; ++i) {
+            requireLegalAttribute(attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i),
+                                  *_attributeList[static_cast<std::size_t>(i)].pValue);
+        }
         requireLegal(pPrefix, {uri, localName, qname}, needs.newNames ? attributeCount : 0);
         pBuf = writer().startConstruct();
     }
@@ -448,6 +448,7 @@ std::string ElementWriter::newPrefix() {
 void ElementWriter::startStrict(const std::string& uri, const std::string& localName,
                                 const std::string& qname, const XML::Attributes& list) {
     const XML::Attributes& attributes = _attributes.isStable(list) ? list : _attributes.of(list);
+    _ownPrefixes.clear();
     if (constructs().isPlainPlace() && !localName.empty()) [[likely]] {
         const unsigned int index =
             _names.find(WrittenNames::ELEMENT, uri, localName, qname, namespaces().state());

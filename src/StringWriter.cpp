@@ -372,13 +372,14 @@ void StringWriter::writeFormedChunk(DocumentVocabulary::CharacterStringForm form
 
 void StringWriter::writeTypedChunk(Encoding& value, unsigned int algorithm) {
     std::size_t size = 0;
-    if (algorithm == NullEncoding::TYPE) {
+    const bool isOwn = algorithm == value.type();
+    if (isOwn && algorithm == NullEncoding::TYPE) {
         writeLegalText(value.content());
-    } else if (algorithm == CDataEncoding::TYPE) {
+    } else if (isOwn && algorithm == CDataEncoding::TYPE) {
         writeCDataText(value.content());
-    } else if (typeid(value) == typeid(HexEncoding) || typeid(value) == typeid(DWordEncoding)) {
+    } else if (isOwn && (typeid(value) == typeid(HexEncoding) || typeid(value) == typeid(DWordEncoding))) {
         writeFormedChunk(DocumentVocabulary::ENCODINGALGORITHM, algorithm, value.content());
-    } else if (isBuiltInArray(value, size)) {
+    } else if (isOwn && isBuiltInArray(value, size)) {
         LegalStrings::requireSize("an array", size);
         if (size != 0) {
             _writer.complete(false);
