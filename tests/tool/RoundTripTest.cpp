@@ -127,6 +127,28 @@ TEST_F(RoundTripTest, TypedContent) {
     }
 }
 
+// Numbers in the form in which the standard has them: every reader gives the text back.
+TEST_F(RoundTripTest, CanonicalNumbers) {
+    const struct {
+        const char* content;
+        int saved; ///< octets that typing saves
+    } rows[] = {{"1.5E0 2.5E-1 -1.0E20 INF -INF NaN", 33 - 24 - 1},
+                {"1.2345678901234567E300", 22 - 8 - 1},
+                {"1048576 -1048576 0", 18 - 12 - 1},
+                {"1.5 2.5 3.5 4.5 5.5 6.5", 0},
+                {"1.5e0 2.5e0 3.5e0 4.5e0", 0},
+                {"1.50E0 2.50E0 3.50E0 4.50E0", 0},
+                {"1.5E0  2.5E0 3.5E0 4.5E0", 0}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.content);
+        write("in.xml", "<a>" + std::string(row.content) + "</a>");
+        must("finf encode in.xml -o plain -f; finf encode in.xml -o typed --typed=canonical -f;"
+             "finf decode typed -o out.xml --canonical-numbers -f");
+        EXPECT_EQ(static_cast<int>(read("plain").size()) - static_cast<int>(read("typed").size()), row.saved);
+        EXPECT_EQ(canonical("out.xml"), canonical("in.xml"));
+    }
+}
+
 TEST_F(RoundTripTest, WhitespaceIsStrippedOnRequestOnly) {
     write("in.xml", "<a>\n <b> x </b>\n <c xml:space='preserve'> </c>\n</a>");
     must("finf encode in.xml --strip-whitespace; finf decode in.finf -o out.xml");
