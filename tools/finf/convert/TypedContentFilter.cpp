@@ -6,7 +6,6 @@
 #include "Tamo/FastInfoset/DecodingAlgorithm.h"
 #include "Tamo/FastInfoset/DoubleEncoding.h"
 #include "Tamo/FastInfoset/EncodingAlgorithm.h"
-#include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/FloatEncoding.h"
 #include "Tamo/FastInfoset/HexEncoding.h"
 #include "Tamo/FastInfoset/IntEncoding.h"
@@ -14,7 +13,6 @@
 #include "Tamo/FastInfoset/ShortEncoding.h"
 #include "Tamo/FastInfoset/UUIDEncoding.h"
 #include "Tamo/NumberParser.h"
-#include "Tamo/XML/DefaultHandler.h"
 #include <algorithm>
 #include <sstream>
 #include <string_view>
@@ -48,15 +46,6 @@ struct Candidate {
     Tamo::AutoPtr<Encoding> pValue;
 };
 
-class TextCollector : public Tamo::XML::DefaultHandler {
-public:
-    void characters(const char ch[], int start, int length) override {
-        text.append(ch + start, static_cast<std::size_t>(length));
-    }
-
-    std::string text;
-};
-
 /// The value of the text by an algorithm that takes it.
 Tamo::AutoPtr<Encoding> valueOf(unsigned int index, const std::string& text) {
     std::ostringstream octets;
@@ -69,27 +58,6 @@ Tamo::AutoPtr<Encoding> valueOf(unsigned int index, const std::string& text) {
     BitStreamReader reader(written.data(), written.size());
     reader.skip(BITS_BEFORE);
     return DecodingAlgorithm().read(static_cast<int>(index), reader);
-}
-
-/// What a reader makes of the value as the text of an element.
-std::string textOf(const Tamo::AutoPtr<Encoding>& pValue, bool isCanonical) {
-    std::ostringstream octets;
-    FastInfosetWriter writer(octets, false, DocumentVocabulary::VOC_MAP);
-    writer.setStrict(true);
-    writer.startDocument();
-    writer.startElement({}, "a", {});
-    writer.insertEncoding(pValue);
-    writer.endElement({}, "a", {});
-    writer.endDocument();
-
-    const std::string written = octets.str();
-    TextCollector collector;
-    FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR, nullptr);
-    parser.setStrict(true);
-    parser.setCanonicalNumbers(isCanonical);
-    parser.setContentHandler(&collector);
-    parser.parseMemoryNP(written.data(), written.size());
-    return collector.text;
 }
 
 /// The numbers of a text, single spaces between them; none when it has anything else.
@@ -112,7 +80,7 @@ std::vector<double> numbersOf(std::string_view text) {
 } // namespace
 
 // The smallest value that saves octets and gives back the identical text; null when there is none.
-Tamo::AutoPtr<Encoding> TypedContentFilter::encoding(const std::string& text) const {
+Tamo::AutoPtr<Encoding> TypedContentFilter::encoding(const std::string& text) {
     std::vector<Candidate> candidates;
     // An algorithm costs one octet more than text does in front of the octets themselves.
     const auto saves = [&](std::size_t octets) { return octets > 0 && octets + 1 < text.size(); };
@@ -137,7 +105,7 @@ Tamo::AutoPtr<Encoding> TypedContentFilter::encoding(const std::string& text) co
     std::stable_sort(candidates.begin(), candidates.end(),
                      [](const Candidate& a, const Candidate& b) { return a.octets < b.octets; });
     for (const Candidate& candidate : candidates) {
-        if (textOf(candidate.pValue, _isCanonical) == text) {
+        if (_valueText.of(*candidate.pValue) == text) {
             return candidate.pValue;
         }
     }

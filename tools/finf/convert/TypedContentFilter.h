@@ -4,6 +4,7 @@
 #include "Tamo/AutoPtr.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
+#include "convert/ValueText.h"
 #include <string>
 
 namespace finf {
@@ -19,7 +20,10 @@ public:
     /// negative). Numbers with a fraction are taken in the canonical form of XML Schema, for readers that
     /// give that back (ITU-T X.891, 10.8), or in the shortest spelling.
     TypedContentFilter(Tamo::FastInfoset::FastInfosetWriter& writer, int maxIndexedLength, bool isCanonical)
-        : _writer(writer), _maxIndexedLength(maxIndexedLength), _isCanonical(isCanonical) {}
+        : _writer(writer),
+          _maxIndexedLength(maxIndexedLength),
+          _isCanonical(isCanonical),
+          _valueText(isCanonical) {}
 
     void setDocumentLocator(const Tamo::XML::Locator* loc) override;
     void startDocument() override;
@@ -43,12 +47,13 @@ public:
     void comment(const char ch[], int start, int length) override;
 
 private:
-    Tamo::AutoPtr<Tamo::FastInfoset::Encoding> encoding(const std::string& text) const;
+    Tamo::AutoPtr<Tamo::FastInfoset::Encoding> encoding(const std::string& text);
     void passText();
 
     Tamo::FastInfoset::FastInfosetWriter& _writer;
     int _maxIndexedLength;
     bool _isCanonical;
+    ValueText _valueText;
     bool _collecting = false; // between a start tag and what follows its text
     std::string _text;
 };
