@@ -28,6 +28,13 @@ WrittenNames::Kind kindOf(const std::string& attributeURI, const std::string& el
                                ": it has a prefix and no namespace (X.891, C.16.1)");
 }
 
+// That an attribute without namespace has no prefix; a name that is known counts by its local name.
+void requireNoPrefix(const std::string& localName, const std::string& qname) {
+    if (qname.size() != localName.size() && !prefixOf(qname).empty()) {
+        refusePrefix("an attribute", qname);
+    }
+}
+
 // Whether one of the sizes that were combined by "or" may be longer than a length can tell.
 bool mayBeTooLong(UInt64 sizes) noexcept {
     return (sizes >> 32) != 0;
@@ -132,6 +139,9 @@ TAMO_ALWAYS_INLINE ElementWriter::Needs ElementWriter::findAttributes(const XML:
             }
             pAttribute->pPrefix = &EMPTY;
             pAttribute->pQName = &EMPTY;
+            if (_strict) {
+                requireNoPrefix(localName, attributes.getQName(i));
+            }
         } else {
             const std::string& qname = attributes.getQName(i);
             const WrittenNames::Kind kind = kindOf(uri, elementURI);
@@ -181,11 +191,10 @@ bool ElementWriter::startPlain(std::streambuf* pBuf, unsigned int index, int cou
         return false;
     }
     if (_strict) [[unlikely]] {
-        for (int i = 0; i < count; ++i) {
-            requireLegalAttribute(attributes.getURI(i), attributes.getLocalName(i), attributes.getQName(i),
-                                  *_attributeList[static_cast<std::size_t>(i)].pValue);
+        requireLegalValues(attributeCount);
+        if (pPrefix || needs.newNames) {
+            requireLegal(pPrefix, {uri, localName, qname}, attributeCount);
         }
-        requireLegal(pPrefix, {uri, localName, qname}, needs.newNames ? attributeCount : 0);
         pBuf = writer().startConstruct();
     }
     const UInt64 sizes = needs.sizes | (pPrefix ? uri.size() | localName.size() | qname.size() : 0);
@@ -219,6 +228,7 @@ void ElementWriter::startDeclaring(const ElementName& name, const XML::Attribute
         collectDeclarations();
         collectAttributes(attributes, name.uri);
         if (_strict) {
+            requireLegalValues(count);
             requireLegal(&_prefix, full, count);
         }
     } catch (...) {
@@ -281,8 +291,9 @@ void ElementWriter::collectAttributes(const XML::Attributes& attributes, const s
                                                    : XML::Name::localName(attributes.getQName(i)));
         }
         if (_strict) {
-            requireLegalAttribute(*attribute.pUri, *attribute.pLocalName, attributes.getQName(i),
-                                  *attribute.pValue);
+            if (attribute.pUri->empty()) {
+                requireNoPrefix(*attribute.pLocalName, attributes.getQName(i));
+            }
             attribute.pPrefix = attribute.pUri->empty()
                                     ? &EMPTY
                                     : keptAttributePrefix(*attribute.pUri, attributes.getQName(i), count);
@@ -445,29 +456,6 @@ std::string ElementWriter::newPrefix() {
 
 // ---- the strict mode
 
-void ElementWriter::startStrict(const std::string& uri, const std::string& localName,
-                                const std::string& qname, const XML::Attributes& list) {
-    const XML::Attributes& attributes = _attributes.isStable(list) ? list : _attributes.of(list);
-    _ownPrefixes.clear();
-    if (constructs().isPlainPlace() && !localName.empty()) [[likely]] {
-        const unsigned int index =
-            _names.find(WrittenNames::ELEMENT, uri, localName, qname, namespaces().state());
-        const int count = attributes.getLength();
-        if (count == 0 && OctetComposer::fitsPosition2(index)) [[likely]] {
-            if (std::streambuf* const pBuf = writer().startConstruct()) [[likely]] {
-                PutArea::put(*pBuf, [=](char* p) { return OctetComposer::integerAtPosition2(p, 0, index); });
-                constructs().startPlainElement();
-                return;
-            }
-        }
-        if (startPlain(nullptr, index, count, uri, localName, qname, attributes)) [[likely]] {
-            constructs().startPlainElement();
-            return;
-        }
-    }
-    startDeclaring({uri, localName, qname}, attributes);
-}
-
 void ElementWriter::declare(const std::string& prefix, const std::string& uri) {
     if (!prefix.empty()) {
         LegalStrings::requireName("a prefix", prefix);
@@ -484,14 +472,12 @@ void ElementWriter::declare(const std::string& prefix, const std::string& uri) {
     namespaces().declarePrefix(prefix, uri);
 }
 
-// What can be told of an attribute without looking for its name.
-void ElementWriter::requireLegalAttribute(const std::string& uri, const std::string& localName,
-                                          const std::string& qname, const std::string& value) {
-    LegalStrings::requireText("the value of an attribute", value);
-    LegalStrings::requireSize("the value of an attribute", value.size());
-    if (uri.empty() && qname.size() != localName.size() && !prefixOf(qname).empty() && !localName.empty())
-        [[unlikely]] {
-        refusePrefix("an attribute", qname);
+// The values of attributes, wherever they go.
+void ElementWriter::requireLegalValues(std::size_t count) const {
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string& value = *_attributeList[i].pValue;
+        LegalStrings::requireText("the value of an attribute", value);
+        LegalStrings::requireSize("the value of an attribute", value.size());
     }
 }
 

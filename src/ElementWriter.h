@@ -80,8 +80,31 @@ public:
     }
 
     /// The same element in the strict mode; what has been declared for one that is refused is forgotten.
-    void startStrict(const std::string& uri, const std::string& localName, const std::string& qname,
-                     const XML::Attributes& list);
+    TAMO_ALWAYS_INLINE void startStrict(const std::string& uri, const std::string& localName,
+                                        const std::string& qname, const XML::Attributes& list) {
+        const XML::Attributes& attributes = _attributes.isStable(list) ? list : _attributes.of(list);
+        if (constructs().isPlainPlace() && !localName.empty()) [[likely]] {
+            const unsigned int index =
+                _names.find(WrittenNames::ELEMENT, uri, localName, qname, namespaces().state());
+            const int count = attributes.getLength();
+            if (count == 0 && OctetComposer::fitsPosition2(index)) [[likely]] {
+                if (std::streambuf* const pBuf = writer().startConstruct()) [[likely]] {
+                    PutArea::put(*pBuf,
+                                 [=](char* p) { return OctetComposer::integerAtPosition2(p, 0, index); });
+                    constructs().startPlainElement();
+                    return;
+                }
+            }
+            if (!_ownPrefixes.empty()) [[unlikely]] {
+                _ownPrefixes.clear();
+            }
+            if (startPlain(nullptr, index, count, uri, localName, qname, attributes)) [[likely]] {
+                constructs().startPlainElement();
+                return;
+            }
+        }
+        startDeclaring({uri, localName, qname}, attributes);
+    }
 
     /// Declares a prefix for the next element in the strict mode.
     void declare(const std::string& prefix, const std::string& uri);
@@ -152,8 +175,7 @@ private:
     bool remembersNames() noexcept;
 
     void requireLegal(const std::string* pPrefix, const ElementName& name, std::size_t count) const;
-    static void requireLegalAttribute(const std::string& uri, const std::string& localName,
-                                      const std::string& qname, const std::string& value);
+    void requireLegalValues(std::size_t count) const;
     bool isFree(std::string_view prefix) const;
     bool isDeclarable(std::string_view prefix, const std::string& uri) const;
     const std::string* keptAttributePrefix(const std::string& uri, const std::string& qname,

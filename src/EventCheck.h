@@ -2,9 +2,9 @@
 #define TAMO_FASTINFOSET_EVENTCHECK_H
 
 #include "Tamo/Export.h"
-#include "Tamo/HashKey.h"
 #include "Tamo/Types.h"
 #include <cstddef>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,9 +37,6 @@ public:
     /// Whether an element stands in the root element, and not where it is refused.
     bool isInContent() const noexcept { return _place == Place::CONTENT; }
 
-    /// Whether character data is within a CDATA section.
-    bool isInCData() const noexcept { return _place == Place::CDATA; }
-
     /// Whether what stands before the root element is held back still.
     bool holdsProlog() const noexcept { return !_isPrologWritten; }
     void prologWritten() noexcept { _isPrologWritten = true; }
@@ -51,13 +48,13 @@ public:
     void requireElement(const char* construct, std::string_view name) const;
     TAMO_ALWAYS_INLINE void elementStarted(const std::string& uri, const std::string& localName,
                                            const std::string& qname) {
-        _open.push_back(keyOf(uri, localName, qname));
+        _open.push_back(traceOf(uri, localName, qname));
         _place = Place::CONTENT;
     }
 
     TAMO_ALWAYS_INLINE void requireElementEnd(const std::string& uri, const std::string& localName,
                                               const std::string& qname) const {
-        if (_place != Place::CONTENT || _open.back() != keyOf(uri, localName, qname)) [[unlikely]] {
+        if (_place != Place::CONTENT || _open.back() != traceOf(uri, localName, qname)) [[unlikely]] {
             refuseEnd(localName, qname);
         }
     }
@@ -92,10 +89,25 @@ public:
 private:
     enum class Place { OUTSIDE, PROLOG, DOCUMENT_TYPE, CONTENT, CDATA, EPILOG };
 
-    // Enough to tell misuse: of a name by its local name and the size of its namespace name.
-    static TAMO_ALWAYS_INLINE UInt64 keyOf(const std::string& uri, const std::string& localName,
-                                           const std::string& qname) noexcept {
-        return HashKey::of(localName.empty() ? qname : localName).hash() + uri.size();
+    // Enough to tell misuse: the sizes of a name's parts, and of its local name the first and last octets.
+    static TAMO_ALWAYS_INLINE UInt64 traceOf(const std::string& uri, const std::string& localName,
+                                             const std::string& qname) noexcept {
+        const std::string& name = localName.empty() ? qname : localName;
+        const char* const p = name.data();
+        const std::size_t size = name.size();
+        const UInt64 sizes = UInt64{size} << 40 ^ UInt64 { uri.size() } << 24;
+        if (size >= 4) [[likely]] {
+            return sizes ^ octets<UInt32>(p) ^ UInt64 { octets<UInt32>(p + size - 4) } << 32;
+        }
+        // Of an empty name there is the NUL behind it.
+        return sizes ^ octets<UInt8>(p) ^ (size >= 2 ? UInt64{octets<UInt16>(p + size - 2)} << 8 : 0);
+    }
+
+    template<class Word>
+    static TAMO_ALWAYS_INLINE Word octets(const char* p) noexcept {
+        Word word = 0;
+        std::memcpy(&word, p, sizeof(word));
+        return word;
     }
 
     Use useOfOtherText(std::string_view text) const;
@@ -106,7 +118,7 @@ private:
     [[noreturn]] TAMO_COLD void refuseEnd(const std::string& localName, const std::string& qname) const;
 
     Place _place = Place::OUTSIDE;
-    std::vector<UInt64> _open;
+    std::vector<UInt64> _open; // the traces of their names
     bool _hasDocumentType = false;
     bool _isPrologWritten = false;
 };

@@ -50,9 +50,10 @@ struct FastInfosetWriter::Engine {
 
     /// Writes the typed data that waits for what follows it. Returns what takes the events of the strict
     /// mode; null in the default.
-    TAMO_ALWAYS_INLINE StrictEvents* attend() { return heed == 0 ? nullptr : attendTo(); }
-
-    StrictEvents* attendTo() {
+    TAMO_ALWAYS_INLINE StrictEvents* attend() {
+        if (heed == 0) [[likely]] {
+            return nullptr;
+        }
         if ((heed & WAITING) != 0) {
             writeEncodedData();
         }
@@ -322,12 +323,12 @@ void FastInfosetWriter::startPrefixMapping(const std::string& prefix, const std:
 
 void FastInfosetWriter::endPrefixMapping(const std::string& prefix) {
     if (prefix != NamespaceSupport::XML_NAMESPACE_PREFIX) {
-        _pEngine->constructs().settle();
         if (_pEngine->pStrict) {
             _pEngine->constructs().undeclareOwn(prefix);
-        } else {
-            _pEngine->constructs().namespaces().undeclarePrefix(prefix);
+            return;
         }
+        _pEngine->constructs().settle();
+        _pEngine->constructs().namespaces().undeclarePrefix(prefix);
     }
 }
 

@@ -35,7 +35,10 @@ void HeaderWriter::prepareStrict(const std::vector<std::string>& algorithms) {
             _vocabulary.algorithms().add(uri);
         }
     }
-    VocabularyWriter(_vocabulary, base()).require();
+    _announces = !_vocabulary.isPredefined() || !_vocabulary.algorithms().uris().empty();
+    if (_announces) {
+        VocabularyWriter(_vocabulary, base()).require();
+    }
 }
 
 // What the header need not announce.
@@ -45,7 +48,7 @@ const DocumentVocabulary& HeaderWriter::base() const {
 
 void HeaderWriter::writeStrict() {
     const VocabularyWriter vocabulary(_vocabulary, base());
-    const bool hasInitialVocabulary = _refersToExternal || !vocabulary.isEmpty();
+    const bool hasInitialVocabulary = _refersToExternal || (_announces && !vocabulary.isEmpty());
     Encoder::documentPreHeader(_writer, _writeXMLDeclaration);
     _writer.write(!_properties.additionalData.empty());
     _writer.write(hasInitialVocabulary);

@@ -96,7 +96,8 @@ private:
     std::vector<Notation> _notations;
     std::vector<UnparsedEntity> _unparsedEntities;
     Properties _properties;
-    bool _refersToExternal = false; // the header being prepared
+    bool _refersToExternal = false; // of the header that is being prepared
+    bool _announces = false;        // that the vocabulary is not the predefined one
 };
 
 } // namespace Tamo::FastInfoset

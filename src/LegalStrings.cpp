@@ -5,7 +5,7 @@ namespace Tamo::FastInfoset {
 
 using XML::Characters;
 
-void LegalStrings::requireLongText(const char* what, std::string_view text) {
+void LegalStrings::requireOtherText(const char* what, std::string_view text) {
     const std::size_t place = Characters::findIllegal(text);
     if (place != Characters::NONE) [[unlikely]] {
         refuseText(what, text, place);

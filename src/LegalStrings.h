@@ -22,8 +22,8 @@ struct LegalStrings {
 
     /// Text of any length.
     static TAMO_ALWAYS_INLINE void requireText(const char* what, std::string_view text) {
-        if (!isShortASCII(text)) {
-            requireLongText(what, text);
+        if (!isPlain(text)) {
+            requireOtherText(what, text);
         }
     }
 
@@ -51,10 +51,11 @@ private:
     static constexpr std::uint64_t ONES = 0x0101010101010101;
     static constexpr std::uint64_t HIGH_BITS = 0x8080808080808080;
 
-    // Whether one of some octets may be beyond ASCII or a control character.
-    static bool mayBeSpecial(std::uint64_t octets, std::uint64_t ones) noexcept {
-        return ((octets | (octets - 0x20 * ones)) & HIGH_BITS) != 0;
+    // Not zero where one of eight octets may be beyond ASCII or a control character.
+    static std::uint64_t special(std::uint64_t octets) noexcept {
+        return (octets | (octets - 0x20 * ONES)) & HIGH_BITS;
     }
+    static std::uint64_t special8(const char* p) noexcept { return special(wordAt<std::uint64_t>(p)); }
 
     template<class Word>
     static TAMO_ALWAYS_INLINE Word wordAt(const char* p) noexcept {
@@ -63,30 +64,32 @@ private:
         return word;
     }
 
-    // True for most short texts, without a loop; false says nothing.
-    static TAMO_ALWAYS_INLINE bool isShortASCII(std::string_view text) noexcept {
-        const char* const p = text.data();
+    // True for most texts that have no line ends; false says nothing.
+    static TAMO_ALWAYS_INLINE bool isPlain(std::string_view text) noexcept {
+        const char* p = text.data();
         const std::size_t size = text.size();
-        if (size > 16) {
-            return false;
-        }
         if (size >= 8) {
-            return !mayBeSpecial(wordAt<std::uint64_t>(p), ONES) &&
-                   !mayBeSpecial(wordAt<std::uint64_t>(p + size - 8), ONES);
+            // The last eight octets, of which some are perhaps among the others as well.
+            const char* const pLast = p + size - 8;
+            std::uint64_t special = special8(pLast);
+            for (; p < pLast; p += 8) {
+                special |= special8(p);
+            }
+            return special == 0;
         }
         if (size >= 4) {
             const std::uint64_t octets =
                 wordAt<std::uint32_t>(p) | std::uint64_t{wordAt<std::uint32_t>(p + size - 4)} << 32;
-            return !mayBeSpecial(octets, ONES);
+            return special(octets) == 0;
         }
-        std::uint64_t octets = 0x202020;
-        for (std::size_t i = 0; i < size; ++i) {
-            octets = octets << 8 | static_cast<unsigned char>(p[i]);
+        if (size == 0) {
+            return true;
         }
-        return !mayBeSpecial(octets & 0xFFFFFF, ONES & 0xFFFFFF);
+        const auto octet = [p](std::size_t at) { return std::uint64_t{static_cast<unsigned char>(p[at])}; };
+        return special((ONES * 0x20) << 24 | octet(0) | octet(size / 2) << 8 | octet(size - 1) << 16) == 0;
     }
 
-    static void requireLongText(const char* what, std::string_view text);
+    static void requireOtherText(const char* what, std::string_view text);
     [[noreturn]] TAMO_COLD static void refuseText(const char* what, std::string_view text, std::size_t place);
     [[noreturn]] TAMO_COLD static void refuseSize(const char* what, std::size_t size);
     [[noreturn]] TAMO_COLD static void refuseName(const char* what, std::string_view name);

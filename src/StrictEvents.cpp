@@ -81,14 +81,10 @@ void StrictEvents::startPrefixMapping(const std::string& prefix, const std::stri
 
 // ---- content
 
-void StrictEvents::characters(std::string_view text) {
-    if (text.empty() || _check.useOfText(text) == EventCheck::Use::DROP) {
-        return;
-    }
-    if (_check.isInCData()) [[unlikely]] {
+// Nothing, or text that has a place of its own or none.
+void StrictEvents::otherCharacters(std::string_view text) {
+    if (!text.empty() && _check.useOfText(text) == EventCheck::Use::WRITE) {
         strings().writeCDataText(text);
-    } else {
-        strings().writeLegalText(text);
     }
 }
 

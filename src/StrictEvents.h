@@ -56,7 +56,13 @@ public:
     }
 
     void startPrefixMapping(const std::string& prefix, const std::string& uri);
-    void characters(std::string_view text);
+    TAMO_ALWAYS_INLINE void characters(std::string_view text) {
+        if (_check.isInContent() && !text.empty()) [[likely]] {
+            strings().writeLegalText(text);
+        } else {
+            otherCharacters(text);
+        }
+    }
     void characters(std::string_view text, unsigned int alphabet);
     void skippedEntity(const std::string& name);
     void comment(std::string_view text);
@@ -85,6 +91,7 @@ public:
     bool typedChunk(const TypedChunk& chunk);
 
 private:
+    void otherCharacters(std::string_view text);
     void startRoot(const std::string& localName, const std::string& qname);
     unsigned int indexOf(const Encoding& value) const;
     unsigned int indexOf(const std::string& uri) const;

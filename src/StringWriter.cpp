@@ -1,5 +1,4 @@
 #include "StringWriter.h"
-#include "LegalStrings.h"
 #include "Position.h"
 #include "Tamo/FastInfoset/BoolEncoding.h"
 #include "Tamo/FastInfoset/CDataEncoding.h"
@@ -22,8 +21,6 @@
 namespace Tamo::FastInfoset {
 
 namespace {
-
-constexpr const char* TEXT = "text";
 
 // Whether a value is of a class, and of none derived from it; gives the octets that its array takes.
 template<class E>
@@ -329,23 +326,10 @@ void StringWriter::writeTyped(const Encoding& value) {
 
 // ---- the strict mode
 
-void StringWriter::writeLegalText(std::string_view text) {
-    if (text.size() > TextPieces::MOST) [[unlikely]] {
-        LegalStrings::requireText(TEXT, text); // all of it before its first piece
-    }
-    TextPieces::forEach(text, [this](std::string_view piece) {
-        if (!isIndexed(piece.size())) {
-            LegalStrings::requireText(TEXT, piece);
-            writeChunk(_writer.startConstruct(), piece);
-            return;
-        }
-        const HashKey key = HashKey::of(piece);
-        const Found chunk = find(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, piece, key);
-        if (chunk.index == NOT_FOUND) {
-            LegalStrings::requireText(TEXT, piece);
-        }
-        writeFoundChunk(_writer.startConstruct(), piece, key, chunk);
-    });
+void StringWriter::writeOtherLegalText(std::string_view text) {
+    LegalStrings::requireText(TEXT, text);
+    TextPieces::forEach(text,
+                        [this](std::string_view piece) { writeChunk(_writer.startConstruct(), piece); });
 }
 
 void StringWriter::writeCDataText(std::string_view text) {

@@ -2,6 +2,7 @@
 #define TAMO_FASTINFOSET_STRINGWRITER_H
 
 #include "ConstructWriter.h"
+#include "LegalStrings.h"
 #include "OctetComposer.h"
 #include "OpenConstructs.h"
 #include "Tamo/AutoPtr.h"
@@ -155,7 +156,18 @@ public:
     // ---- character chunks of the strict mode, which begin their construct once nothing is to be refused
 
     /// Writes text as one chunk or more: that is indexed as usual, or literally as part of a CDATA section.
-    void writeLegalText(std::string_view text);
+    TAMO_ALWAYS_INLINE void writeLegalText(std::string_view text) {
+        if (!isIndexed(text.size()) || !HashKey::isExact(text.size())) {
+            writeOtherLegalText(text);
+            return;
+        }
+        const HashKey key = HashKey::of(text);
+        const Found chunk = find(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, text, key);
+        if (chunk.index == NOT_FOUND) {
+            LegalStrings::requireText(TEXT, text);
+        }
+        writeFoundChunk(_writer.startConstruct(), text, key, chunk);
+    }
     void writeCDataText(std::string_view text);
 
     /// Writes octets as a chunk of a form, RESTRICTEDALPHABET or ENCODINGALGORITHM, by the alphabet or
@@ -188,6 +200,9 @@ private:
         }
     }
 
+    static constexpr const char* TEXT = "text";
+
+    void writeOtherLegalText(std::string_view text);
     void write(OctetComposer& octets, std::string_view text, ID id, HashKey key, Found string);
     void writeLiteral(OctetComposer& octets, std::string_view text, bool added);
     void writeIdentifyingIndex(unsigned int index);

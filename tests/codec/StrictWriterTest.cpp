@@ -119,6 +119,12 @@ int checkShifted(const std::string& text) {
     return text.find('\xC3') == std::string::npos ? static_cast<int>(text.size()) : -1;
 }
 
+// A value of the application's first algorithm.
+struct Application : DWordEncoding {
+    using DWordEncoding::DWordEncoding;
+    unsigned int type() const override { return EncodingAlgorithm::USER_DEFINED; }
+};
+
 void chunk(Writer& writer, Encoding* pEncoding, const std::string& uri = {}) {
     const AutoPtr<Encoding> pValue(pEncoding);
     if (writer.startTypedChunk(TypedChunk(pValue, pValue->type(), uri))) {
@@ -206,12 +212,14 @@ const Row ROWS[] = {
          w.characterEncodingScheme("UTF-8"), w.standalone(true), w.version("1.0");
      }},
     {"an application's algorithm", "^|<a|@|>|$",
-     "20 04 00 00 04 75 72 6E 3A 73 3C 00 61 8C 7D 62 63 8C 7C 78 8C 7C 79 8C 04 7A FF; a value by the "
+     "20 04 00 00 04 75 72 6E 3A 73 3C 00 61 8C 7D 62 63 8C 7C 78 8C 7D 70 71 8C 7C 79 8C 04 7A FF; a value "
+     "by the "
      "encoding algorithm \"urn:t\": the document does not declare it",
      "InvalidAccessException: encodedText() needs the strict mode",
      [](Writer& w) { w.encodingAlgorithms().add("urn:s", encodeShifted, checkShifted); },
      [](Writer& w) {
          w.encodedText("urn:s", "ab"), w.insertEncoding("urn:s", new DWordEncoding("x", 1));
+         w.insertEncoding(new Application("p", 1)), w.insertEncoding(new Application("q", 1));
          chunk(w, new HexEncoding("y", 1), "urn:s"), chunk(w, new HexEncoding("z", 1), "urn:t");
          EXPECT_FAILURE("FISEncodingException: Cannot write \"\\xC3\" by the encoding algorithm \"urn:s\": "
                         "it has no such text",
@@ -219,12 +227,16 @@ const Row ROWS[] = {
          w.encodedText("urn:t", "ab");
      }},
     {"typed chunks", "^|<a|@|>|$",
-     "00 3C 00 61 8C 00 79 8C 00 7A 8C 0E 01 00 00 00 01 8C 0E 05 00 00 00 02 00 00 00 03 8C 24 63 FF",
-     "00 3C 00 61 8C 05 79 7A 8C 0E 09 00 00 00 01 00 00 00 02 00 00 00 03 90 63 FF", [](Writer&) {},
+     "00 3C 00 61 8C 00 79 8C 00 7A 8C 0E 01 00 00 00 01 8C 0E 05 00 00 00 02 00 00 00 03 8C 24 63 8C 05 62 "
+     "63 FF; "
+     "a value by the encoding algorithm 32: it is not registered with a URI",
+     "00 3C 00 61 8C 05 79 7A 8C 0E 09 00 00 00 01 00 00 00 02 00 00 00 03 90 63 8C 05 62 63 8C 7C 78 FF",
+     [](Writer&) {},
      [](Writer& w) {
          chunk(w, new HexEncoding("y", 1)), chunk(w, new HexEncoding("z", 1)), chunk(w, new IntEncoding(1));
          w.encodedData(2), w.encodedData(3), chunk(w, new IntEncoding(std::vector<Int32>()));
-         chunk(w, new CDataEncoding("c"));
+         chunk(w, new CDataEncoding("c")), w.binaryData("b", 1), w.binaryData("c", 1);
+         w.insertEncoding(new Application("x", 1));
      }},
     {"restricted alphabets", "^|<a|@|>|$",
      "20 08 00 00 0F 30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66 3C 00 61 88 01 1C 5F 88 3D 53 FF FF; "
