@@ -14,6 +14,8 @@ using XML::NamespaceSupport;
 
 TAMO_CONSTINIT const std::string EMPTY;
 
+constexpr const char* ATTRIBUTE = "the value of an attribute";
+
 std::string_view prefixOf(const std::string& qname) {
     const std::size_t colon = qname.find(':');
     return colon == std::string::npos ? std::string_view() : std::string_view(qname).substr(0, colon);
@@ -118,6 +120,7 @@ TAMO_ALWAYS_INLINE void ElementWriter::compose(std::streambuf* pBuf, unsigned in
 // ---- elements that declare nothing
 
 // Looks up the names of an element's attributes, up to one that has to be declared.
+template<ElementWriter::Mode MODE>
 TAMO_ALWAYS_INLINE ElementWriter::Needs ElementWriter::findAttributes(const XML::Attributes& attributes,
                                                                       std::size_t count,
                                                                       const std::string& elementURI) {
@@ -132,6 +135,9 @@ TAMO_ALWAYS_INLINE ElementWriter::Needs ElementWriter::findAttributes(const XML:
         const std::string& localName = attributes.getLocalName(i);
         pAttribute->pValue = &attributes.getValue(i);
         needs.sizes |= pAttribute->pValue->size();
+        if constexpr (MODE == Mode::STRICT) {
+            LegalStrings::requireText(ATTRIBUTE, *pAttribute->pValue);
+        }
         if (uri.empty()) {
             pAttribute->index = _names.findPlain(localName);
             if (pAttribute->index != WrittenNames::NOT_FOUND) [[likely]] {
@@ -139,7 +145,7 @@ TAMO_ALWAYS_INLINE ElementWriter::Needs ElementWriter::findAttributes(const XML:
             }
             pAttribute->pPrefix = &EMPTY;
             pAttribute->pQName = &EMPTY;
-            if (_strict) {
+            if constexpr (MODE == Mode::STRICT) {
                 requireNoPrefix(localName, attributes.getQName(i));
             }
         } else {
@@ -149,13 +155,13 @@ TAMO_ALWAYS_INLINE ElementWriter::Needs ElementWriter::findAttributes(const XML:
             if (pAttribute->index != WrittenNames::NOT_FOUND) [[likely]] {
                 continue;
             }
-            pAttribute->pPrefix =
-                _strict ? keptAttributePrefix(uri, qname, count) : boundAttributePrefix(uri, qname);
+            pAttribute->pPrefix = MODE == Mode::STRICT ? keptAttributePrefix(uri, qname, count)
+                                                       : boundAttributePrefix(uri, qname);
             if (!pAttribute->pPrefix) {
                 needs.declaration = true;
                 return needs;
             }
-            if (kind == WrittenNames::NATIVE_ATTRIBUTE && !_strict) {
+            if (kind == WrittenNames::NATIVE_ATTRIBUTE && MODE != Mode::STRICT) {
                 pAttribute->pPrefix = &EMPTY;
             }
             pAttribute->pQName = &qname;
@@ -175,6 +181,7 @@ TAMO_ALWAYS_INLINE ElementWriter::Needs ElementWriter::findAttributes(const XML:
 // An element that may declare nothing, where its construct starts. The prefixes of names that are not known
 // under the bindings in force are looked up first. Writes what startDeclaring() would write; false, with
 // nothing written, when that has to.
+template<ElementWriter::Mode MODE>
 bool ElementWriter::startPlain(std::streambuf* pBuf, unsigned int index, int count, const std::string& uri,
                                const std::string& localName, const std::string& qname,
                                const XML::Attributes& attributes) {
@@ -186,20 +193,18 @@ bool ElementWriter::startPlain(std::streambuf* pBuf, unsigned int index, int cou
         }
     }
     const auto attributeCount = static_cast<std::size_t>(count);
-    const Needs needs = findAttributes(attributes, attributeCount, uri);
+    const Needs needs = findAttributes<MODE>(attributes, attributeCount, uri);
     if (needs.declaration) [[unlikely]] {
         return false;
     }
-    if (_strict) [[unlikely]] {
-        requireLegalValues(attributeCount);
-        if (pPrefix || needs.newNames) {
+    const UInt64 sizes = needs.sizes | (pPrefix ? uri.size() | localName.size() | qname.size() : 0);
+    if constexpr (MODE == Mode::STRICT) {
+        if (pPrefix || needs.newNames || mayBeTooLong(sizes)) {
             requireLegal(pPrefix, {uri, localName, qname}, attributeCount);
         }
         pBuf = writer().startConstruct();
-    }
-    const UInt64 sizes = needs.sizes | (pPrefix ? uri.size() | localName.size() | qname.size() : 0);
-    if (mayBeTooLong(sizes) || ((pPrefix || needs.newNames) && _newNames.isNearlyFull(1 + attributeCount)))
-        [[unlikely]] {
+    } else if (mayBeTooLong(sizes) ||
+               ((pPrefix || needs.newNames) && _newNames.isNearlyFull(1 + attributeCount))) [[unlikely]] {
         require(pPrefix, {uri, localName, qname}, attributeCount, {});
     }
     try {
@@ -211,6 +216,17 @@ bool ElementWriter::startPlain(std::streambuf* pBuf, unsigned int index, int cou
     }
     return true;
 }
+
+template bool ElementWriter::startPlain<ElementWriter::Mode::USUAL>(std::streambuf* pBuf, unsigned int index,
+                                                                    int count, const std::string& uri,
+                                                                    const std::string& localName,
+                                                                    const std::string& qname,
+                                                                    const XML::Attributes& attributes);
+template bool ElementWriter::startPlain<ElementWriter::Mode::STRICT>(std::streambuf* pBuf, unsigned int index,
+                                                                     int count, const std::string& uri,
+                                                                     const std::string& localName,
+                                                                     const std::string& qname,
+                                                                     const XML::Attributes& attributes);
 
 // ---- elements that may declare
 
@@ -228,7 +244,6 @@ void ElementWriter::startDeclaring(const ElementName& name, const XML::Attribute
         collectDeclarations();
         collectAttributes(attributes, name.uri);
         if (_strict) {
-            requireLegalValues(count);
             requireLegal(&_prefix, full, count);
         }
     } catch (...) {
@@ -248,7 +263,8 @@ void ElementWriter::startDeclaring(const ElementName& name, const XML::Attribute
         sizes |= attribute.pValue->size() | attribute.pPrefix->size() | attribute.pUri->size() |
                  attribute.pLocalName->size();
     }
-    if (mayBeTooLong(sizes) || _newNames.isNearlyFull(1 + count + _declarations.size())) [[unlikely]] {
+    if (!_strict && (mayBeTooLong(sizes) || _newNames.isNearlyFull(1 + count + _declarations.size())))
+        [[unlikely]] {
         require(&_prefix, full, count, _declarations);
     }
     namespaces().pushContext();
@@ -291,6 +307,7 @@ void ElementWriter::collectAttributes(const XML::Attributes& attributes, const s
                                                    : XML::Name::localName(attributes.getQName(i)));
         }
         if (_strict) {
+            LegalStrings::requireText(ATTRIBUTE, *attribute.pValue);
             if (attribute.pUri->empty()) {
                 requireNoPrefix(*attribute.pLocalName, attributes.getQName(i));
             }
@@ -307,9 +324,6 @@ void ElementWriter::collectAttributes(const XML::Attributes& attributes, const s
 // names that the tables have no place for.
 TAMO_COLD void ElementWriter::require(const std::string* pPrefix, const ElementName& name, std::size_t count,
                                       std::span<const Declaration> declarations) const {
-    if (_strict) {
-        return; // a full table takes no more, and all sizes have been checked
-    }
     for (std::size_t i = 0; i < count; ++i) {
         StringWriter::requireValue(_attributeList[i].pValue->size());
     }
@@ -472,16 +486,7 @@ void ElementWriter::declare(const std::string& prefix, const std::string& uri) {
     namespaces().declarePrefix(prefix, uri);
 }
 
-// The values of attributes, wherever they go.
-void ElementWriter::requireLegalValues(std::size_t count) const {
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::string& value = *_attributeList[i].pValue;
-        LegalStrings::requireText("the value of an attribute", value);
-        LegalStrings::requireSize("the value of an attribute", value.size());
-    }
-}
-
-// What has to be told of new names, whose namespaces are bound and so checked.
+// What has to be told of an element with new names, whose namespaces are bound and so checked, and of sizes.
 void ElementWriter::requireLegal(const std::string* pPrefix, const ElementName& name,
                                  std::size_t count) const {
     if (pPrefix) {
@@ -493,6 +498,7 @@ void ElementWriter::requireLegal(const std::string* pPrefix, const ElementName& 
     }
     for (std::size_t i = 0; i < count; ++i) {
         const Attribute& attribute = _attributeList[i];
+        LegalStrings::requireSize(ATTRIBUTE, attribute.pValue->size());
         if (attribute.index == WrittenNames::NOT_FOUND) {
             LegalStrings::requireName("the name of an attribute", *attribute.pLocalName);
             LegalStrings::requireSize("the name of an attribute", attribute.pLocalName->size());

@@ -62,7 +62,7 @@ public:
                 constructs().startPlainElement();
                 return;
             }
-            if (startPlain(pBuf, index, count, uri, localName, qname, attributes)) [[likely]] {
+            if (startPlain<Mode::USUAL>(pBuf, index, count, uri, localName, qname, attributes)) [[likely]] {
                 constructs().startPlainElement();
                 return;
             }
@@ -98,7 +98,8 @@ public:
             if (!_ownPrefixes.empty()) [[unlikely]] {
                 _ownPrefixes.clear();
             }
-            if (startPlain(nullptr, index, count, uri, localName, qname, attributes)) [[likely]] {
+            if (startPlain<Mode::STRICT>(nullptr, index, count, uri, localName, qname, attributes))
+                [[likely]] {
                 constructs().startPlainElement();
                 return;
             }
@@ -122,6 +123,8 @@ private:
     // Whether an element is written where it may declare and CDATA sections may be, or where nothing of that
     // is possible.
     enum class Extent { PLAIN, FULL };
+
+    enum class Mode { USUAL, STRICT };
 
     // The name of an element as the event gives it.
     struct ElementName {
@@ -154,9 +157,11 @@ private:
     };
 
     const XML::Attributes& copied(const XML::Attributes& attributes);
+    template<Mode MODE>
     bool startPlain(std::streambuf* pBuf, unsigned int index, int count, const std::string& uri,
                     const std::string& localName, const std::string& qname,
                     const XML::Attributes& attributes);
+    template<Mode MODE>
     Needs findAttributes(const XML::Attributes& attributes, std::size_t count, const std::string& elementURI);
     void startDeclaring(const ElementName& name, const XML::Attributes& attributes);
     void collectDeclarations();
@@ -175,7 +180,6 @@ private:
     bool remembersNames() noexcept;
 
     void requireLegal(const std::string* pPrefix, const ElementName& name, std::size_t count) const;
-    void requireLegalValues(std::size_t count) const;
     bool isFree(std::string_view prefix) const;
     bool isDeclarable(std::string_view prefix, const std::string& uri) const;
     const std::string* keptAttributePrefix(const std::string& uri, const std::string& qname,
