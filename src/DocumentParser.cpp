@@ -111,6 +111,24 @@ TAMO_ALWAYS_INLINE void DocumentParser::addAttribute(const ResolvedNames::Name& 
 // long index, octets that are not there yet or a limit, is left to the operations that take every form, bit
 // by bit, and are the ones to read for the format.
 
+// A name on the octet b that is not known by its index: in full, or in a form for the reader.
+template<DocumentParser::Mode MODE>
+TAMO_ALWAYS_INLINE unsigned int DocumentParser::parseOtherName(BitStreamReader& reader, unsigned int b,
+                                                               NameKind kind) {
+    const bool isElement = kind == NameKind::ELEMENT;
+    const unsigned int literal = isElement ? Forms::ELEMENT_NAME : Forms::ATTRIBUTE_NAME;
+    if ((b & literal) == literal) [[likely]] {
+        reader.advance(8);
+        if (MODE == Mode::STRICT && !isElement) {
+            Refusal::unless((b & Forms::ATTRIBUTE_NAME_PADDING) == 0, reader,
+                            "padding of a name that is not 0", "C.17");
+        }
+        return parseNameParts<MODE>(reader, b, kind);
+    }
+    reader.advance(isElement ? 2 : 1);
+    return isElement ? parseElementName(reader) : parseQualifiedNameOrIndex(reader, kind);
+}
+
 // A value by index or as UTF-8.
 template<DocumentParser::Mode MODE>
 TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonAttributeValue(BitStreamReader& reader,
@@ -167,7 +185,8 @@ TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonAttributes(BitStreamReader& r
         if (octets.integerAtPosition1(index) && (pName = _attributeNames.find(index))) [[likely]] {
             octets.accept();
         } else {
-            index = octets.apart(reader, [&] { return parseOtherName(reader, b, NameKind::ATTRIBUTE); });
+            index =
+                octets.apart(reader, [&] { return parseOtherName<MODE>(reader, b, NameKind::ATTRIBUTE); });
             pName = _attributeNames.find(index);
         }
         if (!octets.areEnough() || !parseCommonAttributeValue<MODE>(reader, octets, *pName)) [[unlikely]] {
@@ -192,7 +211,7 @@ TAMO_ALWAYS_INLINE void DocumentParser::parseCommonElement(BitStreamReader& read
     if (octets.integerAtPosition2(index) && (pName = _elementNames.find(index))) [[likely]] {
         octets.accept();
     } else {
-        index = octets.apart(reader, [&] { return parseOtherName(reader, b, NameKind::ELEMENT); });
+        index = octets.apart(reader, [&] { return parseOtherName<MODE>(reader, b, NameKind::ELEMENT); });
         pName = _elementNames.find(index);
     }
     _attributes.clear();
@@ -363,22 +382,6 @@ void DocumentParser::begin(BitStreamReader& reader) {
     if (handlers().pContent) {
         handlers().pContent->startDocument();
     }
-}
-
-// A name on the octet b that is not known by its index: in full, or in a form for the reader.
-unsigned int DocumentParser::parseOtherName(BitStreamReader& reader, unsigned int b, NameKind kind) {
-    const bool isElement = kind == NameKind::ELEMENT;
-    const unsigned int literal = isElement ? Forms::ELEMENT_NAME : Forms::ATTRIBUTE_NAME;
-    if ((b & literal) == literal) [[likely]] {
-        reader.advance(8);
-        if (_isDocumentStrict && !isElement) {
-            Refusal::unless((b & Forms::ATTRIBUTE_NAME_PADDING) == 0, reader,
-                            "padding of a name that is not 0", "C.17");
-        }
-        return parseQualifiedName(reader, b, kind);
-    }
-    reader.advance(isElement ? 2 : 1);
-    return isElement ? parseElementName(reader) : parseQualifiedNameOrIndex(reader, kind);
 }
 
 // A child on an octet boundary.
@@ -560,7 +563,7 @@ unsigned int DocumentParser::parseNameParts(BitStreamReader& reader, unsigned in
         strings().parseCommonIdentifying<STRICT>(reader, octets, DocumentVocabulary::LOCAL_NAME);
     octets.leave(reader);
     const unsigned int index =
-        strings().addName(kind, QualifiedNameEntry(prefix.index, uri.index, localName.index));
+        strings().addName<STRICT>(kind, QualifiedNameEntry(prefix.index, uri.index, localName.index));
     resolvedNames(kind).enter(index, *prefix.pValue, *uri.pValue, *localName.pValue);
     return index;
 }

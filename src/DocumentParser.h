@@ -119,6 +119,7 @@ private:
                                    const ResolvedNames::Name& name);
     template<Mode MODE>
     bool parseCommonCharacterChunk(BitStreamReader& reader, CommonForms& octets);
+    template<Mode MODE>
     unsigned int parseOtherName(BitStreamReader& reader, unsigned int b, NameKind kind);
     void parseElementChild(BitStreamReader& reader);
     void parseElement(BitStreamReader& reader);

@@ -17,8 +17,14 @@ const std::string& ParsedAttributes::getQName(int i) const {
     if (attribute.pPrefix->empty()) {
         return *attribute.pLocalName;
     }
-    attribute.ownQName.assign(*attribute.pPrefix).append(1, ':').append(*attribute.pLocalName);
-    return attribute.ownQName;
+    const auto index = static_cast<std::size_t>(i);
+    if (_qnames.size() <= index) {
+        _qnames.resize(index + 1);
+    }
+    if (!_qnames[index]) {
+        _qnames[index] = std::make_unique<std::string>();
+    }
+    return _qnames[index]->assign(*attribute.pPrefix).append(1, ':').append(*attribute.pLocalName);
 }
 
 const std::string& ParsedAttributes::getType(int i) const {

@@ -128,9 +128,10 @@ public:
     unsigned int typedAlgorithm() const noexcept { return _typedAlgorithm; }
 
     /// Enters a name in the table of its kind and returns its index.
+    template<bool STRICT>
     TAMO_ALWAYS_INLINE unsigned int addName(DocumentVocabulary::NameKind kind,
                                             const QualifiedNameEntry& name) {
-        if (_isStrict && !_areNamesAppended) [[unlikely]] {
+        if (STRICT && !_areNamesAppended) [[unlikely]] {
             return addNameAlways(kind, name);
         }
         Vocabulary<QualifiedNameEntry>& names = _vocabulary.names(kind);

@@ -6,6 +6,7 @@
 #include "Tamo/XML/DirectLookUps.h"
 #include "Tamo/XML/StableAttributes.h"
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -62,7 +63,6 @@ private:
         const std::string* pValue = nullptr; // null: the value is ownValue
         std::string ownValue;
         const std::string* pPrefix = nullptr;
-        mutable std::string ownQName; // of one with a prefix, made when it is asked for
     };
 
     const Attribute& at(int i) const {
@@ -80,6 +80,8 @@ private:
     std::vector<Attribute> _slots;
     std::size_t _count = 0;
     bool _isQualified = false;
+    // Those with a prefix, by index, each made when it is asked for.
+    mutable std::vector<std::unique_ptr<std::string>> _qnames;
 };
 
 } // namespace Tamo::FastInfoset
