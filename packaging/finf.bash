@@ -10,14 +10,14 @@ _finf() {
         fi
     done
     case $command in
-    encode) options='-h --help -o --output --output-directory -c --stdout -f --force -k --keep --in-place -u --update --compress -r --recursive -j --jobs -q --quiet -v --verbose --external-vocabulary --max-depth --max-string-length --max-table-entries --max-output --max-amplification --max-indexed-length --strip-whitespace --xml-declaration --typed' ;;
-    decode) options='-h --help -o --output --output-directory -c --stdout -f --force -k --keep --in-place -u --update --compress -r --recursive -j --jobs -q --quiet -v --verbose --external-vocabulary --max-depth --max-string-length --max-table-entries --max-output --max-amplification --pretty' ;;
-    vocabulary) options='-h --help -o --output -f --force --uri --min-count --strip-whitespace --external-vocabulary --max-depth --max-string-length --max-table-entries --max-output --max-amplification' ;;
-    inspect) options='-h --help --html --json -o --output -f --force --tables --full --offset --limit --color --external-vocabulary --max-depth --max-string-length --max-table-entries --max-output --max-amplification' ;;
-    validate) options='-h --help -r --recursive --json -q --quiet --external-vocabulary --max-depth --max-string-length --max-table-entries --max-output --max-amplification' ;;
-    stats) options='-h --help -r --recursive --json --svg -f --force --color --external-vocabulary --max-depth --max-string-length --max-table-entries --max-output --max-amplification' ;;
-    diff) options='-h --help -q --quiet --external-vocabulary --max-depth --max-string-length --max-table-entries --max-output --max-amplification' ;;
-    bench) options='-h --help --rounds --json --external-vocabulary --max-depth --max-string-length --max-table-entries --max-output --max-amplification' ;;
+    encode) options='-h --help -o --output --output-directory -c --stdout -f --force -k --keep --in-place -u --update --compress -r --recursive -j --jobs -q --quiet -v --verbose --external-vocabulary --vocabulary --max-depth --max-string-length --max-table-entries --max-output --max-amplification --max-indexed-length --strip-whitespace --xml-declaration --typed' ;;
+    decode) options='-h --help -o --output --output-directory -c --stdout -f --force -k --keep --in-place -u --update --compress -r --recursive -j --jobs -q --quiet -v --verbose --external-vocabulary --vocabulary --max-depth --max-string-length --max-table-entries --max-output --max-amplification --pretty --canonical-numbers --lenient' ;;
+    vocabulary) options='-h --help -o --output -f --force --format --uri --min-count --strip-whitespace --external-vocabulary --vocabulary --max-depth --max-string-length --max-table-entries --max-output --max-amplification' ;;
+    inspect) options='-h --help --html --json -o --output -f --force --tables --full --offset --limit --color --external-vocabulary --vocabulary --max-depth --max-string-length --max-table-entries --max-output --max-amplification' ;;
+    validate) options='-h --help -r --recursive --json -q --quiet --external-vocabulary --vocabulary --max-depth --max-string-length --max-table-entries --max-output --max-amplification' ;;
+    stats) options='-h --help -r --recursive --json --svg -f --force --color --external-vocabulary --vocabulary --max-depth --max-string-length --max-table-entries --max-output --max-amplification' ;;
+    diff) options='-h --help -q --quiet --external-vocabulary --vocabulary --max-depth --max-string-length --max-table-entries --max-output --max-amplification' ;;
+    bench) options='-h --help --rounds --json --external-vocabulary --vocabulary --max-depth --max-string-length --max-table-entries --max-output --max-amplification' ;;
     *) options='-h --help -V --version' ;;
     esac
     case $command in
@@ -31,10 +31,14 @@ _finf() {
     if [[ $previous == --output-directory ]]; then
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -d -- "$current")
-    elif [[ $previous == --compress ]]; then
-        mapfile -t COMPREPLY < <(compgen -W 'gzip zstd' -- "$current")
     elif [[ $previous == --color ]]; then
         mapfile -t COMPREPLY < <(compgen -W 'auto always never' -- "$current")
+    elif [[ $previous == --compress ]]; then
+        mapfile -t COMPREPLY < <(compgen -W 'gzip zstd' -- "$current")
+    elif [[ $previous == --format ]]; then
+        mapfile -t COMPREPLY < <(compgen -W 'xml finf' -- "$current")
+    elif [[ $previous == --vocabulary ]]; then
+        mapfile -t COMPREPLY < <(compgen -W 'x3d' -- "$current")
     elif [[ $current == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
     elif [[ -z $command ]]; then

@@ -42,7 +42,7 @@ _finf() {
             '*--in-place[Replace the inputs by their conversions]' \
             '*-u[Leave outputs alone that are no older than their inputs, overwrite the others]' \
             '*--update[Leave outputs alone that are no older than their inputs, overwrite the others]' \
-            '*--compress[Write outputs in gzip or zstd]:format:(gzip zstd)' \
+            '*--compress[Write outputs in gzip or zstd]:word:(gzip zstd)' \
             '*-r[Convert the documents in directories, too]' \
             '*--recursive[Convert the documents in directories, too]' \
             '*-j[Documents converted at a time; 0: one for each processor]:value:' \
@@ -52,6 +52,7 @@ _finf() {
             '*-v[Tell the sizes of each document]' \
             '*--verbose[Tell the sizes of each document]' \
             '*--external-vocabulary[Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
+            '*--vocabulary[Use an external vocabulary that finf knows: x3d]:word:(x3d)' \
             '*--max-depth[Elements that may be open at a time]:value:' \
             '*--max-string-length[Octets of one string or array]:value:' \
             '*--max-table-entries[Entries of one vocabulary table]:value:' \
@@ -60,7 +61,7 @@ _finf() {
             '*--max-indexed-length[Longest string, in octets, that is indexed; -1 indexes all]:value:' \
             '*--strip-whitespace[Drop text that is nothing but white space]' \
             '*--xml-declaration[Begin with an XML declaration]' \
-            '*--typed[Write numbers, booleans, UUIDs and octets in element text in binary]' \
+            '*--typed[Write numbers, booleans, UUIDs and octets in element text in binary; with =canonical, numbers in canonical spelling only]' \
             '*:document:_files -g "^*.finf(|.gz|.zst)"'
         ;;
     decode)
@@ -79,7 +80,7 @@ _finf() {
             '*--in-place[Replace the inputs by their conversions]' \
             '*-u[Leave outputs alone that are no older than their inputs, overwrite the others]' \
             '*--update[Leave outputs alone that are no older than their inputs, overwrite the others]' \
-            '*--compress[Write outputs in gzip or zstd]:format:(gzip zstd)' \
+            '*--compress[Write outputs in gzip or zstd]:word:(gzip zstd)' \
             '*-r[Convert the documents in directories, too]' \
             '*--recursive[Convert the documents in directories, too]' \
             '*-j[Documents converted at a time; 0: one for each processor]:value:' \
@@ -89,26 +90,31 @@ _finf() {
             '*-v[Tell the sizes of each document]' \
             '*--verbose[Tell the sizes of each document]' \
             '*--external-vocabulary[Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
+            '*--vocabulary[Use an external vocabulary that finf knows: x3d]:word:(x3d)' \
             '*--max-depth[Elements that may be open at a time]:value:' \
             '*--max-string-length[Octets of one string or array]:value:' \
             '*--max-table-entries[Entries of one vocabulary table]:value:' \
             '*--max-output[Octets of all names, values and texts that come out of one document]:value:' \
             '*--max-amplification[The same for each octet read, beyond the first 64 MiB]:value:' \
             '*--pretty[Indent elements where there is no text, for reading]' \
+            '*--canonical-numbers[Write arrays of float and double in the canonical form of XML Schema (1.5E0)]' \
+            '*--lenient[Read what departs from the standard, and older documents of this tool, too]' \
             '*:document:_files -g "*.finf(|.gz|.zst)"'
         ;;
     vocabulary)
         _arguments -s \
             '*-h[Print this help message and exit]' \
             '*--help[Print this help message and exit]' \
-            '*-o[Where to write the vocabulary, an XML document, to; - is standard output]:file:_files' \
-            '*--output[Where to write the vocabulary, an XML document, to; - is standard output]:file:_files' \
+            '*-o[Where to write the vocabulary to, a document; - is standard output]:file:_files' \
+            '*--output[Where to write the vocabulary to, a document; - is standard output]:file:_files' \
             '*-f[Overwrite an existing FILE]' \
             '*--force[Overwrite an existing FILE]' \
+            '*--format[xml or finf; xml by default, unless FILE ends in .finf]:word:(xml finf)' \
             '*--uri[What documents are going to call the vocabulary; FILE'\''s name by default]:value:' \
             '*--min-count[How often a value or text has to occur in the samples]:value:' \
             '*--strip-whitespace[Drop text that is nothing but white space, as encode does]' \
             '*--external-vocabulary[Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
+            '*--vocabulary[Use an external vocabulary that finf knows: x3d]:word:(x3d)' \
             '*--max-depth[Elements that may be open at a time]:value:' \
             '*--max-string-length[Octets of one string or array]:value:' \
             '*--max-table-entries[Entries of one vocabulary table]:value:' \
@@ -130,8 +136,9 @@ _finf() {
             '*--full[Show all octets of long strings and their whole values]' \
             '*--offset[Begin with the construct at this octet]:value:' \
             '*--limit[Show this many constructs only]:value:' \
-            '*--color[auto (on a terminal, unless NO_COLOR is set), always or never]:when:(auto always never)' \
+            '*--color[auto (on a terminal, unless NO_COLOR is set), always or never]:word:(auto always never)' \
             '*--external-vocabulary[Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
+            '*--vocabulary[Use an external vocabulary that finf knows: x3d]:word:(x3d)' \
             '*--max-depth[Elements that may be open at a time]:value:' \
             '*--max-string-length[Octets of one string or array]:value:' \
             '*--max-table-entries[Entries of one vocabulary table]:value:' \
@@ -149,6 +156,7 @@ _finf() {
             '*-q[Print nothing but what is wrong]' \
             '*--quiet[Print nothing but what is wrong]' \
             '*--external-vocabulary[Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
+            '*--vocabulary[Use an external vocabulary that finf knows: x3d]:word:(x3d)' \
             '*--max-depth[Elements that may be open at a time]:value:' \
             '*--max-string-length[Octets of one string or array]:value:' \
             '*--max-table-entries[Entries of one vocabulary table]:value:' \
@@ -166,8 +174,9 @@ _finf() {
             '*--svg[Draw a picture, too; - is standard output]:file:_files' \
             '*-f[Overwrite an existing FILE]' \
             '*--force[Overwrite an existing FILE]' \
-            '*--color[auto (on a terminal, unless NO_COLOR is set), always or never]:when:(auto always never)' \
+            '*--color[auto (on a terminal, unless NO_COLOR is set), always or never]:word:(auto always never)' \
             '*--external-vocabulary[Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
+            '*--vocabulary[Use an external vocabulary that finf knows: x3d]:word:(x3d)' \
             '*--max-depth[Elements that may be open at a time]:value:' \
             '*--max-string-length[Octets of one string or array]:value:' \
             '*--max-table-entries[Entries of one vocabulary table]:value:' \
@@ -182,6 +191,7 @@ _finf() {
             '*-q[Print nothing, the exit status tells]' \
             '*--quiet[Print nothing, the exit status tells]' \
             '*--external-vocabulary[Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
+            '*--vocabulary[Use an external vocabulary that finf knows: x3d]:word:(x3d)' \
             '*--max-depth[Elements that may be open at a time]:value:' \
             '*--max-string-length[Octets of one string or array]:value:' \
             '*--max-table-entries[Entries of one vocabulary table]:value:' \
@@ -196,6 +206,7 @@ _finf() {
             '*--rounds[How often each is measured, in turn; the median counts]:value:' \
             '*--json[Print JSON, times in microseconds]' \
             '*--external-vocabulary[Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
+            '*--vocabulary[Use an external vocabulary that finf knows: x3d]:word:(x3d)' \
             '*--max-depth[Elements that may be open at a time]:value:' \
             '*--max-string-length[Octets of one string or array]:value:' \
             '*--max-table-entries[Entries of one vocabulary table]:value:' \

@@ -12,7 +12,7 @@ TEST_P(DocumentationTest, ConsoleBlocksShowWhatHappens) {
     if (const std::string missing = lacking("git zstd"); !missing.empty()) {
         GTEST_SKIP() << missing;
     }
-    must("cp " TAMO_SAMPLES "/* .");
+    must("cp -r " TAMO_SAMPLES "/* .");
     std::ifstream reference(std::string(TAMO_DOCS "/") + GetParam());
     std::string line, shown, happened;
     bool inBlock = false;

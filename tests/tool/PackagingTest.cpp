@@ -20,7 +20,7 @@ TEST_F(PackagingTest, ManualHasTheOptionsOfHelp) {
              "diff - <(helped $c) | sed \"s/^/$c: /\"; done"),
         must("source ./options; commands | wc -l") +
             "--external-vocabulary --help --max-amplification --max-depth --max-output --max-string-length "
-            "--max-table-entries ");
+            "--max-table-entries --vocabulary ");
 }
 
 TEST_F(PackagingTest, CompletionOffersWhatFits) {
@@ -42,6 +42,7 @@ TEST_F(PackagingTest, CompletionOffersWhatFits) {
         {"stats -r d", "data.finf data.finf.gz docs"},
         {"encode da", "dart.xml date"},
         {"encode --compress ", "gzip zstd"},
+        {"decode --vocabulary ", "x3d"},
         {"inspect --color a", "always auto"},
         {"decode -o d", ""},
     };

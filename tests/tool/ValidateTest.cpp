@@ -13,9 +13,11 @@ TEST_F(ValidateTest, NamesEveryDeparture) {
         "body.finf",
         octets(
             "E0 00 00 01 80 78 C1 00 75 CF 00 70 81 F0 3D 81 00 61 78 00 62 40 31 78 81 40 31 F1 90 78 90 78 "
-            "8C 14 39 80 FF 84 61 E2 0D 00 00 00 00") +
+            "8C 14 39 80 FF 84 61 86 01 D8 00 00 61 8C 24 FF E2 0D 00 00 00 00") +
             std::string(265, 'c') + octets("3E 00 71 00 63 F0 90 79 F0 90 7A C4 F0 3C 00 64 FF 7A 7A"));
-    write("head.finf", "<?xml?>" + octets("E0 00 00 01 A0 00 0A 00 20 00 00 01 00 02 00 08 3C 00 61 FF"));
+    write("head.finf",
+          "<?xml?>" + octets("E0 00 00 01 A0 08 0A 01 02 61 62 61 00 61 01 20 01 FF 00 30 B0 41 01 "
+                             "02 00 08 00 7F 3C 00 61 FF"));
     write("in.xml", "<a b='1'>text</a>");
     must("finf encode in.xml");
     const Result result = run("finf validate in.finf body.finf head.finf");
@@ -36,12 +38,12 @@ TEST_F(ValidateTest, LooksAtNamesCharactersAndFillBits) {
     EXPECT_EQ(
         run("finf validate bad"),
         (Result{3,
-                "bad: offset 0x11, in local name: no name that XML knows\n"
-                "bad: offset 0x15, in local name: no name that XML knows\n"
-                "bad: offset 0x17, in attribute value: a character that XML does not know\n"
-                "bad: offset 0x1a, in character chunk: a character that XML does not know\n"
+                "bad: offset 0x11, in local name: no name that XML knows (Namespaces in XML, 3)\n"
+                "bad: offset 0x15, in local name: no name that XML knows (Namespaces in XML, 3)\n"
+                "bad: offset 0x17, in attribute value: a character that XML does not know (XML 1.0, 2.2)\n"
+                "bad: offset 0x1a, in character chunk: a character that XML does not know (XML 1.0, 2.2)\n"
                 "bad: offset 0x21, bit 6, in character chunk: fill bits behind the last character are not "
-                "ones\n",
+                "ones (X.891, 7.17.6)\n",
                 ""}));
 }
 
@@ -55,8 +57,7 @@ TEST_F(ValidateTest, DirectoriesAndJson) {
                       "  { \"file\": \"d/e/b.finf.gz\", \"verdict\": \"departs\",\n"
                       "    \"departures\": [\n"
                       "      { \"offset\": 17, \"bit\": 0, \"construct\": \"trailing octets\", \"what\": \"1 "
-                      "behind the "
-                      "document\" }] },\n"
+                      "behind the document (X.891, 12)\" }] },\n"
                       "  { \"file\": \"d/e/c.finf\", \"verdict\": \"broken\",\n"
                       "    \"fault\":\n"
                       "      { \"offset\": 6, \"bit\": 0, \"construct\": \"local name\", \"what\": "

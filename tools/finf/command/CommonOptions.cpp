@@ -1,4 +1,5 @@
 #include "command/CommonOptions.h"
+#include "files/X3D.h"
 #include <charconv>
 #include <cstdint>
 #include <limits>
@@ -10,22 +11,26 @@ namespace finf {
 
 namespace {
 
-/// Splits URI=FILE at the last equals sign, since URIs hold one more often than file names.
-void addVocabulary(const std::string& argument, VocabularyFiles::List& vocabularies) {
-    const auto wrong = [](const std::string& message) {
-        return CLI::ValidationError(message, CLI::ExitCodes::ValidationError);
-    };
-    const std::size_t equals = argument.rfind('=');
-    if (equals == std::string::npos || equals == 0 || equals + 1 == argument.size()) {
-        throw wrong("--external-vocabulary takes URI=FILE, not " + argument);
-    }
-    const std::string uri = argument.substr(0, equals);
+CLI::ValidationError wrong(const std::string& message) {
+    return {message, CLI::ExitCodes::ValidationError};
+}
+
+void addEntry(const std::string& uri, const std::string& file, VocabularyFiles::List& vocabularies) {
     for (const auto& vocabulary : vocabularies) {
         if (vocabulary.uri == uri) {
             throw wrong("--external-vocabulary names " + uri + " twice");
         }
     }
-    vocabularies.push_back({uri, argument.substr(equals + 1)});
+    vocabularies.push_back({uri, file});
+}
+
+/// Splits URI=FILE at the last equals sign, since URIs hold one more often than file names.
+void addVocabulary(const std::string& argument, VocabularyFiles::List& vocabularies) {
+    const std::size_t equals = argument.rfind('=');
+    if (equals == std::string::npos || equals == 0 || equals + 1 == argument.size()) {
+        throw wrong("--external-vocabulary takes URI=FILE, not " + argument);
+    }
+    addEntry(argument.substr(0, equals), argument.substr(equals + 1), vocabularies);
 }
 
 template<class Number>
@@ -69,6 +74,17 @@ void addVocabularyOption(CLI::App& command, VocabularyFiles::List& vocabularies)
         ->expected(1)
         ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    command
+        .add_option_function<std::string>(
+            "--vocabulary",
+            [&vocabularies](const std::string&) {
+                for (const std::string& uri : X3D::uris()) {
+                    addEntry(uri, {}, vocabularies);
+                }
+            },
+            "Use an external vocabulary that finf knows: x3d")
+        ->type_name("NAME")
+        ->check(CLI::IsMember({X3D::NAME}).description(""));
 }
 
 void addLimitOptions(CLI::App& command, Tamo::FastInfoset::ParserLimits& limits) {

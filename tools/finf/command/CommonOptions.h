@@ -9,7 +9,8 @@
 
 namespace finf {
 
-/// Adds --external-vocabulary URI=FILE, which fills the list; it has to live as long as the command.
+/// Adds --external-vocabulary URI=FILE and --vocabulary NAME, which fill the list; it has to live as long as
+/// the command.
 void addVocabularyOption(CLI::App& command, VocabularyFiles::List& vocabularies);
 
 /// Adds --max-depth, --max-string-length, --max-table-entries, --max-output and --max-amplification, which

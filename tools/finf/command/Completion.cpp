@@ -1,5 +1,6 @@
 #include "command/Completion.h"
 #include <algorithm>
+#include <map>
 #include <vector>
 
 namespace finf {
@@ -7,15 +8,36 @@ namespace finf {
 namespace {
 
 /// What can stand behind an option or in place of a sub-command's inputs.
-enum class Value { NONE, ANYTHING, FILE, DIRECTORY, XML, FAST_INFOSET, FORMAT, WHEN };
+enum class Value { NONE, ANYTHING, FILE, DIRECTORY, XML, FAST_INFOSET, WORD };
+
+/// The words that an option takes, by the name of its type.
+struct Words {
+    const char* type;
+    const char* words;
+};
+constexpr Words WORDS[] = {
+    {"FORMAT", "gzip zstd"}, {"WHEN", "auto always never"}, {"NAME", "x3d"}, {"KIND", "xml finf"}};
+
+// What check() adds to the name stands behind a colon.
+std::string typeOf(const CLI::Option& option) {
+    return option.get_type_name().substr(0, option.get_type_name().find(':'));
+}
+
+/// The words that the option takes; empty when it takes others, too.
+std::string wordsOf(const CLI::Option& option) {
+    for (const Words& each : WORDS) {
+        if (typeOf(option) == each.type) {
+            return each.words;
+        }
+    }
+    return {};
+}
 
 Value valueOf(const CLI::Option& option) {
-    // What check() adds to the name stands behind a colon.
-    const std::string name = option.get_type_name().substr(0, option.get_type_name().find(':'));
+    const std::string name = typeOf(option);
     return option.get_expected_max() == 0 || option.get_type_size() == 0 ? Value::NONE
            : name == "DIR"                                               ? Value::DIRECTORY
-           : name == "FORMAT"                                            ? Value::FORMAT
-           : name == "WHEN"                                              ? Value::WHEN
+           : !wordsOf(option).empty()                                    ? Value::WORD
            : name == "N" || name == "URI"                                ? Value::ANYTHING
                                                                          : Value::FILE;
 }
@@ -27,9 +49,6 @@ Value inputOf(const CLI::App& command) {
                ? Value::FAST_INFOSET
                : Value::FILE;
 }
-
-const char FORMATS[] = "gzip zstd";
-const char TIMES[] = "auto always never";
 
 /// The options that begin with a dash.
 std::vector<const CLI::Option*> optionsOf(const CLI::App& command) {
@@ -91,8 +110,14 @@ std::string Completion::bash(const CLI::App& app) {
     std::string files;
     std::string options;
     std::string commands;
+    std::map<std::string, std::string> words; // by option
     for (const CLI::App* pCommand : app.get_subcommands({})) {
         const std::string name = pCommand->get_name();
+        for (const CLI::Option* pOption : optionsOf(*pCommand)) {
+            if (valueOf(*pOption) == Value::WORD) {
+                words["--" + pOption->get_lnames().front()] = wordsOf(*pOption);
+            }
+        }
         commands += name + ' ';
         options += "    " + name + ") options='" + namesOf(*pCommand) + "' ;;\n";
         if (inputOf(*pCommand) == Value::XML) {
@@ -102,6 +127,11 @@ std::string Completion::bash(const CLI::App& app) {
         }
     }
     commands.pop_back();
+    std::string choices;
+    for (const auto& [option, list] : words) {
+        choices += "    elif [[ $previous == " + option +
+                   " ]]; then\n        mapfile -t COMPREPLY < <(compgen -W '" + list + "' -- \"$current\")\n";
+    }
     return header("bash") + R"(
 _finf() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
@@ -119,13 +149,8 @@ _finf() {
     if [[ $previous == --output-directory ]]; then
         compopt -o filenames 2>/dev/null
         mapfile -t COMPREPLY < <(compgen -d -- "$current")
-    elif [[ $previous == --compress ]]; then
-        mapfile -t COMPREPLY < <(compgen -W ')" +
-           FORMATS + R"(' -- "$current")
-    elif [[ $previous == --color ]]; then
-        mapfile -t COMPREPLY < <(compgen -W ')" +
-           TIMES + R"(' -- "$current")
-    elif [[ $current == -* ]]; then
+)" + choices +
+           R"(    elif [[ $current == -* ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
     elif [[ -z $command ]]; then
         mapfile -t COMPREPLY < <(compgen -W ')" +
@@ -148,14 +173,12 @@ complete -o default -F _finf finf
 }
 
 std::string Completion::zsh(const CLI::App& app) {
-    const auto action = [](Value value) -> std::string {
+    const auto action = [](Value value, const std::string& words = {}) -> std::string {
         switch (value) {
         case Value::DIRECTORY:
             return "directory:_files -/";
-        case Value::FORMAT:
-            return std::string("format:(") + FORMATS + ")";
-        case Value::WHEN:
-            return std::string("when:(") + TIMES + ")";
+        case Value::WORD:
+            return "word:(" + words + ")";
         case Value::XML:
             return "document:_files -g \"^*.finf(|.gz|.zst)\"";
         case Value::FAST_INFOSET:
@@ -174,7 +197,7 @@ std::string Completion::zsh(const CLI::App& app) {
         for (const CLI::Option* pOption : optionsOf(*pCommand)) {
             const std::string rest =
                 "[" + pOption->get_description() + "]" +
-                (valueOf(*pOption) == Value::NONE ? "" : ":" + action(valueOf(*pOption)));
+                (valueOf(*pOption) == Value::NONE ? "" : ":" + action(valueOf(*pOption), wordsOf(*pOption)));
             for (const std::string& name : pOption->get_snames()) {
                 cases += "            " + quoted("*-" + name + rest) + " \\\n";
             }
@@ -224,11 +247,8 @@ std::string Completion::fish(const CLI::App& app) {
         case Value::DIRECTORY:
             text += " -x -a '(__fish_complete_directories)'";
             break;
-        case Value::FORMAT:
-            text += std::string(" -x -a '") + FORMATS + "'";
-            break;
-        case Value::WHEN:
-            text += std::string(" -x -a '") + TIMES + "'";
+        case Value::WORD:
+            text += " -x -a '" + wordsOf(option) + "'";
             break;
         case Value::ANYTHING:
             text += " -x";

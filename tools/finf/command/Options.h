@@ -9,6 +9,13 @@
 
 namespace finf {
 
+/// What `encode` writes as typed data.
+enum class Typed {
+    NOTHING,
+    ALL,      ///< numbers in the spelling that reading gives back, and everything else that fits
+    CANONICAL ///< numbers with a fraction in the canonical form of XML Schema only
+};
+
 /// What the command line asks of a conversion.
 struct Options {
     std::vector<std::string> inputs; ///< paths, "-" for standard input; none for that alone
@@ -29,9 +36,12 @@ struct Options {
     int maxIndexedLength = 16;
     bool stripWhitespace = false;
     bool xmlDeclaration = false;
-    bool typed = false;
+    Typed typed = Typed::NOTHING;
 
-    bool pretty = false; ///< of `decode` only
+    // Of `decode` only.
+    bool pretty = false;
+    bool lenient = false;
+    bool canonicalNumbers = false;
 };
 
 } // namespace finf

@@ -2,6 +2,7 @@
 #include "command/FinfError.h"
 #include "convert/XMLToFastInfoset.h"
 #include "files/DocumentKind.h"
+#include "files/X3D.h"
 #include <sstream>
 #include <utility>
 
@@ -14,6 +15,7 @@ ComparedDocument::ComparedDocument(const std::string& path, const Options& optio
       _vocabularies(options.vocabularies, options.limits) {
     _reader.setExternalVocabularyLoader(&_vocabularies);
     _reader.setLimits(options.limits);
+    X3D::addDecodings(_reader.decodingAlgorithms());
 }
 
 void ComparedDocument::open() {

@@ -6,6 +6,12 @@
 
 namespace finf {
 
+namespace {
+
+constexpr const char* CANONICAL = "canonical";
+
+} // namespace
+
 EncodeCommand::EncodeCommand(CLI::App& parent) : Command(parent, "encode", "XML text -> Fast Infoset") {
     addConversionOptions(app(), _options, "XML text");
     app()
@@ -16,11 +22,15 @@ EncodeCommand::EncodeCommand(CLI::App& parent) : Command(parent, "encode", "XML 
     app().add_flag("--strip-whitespace", _options.stripWhitespace,
                    "Drop text that is nothing but white space");
     app().add_flag("--xml-declaration", _options.xmlDeclaration, "Begin with an XML declaration");
-    app().add_flag("--typed", _options.typed,
-                   "Write numbers, booleans, UUIDs and octets in element text in binary");
+    app()
+        .add_flag("--typed", _typed,
+                  "Write numbers, booleans, UUIDs and octets in element text in binary; with =canonical, "
+                  "numbers in canonical spelling only")
+        ->check(CLI::IsMember({"true", "false", CANONICAL}).description(""));
 }
 
 ExitStatus EncodeCommand::run() {
+    _options.typed = _typed == CANONICAL ? Typed::CANONICAL : _typed == "true" ? Typed::ALL : Typed::NOTHING;
     return Batch(_options, {".xml", ".finf", DocumentKind::XML},
                  [&] { return std::make_unique<XMLToFastInfoset>(_options); })
         .run();

@@ -4,6 +4,7 @@
 #include "Tamo/XML/WhitespaceFilter.h"
 #include "Tamo/XML/XMLWriter.h"
 #include "command/FinfError.h"
+#include "files/X3D.h"
 
 namespace finf {
 
@@ -11,6 +12,10 @@ void FastInfosetToXML::convert(std::istream& in, std::ostream& out) {
     using Tamo::XML::XMLWriter;
     XMLWriter writer(out, XMLWriter::WRITE_XML_DECLARATION | (_options.pretty ? XMLWriter::PRETTY_PRINT : 0));
     Tamo::FastInfoset::FastInfosetParser parser;
+    parser.setStrict(!_options.lenient);
+    parser.setCanonicalNumbers(_options.canonicalNumbers);
+    _vocabularies.setStrict(!_options.lenient);
+    X3D::addDecodings(parser.decodingAlgorithms());
     parser.setExternalVocabularyLoader(&_vocabularies);
     parser.setLimits(_options.limits);
     Tamo::XML::InputSource source(in);

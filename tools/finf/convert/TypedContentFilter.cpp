@@ -12,9 +12,10 @@
 #include "Tamo/FastInfoset/LongEncoding.h"
 #include "Tamo/FastInfoset/ShortEncoding.h"
 #include "Tamo/FastInfoset/UUIDEncoding.h"
-#include "Tamo/XML/DefaultHandler.h"
+#include "Tamo/NumberParser.h"
 #include <algorithm>
 #include <sstream>
+#include <string_view>
 #include <vector>
 
 namespace finf {
@@ -41,21 +42,12 @@ constexpr Algorithm ALGORITHMS[] = {
 };
 
 struct Candidate {
-    int octets;
-    unsigned int index;
+    std::size_t octets;
+    Tamo::AutoPtr<Encoding> pValue;
 };
 
-class TextCollector : public Tamo::XML::DefaultHandler {
-public:
-    void characters(const char ch[], int start, int length) override {
-        text.append(ch + start, static_cast<std::size_t>(length));
-    }
-
-    std::string text;
-};
-
-/// What a reader makes of the text when it was written with the algorithm.
-Tamo::AutoPtr<Encoding> readBack(unsigned int index, const std::string& text) {
+/// The value of the text by an algorithm that takes it.
+Tamo::AutoPtr<Encoding> valueOf(unsigned int index, const std::string& text) {
     std::ostringstream octets;
     BitStreamWriter writer(octets, false);
     writer.writeBits(BITS_BEFORE, false);
@@ -65,30 +57,56 @@ Tamo::AutoPtr<Encoding> readBack(unsigned int index, const std::string& text) {
     const std::string written = octets.str();
     BitStreamReader reader(written.data(), written.size());
     reader.skip(BITS_BEFORE);
-    Tamo::AutoPtr<Encoding> pEncoding = DecodingAlgorithm().read(static_cast<int>(index), reader);
-    pEncoding->createContent();
-    return pEncoding;
+    return DecodingAlgorithm().read(static_cast<int>(index), reader);
+}
+
+/// The numbers of a text, single spaces between them; none when it has anything else.
+std::vector<double> numbersOf(std::string_view text) {
+    std::vector<double> numbers;
+    for (;;) {
+        const std::size_t end = text.find(' ');
+        double number = 0;
+        if (!Tamo::NumberParser::tryParseFloat(text.substr(0, end), number)) {
+            return {};
+        }
+        numbers.push_back(number);
+        if (end == std::string_view::npos) {
+            return numbers;
+        }
+        text.remove_prefix(end + 1);
+    }
 }
 
 } // namespace
 
+// The smallest value that saves octets and gives back the identical text; null when there is none.
 Tamo::AutoPtr<Encoding> TypedContentFilter::encoding(const std::string& text) {
     std::vector<Candidate> candidates;
+    // An algorithm costs one octet more than text does in front of the octets themselves.
+    const auto saves = [&](std::size_t octets) { return octets > 0 && octets + 1 < text.size(); };
     for (const Algorithm& algorithm : ALGORITHMS) {
-        const int octets = algorithm.check(text);
-        // An algorithm costs one octet more than text does in front of the octets themselves.
-        if (octets > 0 && static_cast<std::size_t>(octets) + 1 < text.size()) {
-            candidates.push_back({octets, algorithm.index});
+        const auto octets = static_cast<std::size_t>(std::max(algorithm.check(text), 0));
+        if (saves(octets)) {
+            candidates.push_back({octets, valueOf(algorithm.index, text)});
+        }
+    }
+    if (_isCanonical) {
+        const std::vector<double> numbers = numbersOf(text);
+        if (saves(numbers.size() * sizeof(float))) {
+            const std::vector<float> floats(numbers.begin(), numbers.end());
+            candidates.push_back(
+                {numbers.size() * sizeof(float), Tamo::AutoPtr<Encoding>(new FloatEncoding(floats))});
+        }
+        if (saves(numbers.size() * sizeof(double))) {
+            candidates.push_back(
+                {numbers.size() * sizeof(double), Tamo::AutoPtr<Encoding>(new DoubleEncoding(numbers))});
         }
     }
     std::stable_sort(candidates.begin(), candidates.end(),
                      [](const Candidate& a, const Candidate& b) { return a.octets < b.octets; });
     for (const Candidate& candidate : candidates) {
-        Tamo::AutoPtr<Encoding> pEncoding = readBack(candidate.index, text);
-        TextCollector collector;
-        pEncoding->handle(static_cast<Tamo::XML::ContentHandler*>(&collector));
-        if (collector.text == text) {
-            return pEncoding;
+        if (_valueText.of(*candidate.pValue) == text) {
+            return candidate.pValue;
         }
     }
     return {};

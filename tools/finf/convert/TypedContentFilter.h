@@ -4,6 +4,7 @@
 #include "Tamo/AutoPtr.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
+#include "convert/ValueText.h"
 #include <string>
 
 namespace finf {
@@ -16,9 +17,13 @@ namespace finf {
 class TypedContentFilter : public Tamo::XML::ContentHandler, public Tamo::XML::LexicalHandler {
 public:
     /// A filter in front of writer, which indexes strings up to maxIndexedLength octets (all when it is
-    /// negative).
-    TypedContentFilter(Tamo::FastInfoset::FastInfosetWriter& writer, int maxIndexedLength)
-        : _writer(writer), _maxIndexedLength(maxIndexedLength) {}
+    /// negative). Numbers with a fraction are taken in the canonical form of XML Schema, for readers that
+    /// give that back (ITU-T X.891, 10.8), or in the shortest spelling.
+    TypedContentFilter(Tamo::FastInfoset::FastInfosetWriter& writer, int maxIndexedLength, bool isCanonical)
+        : _writer(writer),
+          _maxIndexedLength(maxIndexedLength),
+          _isCanonical(isCanonical),
+          _valueText(isCanonical) {}
 
     void setDocumentLocator(const Tamo::XML::Locator* loc) override;
     void startDocument() override;
@@ -41,15 +46,14 @@ public:
     void endCDATA() override;
     void comment(const char ch[], int start, int length) override;
 
-    /// The smallest encoding of text by a built-in algorithm that saves octets and gives back the identical
-    /// text; null when there is none.
-    static Tamo::AutoPtr<Tamo::FastInfoset::Encoding> encoding(const std::string& text);
-
 private:
+    Tamo::AutoPtr<Tamo::FastInfoset::Encoding> encoding(const std::string& text);
     void passText();
 
     Tamo::FastInfoset::FastInfosetWriter& _writer;
     int _maxIndexedLength;
+    bool _isCanonical;
+    ValueText _valueText;
     bool _collecting = false; // between a start tag and what follows its text
     std::string _text;
 };

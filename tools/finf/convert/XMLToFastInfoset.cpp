@@ -4,7 +4,6 @@
 #include "Tamo/XML/WhitespaceFilter.h"
 #include "convert/DocumentWriter.h"
 #include "convert/TypedContentFilter.h"
-#include <memory>
 #include <ostream>
 
 namespace finf {
@@ -14,32 +13,29 @@ using Tamo::XML::SAXParser;
 using Tamo::XML::XMLReader;
 
 void XMLToFastInfoset::setVocabulary(const std::string& uri, const DocumentVocabulary& vocabulary) {
-    _uri = uri;
-    _vocabulary.emplace(vocabulary, DocumentVocabulary::VOC_MAP);
+    _vocabulary = vocabulary;
+    _vocabulary->setURI(uri);
 }
 
 void XMLToFastInfoset::convert(std::istream& in, std::ostream& out) {
     if (!_vocabulary && !_options.vocabularies.empty()) {
-        _uri = _options.vocabularies.front().uri;
-        _vocabulary = _vocabularies.loadForWriting(_uri);
+        const std::string& uri = _options.vocabularies.front().uri;
+        setVocabulary(uri, _vocabularies.vocabulary(uri));
     }
     CountingBuf counting(*out.rdbuf());
     std::ostream counted(&counting);
-    std::unique_ptr<DocumentWriter> pWriter;
+    DocumentWriter writer(counted, _options.xmlDeclaration, DocumentVocabulary::VOC_MAP);
+    writer.setStrict(true);
     if (_vocabulary) {
-        pWriter = std::make_unique<DocumentWriter>(counted, _options.xmlDeclaration, *_vocabulary);
-        pWriter->setExternalVocabulary(_uri, *_vocabulary);
-    } else {
-        pWriter = std::make_unique<DocumentWriter>(counted, _options.xmlDeclaration,
-                                                   DocumentVocabulary(DocumentVocabulary::VOC_MAP));
+        writer.useVocabulary(*_vocabulary);
     }
-    pWriter->setLimits(_options.limits, counting);
-    pWriter->setMaxIndexedStringLength(_options.maxIndexedLength);
+    writer.setLimits(_options.limits, counting);
+    writer.setMaxIndexedStringLength(_options.maxIndexedLength);
 
-    TypedContentFilter typedFilter(*pWriter, _options.maxIndexedLength);
-    Tamo::XML::ContentHandler* pContentHandler = pWriter.get();
-    Tamo::XML::LexicalHandler* pLexicalHandler = pWriter.get();
-    if (_options.typed) {
+    TypedContentFilter typedFilter(writer, _options.maxIndexedLength, _options.typed == Typed::CANONICAL);
+    Tamo::XML::ContentHandler* pContentHandler = &writer;
+    Tamo::XML::LexicalHandler* pLexicalHandler = &writer;
+    if (_options.typed != Typed::NOTHING) {
         pContentHandler = &typedFilter;
         pLexicalHandler = &typedFilter;
     }
@@ -52,7 +48,7 @@ void XMLToFastInfoset::convert(std::istream& in, std::ostream& out) {
     Tamo::XML::WhitespaceFilter whitespaceFilter(&parser);
     XMLReader& reader = _options.stripWhitespace ? static_cast<XMLReader&>(whitespaceFilter) : parser;
     reader.setContentHandler(pContentHandler);
-    reader.setDTDHandler(pWriter.get());
+    reader.setDTDHandler(&writer);
     reader.setProperty(XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<void*>(pLexicalHandler));
     Tamo::XML::InputSource source(in);
     reader.parse(&source);

@@ -23,7 +23,6 @@ public:
 private:
     const Options& _options;
     VocabularyFiles _vocabularies;
-    std::string _uri;
     std::optional<Tamo::FastInfoset::DocumentVocabulary> _vocabulary; // read for the first document
 };
 

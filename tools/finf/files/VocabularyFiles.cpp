@@ -5,6 +5,7 @@
 #include "command/FinfError.h"
 #include "files/DocumentKind.h"
 #include "files/InputFile.h"
+#include "files/X3D.h"
 #include <algorithm>
 
 namespace finf {
@@ -16,8 +17,14 @@ DocumentVocabulary VocabularyFiles::load(const std::string& uri) {
     const auto entry =
         std::find_if(_entries.begin(), _entries.end(), [&](const Entry& e) { return e.uri == uri; });
     if (entry == _entries.end()) {
-        throw FinfError("external vocabulary " + uri + " is needed; give it with --external-vocabulary " +
-                        uri + "=FILE");
+        const std::vector<std::string> ofX3D = X3D::uris();
+        const bool isX3D = std::find(ofX3D.begin(), ofX3D.end(), uri) != ofX3D.end();
+        throw FinfError(
+            "external vocabulary " + uri + " is needed; give it with " +
+            (isX3D ? std::string("--vocabulary ") + X3D::NAME : "--external-vocabulary " + uri + "=FILE"));
+    }
+    if (entry->file.empty()) {
+        return {X3D::vocabulary(), DocumentVocabulary::VOC_VECTOR};
     }
     try {
         return read(InputFile::readAll(entry->file));
@@ -29,24 +36,17 @@ DocumentVocabulary VocabularyFiles::load(const std::string& uri) {
 DocumentVocabulary VocabularyFiles::read(const std::string& octets) {
     Tamo::MemoryInputStream stream(octets.data(), octets.size());
     if (kindOf(octets) != DocumentKind::FAST_INFOSET) {
-        // Not the kind that loadXML yields: it has limits, which the documents are not bound to.
-        return {loadXML(stream), DocumentVocabulary::VOC_VECTOR};
+        // Not the kind that loadXML yields, which may have limits that the documents are not bound to.
+        return {loadXML(stream, isStrict()), DocumentVocabulary::VOC_VECTOR};
     }
     FastInfosetParser parser;
+    parser.setStrict(isStrict());
     parser.setExternalVocabularyLoader(this);
+    X3D::addDecodings(parser.decodingAlgorithms());
     parser.setLimits(_limits);
     Tamo::XML::InputSource source(stream);
     FinfError::explainDamage([&] { parser.parse(&source); });
     return parser.vocabulary();
-}
-
-DocumentVocabulary VocabularyFiles::loadForWriting(const std::string& uri) {
-    const DocumentVocabulary found = vocabulary(uri);
-    try {
-        return DocumentVocabulary(found, DocumentVocabulary::VOC_MAP);
-    } catch (const Tamo::InvalidArgumentException& e) {
-        throw FinfError("external vocabulary " + uri + " cannot be written against: " + e.message());
-    }
 }
 
 } // namespace finf

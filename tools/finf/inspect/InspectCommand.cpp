@@ -4,6 +4,7 @@
 #include "files/InputFile.h"
 #include "files/OutputFile.h"
 #include "files/StandardOutput.h"
+#include "files/X3D.h"
 #include "inspect/JsonPrinter.h"
 #include "inspect/PagePrinter.h"
 #include "inspect/TextPrinter.h"
@@ -83,6 +84,7 @@ void InspectCommand::inspect() const {
     }
     VocabularyFiles vocabularies(_vocabularies, _limits);
     DocumentWalker walker(*pSource, *pPrinter, vocabularies, _limits);
+    X3D::addDecodings(walker.decodingAlgorithms());
     if (!_options.full && !_html) {
         walker.setMaxShownArray(SHOWN_ARRAY);
     }

@@ -8,6 +8,7 @@
 #include "files/SpoolFile.h"
 #include "files/StandardOutput.h"
 #include "files/TeeBuf.h"
+#include "files/X3D.h"
 #include "inspect/GzipCounter.h"
 #include "inspect/StatisticsChart.h"
 #include "inspect/StatisticsPicture.h"
@@ -85,6 +86,7 @@ DocumentStatistics StatsCommand::statisticsOf(const std::string& path) const {
         std::istream forWalk(&tee);
         VocabularyFiles vocabularies(_decoding.vocabularies, _decoding.limits);
         DocumentWalker walker(forWalk, statistics, vocabularies, _decoding.limits);
+        X3D::addDecodings(walker.decodingAlgorithms());
         walker.setMaxShownArray(0);
         const std::string reason = faultOf(walker);
         if (!reason.empty()) {

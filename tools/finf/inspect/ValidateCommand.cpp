@@ -3,6 +3,7 @@
 #include "command/FinfError.h"
 #include "files/InputFile.h"
 #include "files/StandardOutput.h"
+#include "files/X3D.h"
 #include "inspect/Walk.h"
 #include "walk/DepartureFinder.h"
 #include "walk/DocumentWalker.h"
@@ -65,6 +66,7 @@ void ValidateCommand::validate(const std::string& path) {
         input.explain(DocumentKind::FAST_INFOSET, [&] {
             VocabularyFiles vocabularies(_vocabularies, _limits);
             DocumentWalker walker(input.stream(), finder, vocabularies, _limits);
+            X3D::addDecodings(walker.decodingAlgorithms());
             walker.setMaxShownArray(0);
             finder.setVocabulary(walker.vocabulary());
             const std::string reason = faultOf(walker);

@@ -1,6 +1,7 @@
 #include "vocabulary/VocabularyCommand.h"
 #include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
+#include "Tamo/FastInfoset/FastInfosetWriter.h"
 #include "Tamo/MemoryStream.h"
 #include "command/CommonOptions.h"
 #include "command/FinfError.h"
@@ -22,6 +23,7 @@ namespace finf {
 using Tamo::FastInfoset::DocumentVocabulary;
 using Tamo::FastInfoset::ExternalVocabularyLoader;
 using Tamo::FastInfoset::FastInfosetParser;
+using Tamo::FastInfoset::FastInfosetWriter;
 
 namespace {
 
@@ -40,10 +42,14 @@ VocabularyCommand::VocabularyCommand(CLI::App& parent)
     app().add_option("SAMPLE", _paths, "Documents, XML text or Fast Infoset")->type_name("")->required();
     app()
         .add_option("-o,--output", _output,
-                    "Where to write the vocabulary, an XML document, to; - is standard output")
+                    "Where to write the vocabulary to, a document; - is standard output")
         ->type_name("FILE")
         ->required();
     app().add_flag("-f,--force", _force, "Overwrite an existing FILE");
+    app()
+        .add_option("--format", _format, "xml or finf; xml by default, unless FILE ends in .finf")
+        ->type_name("KIND")
+        ->check(CLI::IsMember({"xml", "finf"}).description(""));
     app()
         .add_option("--uri", _uri, "What documents are going to call the vocabulary; FILE's name by default")
         ->type_name("URI");
@@ -74,10 +80,10 @@ ExitStatus VocabularyCommand::run() {
         const VocabularyDocument document(usage, _minCount);
         const std::string text = document.text();
         Tamo::MemoryInputStream stream(text.data(), text.size());
-        const DocumentVocabulary vocabulary = ExternalVocabularyLoader::loadXML(stream);
+        const DocumentVocabulary vocabulary = ExternalVocabularyLoader::loadXML(stream, true);
         document.check(vocabulary);
         OutputFile output(_output, _force);
-        output.stream() << text;
+        write(output.stream(), text, vocabulary);
         measure(vocabulary);
         output.commit();
         if (_output != "-") {
@@ -97,12 +103,37 @@ void VocabularyCommand::read(const std::string& path, VocabularyUsage& usage) {
     const std::string octets = toFastInfoset.converted(sample.xml);
     sample.plainSize = octets.size();
     FastInfosetParser parser;
+    parser.setStrict(true);
     parser.setContentHandler(&usage);
     parser.setDTDHandler(&usage);
     parser.setProperty(Tamo::XML::XMLReader::PROPERTY_LEXICAL_HANDLER,
                        static_cast<void*>(static_cast<Tamo::XML::LexicalHandler*>(&usage)));
     parser.parseMemoryNP(octets.data(), octets.size());
     _samples.push_back(std::move(sample));
+}
+
+// Fast Infoset has the tables in its header, and an element that adds nothing to them.
+void VocabularyCommand::write(std::ostream& out, const std::string& text,
+                              const DocumentVocabulary& vocabulary) const {
+    if (_format != "finf" && (!_format.empty() || !_output.ends_with(".finf"))) {
+        out << text;
+        return;
+    }
+    const auto& name = vocabulary.elementVocabulary().value(1);
+    const std::string& prefix = vocabulary.value(DocumentVocabulary::PREFIX, name.prefixId());
+    const std::string& uri = vocabulary.value(DocumentVocabulary::NAMESPACE_NAME, name.namespaceId());
+    const std::string& localName = vocabulary.value(DocumentVocabulary::LOCAL_NAME, name.localNameId());
+    const std::string qualifiedName = prefix.empty() ? localName : prefix + ':' + localName;
+    FastInfosetWriter writer(out, false, DocumentVocabulary::VOC_MAP);
+    writer.setStrict(true);
+    writer.setDocumentVocabulary(vocabulary);
+    writer.startDocument();
+    if (!uri.empty()) {
+        writer.startPrefixMapping(prefix, uri);
+    }
+    writer.startElement(uri, localName, qualifiedName);
+    writer.endElement(uri, localName, qualifiedName);
+    writer.endDocument();
 }
 
 void VocabularyCommand::measure(const DocumentVocabulary& vocabulary) {

@@ -5,6 +5,7 @@
 #include "command/Options.h"
 #include "vocabulary/VocabularyUsage.h"
 #include <cstdint>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -25,12 +26,15 @@ private:
     };
 
     void read(const std::string& path, VocabularyUsage& usage);
+    void write(std::ostream& out, const std::string& text,
+               const Tamo::FastInfoset::DocumentVocabulary& vocabulary) const;
     void measure(const Tamo::FastInfoset::DocumentVocabulary& vocabulary);
     void report(const Tamo::FastInfoset::DocumentVocabulary& vocabulary) const;
 
     std::vector<std::string> _paths;
     std::string _output;
     bool _force = false;
+    std::string _format; // "xml", "finf", or by the name of the output
     Options _decoding;
     Options _encoding;
     std::string _uri;

@@ -184,30 +184,14 @@ std::string VocabularyDocument::withAttribute(const TableName& attribute, const 
     if (attribute.uri.empty()) {
         return element(_elements.front(), {}, assignment({}));
     }
+    // On an element whose own prefix does not stand for another namespace.
     for (const TableName& name : _elements) {
-        if (!attribute.prefix.empty()) {
-            // The table has the prefix where the element is in another namespace, and the default is too.
-            if (name.uri != attribute.uri && name.prefix != attribute.prefix) {
-                std::vector<Binding> bindings;
-                if (attribute.prefix != XML_PREFIX) {
-                    bindings.push_back({attribute.prefix, attribute.uri});
-                }
-                if (!name.prefix.empty()) {
-                    bindings.push_back({{}, {}});
-                }
-                return element(name, bindings, assignment(attribute.prefix));
-            }
-        } else if (name.uri == attribute.uri) {
-            // It has none where the element is in the same namespace.
-            if (!name.prefix.empty()) {
-                return element(name, {}, assignment(name.prefix));
-            }
-            for (const TableName& declaration : _declarations) {
-                if (declaration.uri == name.uri && !declaration.prefix.empty()) {
-                    return element(name, {{declaration.prefix, declaration.uri}},
-                                   assignment(declaration.prefix));
-                }
-            }
+        const bool isBound = name.prefix == attribute.prefix && name.uri == attribute.uri;
+        if (isBound || attribute.prefix == XML_PREFIX) {
+            return element(name, {}, assignment(attribute.prefix));
+        }
+        if (name.prefix != attribute.prefix) {
+            return element(name, {{attribute.prefix, attribute.uri}}, assignment(attribute.prefix));
         }
     }
     return {};

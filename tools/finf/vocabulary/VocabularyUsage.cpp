@@ -15,16 +15,12 @@ void VocabularyUsage::countString(Counts<std::string>& counts, const std::string
     }
 }
 
-void VocabularyUsage::enterElement() {
-    if (!_entered) {
-        _namespaces.pushContext();
-        _entered = true;
-    }
+std::string VocabularyUsage::prefixOf(const std::string& qualifiedName) {
+    const std::size_t colon = qualifiedName.find(':');
+    return colon == std::string::npos ? std::string() : qualifiedName.substr(0, colon);
 }
 
 void VocabularyUsage::startPrefixMapping(const std::string& prefix, const std::string& uri) {
-    enterElement();
-    _namespaces.declarePrefix(prefix, uri);
     if (!uri.empty()) {
         ++declarations[{prefix, uri, {}}];
     }
@@ -32,22 +28,11 @@ void VocabularyUsage::startPrefixMapping(const std::string& prefix, const std::s
 
 void VocabularyUsage::startElement(const std::string& uri, const std::string& localName,
                                    const std::string& qname, const Tamo::XML::Attributes& attrs) {
-    enterElement();
-    _entered = false;
-    const std::size_t colon = qname.find(':');
-    ++elements[{colon == std::string::npos ? std::string() : qname.substr(0, colon), uri, localName}];
+    ++elements[{prefixOf(qname), uri, localName}];
     for (int i = 0; i < attrs.getLength(); ++i) {
-        const std::string& attributeURI = attrs.getURI(i);
-        // Events have no prefixes of attributes; the tables have them where the namespace is not the
-        // element's.
-        const std::string prefix = attributeURI == uri ? std::string() : _namespaces.getPrefix(attributeURI);
-        ++attributes[{prefix, attributeURI, attrs.getLocalName(i)}];
+        ++attributes[{prefixOf(attrs.getQName(i)), attrs.getURI(i), attrs.getLocalName(i)}];
         countString(values, attrs.getValue(i));
     }
-}
-
-void VocabularyUsage::endElement(const std::string&, const std::string&, const std::string&) {
-    _namespaces.popContext();
 }
 
 void VocabularyUsage::characters(const char ch[], int start, int length) {

@@ -2,7 +2,6 @@
 #define TAMO_FINF_VOCABULARYUSAGE_H
 
 #include "Tamo/XML/DefaultHandler.h"
-#include "Tamo/XML/NamespaceSupport.h"
 #include <compare>
 #include <cstdint>
 #include <map>
@@ -10,8 +9,7 @@
 
 namespace finf {
 
-/// A name as a Fast Infoset document's tables have it: an attribute in the namespace of its element has no
-/// prefix there.
+/// A name as a Fast Infoset document's tables have it.
 struct TableName {
     std::string prefix;
     std::string uri;
@@ -21,7 +19,7 @@ struct TableName {
 };
 
 /// Counts how often Fast Infoset documents use the entries of their vocabularies. Set as all handlers of a
-/// FastInfosetParser; what it counts of several documents adds up.
+/// FastInfosetParser that is strict; what it counts of several documents adds up.
 class VocabularyUsage : public Tamo::XML::DefaultHandler {
 public:
     /// What a reader of an XML document numbers of values and texts, in octets.
@@ -41,7 +39,6 @@ public:
 
     void startElement(const std::string& uri, const std::string& localName, const std::string& qname,
                       const Tamo::XML::Attributes& attrs) override;
-    void endElement(const std::string& uri, const std::string& localName, const std::string& qname) override;
     void characters(const char ch[], int start, int length) override;
     void processingInstruction(const std::string& target, const std::string& data) override;
     void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
@@ -53,12 +50,9 @@ public:
                             const std::string& notationName) override;
 
 private:
-    void enterElement();
+    static std::string prefixOf(const std::string& qualifiedName);
     static void countString(Counts<std::string>& counts, const std::string& s);
     static void countAll(Counts<std::string>& counts, const std::string& s);
-
-    Tamo::XML::NamespaceSupport _namespaces;
-    bool _entered = false; // the context of the element that is about to start
 };
 
 } // namespace finf

@@ -4,19 +4,16 @@
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/QualifiedNameVocabulary.h"
 #include "walk/FieldVisitor.h"
-#include <array>
 #include <functional>
-#include <map>
 #include <set>
 #include <string>
-#include <string_view>
-#include <unordered_map>
 #include <utility>
 
 namespace finf {
 
 /// Finds what a document that can be read has against ITU-T X.891, so that a strict reader would refuse it:
-/// bits that are not as prescribed, entries and attributes that repeat, text that is no UTF-8, ...
+/// bits that are not as prescribed, children in the wrong place, text that is no UTF-8, ... each with the
+/// clause that it breaks.
 class DepartureFinder : public FieldVisitor {
 public:
     /// Takes a departure: the field, what is wrong with it, and with which of its bits.
@@ -39,25 +36,18 @@ private:
     void checkPlace(const Field& field);
     void checkText(const Field& field);
     void checkTyped(const Field& field);
-    void checkFillBits(const Field& field);
+    void checkUTF16(const Field& field, Tamo::UInt64 first, Tamo::UInt64 bits);
+    void checkCodes(const Field& field);
+    void checkAlphabet(const Field& field);
     void checkCharacters(const Field& field);
     void checkEntry(const Field& field);
     void checkName(const Field& field);
     void checkAttribute(const Field& field);
-    unsigned int earlierString(Field::Table table, unsigned int index);
-    unsigned int earlierName(Field::Table table, unsigned int index);
     const NameEntry& nameAt(Field::Table table, unsigned int index) const;
-    void report(const Field& field, const std::string& what, Tamo::UInt64 partBit = 0);
-
-    static constexpr std::size_t TABLES = Tamo::FastInfoset::DocumentVocabulary::ATTRIBUTE_NAME + 1;
+    void report(const Field& field, const std::string& what, const char* clause, Tamo::UInt64 partBit = 0);
 
     Report _report;
     const Tamo::FastInfoset::DocumentVocabulary* _pVocabulary = nullptr;
-    // The entries of each table that were looked at, by value, and how many of them: views into the tables,
-    // whose values never move.
-    std::array<std::unordered_map<std::string_view, unsigned int>, TABLES> _strings;
-    std::array<std::map<NameEntry, unsigned int>, TABLES> _names;
-    std::array<unsigned int, TABLES> _lookedAt{};
     // The namespace names and local names of the attributes of the element that is being read.
     std::set<std::pair<unsigned int, unsigned int>> _attributes;
     bool _hasRoot = false;

@@ -1,10 +1,12 @@
 #include "walk/DocumentWalker.h"
-#include "Tamo/Bugcheck.h"
 #include "Tamo/FastInfoset/BitStreamWriter.h"
 #include "Tamo/FastInfoset/Encoder.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/FastInfoset/HexEncoding.h"
 #include "Tamo/FastInfoset/StringDecoder.h"
+#include "Tamo/FastInfoset/UUIDEncoding.h"
+#include "walk/AlphabetCodes.h"
 #include <algorithm>
 #include <iterator>
 #include <sstream>
@@ -26,7 +28,6 @@ namespace {
 // The four bits that end a list, an element or the document.
 constexpr unsigned int TERMINATOR = 0x0F;
 
-constexpr unsigned int FIRST_OWN_ALGORITHM = 32;
 constexpr std::size_t LEAST_SHOWN = 48; // octets of an array: a multiple of the sizes of all values
 
 [[noreturn]] void throwEnd() {
@@ -80,6 +81,24 @@ std::size_t sizeOfValue(unsigned int algorithm) {
     return algorithm < std::size(SIZES) ? SIZES[algorithm] : 0;
 }
 
+/// What an algorithm that is not known here has made of a value: its octets, as hexadecimal text.
+Tamo::AutoPtr<Tamo::FastInfoset::Encoding> octetsOf(const std::string&, unsigned int,
+                                                    std::string_view octets) {
+    return Tamo::AutoPtr<Tamo::FastInfoset::Encoding>(
+        new Tamo::FastInfoset::HexEncoding(octets.data(), octets.size()));
+}
+
+/// The text of a value by the letter, which has UUIDs in lower case (X.891, 10.10).
+std::string textOf(Tamo::FastInfoset::Encoding& value) {
+    std::string text = StringDecoder::textOf(value);
+    if (value.type() == Tamo::FastInfoset::UUIDEncoding::TYPE) {
+        for (char& c : text) {
+            c = c >= 'A' && c <= 'F' ? static_cast<char>(c - 'A' + 'a') : c;
+        }
+    }
+    return text;
+}
+
 // The entry at index, or null past the last one.
 template<class T>
 const T* entryOf(const Tamo::FastInfoset::Vocabulary<T>& table, unsigned int index) {
@@ -99,6 +118,7 @@ DocumentWalker::DocumentWalker(std::istream& source, FieldVisitor& visitor,
       _limits(limits),
       _vocabulary(DocumentVocabulary::VOC_VECTOR) {
     _reader.setMaxStringLength(limits.maxStringLength);
+    _vocabulary.decodings().setFallback(&octetsOf);
 }
 
 bool DocumentWalker::step() {
@@ -305,7 +325,8 @@ void DocumentWalker::externalVocabulary() {
     begin(Construct::EXTERNAL_VOCABULARY, 1);
     take(1, BitKind::PADDING, 0);
     octetString(_text, BitKind::STRING);
-    _vocabulary = _loader.vocabulary(_text);
+    // Whatever its kind: a vector appends, as every literal of the document is to be (X.891, 8.4).
+    _vocabulary = DocumentVocabulary(_loader.vocabulary(_text), DocumentVocabulary::VOC_VECTOR);
     show(_text);
     emit();
 }
@@ -333,7 +354,7 @@ void DocumentWalker::encodingAlgorithms() {
         octetString(_text, BitKind::STRING);
         _field.use = TableUse::ADDED;
         _field.table = DocumentVocabulary::ENCODING_ALGORITHM;
-        _field.index = FIRST_OWN_ALGORITHM + i;
+        _field.index = _vocabulary.algorithms().add(_text);
         show(_text);
         emit();
     }
@@ -342,53 +363,28 @@ void DocumentWalker::encodingAlgorithms() {
 void DocumentWalker::table(Field::Table id) {
     const bool isEncoded = id >= DocumentVocabulary::ATTRIBUTE_VALUE;
     const unsigned int count = numberOfItems(nameOf(id), 1);
-    SeenStrings seen;
-    const Strings& entries = _vocabulary.vocabulary(id);
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-        seen.insert(entries.value(static_cast<unsigned int>(i)));
-    }
     for (unsigned int i = 0; i < count; ++i) {
         begin(Construct::TABLE_ENTRY, 2);
         take(isEncoded ? 2 : 1, BitKind::PADDING, 0);
         if (isEncoded) {
-            encodedCharacterString(true, true);
+            encodedCharacterString(true);
         } else {
             octetString(_text, BitKind::NAME);
         }
-        _field.use = TableUse::ADDED;
-        _field.table = id;
-        _field.index = addEntry(id, seen);
+        enter(id);
         show(_text);
         emit();
     }
 }
 
-// An entry that must be new. Those seen are kept beside the table, which does not look for equal ones.
-unsigned int DocumentWalker::addEntry(Field::Table id, SeenStrings& seen) {
-    bool found = seen.contains(_text);
-    unsigned int index = 0;
-    if (!found) {
-        index = _vocabulary.index(id, _text, found);
-    }
-    if (found) {
-        throw FISEncodingException("An entry of the initial vocabulary repeats an earlier one");
-    }
-    seen.insert(_vocabulary.value(id, index));
-    return index;
-}
-
 void DocumentWalker::nameTable(Field::Table id) {
     const unsigned int count = numberOfItems(nameOf(id), 1);
-    SeenNames seen;
-    for (std::size_t i = 0; i < names(id).size(); ++i) {
-        seen.insert(names(id).value(static_cast<unsigned int>(i)));
-    }
     for (unsigned int i = 0; i < count; ++i) {
-        nameSurrogate(id, seen);
+        nameSurrogate(id);
     }
 }
 
-void DocumentWalker::nameSurrogate(Field::Table id, SeenNames& seen) {
+void DocumentWalker::nameSurrogate(Field::Table id) {
     begin(Construct::NAME_SURROGATE, 2);
     take(6, BitKind::PADDING, 0);
     const bool hasPrefix = take(1, BitKind::STRUCTURE) != 0;
@@ -406,15 +402,7 @@ void DocumentWalker::nameSurrogate(Field::Table id, SeenNames& seen) {
     const unsigned int prefix = index(hasPrefix, DocumentVocabulary::PREFIX);
     const unsigned int namespaceName = index(hasNamespace, DocumentVocabulary::NAMESPACE_NAME);
     const QualifiedNameEntry entry(prefix, namespaceName, index(true, DocumentVocabulary::LOCAL_NAME));
-    bool found = !seen.insert(entry).second;
-    if (!found) {
-        _field.index = names(id).index(entry, found);
-    }
-    if (found) {
-        throw FISEncodingException("An entry of the initial vocabulary repeats an earlier one");
-    }
-    _field.use = TableUse::ADDED;
-    _field.table = id;
+    enterName(id, entry);
     show(_text = qualifiedName(id, _field.index));
     emit();
 }
@@ -425,7 +413,8 @@ void DocumentWalker::notations() {
         const unsigned int id = take(6, BitKind::STRUCTURE);
         if (id != 0x30) {
             if (id != TERMINATOR << 2) {
-                throw FISEncodingException("The bits are neither a notation nor the end of the notations");
+                throw FISEncodingException(
+                    "The bits are neither a notation nor the end of the notations (X.891, C.2.6)");
             }
             _field.construct = Construct::NOTATIONS_END;
             _field.parts.clear();
@@ -450,8 +439,8 @@ void DocumentWalker::unparsedEntities() {
         const unsigned int id = take(7, BitKind::STRUCTURE);
         if (id != 0x68) {
             if (id != TERMINATOR << 3) {
-                throw FISEncodingException(
-                    "The bits are neither an unparsed entity nor the end of the unparsed entities");
+                throw FISEncodingException("The bits are neither an unparsed entity nor the end of the "
+                                           "unparsed entities (X.891, C.2.7)");
             }
             _field.construct = Construct::UNPARSED_ENTITIES_END;
             _field.parts.clear();
@@ -504,7 +493,7 @@ void DocumentWalker::child() {
         nonIdentifyingString(DocumentVocabulary::OTHER_STRING);
         emit();
     } else {
-        throw FISEncodingException("The bits begin no child of an element or of the document");
+        throw FISEncodingException("The bits begin no child of an element or of the document (X.891, C.3)");
     }
 }
 
@@ -591,7 +580,8 @@ void DocumentWalker::documentTypeDeclaration() {
     unsigned int bits = take(4, BitKind::STRUCTURE);
     if (bits != TERMINATOR && bits != 0x0E) {
         throw FISEncodingException(
-            "The bits are neither a processing instruction nor the end of the document type declaration");
+            "The bits are neither a processing instruction nor the end of the document type declaration "
+            "(X.891, C.9)");
     }
     while (bits != TERMINATOR) {
         _field.parts.back().expected = 0x0E; // which the parser insists on for the first one only
@@ -646,11 +636,17 @@ void DocumentWalker::name(Field::Table id, std::size_t depth) {
     _field.note.append(_field.note.empty() ? "literal name" : "; literal name");
     noteParts(_field, " with ", hasPrefix, hasNamespace, NAME_PARTS);
     emit();
+    bool hasAllParts = true;
+    std::string shown;
     const auto index = [&](bool present, Construct construct, Field::Table part) {
         if (!present) {
             return 0u;
         }
         identifyingString(construct, depth, part);
+        hasAllParts = hasAllParts && _field.use != TableUse::NOT_ADDED;
+        if (part != DocumentVocabulary::NAMESPACE_NAME) {
+            shown.append(shown.empty() ? "" : ":").append(_field.value);
+        }
         return _lastIndex;
     };
     const unsigned int prefix = index(hasPrefix, Construct::PREFIX, DocumentVocabulary::PREFIX);
@@ -658,12 +654,10 @@ void DocumentWalker::name(Field::Table id, std::size_t depth) {
         index(hasNamespace, Construct::NAMESPACE_NAME, DocumentVocabulary::NAMESPACE_NAME);
     const unsigned int localName = index(true, Construct::LOCAL_NAME, DocumentVocabulary::LOCAL_NAME);
     begin(Construct::QUALIFIED_NAME, depth);
-    bool found = false;
-    const unsigned int entry = names(id).index(QualifiedNameEntry(prefix, namespaceName, localName), found);
-    added(id, entry, found, names(id).size());
-    show(_text = qualifiedName(id, entry));
+    enterName(id, QualifiedNameEntry(prefix, namespaceName, localName), hasAllParts);
+    show(shown);
     emit();
-    _lastIndex = entry;
+    _lastIndex = _field.index;
 }
 
 void DocumentWalker::identifiers(std::size_t depth, bool hasSystemId, bool hasPublicId) {
@@ -685,9 +679,7 @@ void DocumentWalker::identifyingString(Construct construct, std::size_t depth, F
         read(id, index);
     } else {
         octetString(_text, BitKind::NAME);
-        bool found = false;
-        const unsigned int index = _vocabulary.index(id, _text, found);
-        added(id, index, found, _vocabulary.vocabulary(id).size());
+        enter(id);
         show(_text);
     }
     _lastIndex = _field.index;
@@ -702,26 +694,20 @@ void DocumentWalker::nonIdentifyingString(Field::Table id) {
         return;
     }
     const bool isAdded = take(1, BitKind::STRUCTURE) != 0;
-    encodedCharacterString(false, isAdded);
+    encodedCharacterString(isAdded);
     show(_text);
     if (isAdded) {
-        bool found = false;
-        const unsigned int index = _vocabulary.index(id, _text, found);
-        added(id, index, found, _vocabulary.vocabulary(id).size());
+        enter(id);
     } else {
         _field.use = TableUse::NOT_ADDED;
         _field.table = id;
     }
 }
 
-// In a table of the initial vocabulary, the parser takes the second of two indexes.
-void DocumentWalker::encodedCharacterString(bool indexTwice, bool isEntry) {
+void DocumentWalker::encodedCharacterString(bool isEntry) {
     _field.isEncoded = true;
     _field.form = static_cast<Field::Form>(take(2, BitKind::STRUCTURE));
     if (_field.form >= Field::Form::RESTRICTEDALPHABET) {
-        if (indexTwice) {
-            integer();
-        }
         _field.formIndex = integer();
     }
     switch (_field.form) {
@@ -734,12 +720,13 @@ void DocumentWalker::encodedCharacterString(bool indexTwice, bool isEntry) {
         break;
     case Field::Form::RESTRICTEDALPHABET: {
         octetString(_octets, BitKind::STRING);
-        auto& alphabets = _vocabulary.restrictedAlphabets();
-        if (_field.formIndex > alphabets.alphabets().size()) {
+        const auto& alphabets = std::as_const(_vocabulary).restrictedAlphabets();
+        if (_field.formIndex > alphabets.alphabets().size() ||
+            alphabets.alphabet(_field.formIndex).size() == 0) {
             throw FISEncodingException("No restricted alphabet has the number " +
-                                       std::to_string(_field.formIndex));
+                                       std::to_string(_field.formIndex) + " (X.891, 8.2)");
         }
-        StringDecoder::decodeAlphabet(_octets, alphabets.alphabet(_field.formIndex), _text);
+        AlphabetCodes::decode(_octets, alphabets.alphabet(_field.formIndex), _text);
         break;
     }
     default:
@@ -748,6 +735,9 @@ void DocumentWalker::encodedCharacterString(bool indexTwice, bool isEntry) {
 }
 
 void DocumentWalker::typedValues(bool isEntry) {
+    if (const std::string* const pURI = _vocabulary.algorithms().find(_field.formIndex)) {
+        _field.algorithm = *pURI;
+    }
     const std::size_t valueSize = sizeOfValue(_field.formIndex);
     if (valueSize > 0 && !isEntry && _maxShownArray != static_cast<std::size_t>(-1)) {
         const int bitPosition = _reader.bitPos();
@@ -757,14 +747,14 @@ void DocumentWalker::typedValues(bool isEntry) {
     }
     const int groupBits = 8 - _reader.bitPos();
     const unsigned int group = peek(groupBits);
-    const auto pValue = _vocabulary.decodings().read(static_cast<int>(_field.formIndex), _reader);
+    const auto pValue = _vocabulary.decodings().read(_field.formIndex, _reader, _vocabulary.algorithms());
     lengthPart(group, groupBits);
     UInt64 known = 0;
     for (const FieldPart& each : _field.parts) {
         known += each.bits;
     }
     part(BitKind::TYPED, _reader.position() - _field.bit - known);
-    _text = StringDecoder::textOf(*pValue);
+    _text = textOf(*pValue);
 }
 
 // The algorithm gets an array of the first values and of what is left behind the last whole one, so that it
@@ -786,7 +776,7 @@ void DocumentWalker::beginningOfArray(int bitPosition, std::size_t valueSize) {
     Tamo::FastInfoset::BitStreamReader reader(octets.data(), octets.size());
     unsigned int ignored = 0;
     reader.read(ignored, bitPosition);
-    _text = StringDecoder::textOf(*_vocabulary.decodings().read(static_cast<int>(_field.formIndex), reader));
+    _text = textOf(*_vocabulary.decodings().read(static_cast<int>(_field.formIndex), reader));
 }
 
 void DocumentWalker::octetString(std::string& octets, BitKind kind) {
@@ -855,12 +845,13 @@ unsigned int DocumentWalker::value(int position) {
         return val + 1;
     }
     if (pForm->bits == 20) {
-        tamo_assert(position != 2 || val == 48);
         bits(4, END);
     }
     val = ((val & pForm->high) << pForm->bits) + pForm->least;
     val += pForm->bits != 0 ? bits(pForm->bits, END) : 0;
-    tamo_assert(val <= Encoder::MAXINT20);
+    if (val > Encoder::MAXINT20) {
+        throw FISEncodingException("The index " + std::to_string(val) + " is beyond 2^20 (X.891, C.25)");
+    }
     return val;
 }
 
@@ -912,6 +903,7 @@ void DocumentWalker::begin(Construct construct, std::size_t depth) {
     _field.value = {};
     _field.isCut = false;
     _field.isEncoded = false;
+    _field.algorithm = {};
     _field.use = TableUse::NONE;
     _field.index = 0;
     _record.forget(_field.bit / 8);
@@ -971,12 +963,25 @@ void DocumentWalker::read(Field::Table id, unsigned int index) {
     _field.index = index;
 }
 
-void DocumentWalker::added(Field::Table id, unsigned int index, bool found, std::size_t size) {
-    checkTableSize(size);
-    // Tables that come from an XML document look for equal entries.
-    _field.use = found ? TableUse::NOT_ADDED : TableUse::ADDED;
+void DocumentWalker::enter(Field::Table id) {
+    append(id, _vocabulary.vocabulary(id), _text);
+}
+
+// A name of which a part is in no table cannot be in one either.
+void DocumentWalker::enterName(Field::Table id, const QualifiedNameEntry& entry, bool hasAllParts) {
+    append(id, names(id), entry, hasAllParts);
+}
+
+// As long as an index is left for it (X.891, 8.4).
+template<class T>
+void DocumentWalker::append(Field::Table id, Tamo::FastInfoset::Vocabulary<T>& table, const T& entry,
+                            bool canBeEntered) {
+    const bool isEntered = canBeEntered && table.size() <= Encoder::MAXINT20;
+    bool found = false;
+    _field.index = isEntered ? table.index(entry, found) : 0;
+    _field.use = isEntered ? TableUse::ADDED : TableUse::NOT_ADDED;
     _field.table = id;
-    _field.index = index;
+    checkTableSize(table.size());
 }
 
 void DocumentWalker::show(std::string_view value) {

@@ -9,21 +9,20 @@
 #include "walk/FieldVisitor.h"
 #include "walk/RecordingBuf.h"
 #include <istream>
-#include <set>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 namespace finf {
 
-/// Reads a Fast Infoset document as FastInfosetParser does, and hands every field of it to a visitor: not
-/// what the document says, but how.
+/// Reads a Fast Infoset document by the letter of ITU-T X.891, as FastInfosetParser does in the strict mode,
+/// and hands every field of it to a visitor: not what the document says, but how.
 ///
-/// Integers and lengths it reads by itself, so that the codec's own reading can be compared with it. It
-/// accepts what the parser accepts, and throws what the reading of the codec throws, or
-/// Tamo::FastInfoset::FISException with a message of its own. What it keeps is the vocabulary, four octets
-/// for an open element, and the field that it reads.
+/// Integers and lengths it reads by itself, so that the codec's own reading can be compared with it. It goes
+/// on where the letter is broken and what follows can still be told, which DepartureFinder finds; elsewhere
+/// it throws what the reading of the codec throws, or Tamo::FastInfoset::FISException with a message of its
+/// own. Values of algorithms that nobody has added are shown as their octets. What it keeps is the
+/// vocabulary, four octets for an open element, and the field that it reads.
 class DocumentWalker {
 public:
     /// Over the octets of source; all arguments are borrowed.
@@ -35,6 +34,9 @@ public:
     /// values alone, whose text would be larger than the array; without the call every array is shown as a
     /// whole.
     void setMaxShownArray(std::size_t octets) { _maxShownArray = octets; }
+
+    /// The algorithms that values are shown by, to which the caller adds those of applications.
+    Tamo::FastInfoset::DecodingAlgorithm& decodingAlgorithms() { return _vocabulary.decodings(); }
 
     /// Reads a piece: first the header, then a child (an element with its attributes, a character chunk, ...)
     /// or an end at a time. False when the document is complete.
@@ -55,10 +57,7 @@ public:
     const Field& current();
 
 private:
-    using Strings = Tamo::FastInfoset::Vocabulary<std::string>;
     using Names = Tamo::FastInfoset::Vocabulary<Tamo::FastInfoset::QualifiedNameEntry>;
-    using SeenStrings = std::unordered_set<std::string_view>;
-    using SeenNames = std::set<Tamo::FastInfoset::QualifiedNameEntry>;
 
     void header();
     void identification();
@@ -72,7 +71,7 @@ private:
     void encodingAlgorithms();
     void table(Field::Table id);
     void nameTable(Field::Table id);
-    void nameSurrogate(Field::Table id, SeenNames& seen);
+    void nameSurrogate(Field::Table id);
     void notations();
     void unparsedEntities();
 
@@ -87,7 +86,7 @@ private:
 
     void identifyingString(Construct construct, std::size_t depth, Field::Table id);
     void nonIdentifyingString(Field::Table id);
-    void encodedCharacterString(bool indexTwice, bool isEntry);
+    void encodedCharacterString(bool isEntry);
     void typedValues(bool isEntry);
     void beginningOfArray(int bitPosition, std::size_t valueSize);
     void octetString(std::string& octets, BitKind kind);
@@ -105,9 +104,13 @@ private:
     void paddingAfterEnd();
     void part(BitKind kind, Tamo::UInt64 bits, Tamo::Int64 expected = FieldPart::ANY);
     void read(Field::Table id, unsigned int index);
-    void added(Field::Table id, unsigned int index, bool found, std::size_t size);
+    void enter(Field::Table id);
+    void enterName(Field::Table id, const Tamo::FastInfoset::QualifiedNameEntry& entry,
+                   bool hasAllParts = true);
+    template<class T>
+    void append(Field::Table id, Tamo::FastInfoset::Vocabulary<T>& table, const T& entry,
+                bool canBeEntered = true);
     void show(std::string_view value);
-    unsigned int addEntry(Field::Table id, SeenStrings& seen);
     const std::string& stringAt(Field::Table id, unsigned int index) const;
     const Names& names(Field::Table id) const;
     Names& names(Field::Table id);

@@ -99,7 +99,9 @@ std::string Field::encodingName() const {
     case Form::RESTRICTEDALPHABET:
         return numbered("restricted alphabet ", formIndex, ALPHABETS, std::size(ALPHABETS));
     default:
-        return numbered("encoding algorithm ", formIndex, ALGORITHMS, std::size(ALGORITHMS));
+        return numbered("encoding algorithm ", formIndex, ALGORITHMS, std::size(ALGORITHMS))
+            .append(algorithm.empty() ? "" : ", ")
+            .append(algorithm);
     }
 }
 

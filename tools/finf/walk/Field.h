@@ -100,6 +100,7 @@ struct Field {
     bool isEncoded = false; ///< an encoded character string, in this form:
     Form form = Form::UTF8;
     unsigned int formIndex = 0; ///< of the restricted alphabet or encoding algorithm
+    std::string_view algorithm; ///< the URI that the document declares for the encoding algorithm
 
     TableUse use = TableUse::NONE;
     Table table = Table::PREFIX; ///< the table that is used
