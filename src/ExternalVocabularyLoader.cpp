@@ -10,6 +10,7 @@
 #include "Tamo/XML/SAXParser.h"
 #include <istream>
 #include <memory>
+#include <utility>
 
 namespace Tamo::FastInfoset {
 
@@ -50,7 +51,7 @@ DocumentVocabulary ExternalVocabularyLoader::loadXML(std::istream& istr, bool st
                        static_cast<void*>(static_cast<XML::LexicalHandler*>(&writer)));
     XML::InputSource source(istr);
     parser.parse(&source);
-    return writer.getDocumentVocabulary();
+    return std::as_const(writer).getDocumentVocabulary();
 }
 
 DocumentVocabulary ExternalVocabularyLoader::loadFastInfoset(std::istream& istr, VocabularyLoader& loader,
