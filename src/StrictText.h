@@ -36,7 +36,7 @@ public:
     static void requireAlphabet(const BitStreamReader& reader, std::string_view characters);
 
 private:
-    TAMO_COLD static void requireWellFormed(const BitStreamReader& reader, std::string_view text);
+    static void requireWellFormed(const BitStreamReader& reader, std::string_view text);
 };
 
 } // namespace Tamo::FastInfoset

@@ -1,6 +1,5 @@
 #include "Tamo/XML/Characters.h"
 #include "Tamo/Export.h"
-#include <algorithm>
 #include <cstring>
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -82,20 +81,6 @@ constexpr std::array<std::uint64_t, 256> STEPS = [] {
     return steps;
 }();
 
-// Of well-formed text: control characters, and what U+FFFE and U+FFFF begin with.
-constexpr std::array<bool, 256> MAY_BE_ILLEGAL = [] {
-    std::array<bool, 256> octets{};
-    for (std::size_t c = 0; c < 0x20; ++c) {
-        octets[c] = c != '\t' && c != '\n' && c != '\r';
-    }
-    octets[0xEF] = true;
-    return octets;
-}();
-
-bool mayBeIllegal(char octet) noexcept {
-    return MAY_BE_ILLEGAL[static_cast<unsigned char>(octet)];
-}
-
 // The next state: in the lowest bits, as the number of bits to shift.
 TAMO_ALWAYS_INLINE std::uint64_t step(std::uint64_t state, char octet) noexcept {
     return STEPS[static_cast<unsigned char>(octet)] >> (state & 63);
@@ -132,7 +117,9 @@ __m128i lastOctets(const char* p, std::size_t left) noexcept {
 }
 
 // Whether text is well-formed and has none of the octets behind which not every continuation may follow,
-// which is left to the automaton: sixteen octets at a time, a bit for each.
+// which is left to the automaton: sixteen octets at a time, a bit for each. Where LEGAL, of characters that
+// XML has.
+template<bool LEGAL>
 bool isCommonUTF8(std::string_view text) noexcept {
     constexpr std::size_t WIDTH = sizeof(__m128i);
     const char* p = text.data();
@@ -154,6 +141,16 @@ bool isCommonUTF8(std::string_view text) noexcept {
         const unsigned int others = areAbove(0xEF) & beyondASCII;
         const __m128i restricting =
             _mm_or_si128(_mm_or_si128(are(0xC0), are(0xC1)), _mm_or_si128(are(0xE0), are(0xED)));
+        if constexpr (LEGAL) {
+            const unsigned int whole = left >= WIDTH ? 0xFFFF : (1u << left) - 1;
+            const __m128i allowed = _mm_or_si128(_mm_or_si128(are('\t'), are('\n')), are('\r'));
+            const auto above = static_cast<unsigned int>(
+                _mm_movemask_epi8(_mm_or_si128(_mm_cmpgt_epi8(octets, _mm_set1_epi8(0x1F)), allowed)));
+            // U+FFFE and U+FFFF begin with the octet EF.
+            if ((~(above | beyondASCII) & whole) != 0 || _mm_movemask_epi8(are(0xEF)) != 0) {
+                return false;
+            }
+        }
         expected |= leads << 1 | leadsOfThree << 2;
         if (((expected & 0xFFFF) ^ (beyondASCII & ~leads)) != 0 || others != 0 ||
             _mm_movemask_epi8(restricting) != 0) {
@@ -167,6 +164,7 @@ bool isCommonUTF8(std::string_view text) noexcept {
     return expected == 0;
 }
 #else
+template<bool LEGAL>
 bool isCommonUTF8(std::string_view) noexcept {
     return false;
 }
@@ -202,7 +200,7 @@ std::size_t Characters::decode(const char* p, const char* pEnd, char32_t& charac
 // ASCII eight octets at a time. A long text is gone through in two places at once, for a step has to wait for
 // the one before.
 bool Characters::isWellFormed(std::string_view text) noexcept {
-    if (isCommonUTF8(text)) {
+    if (isCommonUTF8<false>(text)) {
         return true;
     }
     const char* p = text.data();
@@ -253,9 +251,7 @@ std::size_t Characters::findIllFormed(std::string_view text) noexcept {
 }
 
 std::size_t Characters::findIllegal(std::string_view text) noexcept {
-    return isWellFormed(text) && std::none_of(text.begin(), text.end(), mayBeIllegal)
-               ? NONE
-               : find(text, isCharacter);
+    return isCommonUTF8<true>(text) ? NONE : find(text, isCharacter);
 }
 
 bool Characters::isOtherNCName(std::string_view name) noexcept {
