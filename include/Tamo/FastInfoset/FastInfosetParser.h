@@ -111,7 +111,8 @@ public:
     bool isStrict() const noexcept;
 
     /// Whether arrays of float and double become text in the canonical form of XML Schema ("1.5E0") instead
-    /// of the shortest spelling. False at first; to be set between documents.
+    /// of the shortest spelling, but in the tables of the header. False at first; to be set between
+    /// documents.
     void setCanonicalNumbers(bool flag);
 
     /// The octets of the last document from its first to its last one, which is where the next may begin; in
