@@ -1,4 +1,5 @@
 #include "ElementWriter.h"
+#include "LegalStrings.h"
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/XML/Name.h"
@@ -13,6 +14,8 @@ using XML::NamespaceSupport;
 
 TAMO_CONSTINIT const std::string EMPTY;
 
+constexpr const char* ATTRIBUTE = "the value of an attribute";
+
 std::string_view prefixOf(const std::string& qname) {
     const std::size_t colon = qname.find(':');
     return colon == std::string::npos ? std::string_view() : std::string_view(qname).substr(0, colon);
@@ -20,6 +23,18 @@ std::string_view prefixOf(const std::string& qname) {
 
 WrittenNames::Kind kindOf(const std::string& attributeURI, const std::string& elementURI) {
     return attributeURI == elementURI ? WrittenNames::NATIVE_ATTRIBUTE : WrittenNames::FOREIGN_ATTRIBUTE;
+}
+
+[[noreturn]] void refusePrefix(const char* construct, const std::string& qname) {
+    throw FISEncodingException(std::string("Cannot write ") + construct + " " + LegalStrings::shown(qname) +
+                               ": it has a prefix and no namespace (X.891, C.16.1)");
+}
+
+// That an attribute without namespace has no prefix; a name that is known counts by its local name.
+void requireNoPrefix(const std::string& localName, const std::string& qname) {
+    if (qname.size() != localName.size() && !prefixOf(qname).empty()) {
+        refusePrefix("an attribute", qname);
+    }
 }
 
 // Whether one of the sizes that were combined by "or" may be longer than a length can tell.
@@ -105,6 +120,7 @@ TAMO_ALWAYS_INLINE void ElementWriter::compose(std::streambuf* pBuf, unsigned in
 // ---- elements that declare nothing
 
 // Looks up the names of an element's attributes, up to one that has to be declared.
+template<ElementWriter::Mode MODE>
 TAMO_ALWAYS_INLINE ElementWriter::Needs ElementWriter::findAttributes(const XML::Attributes& attributes,
                                                                       std::size_t count,
                                                                       const std::string& elementURI) {
@@ -119,6 +135,9 @@ TAMO_ALWAYS_INLINE ElementWriter::Needs ElementWriter::findAttributes(const XML:
         const std::string& localName = attributes.getLocalName(i);
         pAttribute->pValue = &attributes.getValue(i);
         needs.sizes |= pAttribute->pValue->size();
+        if constexpr (MODE == Mode::STRICT) {
+            LegalStrings::requireText(ATTRIBUTE, *pAttribute->pValue);
+        }
         if (uri.empty()) {
             pAttribute->index = _names.findPlain(localName);
             if (pAttribute->index != WrittenNames::NOT_FOUND) [[likely]] {
@@ -126,6 +145,9 @@ TAMO_ALWAYS_INLINE ElementWriter::Needs ElementWriter::findAttributes(const XML:
             }
             pAttribute->pPrefix = &EMPTY;
             pAttribute->pQName = &EMPTY;
+            if constexpr (MODE == Mode::STRICT) {
+                requireNoPrefix(localName, attributes.getQName(i));
+            }
         } else {
             const std::string& qname = attributes.getQName(i);
             const WrittenNames::Kind kind = kindOf(uri, elementURI);
@@ -133,12 +155,13 @@ TAMO_ALWAYS_INLINE ElementWriter::Needs ElementWriter::findAttributes(const XML:
             if (pAttribute->index != WrittenNames::NOT_FOUND) [[likely]] {
                 continue;
             }
-            pAttribute->pPrefix = boundAttributePrefix(uri, qname);
+            pAttribute->pPrefix = MODE == Mode::STRICT ? keptAttributePrefix(uri, qname, count)
+                                                       : boundAttributePrefix(uri, qname);
             if (!pAttribute->pPrefix) {
                 needs.declaration = true;
                 return needs;
             }
-            if (kind == WrittenNames::NATIVE_ATTRIBUTE) {
+            if (kind == WrittenNames::NATIVE_ATTRIBUTE && MODE != Mode::STRICT) {
                 pAttribute->pPrefix = &EMPTY;
             }
             pAttribute->pQName = &qname;
@@ -158,6 +181,7 @@ TAMO_ALWAYS_INLINE ElementWriter::Needs ElementWriter::findAttributes(const XML:
 // An element that may declare nothing, where its construct starts. The prefixes of names that are not known
 // under the bindings in force are looked up first. Writes what startDeclaring() would write; false, with
 // nothing written, when that has to.
+template<ElementWriter::Mode MODE>
 bool ElementWriter::startPlain(std::streambuf* pBuf, unsigned int index, int count, const std::string& uri,
                                const std::string& localName, const std::string& qname,
                                const XML::Attributes& attributes) {
@@ -169,13 +193,18 @@ bool ElementWriter::startPlain(std::streambuf* pBuf, unsigned int index, int cou
         }
     }
     const auto attributeCount = static_cast<std::size_t>(count);
-    const Needs needs = findAttributes(attributes, attributeCount, uri);
+    const Needs needs = findAttributes<MODE>(attributes, attributeCount, uri);
     if (needs.declaration) [[unlikely]] {
         return false;
     }
     const UInt64 sizes = needs.sizes | (pPrefix ? uri.size() | localName.size() | qname.size() : 0);
-    if (mayBeTooLong(sizes) || ((pPrefix || needs.newNames) && _newNames.isNearlyFull(1 + attributeCount)))
-        [[unlikely]] {
+    if constexpr (MODE == Mode::STRICT) {
+        if (pPrefix || needs.newNames || mayBeTooLong(sizes)) {
+            requireLegal(pPrefix, {uri, localName, qname}, attributeCount);
+        }
+        pBuf = writer().startConstruct();
+    } else if (mayBeTooLong(sizes) ||
+               ((pPrefix || needs.newNames) && _newNames.isNearlyFull(1 + attributeCount))) [[unlikely]] {
         require(pPrefix, {uri, localName, qname}, attributeCount, {});
     }
     try {
@@ -188,22 +217,43 @@ bool ElementWriter::startPlain(std::streambuf* pBuf, unsigned int index, int cou
     return true;
 }
 
+template bool ElementWriter::startPlain<ElementWriter::Mode::USUAL>(std::streambuf* pBuf, unsigned int index,
+                                                                    int count, const std::string& uri,
+                                                                    const std::string& localName,
+                                                                    const std::string& qname,
+                                                                    const XML::Attributes& attributes);
+template bool ElementWriter::startPlain<ElementWriter::Mode::STRICT>(std::streambuf* pBuf, unsigned int index,
+                                                                     int count, const std::string& uri,
+                                                                     const std::string& localName,
+                                                                     const std::string& qname,
+                                                                     const XML::Attributes& attributes);
+
 // ---- elements that may declare
 
 void ElementWriter::startDeclaring(const ElementName& name, const XML::Attributes& attributes) {
     constructs().settle();
+    const ElementName full{name.uri, name.localName.empty() ? name.qname : name.localName, name.qname};
+    const auto count = static_cast<std::size_t>(attributes.getLength());
     try {
+        if (_strict) {
+            constructs().openOwnBindings();
+        }
         // Copied, because the attributes' declarations can move the bindings.
         _prefix = elementPrefix(name);
         declareAttributeNamespaces(attributes);
         collectDeclarations();
         collectAttributes(attributes, name.uri);
+        if (_strict) {
+            requireLegal(&_prefix, full, count);
+        }
     } catch (...) {
-        writer().write(false); // the element had begun
+        if (_strict) {
+            constructs().dropOwnBindings();
+        } else {
+            writer().write(false); // the element had begun
+        }
         throw;
     }
-    const ElementName full{name.uri, name.localName.empty() ? name.qname : name.localName, name.qname};
-    const auto count = static_cast<std::size_t>(attributes.getLength());
     UInt64 sizes = _prefix.size() | name.uri.size() | full.localName.size();
     for (const Declaration& declaration : _declarations) {
         sizes |= declaration.pPrefix->size() | declaration.pUri->size();
@@ -213,12 +263,13 @@ void ElementWriter::startDeclaring(const ElementName& name, const XML::Attribute
         sizes |= attribute.pValue->size() | attribute.pPrefix->size() | attribute.pUri->size() |
                  attribute.pLocalName->size();
     }
-    if (mayBeTooLong(sizes) || _newNames.isNearlyFull(1 + count + _declarations.size())) [[unlikely]] {
+    if (!_strict && (mayBeTooLong(sizes) || _newNames.isNearlyFull(1 + count + _declarations.size())))
+        [[unlikely]] {
         require(&_prefix, full, count, _declarations);
     }
     namespaces().pushContext();
-    compose<Extent::FULL>(writer().place(), WrittenNames::NOT_FOUND, &_prefix, full.uri, full.localName,
-                          full.qname, count);
+    compose<Extent::FULL>(_strict ? writer().startConstruct() : writer().place(), WrittenNames::NOT_FOUND,
+                          &_prefix, full.uri, full.localName, full.qname, count);
     constructs().startDeclaringElement();
 }
 
@@ -239,6 +290,7 @@ void ElementWriter::collectAttributes(const XML::Attributes& attributes, const s
         _attributeList.resize(count);
     }
     _ownLocalNames.clear();
+    _ownPrefixes.clear();
     for (std::size_t n = 0; n < count; ++n) {
         const int i = static_cast<int>(n);
         Attribute& attribute = _attributeList[n];
@@ -249,7 +301,20 @@ void ElementWriter::collectAttributes(const XML::Attributes& attributes, const s
         attribute.pQName = nullptr; // the bindings change with this element
         if (attribute.pLocalName->empty()) {
             _ownLocalNames.reserve(count); // so that its strings stay in place
-            attribute.pLocalName = &_ownLocalNames.emplace_back(XML::Name::localName(attributes.getQName(i)));
+            // By the letter a qualified name alone is a local name, which has no colon.
+            attribute.pLocalName = &_ownLocalNames.emplace_back(
+                _strict && attribute.pUri->empty() ? attributes.getQName(i)
+                                                   : XML::Name::localName(attributes.getQName(i)));
+        }
+        if (_strict) {
+            LegalStrings::requireText(ATTRIBUTE, *attribute.pValue);
+            if (attribute.pUri->empty()) {
+                requireNoPrefix(*attribute.pLocalName, attributes.getQName(i));
+            }
+            attribute.pPrefix = attribute.pUri->empty()
+                                    ? &EMPTY
+                                    : keptAttributePrefix(*attribute.pUri, attributes.getQName(i), count);
+            continue;
         }
         attribute.pPrefix = *attribute.pUri != elementURI ? &namespaces().getPrefix(*attribute.pUri) : &EMPTY;
     }
@@ -284,7 +349,7 @@ void ElementWriter::writeName(OctetComposer& octets, unsigned int high, const st
                               const ElementName& name, Extent extent) {
     const unsigned int index =
         _newNames.write(octets, NameKind::ELEMENT, high, prefix, name.uri, name.localName);
-    if (extent == Extent::PLAIN && remembersNames()) [[likely]] {
+    if (extent == Extent::PLAIN && index != WrittenNames::NOT_FOUND && remembersNames()) [[likely]] {
         _names.enter(WrittenNames::ELEMENT, name.uri, name.localName, name.qname, namespaces().state(),
                      index);
     }
@@ -296,7 +361,7 @@ void ElementWriter::writeName(OctetComposer& octets, const Attribute& attribute,
     const std::string& localName = *attribute.pLocalName;
     const unsigned int index =
         _newNames.write(octets, NameKind::ATTRIBUTE, 0, *attribute.pPrefix, uri, localName);
-    if (attribute.pQName && remembersNames()) [[likely]] {
+    if (attribute.pQName && index != WrittenNames::NOT_FOUND && remembersNames()) [[likely]] {
         if (uri.empty()) {
             _names.enterPlain(localName, index);
         } else {
@@ -348,13 +413,28 @@ const std::string* ElementWriter::boundAttributePrefix(const std::string& uri,
 // Declares the prefix where it is not bound.
 const std::string& ElementWriter::elementPrefix(const ElementName& name) {
     if (name.localName.empty()) {
-        if (!name.uri.empty() || name.qname.empty()) {
+        if (_strict && !name.uri.empty()) {
+            throw FISEncodingException("Cannot write an element " + LegalStrings::shown(name.qname) +
+                                       ": it has a namespace and no local name");
+        }
+        if (!_strict && (!name.uri.empty() || name.qname.empty())) {
             throw FISException("Tag mismatch", name.qname);
         }
         return EMPTY; // a name without namespace processing has no prefix
     }
     const std::string* pPrefix = boundElementPrefix(name);
-    if (!pPrefix) {
+    if (!pPrefix && _strict) {
+        _prefix = prefixOf(name.qname);
+        if (name.qname == name.localName || !isDeclarable(_prefix, name.uri)) {
+            _prefix = namespaces().getPrefix(name.uri);
+            if (!_prefix.empty() || namespaces().getURI(_prefix) == name.uri) {
+                return _prefix;
+            }
+            _prefix = newPrefix();
+        }
+        declare(_prefix, name.uri);
+        pPrefix = &_prefix;
+    } else if (!pPrefix) {
         _prefix = name.qname.empty() || name.qname == name.localName ? newPrefix()
                                                                      : std::string(prefixOf(name.qname));
         namespaces().declarePrefix(_prefix, name.uri);
@@ -368,7 +448,12 @@ void ElementWriter::declareAttributeNamespaces(const XML::Attributes& attributes
     for (int i = 0; i < count; ++i) {
         const std::string& uri = attributes.getURI(i);
         const std::string& qname = attributes.getQName(i);
-        if (!uri.empty() && !boundAttributePrefix(uri, qname)) {
+        if (_strict) {
+            if (!uri.empty() && !keptAttributePrefix(uri, qname, 0)) {
+                const std::string_view prefix = prefixOf(qname);
+                declare(isFree(prefix) && isDeclarable(prefix, uri) ? std::string(prefix) : newPrefix(), uri);
+            }
+        } else if (!uri.empty() && !boundAttributePrefix(uri, qname)) {
             // Deliberate: no prefix is generated; a name without one binds the default namespace.
             namespaces().declarePrefix(std::string(prefixOf(qname)), uri);
         }
@@ -376,7 +461,82 @@ void ElementWriter::declareAttributeNamespaces(const XML::Attributes& attributes
 }
 
 std::string ElementWriter::newPrefix() {
-    return "ns" + std::to_string(++_prefixCounter);
+    std::string prefix;
+    do {
+        prefix = "ns" + std::to_string(++_prefixCounter);
+    } while (_strict && !isFree(prefix));
+    return prefix;
+}
+
+// ---- the strict mode
+
+void ElementWriter::declare(const std::string& prefix, const std::string& uri) {
+    if (!prefix.empty()) {
+        LegalStrings::requireName("a prefix", prefix);
+    }
+    LegalStrings::requireText("a namespace name", uri);
+    LegalStrings::requireSize("a namespace name", uri.size());
+    if (prefix == "xmlns" || uri == NamespaceSupport::XMLNS_NAMESPACE ||
+        uri == NamespaceSupport::XML_NAMESPACE) {
+        throw FISEncodingException("Cannot write a declaration of prefix " + LegalStrings::shown(prefix) +
+                                   " for the namespace " + LegalStrings::shown(uri) +
+                                   ", which Namespaces in XML reserves");
+    }
+    constructs().openOwnBindings();
+    namespaces().declarePrefix(prefix, uri);
+}
+
+// What has to be told of an element with new names, whose namespaces are bound and so checked, and of sizes.
+void ElementWriter::requireLegal(const std::string* pPrefix, const ElementName& name,
+                                 std::size_t count) const {
+    if (pPrefix) {
+        LegalStrings::requireName("the name of an element", name.localName);
+        LegalStrings::requireSize("the name of an element", name.localName.size());
+        if (name.uri.empty() && !pPrefix->empty()) {
+            refusePrefix("an element", name.qname);
+        }
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        const Attribute& attribute = _attributeList[i];
+        LegalStrings::requireSize(ATTRIBUTE, attribute.pValue->size());
+        if (attribute.index == WrittenNames::NOT_FOUND) {
+            LegalStrings::requireName("the name of an attribute", *attribute.pLocalName);
+            LegalStrings::requireSize("the name of an attribute", attribute.pLocalName->size());
+        }
+    }
+}
+
+// Whether nothing in scope binds a prefix, be it to no namespace.
+bool ElementWriter::isFree(std::string_view prefix) const {
+    return namespaces().getURI(prefix).empty() && !namespaces().isDeclared(prefix);
+}
+
+// Whether the element that begins may declare a prefix for a namespace, in whose context this is.
+bool ElementWriter::isDeclarable(std::string_view prefix, const std::string& uri) const {
+    return !prefix.empty() && !namespaces().isDeclared(prefix) && prefix != "xmlns" &&
+           prefix != NamespaceSupport::XML_NAMESPACE_PREFIX && uri != NamespaceSupport::XML_NAMESPACE;
+}
+
+// The prefix of an attribute in a namespace where none has to be declared for it: its own, unless that is
+// free, or one in scope; null otherwise. At most count of them are asked for one element.
+const std::string* ElementWriter::keptAttributePrefix(const std::string& uri, const std::string& qname,
+                                                      std::size_t count) {
+    const std::string_view prefix = prefixOf(qname);
+    const std::string& bound = namespaces().getAttributePrefix(uri);
+    if (bound == prefix) {
+        return bound.empty() ? nullptr : &bound;
+    }
+    if (!prefix.empty() && namespaces().getURI(prefix) == uri) {
+        if (count == 0) {
+            return &EMPTY; // that there is one is enough
+        }
+        _ownPrefixes.reserve(count); // so that its strings stay in place
+        return &_ownPrefixes.emplace_back(prefix);
+    }
+    if (isFree(prefix) && isDeclarable(prefix, uri)) {
+        return nullptr;
+    }
+    return bound.empty() ? nullptr : &bound;
 }
 
 } // namespace Tamo::FastInfoset

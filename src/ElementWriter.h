@@ -12,6 +12,7 @@
 #include <span>
 #include <streambuf>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Tamo::FastInfoset {
@@ -61,13 +62,53 @@ public:
                 constructs().startPlainElement();
                 return;
             }
-            if (startPlain(pBuf, index, count, uri, localName, qname, attributes)) [[likely]] {
+            if (startPlain<Mode::USUAL>(pBuf, index, count, uri, localName, qname, attributes)) [[likely]] {
                 constructs().startPlainElement();
                 return;
             }
         }
         startDeclaring({uri, localName, qname}, attributes);
     }
+
+    /// Whether documents are written by the letter. Names and values are checked then, before anything of
+    /// their element is written; an element has a namespace context of its own when something is declared for
+    /// it; an attribute in a namespace has a prefix.
+    void setStrict(bool strict) noexcept {
+        _strict = strict;
+        strings().setStrict(strict);
+        forgetNames();
+    }
+
+    /// The same element in the strict mode; what has been declared for one that is refused is forgotten.
+    TAMO_ALWAYS_INLINE void startStrict(const std::string& uri, const std::string& localName,
+                                        const std::string& qname, const XML::Attributes& list) {
+        const XML::Attributes& attributes = _attributes.isStable(list) ? list : _attributes.of(list);
+        if (constructs().isPlainPlace() && !localName.empty()) [[likely]] {
+            const unsigned int index =
+                _names.find(WrittenNames::ELEMENT, uri, localName, qname, namespaces().state());
+            const int count = attributes.getLength();
+            if (count == 0 && OctetComposer::fitsPosition2(index)) [[likely]] {
+                if (std::streambuf* const pBuf = writer().startConstruct()) [[likely]] {
+                    PutArea::put(*pBuf,
+                                 [=](char* p) { return OctetComposer::integerAtPosition2(p, 0, index); });
+                    constructs().startPlainElement();
+                    return;
+                }
+            }
+            if (!_ownPrefixes.empty()) [[unlikely]] {
+                _ownPrefixes.clear();
+            }
+            if (startPlain<Mode::STRICT>(nullptr, index, count, uri, localName, qname, attributes))
+                [[likely]] {
+                constructs().startPlainElement();
+                return;
+            }
+        }
+        startDeclaring({uri, localName, qname}, attributes);
+    }
+
+    /// Declares a prefix for the next element in the strict mode.
+    void declare(const std::string& prefix, const std::string& uri);
 
     /// Ends the innermost element.
     TAMO_ALWAYS_INLINE void end() {
@@ -82,6 +123,8 @@ private:
     // Whether an element is written where it may declare and CDATA sections may be, or where nothing of that
     // is possible.
     enum class Extent { PLAIN, FULL };
+
+    enum class Mode { USUAL, STRICT };
 
     // The name of an element as the event gives it.
     struct ElementName {
@@ -114,9 +157,11 @@ private:
     };
 
     const XML::Attributes& copied(const XML::Attributes& attributes);
+    template<Mode MODE>
     bool startPlain(std::streambuf* pBuf, unsigned int index, int count, const std::string& uri,
                     const std::string& localName, const std::string& qname,
                     const XML::Attributes& attributes);
+    template<Mode MODE>
     Needs findAttributes(const XML::Attributes& attributes, std::size_t count, const std::string& elementURI);
     void startDeclaring(const ElementName& name, const XML::Attributes& attributes);
     void collectDeclarations();
@@ -134,6 +179,12 @@ private:
     void writeName(OctetComposer& octets, const Attribute& attribute, const std::string& elementURI);
     bool remembersNames() noexcept;
 
+    void requireLegal(const std::string* pPrefix, const ElementName& name, std::size_t count) const;
+    bool isFree(std::string_view prefix) const;
+    bool isDeclarable(std::string_view prefix, const std::string& uri) const;
+    const std::string* keptAttributePrefix(const std::string& uri, const std::string& qname,
+                                           std::size_t count);
+
     const std::string* boundElementPrefix(const ElementName& name);
     const std::string* boundAttributePrefix(const std::string& uri, const std::string& qname) const;
     const std::string& elementPrefix(const ElementName& name);
@@ -148,6 +199,7 @@ private:
     NameWriter _newNames;
     WrittenNames _names;
     XML::AttributesSnapshot _attributes;
+    bool _strict = false;
     int _prefixCounter = 0;
     std::string _defaultNamespace; // under the bindings with this number, none of them for 0
     UInt64 _defaultBindings = 0;
@@ -156,6 +208,7 @@ private:
     std::string _prefix;
     std::vector<Attribute> _attributeList;
     std::vector<std::string> _ownLocalNames;
+    std::vector<std::string> _ownPrefixes;
     std::vector<Declaration> _declarations;
 };
 

@@ -141,4 +141,20 @@ void Encoder::lengthOfSequence(BitStreamWriter& aWriter, unsigned int len) {
     }
 }
 
+void Encoder::countOfItems(BitStreamWriter& aWriter, std::size_t count) {
+    if (aWriter.bitPos() != 0) {
+        throw FISEncodingException("Illegal startposition for a count of items");
+    }
+    if (count == 0 || count > MAXINT20) {
+        throw FISEncodingException("Cannot encode a count of " + std::to_string(count) +
+                                   " items: 1 to 2^20 are possible (X.891, C.21)");
+    }
+    const auto number = static_cast<unsigned int>(count);
+    if (number <= Forms::COUNT_IN_ONE) {
+        aWriter.write(number - 1, 8);
+    } else {
+        aWriter.write(0x800000u | (number - Forms::COUNT_IN_ONE - 1), 24);
+    }
+}
+
 } // namespace Tamo::FastInfoset

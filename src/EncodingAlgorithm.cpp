@@ -75,11 +75,19 @@ void EncodingAlgorithm::encode(unsigned int index, BitStreamWriter& writer, cons
     }
 }
 
+int EncodingAlgorithm::check(unsigned int index, const std::string& text) const {
+    if (index < USER_DEFINED) {
+        return CHECKS[index](text);
+    }
+    return index - USER_DEFINED < _checks.size() ? _checks[index - USER_DEFINED](text)
+                                                 : InvalidEncoding::check(text);
+}
+
 unsigned int EncodingAlgorithm::findEncoding(const std::string& text) const {
     int best = std::numeric_limits<int>::max();
     unsigned int bestIndex = 0;
     for (unsigned int i = 0; i < USER_DEFINED + _checks.size(); ++i) {
-        const int score = i < USER_DEFINED ? CHECKS[i](text) : _checks[i - USER_DEFINED](text);
+        const int score = check(i, text);
         if (score > 0 && score < best) {
             best = score;
             bestIndex = i;

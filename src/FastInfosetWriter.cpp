@@ -3,6 +3,7 @@
 #include "ElementWriter.h"
 #include "HeaderWriter.h"
 #include "OpenConstructs.h"
+#include "StrictEvents.h"
 #include "StringWriter.h"
 #include "Tamo/Exception.h"
 #include "Tamo/Export.h"
@@ -16,8 +17,10 @@
 #include "Tamo/FastInfoset/ShortEncoding.h"
 #include "Tamo/FastInfoset/UUIDEncoding.h"
 #include "Tamo/XML/AttributesImpl.h"
+#include "VocabularyWriter.h"
 #include <string_view>
 #include <typeinfo>
+#include <utility>
 #include <vector>
 
 namespace Tamo::FastInfoset {
@@ -45,14 +48,27 @@ struct FastInfosetWriter::Engine {
     Engine(std::ostream& str, bool writeXMLDeclaration, const Tables& tables)
         : elements(str, tables), header(elements.strings(), writeXMLDeclaration) {}
 
-    // Typed data waits for what follows it.
-    TAMO_ALWAYS_INLINE void handleEncodedData() {
-        if (!encodedData.empty()) [[unlikely]] {
+    /// Writes the typed data that waits for what follows it. Returns what takes the events of the strict
+    /// mode; null in the default.
+    TAMO_ALWAYS_INLINE StrictEvents* attend() {
+        if (heed == 0) [[likely]] {
+            return nullptr;
+        }
+        if ((heed & WAITING) != 0) {
             writeEncodedData();
         }
+        return pStrict.get();
     }
 
     TAMO_COLD void writeEncodedData() {
+        heed &= ~WAITING;
+        if (pStrict) {
+            // What is refused does not come again.
+            for (const AutoPtr<Encoding>& pValue : std::exchange(encodedData, {})) {
+                pStrict->typedData(*pValue);
+            }
+            return;
+        }
         writer().complete(false);
         for (const AutoPtr<Encoding>& pValue : encodedData) {
             strings().writeTypedChunk(*pValue);
@@ -60,17 +76,65 @@ struct FastInfosetWriter::Engine {
         encodedData.clear();
     }
 
+    /// The same in the strict mode alone.
+    StrictEvents* attendIfStrict() { return pStrict ? attend() : nullptr; }
+
+    /// Begins anew behind a document that has ended, in the strict mode alone as well.
+    StrictEvents* goOn() {
+        if (pStrict && hasEnded) {
+            clear();
+        }
+        return pStrict.get();
+    }
+
+    /// Forgets the document.
+    void clear();
+
+    /// Refuses what is for the time between documents.
+    void requireBetween(const char* what) {
+        if (!constructs().isNothingOpen()) {
+            throw InvalidAccessException(std::string(what) + " within a document");
+        }
+    }
+
     StringWriter& strings() noexcept { return elements.strings(); }
     ConstructWriter& writer() noexcept { return strings().writer(); }
     DocumentVocabulary& vocabulary() noexcept { return strings().vocabulary(); }
     OpenConstructs& constructs() noexcept { return strings().constructs(); }
 
+    // What an event has to heed; nothing as a rule.
+    static constexpr unsigned int WAITING = 1; // typed data
+    static constexpr unsigned int STRICT = 2;
+
     ElementWriter elements;
     HeaderWriter header;
     std::vector<AutoPtr<Encoding>> encodedData;
     EncodingAlgorithm encodingAlgorithm;
-    bool strict = false;
+    std::unique_ptr<StrictEvents> pStrict; // null in the default
+    unsigned int heed = 0;
+    bool hasEnded = false; // the tables are those of a document that has been written
 };
+
+void FastInfosetWriter::Engine::clear() {
+    if (const DocumentVocabulary* const pExternal = header.externalVocabulary()) {
+        vocabulary() = *pExternal;
+    } else {
+        if (vocabulary().restrictedAlphabets().alphabets().size() != DocumentRestrictedAlphabet::BUILT_IN) {
+            vocabulary() = DocumentVocabulary(vocabulary().impl());
+        }
+        vocabulary().reset();
+        vocabulary().algorithms() = DocumentAlgorithms();
+    }
+    constructs().reset();
+    elements.reset();
+    encodedData.clear();
+    header.reset();
+    heed &= ~WAITING;
+    hasEnded = false;
+    if (pStrict) {
+        pStrict->reset();
+    }
+}
 
 FastInfosetWriter::FastInfosetWriter(std::ostream& str)
     : FastInfosetWriter(str, false, DocumentVocabulary::VOC_HASH) {}
@@ -88,6 +152,12 @@ FastInfosetWriter::~FastInfosetWriter() = default;
 // ---- options
 
 void FastInfosetWriter::setDocumentVocabulary(const DocumentVocabulary& vocabulary) {
+    if (_pEngine->pStrict) {
+        _pEngine->goOn();
+        _pEngine->requireBetween("setDocumentVocabulary() in the strict mode");
+        _pEngine->vocabulary() = VocabularyWriter::searchable(vocabulary);
+        return;
+    }
     if (vocabulary.impl() == DocumentVocabulary::VOC_VECTOR) {
         throw InvalidArgumentException(
             "A DocumentVocabulary with VOC_VECTOR implementation cannot be used by FastInfosetWriter");
@@ -97,6 +167,7 @@ void FastInfosetWriter::setDocumentVocabulary(const DocumentVocabulary& vocabula
 }
 
 DocumentVocabulary& FastInfosetWriter::getDocumentVocabulary() {
+    _pEngine->goOn();
     _pEngine->elements.forgetNames(); // the caller may change the tables
     return _pEngine->vocabulary();
 }
@@ -110,7 +181,18 @@ void FastInfosetWriter::setWriteXMLDeclaration(bool flag) {
 }
 
 void FastInfosetWriter::setExternalVocabulary(const std::string& uri, const DocumentVocabulary& vocabulary) {
+    _pEngine->goOn();
+    if (_pEngine->pStrict && _pEngine->vocabulary().isPredefined() &&
+        _pEngine->constructs().isNothingOpen()) {
+        _pEngine->vocabulary() = VocabularyWriter::searchable(vocabulary);
+    }
     _pEngine->header.setExternalVocabulary(uri, vocabulary);
+}
+
+void FastInfosetWriter::useVocabulary(const DocumentVocabulary& vocabulary) {
+    _pEngine->requireBetween("useVocabulary()");
+    setDocumentVocabulary(vocabulary);
+    _pEngine->header.setExternalVocabulary(vocabulary.getURI(), _pEngine->vocabulary());
 }
 
 void FastInfosetWriter::setMaxIndexedStringLength(int length) {
@@ -125,24 +207,16 @@ EncodingAlgorithm& FastInfosetWriter::encodingAlgorithms() {
 
 void FastInfosetWriter::reset(std::ostream& str) {
     _pEngine->writer().reset(str);
-    DocumentVocabulary& vocabulary = _pEngine->vocabulary();
-    if (const DocumentVocabulary* const pExternal = _pEngine->header.externalVocabulary()) {
-        vocabulary = *pExternal;
-    } else {
-        if (vocabulary.restrictedAlphabets().alphabets().size() != DocumentRestrictedAlphabet::BUILT_IN) {
-            vocabulary = DocumentVocabulary(vocabulary.impl());
-        }
-        vocabulary.reset();
-    }
-    _pEngine->constructs().reset();
-    _pEngine->elements.reset();
-    _pEngine->encodedData.clear();
-    _pEngine->header.reset();
+    _pEngine->clear();
 }
 
 void FastInfosetWriter::setDocumentLocator(const XML::Locator*) {}
 
-void FastInfosetWriter::skippedEntity(const std::string&) {}
+void FastInfosetWriter::skippedEntity(const std::string& name) {
+    if (StrictEvents* const pStrict = _pEngine->attend()) {
+        pStrict->skippedEntity(name);
+    }
+}
 
 void FastInfosetWriter::startEntity(const std::string&) {}
 
@@ -157,29 +231,44 @@ void FastInfosetWriter::endFragment() {
 }
 
 void FastInfosetWriter::startDocument() {
+    _pEngine->goOn();
     _pEngine->elements.forgetNames();
+    if (_pEngine->pStrict) {
+        _pEngine->pStrict->startDocument();
+        return;
+    }
     _pEngine->header.write();
     _pEngine->elements.startDocument();
     _pEngine->constructs().startDocument();
 }
 
 void FastInfosetWriter::endDocument() {
-    _pEngine->handleEncodedData();
+    if (StrictEvents* const pStrict = _pEngine->attend()) {
+        pStrict->requireDocumentEnd();
+    }
     _pEngine->writer().writeBits(4, true);
     _pEngine->writer().complete();
     _pEngine->constructs().pop();
+    _pEngine->hasEnded = true;
 }
 
 // ---- elements
 
 void FastInfosetWriter::startElement(const std::string& uri, const std::string& localName,
                                      const std::string& qname, const XML::Attributes& attributes) {
-    _pEngine->handleEncodedData();
+    if (StrictEvents* const pStrict = _pEngine->attend()) [[unlikely]] {
+        pStrict->startElement(uri, localName, qname, attributes);
+        return;
+    }
     _pEngine->elements.start(uri, localName, qname, attributes);
 }
 
-void FastInfosetWriter::endElement(const std::string&, const std::string&, const std::string&) {
-    _pEngine->handleEncodedData();
+void FastInfosetWriter::endElement(const std::string& uri, const std::string& localName,
+                                   const std::string& qname) {
+    if (StrictEvents* const pStrict = _pEngine->attend()) [[unlikely]] {
+        pStrict->endElement(uri, localName, qname);
+        return;
+    }
     _pEngine->elements.end();
 }
 
@@ -223,6 +312,10 @@ void FastInfosetWriter::dataElement(const std::string& uri, const std::string& l
 
 void FastInfosetWriter::startPrefixMapping(const std::string& prefix, const std::string& uri) {
     if (prefix != NamespaceSupport::XML_NAMESPACE_PREFIX) {
+        if (_pEngine->pStrict) {
+            _pEngine->pStrict->startPrefixMapping(prefix, uri);
+            return;
+        }
         _pEngine->constructs().settle();
         _pEngine->constructs().namespaces().declarePrefix(prefix, uri);
     }
@@ -230,6 +323,10 @@ void FastInfosetWriter::startPrefixMapping(const std::string& prefix, const std:
 
 void FastInfosetWriter::endPrefixMapping(const std::string& prefix) {
     if (prefix != NamespaceSupport::XML_NAMESPACE_PREFIX) {
+        if (_pEngine->pStrict) {
+            _pEngine->constructs().undeclareOwn(prefix);
+            return;
+        }
         _pEngine->constructs().settle();
         _pEngine->constructs().namespaces().undeclarePrefix(prefix);
     }
@@ -239,7 +336,10 @@ void FastInfosetWriter::endPrefixMapping(const std::string& prefix) {
 
 void FastInfosetWriter::characters(const char ch[], int start, int length) {
     tamo_assert(start >= 0 && length >= 0);
-    _pEngine->handleEncodedData();
+    if (StrictEvents* const pStrict = _pEngine->attend()) [[unlikely]] {
+        pStrict->characters({ch + start, static_cast<std::size_t>(length)});
+        return;
+    }
     _pEngine->strings().writeCharacters(ch, start, length);
 }
 
@@ -252,8 +352,15 @@ void FastInfosetWriter::characters(const std::string& text) {
 }
 
 void FastInfosetWriter::characters(std::string_view text) {
-    _pEngine->handleEncodedData();
+    if (StrictEvents* const pStrict = _pEngine->attend()) [[unlikely]] {
+        pStrict->characters(text);
+        return;
+    }
     _pEngine->strings().writeText(text);
+}
+
+void FastInfosetWriter::characters(std::string_view text, unsigned int alphabet) {
+    strictEvents("characters() with an alphabet").characters(text, alphabet);
 }
 
 void FastInfosetWriter::comment(const char ch[], int start, int length) {
@@ -263,28 +370,29 @@ void FastInfosetWriter::comment(const char ch[], int start, int length) {
 
 void FastInfosetWriter::comment(std::string_view text) {
     StringWriter::requireValue(text.size());
-    _pEngine->handleEncodedData();
-    _pEngine->writer().complete(false);
-    OctetComposer octets(_pEngine->writer());
-    octets.octet(Forms::COMMENT);
-    _pEngine->strings().write(octets, text, DocumentVocabulary::OTHER_STRING);
-    octets.flush();
+    if (StrictEvents* const pStrict = _pEngine->attend()) {
+        pStrict->comment(text);
+    } else {
+        _pEngine->strings().writeComment(text);
+    }
 }
 
 void FastInfosetWriter::processingInstruction(const std::string& target, const std::string& data) {
     StringWriter& strings = _pEngine->strings();
     strings.requireIdentifying(target, DocumentVocabulary::OTHER_NCNAME);
     StringWriter::requireValue(data.size());
-    _pEngine->handleEncodedData();
-    _pEngine->writer().complete(false);
-    OctetComposer octets(_pEngine->writer());
-    octets.octet(Forms::PROCESSING_INSTRUCTION);
-    strings.writeIdentifying(octets, target, DocumentVocabulary::OTHER_NCNAME);
-    strings.write(octets, data, DocumentVocabulary::OTHER_STRING);
-    octets.flush();
+    if (StrictEvents* const pStrict = _pEngine->attend()) {
+        pStrict->processingInstruction(target, data);
+    } else {
+        strings.writeInstruction(target, data);
+    }
 }
 
 void FastInfosetWriter::startCDATA() {
+    if (StrictEvents* const pStrict = _pEngine->attendIfStrict()) {
+        pStrict->startCData();
+        return;
+    }
     if (_pEngine->constructs().isInCData()) {
         throw FISException("Cannot nest CDATA sections");
     }
@@ -292,38 +400,87 @@ void FastInfosetWriter::startCDATA() {
 }
 
 void FastInfosetWriter::endCDATA() {
-    _pEngine->handleEncodedData();
+    if (StrictEvents* const pStrict = _pEngine->attend()) {
+        pStrict->endCData();
+        return;
+    }
     _pEngine->constructs().pop();
 }
 
 // ---- the strict mode
 
 void FastInfosetWriter::setStrict(bool flag) {
-    _pEngine->strict = flag;
+    _pEngine->requireBetween("setStrict()");
+    if (flag != isStrict()) {
+        _pEngine->pStrict = flag ? std::make_unique<StrictEvents>(_pEngine->elements, _pEngine->header,
+                                                                  std::as_const(_pEngine->encodingAlgorithm))
+                                 : nullptr;
+        _pEngine->elements.setStrict(flag);
+        _pEngine->heed ^= Engine::STRICT;
+    }
 }
 
 bool FastInfosetWriter::isStrict() const noexcept {
-    return _pEngine->strict;
+    return _pEngine->pStrict != nullptr;
 }
 
-bool FastInfosetWriter::startTypedChunk(const TypedChunk&) {
-    return false;
+// What takes the events of the strict mode, which it has to be for that.
+StrictEvents& FastInfosetWriter::strictEvents(const char* what) {
+    if (!isStrict()) {
+        throw InvalidAccessException(std::string(what) + " needs the strict mode");
+    }
+    return *_pEngine->attend();
 }
 
-void FastInfosetWriter::endTypedChunk() {}
+bool FastInfosetWriter::startTypedChunk(const TypedChunk& chunk) {
+    StrictEvents* const pStrict = _pEngine->attendIfStrict();
+    return pStrict && pStrict->typedChunk(chunk);
+}
 
-void FastInfosetWriter::additionalData(const std::string&, std::span<const std::byte>) {}
+void FastInfosetWriter::endTypedChunk() {
+    _pEngine->attendIfStrict(); // the next chunk is another one
+}
 
-void FastInfosetWriter::characterEncodingScheme(const std::string&) {}
+void FastInfosetWriter::insertEncoding(const std::string& uri, const AutoPtr<Encoding>& encoding) {
+    strictEvents("insertEncoding() with a URI").typedData(uri, *encoding);
+}
 
-void FastInfosetWriter::standalone(bool) {}
+void FastInfosetWriter::encodedText(const std::string& uri, const std::string& text) {
+    strictEvents("encodedText()").typedText(uri, text);
+}
 
-void FastInfosetWriter::version(const std::string&) {}
+void FastInfosetWriter::additionalData(const std::string& id, std::span<const std::byte> data) {
+    if (StrictEvents* const pStrict = _pEngine->goOn()) {
+        pStrict->additionalData(id, {reinterpret_cast<const char*>(data.data()), data.size()});
+    }
+}
+
+void FastInfosetWriter::characterEncodingScheme(const std::string& scheme) {
+    if (StrictEvents* const pStrict = _pEngine->goOn()) {
+        pStrict->characterEncodingScheme(scheme);
+    }
+}
+
+void FastInfosetWriter::standalone(bool isStandalone) {
+    if (StrictEvents* const pStrict = _pEngine->goOn()) {
+        pStrict->standalone(isStandalone);
+    }
+}
+
+void FastInfosetWriter::version(const std::string& version) {
+    if (StrictEvents* const pStrict = _pEngine->goOn()) {
+        pStrict->version(version);
+    }
+}
 
 // ---- document type declaration
 
 void FastInfosetWriter::startDTD(const std::string&, const std::string& publicId,
                                  const std::string& systemId) {
+    if (StrictEvents* const pStrict = _pEngine->goOn()) {
+        pStrict->startDocumentType(publicId, systemId);
+        return;
+    }
     _pEngine->strings().requireIdentifying(systemId, DocumentVocabulary::OTHER_URI);
     _pEngine->strings().requireIdentifying(publicId, DocumentVocabulary::OTHER_URI);
     _pEngine->constructs().push(OpenConstructs::DTD);
@@ -331,20 +488,34 @@ void FastInfosetWriter::startDTD(const std::string&, const std::string& publicId
 }
 
 void FastInfosetWriter::endDTD() {
+    if (_pEngine->pStrict) {
+        _pEngine->pStrict->endDocumentType();
+        return;
+    }
     _pEngine->header.endDocumentType();
     _pEngine->constructs().pop();
 }
 
 void FastInfosetWriter::notationDecl(const std::string& name, const std::string* publicId,
                                      const std::string* systemId) {
-    _pEngine->constructs().requireUninitialized();
-    _pEngine->header.add(Notation(name, valueOrEmpty(publicId), valueOrEmpty(systemId)));
+    Notation notation(name, valueOrEmpty(publicId), valueOrEmpty(systemId));
+    if (StrictEvents* const pStrict = _pEngine->goOn()) {
+        pStrict->requireNotation(notation);
+    } else {
+        _pEngine->constructs().requireUninitialized();
+    }
+    _pEngine->header.add(std::move(notation));
 }
 
 void FastInfosetWriter::unparsedEntityDecl(const std::string& name, const std::string* publicId,
                                            const std::string& systemId, const std::string& notationName) {
-    _pEngine->constructs().requireUninitialized();
-    _pEngine->header.add(UnparsedEntity(name, valueOrEmpty(publicId), systemId, notationName));
+    UnparsedEntity entity(name, valueOrEmpty(publicId), systemId, notationName);
+    if (StrictEvents* const pStrict = _pEngine->goOn()) {
+        pStrict->requireUnparsedEntity(entity);
+    } else {
+        _pEngine->constructs().requireUninitialized();
+    }
+    _pEngine->header.add(std::move(entity));
 }
 
 // ---- typed data
@@ -364,7 +535,9 @@ void FastInfosetWriter::insertValue(const T& value) {
 }
 
 void FastInfosetWriter::binaryData(const char* data, std::size_t size) {
-    insertEncoding(AutoPtr<Encoding>(new DWordEncoding(data, size)));
+    if (size != 0 || !isStrict()) { // else there is nothing to write
+        insertEncoding(AutoPtr<Encoding>(new DWordEncoding(data, size)));
+    }
 }
 
 void FastInfosetWriter::binaryData(std::span<const std::byte> octets) {
@@ -402,9 +575,13 @@ void FastInfosetWriter::encodedData(const UUID& value) {
 }
 
 void FastInfosetWriter::insertEncoding(const AutoPtr<Encoding>& encoding) {
+    if (_pEngine->pStrict) {
+        _pEngine->pStrict->requireTypedData(*encoding);
+    }
     std::vector<AutoPtr<Encoding>>& waiting = _pEngine->encodedData;
     if (waiting.empty() || !waiting.back()->merge(*encoding)) {
         waiting.push_back(encoding);
+        _pEngine->heed |= Engine::WAITING;
     }
 }
 

@@ -1,5 +1,7 @@
 #include "HeaderWriter.h"
+#include "LegalStrings.h"
 #include "Tamo/FastInfoset/Encoder.h"
+#include "VocabularyWriter.h"
 
 namespace Tamo::FastInfoset {
 
@@ -11,7 +13,87 @@ void HeaderWriter::setExternalVocabulary(const std::string& uri, const DocumentV
 void HeaderWriter::reset() noexcept {
     _notations.clear();
     _unparsedEntities.clear();
+    _properties = Properties();
 }
+
+// ---- the strict mode
+
+void HeaderWriter::prepareStrict(const std::vector<std::string>& algorithms) {
+    if (!VocabularyWriter::isSearchable(_vocabulary)) {
+        _vocabulary = VocabularyWriter::searchable(_vocabulary);
+    }
+    _refersToExternal =
+        !_externalVocabularyURI.empty() && VocabularyWriter::beginsWith(_vocabulary, *_pExternalVocabulary);
+    if (_refersToExternal) {
+        LegalStrings::requireText("the URI of the external vocabulary", _externalVocabularyURI);
+        LegalStrings::requireSize("the URI of the external vocabulary", _externalVocabularyURI.size());
+    } else {
+        _vocabulary.algorithms().setFirstIndex(DocumentAlgorithms::FIRST);
+    }
+    for (const std::string& uri : algorithms) {
+        if (!uri.empty() && _vocabulary.algorithms().indexOf(uri) == 0) {
+            _vocabulary.algorithms().add(uri);
+        }
+    }
+    _announces = !_vocabulary.isPredefined() || !_vocabulary.algorithms().uris().empty();
+    if (_announces) {
+        VocabularyWriter(_vocabulary, base()).require();
+    }
+}
+
+// What the header need not announce.
+const DocumentVocabulary& HeaderWriter::base() const {
+    return _refersToExternal ? *_pExternalVocabulary : VocabularyWriter::predefined();
+}
+
+void HeaderWriter::writeStrict() {
+    const VocabularyWriter vocabulary(_vocabulary, base());
+    const bool hasInitialVocabulary = _refersToExternal || (_announces && !vocabulary.isEmpty());
+    Encoder::documentPreHeader(_writer, _writeXMLDeclaration);
+    _writer.write(!_properties.additionalData.empty());
+    _writer.write(hasInitialVocabulary);
+    _writer.write(!_notations.empty());
+    _writer.write(!_unparsedEntities.empty());
+    _writer.write(_properties.encodingScheme.has_value());
+    _writer.write(_properties.isStandalone.has_value());
+    _writer.write(_properties.version.has_value());
+    if (!_properties.additionalData.empty()) {
+        writeAdditionalData();
+    }
+    if (hasInitialVocabulary) {
+        vocabulary.write(_writer, _refersToExternal ? _externalVocabularyURI : std::string());
+    }
+    if (!_notations.empty()) {
+        writeNotations();
+    }
+    if (!_unparsedEntities.empty()) {
+        writeUnparsedEntities();
+    }
+    if (_properties.encodingScheme) {
+        _writer.write(false);
+        Encoder::nonEmptyOctetString(_writer, *_properties.encodingScheme);
+    }
+    if (_properties.isStandalone) {
+        _writer.write(*_properties.isStandalone ? 1u : 0u, 8);
+    }
+    if (_properties.version) {
+        OctetComposer octets(_writer);
+        _strings.write(octets, *_properties.version, DocumentVocabulary::OTHER_STRING);
+        octets.flush();
+    }
+}
+
+void HeaderWriter::writeAdditionalData() {
+    Encoder::countOfItems(_writer, _properties.additionalData.size());
+    OctetComposer octets(_writer);
+    for (const auto& [id, data] : _properties.additionalData) {
+        octets.stringAtPosition1(0, id);
+        octets.stringAtPosition1(0, data);
+    }
+    octets.flush();
+}
+
+// ---- the default
 
 // Additional data, an encoding scheme, standalone and a version are never written.
 void HeaderWriter::write() {

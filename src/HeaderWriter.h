@@ -7,7 +7,9 @@
 #include "Tamo/FastInfoset/Notation.h"
 #include "Tamo/FastInfoset/UnparsedEntity.h"
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Tamo::FastInfoset {
@@ -17,6 +19,14 @@ namespace Tamo::FastInfoset {
 /// one thread at a time.
 class HeaderWriter {
 public:
+    /// The properties of a document, which the strict mode writes (X.891, C.2.4 and C.2.8 to C.2.10).
+    struct Properties {
+        std::vector<std::pair<std::string, std::string>> additionalData; ///< identifiers and octets
+        std::optional<std::string> encodingScheme;
+        std::optional<bool> isStandalone;
+        std::optional<std::string> version;
+    };
+
     /// Writes with what writes the strings of the same document.
     HeaderWriter(StringWriter& strings, bool writeXMLDeclaration) noexcept
         : _writer(strings.writer()),
@@ -39,11 +49,22 @@ public:
     void add(Notation&& notation) { _notations.push_back(std::move(notation)); }
     void add(UnparsedEntity&& entity) { _unparsedEntities.push_back(std::move(entity)); }
 
-    /// Forgets notations and unparsed entities.
+    Properties& properties() noexcept { return _properties; }
+
+    /// Forgets notations, unparsed entities and properties.
     void reset() noexcept;
 
     /// Writes the header.
     void write();
+
+    /// Prepares a document of the strict mode: makes its vocabulary searchable and decides whether the header
+    /// refers to the external vocabulary, with whose entries the document's tables begin then. The algorithms
+    /// with these URIs are declared, the empty ones aside. What cannot be announced throws, see
+    /// VocabularyWriter.
+    void prepareStrict(const std::vector<std::string>& algorithms);
+
+    /// Writes the header that has been prepared, by the letter (X.891, C.2).
+    void writeStrict();
 
     /// Writes the beginning of the document type declaration, whose identifiers may be empty.
     void startDocumentType(const std::string& publicId, const std::string& systemId);
@@ -63,6 +84,8 @@ private:
     void writeNotations();
     void writeUnparsedEntities();
     void writeIdentifier(const std::string& identifier);
+    const DocumentVocabulary& base() const;
+    void writeAdditionalData();
 
     ConstructWriter& _writer;
     DocumentVocabulary& _vocabulary;
@@ -72,6 +95,9 @@ private:
     std::string _externalVocabularyURI;
     std::vector<Notation> _notations;
     std::vector<UnparsedEntity> _unparsedEntities;
+    Properties _properties;
+    bool _refersToExternal = false; // of the header that is being prepared
+    bool _announces = false;        // that the vocabulary is not the predefined one
 };
 
 } // namespace Tamo::FastInfoset

@@ -78,13 +78,18 @@ unsigned int NameWriter::write(OctetComposer& octets, NameKind kind, unsigned in
     }
     if (!uri.empty()) {
         uriId = _strings.writeIdentifying(octets, uri, DocumentVocabulary::NAMESPACE_NAME, uriKey, foundUri);
-        if (!isRecent && _strings.vocabulary().indexedVocabulary(DocumentVocabulary::NAMESPACE_NAME)) {
+        if (!isRecent && uriId != NOT_FOUND &&
+            _strings.vocabulary().indexedVocabulary(DocumentVocabulary::NAMESPACE_NAME)) {
             _recentNamespace = uri;
             _recentNamespaceIndex = uriId;
         }
     }
     const unsigned int localNameId =
         _strings.writeIdentifying(octets, localName, DocumentVocabulary::LOCAL_NAME, localKey, local);
+    if (_strings.isStrict() && (prefixId == NOT_FOUND || uriId == NOT_FOUND || localNameId == NOT_FOUND ||
+                                _strings.vocabulary().names(kind).size() >= MOST_ENTRIES)) [[unlikely]] {
+        return NOT_FOUND;
+    }
     return enter(kind, QualifiedNameEntry(prefixId, uriId, localNameId), !areKnown);
 }
 

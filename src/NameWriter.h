@@ -42,7 +42,8 @@ public:
     void startDocument();
 
     /// Writes a name at bit position 2 (an element's, X.891, C.18) or 1 (an attribute's, C.17) behind the
-    /// high bits of the octet; returns its index. The name must have a local name, the assertion says so.
+    /// high bits of the octet; returns its index, in the strict mode NOT_FOUND for one that finds no place in
+    /// its table, or has a part without index. The name must have a local name, the assertion says so.
     unsigned int write(OctetComposer& octets, NameKind kind, unsigned int high, const std::string& prefix,
                        const std::string& uri, const std::string& localName);
 

@@ -4,6 +4,8 @@
 #include "Tamo/Bugcheck.h"
 #include "Tamo/XML/NamespaceSupport.h"
 #include <cstddef>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace Tamo::FastInfoset {
@@ -15,7 +17,7 @@ namespace Tamo::FastInfoset {
 /// without by settle(), before anything else is done with those.
 class OpenConstructs {
 public:
-    enum State { UNINITIALIZED, DOCUMENT, ELEMENT, CDATA, DTD };
+    enum State { UNINITIALIZED, DOCUMENT, ELEMENT, CDATA, DTD, ELEMENT_WITH_BINDINGS };
 
     OpenConstructs() {
         _states.reserve(16); // as deep as most documents are
@@ -29,10 +31,12 @@ public:
     void reset() {
         _states.assign(1, UNINITIALIZED);
         _plainElements = 0;
+        _hasOwnBindings = false;
     }
 
     void startDocument() {
         push(DOCUMENT);
+        _hasOwnBindings = false;
         _namespaces.reset();
         _namespaces.pushContext();
     }
@@ -50,14 +54,48 @@ public:
     void startPlainElement() noexcept { ++_plainElements; }
 
     /// Begins one that has a context of its own, which has been pushed.
-    void startDeclaringElement() { _states.push_back(ELEMENT); }
+    void startDeclaringElement() {
+        _states.push_back(std::exchange(_hasOwnBindings, false) ? ELEMENT_WITH_BINDINGS : ELEMENT);
+    }
+
+    /// Opens the context in which the next element declares what it does not share with the ones behind it,
+    /// unless it is open: in the strict mode. What the element contains has another one above it.
+    void openOwnBindings() {
+        settle();
+        if (!_hasOwnBindings) {
+            _namespaces.pushContext();
+            _hasOwnBindings = true;
+        }
+    }
+
+    /// Forgets what has been declared there, if it is open.
+    void dropOwnBindings() {
+        if (_hasOwnBindings) {
+            _hasOwnBindings = false;
+            _namespaces.popContext();
+        }
+    }
+
+    /// Takes back one declaration of it.
+    void undeclareOwn(const std::string& prefix) {
+        if (_hasOwnBindings) {
+            _namespaces.undeclarePrefix(prefix);
+            if (_namespaces.declaresNothing()) {
+                dropOwnBindings();
+            }
+        }
+    }
 
     TAMO_ALWAYS_INLINE void endElement() {
         if (_plainElements != 0) [[likely]] {
             --_plainElements;
         } else {
+            const bool hadBindings = !_states.empty() && _states.back() == ELEMENT_WITH_BINDINGS;
             pop();
             _namespaces.popContext();
+            if (hadBindings) {
+                _namespaces.popContext();
+            }
         }
     }
 
@@ -71,6 +109,9 @@ public:
         tamo_assert(!_states.empty());
         _states.pop_back();
     }
+
+    /// Whether nothing has begun, or all has ended.
+    bool isNothingOpen() const noexcept { return _plainElements == 0 && _states.size() <= 1; }
 
     /// Nothing has begun.
     void requireUninitialized() {
@@ -99,6 +140,7 @@ private:
 
     std::vector<State> _states;
     std::size_t _plainElements = 0; // the innermost elements
+    bool _hasOwnBindings = false;   // the innermost context is the next element's
     XML::NamespaceSupport _namespaces;
 };
 

@@ -2,39 +2,60 @@
 #include "Position.h"
 #include "Tamo/FastInfoset/BoolEncoding.h"
 #include "Tamo/FastInfoset/CDataEncoding.h"
+#include "Tamo/FastInfoset/DWordEncoding.h"
 #include "Tamo/FastInfoset/DoubleEncoding.h"
 #include "Tamo/FastInfoset/Encoder.h"
 #include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/FloatEncoding.h"
+#include "Tamo/FastInfoset/HexEncoding.h"
 #include "Tamo/FastInfoset/IntEncoding.h"
 #include "Tamo/FastInfoset/LongEncoding.h"
 #include "Tamo/FastInfoset/NullEncoding.h"
 #include "Tamo/FastInfoset/ShortEncoding.h"
 #include "Tamo/FastInfoset/UUIDEncoding.h"
 #include "TextPieces.h"
+#include <sstream>
+#include <type_traits>
 #include <typeinfo>
 
 namespace Tamo::FastInfoset {
 
 namespace {
 
-// Whether a value is of one of this library's classes of arrays, and of none derived from them.
-bool isBuiltInArray(const Encoding& value) {
+// Whether a value is of a class, and of none derived from it; gives the octets that its array takes.
+template<class E>
+bool isArray(const Encoding& value, std::size_t& size) {
+    if (typeid(value) != typeid(E)) {
+        return false;
+    }
+    const auto& array = static_cast<const E&>(value);
+    if constexpr (requires { array.values(); }) {
+        size = array.values().size();
+        using Value = typename std::remove_cvref_t<decltype(array.values())>::value_type;
+        size = std::is_same_v<Value, bool> ? size / 8 + (size != 0 ? 1 : 0) : size * sizeof(Value);
+    } else {
+        size = array.content().size();
+    }
+    return true;
+}
+
+// The same for all of this library's classes of arrays.
+bool isBuiltInArray(const Encoding& value, std::size_t& size) {
     switch (value.type()) {
     case ShortEncoding::TYPE:
-        return typeid(value) == typeid(ShortEncoding);
+        return isArray<ShortEncoding>(value, size);
     case IntEncoding::TYPE:
-        return typeid(value) == typeid(IntEncoding);
+        return isArray<IntEncoding>(value, size);
     case LongEncoding::TYPE:
-        return typeid(value) == typeid(LongEncoding);
+        return isArray<LongEncoding>(value, size);
     case BoolEncoding::TYPE:
-        return typeid(value) == typeid(BoolEncoding);
+        return isArray<BoolEncoding>(value, size);
     case FloatEncoding::TYPE:
-        return typeid(value) == typeid(FloatEncoding);
+        return isArray<FloatEncoding>(value, size);
     case DoubleEncoding::TYPE:
-        return typeid(value) == typeid(DoubleEncoding);
+        return isArray<DoubleEncoding>(value, size);
     case UUIDEncoding::TYPE:
-        return typeid(value) == typeid(UUIDEncoding);
+        return isArray<UUIDEncoding>(value, size);
     default:
         return false;
     }
@@ -56,9 +77,10 @@ unsigned int StringWriter::writeIdentifying(OctetComposer& octets, const std::st
         found = findOrAdd(id, s);
     }
     const bool isKnown = found.index != NOT_FOUND;
-    const unsigned int index = isKnown  ? static_cast<unsigned int>(found.index)
-                               : pTable ? pTable->append(s, key, found)
-                                        : static_cast<unsigned int>(found.place);
+    const bool isFull = _strict && pTable && pTable->values().size() > Forms::MOST_INTEGER;
+    const unsigned int index = isKnown || isFull ? static_cast<unsigned int>(found.index)
+                               : pTable          ? pTable->append(s, key, found)
+                                                 : static_cast<unsigned int>(found.place);
     if (isKnown && OctetComposer::fitsPosition1(index)) {
         octets.integerAtPosition1(Forms::STRING_INDEX, index);
     } else if (!isKnown && !s.empty()) {
@@ -76,6 +98,12 @@ unsigned int StringWriter::writeIdentifying(OctetComposer& octets, const std::st
 }
 
 unsigned int StringWriter::writeIdentifying(const std::string& s, ID id) {
+    if (_strict) {
+        OctetComposer octets(_writer);
+        const unsigned int index = writeIdentifying(octets, s, id);
+        octets.flush();
+        return index;
+    }
     bool found = false;
     const unsigned int index = _vocabulary.index(id, s, found);
     requirePosition(_writer.bitPos() == 0, found ? "Illegal startposition for an writeIdentifyingStringIndex"
@@ -99,7 +127,7 @@ void StringWriter::requireIdentifying(const std::string& s, ID id) {
         throwTooLong(s.size(), Forms::LengthAt1::MOST);
     }
     const Vocabulary<std::string>& table = _vocabulary.vocabulary(id);
-    if (table.size() > Forms::MOST_INTEGER) [[unlikely]] {
+    if (table.size() > Forms::MOST_INTEGER && !_strict) [[unlikely]] {
         bool found = false;
         table.exists(s, found);
         if (!found) {
@@ -165,6 +193,23 @@ void StringWriter::writeLiteral(OctetComposer& octets, std::string_view text, bo
     }
 }
 
+void StringWriter::writeComment(std::string_view text) {
+    _writer.complete(false);
+    OctetComposer octets(_writer);
+    octets.octet(Forms::COMMENT);
+    write(octets, text, DocumentVocabulary::OTHER_STRING);
+    octets.flush();
+}
+
+void StringWriter::writeInstruction(const std::string& target, const std::string& data) {
+    _writer.complete(false);
+    OctetComposer octets(_writer);
+    octets.octet(Forms::PROCESSING_INSTRUCTION);
+    writeIdentifying(octets, target, DocumentVocabulary::OTHER_NCNAME);
+    write(octets, data, DocumentVocabulary::OTHER_STRING);
+    octets.flush();
+}
+
 // In a table of another kind, which decides by itself what it has: a string that is not there is added at
 // once, and its place is its index. Entries beyond those that an index can name are not added.
 StringWriter::Found StringWriter::findOrAdd(ID id, std::string_view text) {
@@ -218,6 +263,12 @@ bool StringWriter::addChunk(std::string_view text, HashKey key, Found notFound) 
     }
 }
 
+TAMO_ALWAYS_INLINE void StringWriter::writeCDataChunk(OctetComposer& octets, std::string_view text,
+                                                      bool added) {
+    octets.octet(Forms::CHARACTERS | Forms::CHARACTERS_FORM | (added ? Forms::CHARACTERS_ADDED : 0));
+    octets.stringAtPosition6((CDataEncoding::TYPE - 1) << 2, text);
+}
+
 TAMO_ALWAYS_INLINE void StringWriter::writeLiteralChunk(OctetComposer& octets, std::string_view text,
                                                         bool added) {
     if (text.empty()) [[unlikely]] {
@@ -225,8 +276,7 @@ TAMO_ALWAYS_INLINE void StringWriter::writeLiteralChunk(OctetComposer& octets, s
         _writer.write(added ? 0x24u : 0x20u, 6);
         Encoder::nonEmptyOctetString(_writer, std::string()); // throws
     } else if (_constructs.isInCData()) {
-        octets.octet(Forms::CHARACTERS | Forms::CHARACTERS_FORM | (added ? Forms::CHARACTERS_ADDED : 0));
-        octets.stringAtPosition6((CDataEncoding::TYPE - 1) << 2, text);
+        writeCDataChunk(octets, text, added);
     } else {
         octets.stringAtPosition6(Forms::CHARACTERS | (added ? Forms::CHARACTERS_ADDED : 0), text);
     }
@@ -235,7 +285,8 @@ TAMO_ALWAYS_INLINE void StringWriter::writeLiteralChunk(OctetComposer& octets, s
 void StringWriter::writeTypedChunk(Encoding& value) {
     // The built-in arrays are written from their values: where nobody can see it their text would be built
     // for nothing.
-    if (value.referenceCount() != 1 || !isBuiltInArray(value)) {
+    std::size_t size = 0;
+    if (value.referenceCount() != 1 || !isBuiltInArray(value, size)) {
         value.createContent();
     }
     if (value.type() == CDataEncoding::TYPE) {
@@ -271,6 +322,76 @@ void StringWriter::writeTyped(const Encoding& value) {
         Encoder::integer(_writer, value.type());
         value.write(_writer);
     }
+}
+
+// ---- the strict mode
+
+void StringWriter::writeOtherLegalText(std::string_view text) {
+    LegalStrings::requireText(TEXT, text);
+    TextPieces::forEach(text,
+                        [this](std::string_view piece) { writeChunk(_writer.startConstruct(), piece); });
+}
+
+void StringWriter::writeCDataText(std::string_view text) {
+    LegalStrings::requireText(TEXT, text);
+    TextPieces::forEach(text, [this](std::string_view piece) {
+        OctetComposer octets(_writer, _writer.startConstruct());
+        writeCDataChunk(octets, piece, false);
+        octets.flush();
+    });
+}
+
+void StringWriter::writeFormedChunk(DocumentVocabulary::CharacterStringForm form, unsigned int index,
+                                    std::string_view octets) {
+    LegalStrings::requireSize("a character chunk", octets.size());
+    if (octets.empty()) {
+        return;
+    }
+    OctetComposer composer(_writer, _writer.startConstruct());
+    // The index begins in the last two bits of the first octet.
+    composer.octet(Forms::CHARACTERS | static_cast<unsigned int>(form) << 2 | (index - 1) >> 6);
+    composer.stringAtPosition6(((index - 1) & 0x3F) << 2, octets);
+    composer.flush();
+}
+
+void StringWriter::writeTypedChunk(Encoding& value, unsigned int algorithm) {
+    std::size_t size = 0;
+    const bool isOwn = algorithm == value.type();
+    if (isOwn && algorithm == NullEncoding::TYPE) {
+        writeLegalText(value.content());
+    } else if (isOwn && algorithm == CDataEncoding::TYPE) {
+        writeCDataText(value.content());
+    } else if (isOwn && (typeid(value) == typeid(HexEncoding) || typeid(value) == typeid(DWordEncoding))) {
+        writeFormedChunk(DocumentVocabulary::ENCODINGALGORITHM, algorithm, value.content());
+    } else if (isOwn && isBuiltInArray(value, size)) {
+        LegalStrings::requireSize("an array", size);
+        if (size != 0) {
+            _writer.complete(false);
+            _writer.write(0x02u, 2);
+            writeTyped(value);
+        }
+    } else {
+        value.createContent();
+        writeApplicationChunk(algorithm, [&value](BitStreamWriter& writer) { value.write(writer); });
+    }
+}
+
+void StringWriter::writeApplicationChunk(unsigned int algorithm,
+                                         const std::function<void(BitStreamWriter&)>& write) {
+    // Of what an application writes nothing is known before it is there.
+    std::ostringstream octets;
+    {
+        BitStreamWriter bits(octets, false);
+        bits.write((Forms::CHARACTERS | DocumentVocabulary::ENCODINGALGORITHM << 2) >> 2, 6);
+        Encoder::integer(bits, algorithm);
+        write(bits);
+        if (bits.bitPos() != 0) {
+            throw FISEncodingException("Cannot write a value by the algorithm " + std::to_string(algorithm) +
+                                       ": its encoding ends within an octet");
+        }
+    }
+    _writer.complete(false);
+    _writer.write(octets.str());
 }
 
 } // namespace Tamo::FastInfoset

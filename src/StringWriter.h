@@ -2,6 +2,7 @@
 #define TAMO_FASTINFOSET_STRINGWRITER_H
 
 #include "ConstructWriter.h"
+#include "LegalStrings.h"
 #include "OctetComposer.h"
 #include "OpenConstructs.h"
 #include "Tamo/AutoPtr.h"
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -49,9 +51,15 @@ public:
     /// The length in octets up to which strings are entered; negative: all are.
     void setMaxIndexedLength(int length) noexcept { _maxIndexedLength = length; }
 
+    /// Whether documents are written by the letter: what would be refused because a table is full is then
+    /// written literally and not entered (X.891, 7.13.7), and chunks are checked.
+    void setStrict(bool strict) noexcept { _strict = strict; }
+    bool isStrict() const noexcept { return _strict; }
+
     // ---- identifying strings, entered whatever their length
 
-    /// Writes one at bit position 0 (X.891, C.13); returns its index.
+    /// Writes one at bit position 0 (X.891, C.13); returns its index, in the strict mode NOT_FOUND where it
+    /// finds no place in its table.
     unsigned int writeIdentifying(OctetComposer& octets, const std::string& s, ID id);
 
     /// The same for a string whose key and place are known.
@@ -92,6 +100,10 @@ public:
 
     /// Writes one at bit position 0 (X.891, C.14).
     void write(OctetComposer& octets, std::string_view text, ID id);
+
+    /// Writes the constructs of a comment and of a processing instruction.
+    void writeComment(std::string_view text);
+    void writeInstruction(const std::string& target, const std::string& data);
 
     /// Writes the value of an attribute, outside of CDATA sections.
     TAMO_ALWAYS_INLINE void writeAttributeValue(OctetComposer& octets, const std::string& value) {
@@ -141,10 +153,43 @@ public:
     /// Writes a typed value as a chunk, on an octet boundary.
     void writeTypedChunk(Encoding& value);
 
+    // ---- character chunks of the strict mode, which begin their construct once nothing is to be refused
+
+    /// Writes text as one chunk or more: that is indexed as usual, or literally as part of a CDATA section.
+    TAMO_ALWAYS_INLINE void writeLegalText(std::string_view text) {
+        if (!isIndexed(text.size()) || !HashKey::isExact(text.size())) {
+            writeOtherLegalText(text);
+            return;
+        }
+        const HashKey key = HashKey::of(text);
+        const Found chunk = find(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, text, key);
+        if (chunk.index == NOT_FOUND) {
+            LegalStrings::requireText(TEXT, text);
+        }
+        writeFoundChunk(_writer.startConstruct(), text, key, chunk);
+    }
+    void writeCDataText(std::string_view text);
+
+    /// Writes octets as a chunk of a form, RESTRICTEDALPHABET or ENCODINGALGORITHM, by the alphabet or
+    /// algorithm with an index.
+    void writeFormedChunk(DocumentVocabulary::CharacterStringForm form, unsigned int index,
+                          std::string_view octets);
+
+    /// Writes a typed value by the algorithm with an index, which is its own unless it is an application's.
+    void writeTypedChunk(Encoding& value, unsigned int algorithm);
+
+    /// Writes by the algorithm with an index what write(writer) appends to the first bits of the chunk: its
+    /// length and octets.
+    void writeApplicationChunk(unsigned int algorithm, const std::function<void(BitStreamWriter&)>& write);
+
 private:
     /// A chunk that is short enough for its table.
     TAMO_ALWAYS_INLINE void writeShortChunk(std::streambuf* pBuf, std::string_view text, HashKey key) {
-        const Found chunk = find(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, text, key);
+        writeFoundChunk(pBuf, text, key, find(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, text, key));
+    }
+
+    TAMO_ALWAYS_INLINE void writeFoundChunk(std::streambuf* pBuf, std::string_view text, HashKey key,
+                                            Found chunk) {
         if (OctetComposer::fitsPosition3(chunk.index) && pBuf) [[likely]] {
             PutArea::put(*pBuf, [=](char* p) {
                 return OctetComposer::integerAtPosition3(p, Forms::CHARACTERS | Forms::CHARACTERS_INDEX,
@@ -155,12 +200,16 @@ private:
         }
     }
 
+    static constexpr const char* TEXT = "text";
+
+    void writeOtherLegalText(std::string_view text);
     void write(OctetComposer& octets, std::string_view text, ID id, HashKey key, Found string);
     void writeLiteral(OctetComposer& octets, std::string_view text, bool added);
     void writeIdentifyingIndex(unsigned int index);
     void writeChunk(std::streambuf* pBuf, std::string_view text);
     void writeNewChunk(std::streambuf* pBuf, std::string_view text, HashKey key, Found chunk);
     void writeLiteralChunk(OctetComposer& octets, std::string_view text, bool added);
+    void writeCDataChunk(OctetComposer& octets, std::string_view text, bool added);
     bool addChunk(std::string_view text, HashKey key, Found notFound);
     void writeTyped(const Encoding& value);
 
@@ -196,6 +245,7 @@ private:
     DocumentVocabulary _vocabulary;
     OpenConstructs _constructs;
     int _maxIndexedLength = 16;
+    bool _strict = false;
 };
 
 } // namespace Tamo::FastInfoset

@@ -104,16 +104,25 @@ void toCursor(const std::string& document, Cost& cost) {
     }
 }
 
-void toFastInfoset(const std::string& document, Cost& cost) {
+void reencode(const std::string& document, Cost& cost, bool strict) {
     CountingBuf buf;
     std::ostream out(&buf);
     FastInfosetWriter writer(out, false, DocumentVocabulary::VOC_MAP);
+    writer.setStrict(strict);
     NoVocabularies loader;
     FastInfosetParser parser(DocumentVocabulary::VOC_MAP);
     parser.setExternalVocabularyLoader(&loader);
     parser.initialize(&writer);
     cost.failure = failureOf([&] { parser.parseMemoryNP(document.data(), document.size()); });
     cost.octets = buf.octets;
+}
+
+void toFastInfoset(const std::string& document, Cost& cost) {
+    reencode(document, cost, false);
+}
+
+void toStrictFastInfoset(const std::string& document, Cost& cost) {
+    reencode(document, cost, true);
 }
 
 void toXML(const std::string& document, Cost& cost) {
@@ -154,9 +163,13 @@ const struct Way {
     bool isXML;
     bool isHandler;
     void (*go)(const std::string& document, Cost& cost);
-} WAYS[] = {{"parser", false, true, toHandler},          {"cursor", false, false, toCursor},
-            {"re-encoded", false, false, toFastInfoset}, {"to XML", false, false, toXML},
-            {"SAX parser", true, true, xmlToHandler},    {"to Fast Infoset", true, false, xmlToFastInfoset},
+} WAYS[] = {{"parser", false, true, toHandler},
+            {"cursor", false, false, toCursor},
+            {"re-encoded", false, false, toFastInfoset},
+            {"re-encoded strictly", false, false, toStrictFastInfoset},
+            {"to XML", false, false, toXML},
+            {"SAX parser", true, true, xmlToHandler},
+            {"to Fast Infoset", true, false, xmlToFastInfoset},
             {"XML again", true, false, xmlToXML}};
 
 // What is held beside the octets of the document themselves.

@@ -44,6 +44,10 @@ public:
     /// Writes a count of items (1 to 2^20) on an octet boundary (X.891, C.21). Deliberate: counts above 128
     /// are written in a long form whose first bit is 0; documents rely on counts of at most 128 only.
     static void lengthOfSequence(BitStreamWriter& aWriter, unsigned int len);
+
+    /// Writes a count of items (1 to 2^20) on an octet boundary as X.891, C.21 has it: above 128 behind 1000
+    /// in 20 bits. For the strict mode.
+    static void countOfItems(BitStreamWriter& aWriter, std::size_t count);
 };
 
 } // namespace Tamo::FastInfoset

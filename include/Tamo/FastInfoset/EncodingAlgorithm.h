@@ -33,6 +33,10 @@ public:
     /// "Invalid encoding defined".
     void encode(unsigned int index, BitStreamWriter& writer, const std::string& text) const;
 
+    /// The octets that the encoding of text by algorithm index takes; 0 or less when it cannot be encoded, or
+    /// the index is not in use.
+    int check(unsigned int index, const std::string& text) const;
+
     /// The algorithm that encodes text in the fewest octets, the lower index of equals; 0 when none can.
     unsigned int findEncoding(const std::string& text) const;
 

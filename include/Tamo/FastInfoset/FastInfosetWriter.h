@@ -26,6 +26,8 @@ class Attributes;
 
 namespace Tamo::FastInfoset {
 
+class StrictEvents;
+
 /// The narrowest type of FISContentHandler's integers that holds all values of the integer type T.
 template<class T>
 using NarrowestOf = std::conditional_t<
@@ -101,10 +103,12 @@ public:
     /// The same as characters.
     void ignorableWhitespace(const char ch[], int start, int length) override;
     void processingInstruction(const std::string& target, const std::string& data) override;
-    /// Binds a prefix for the next element; the prefix "xml" is left out.
+    /// Binds a prefix for the next element, in the strict mode for that and what it contains alone; the
+    /// prefix "xml" is left out.
     void startPrefixMapping(const std::string& prefix, const std::string& uri) override;
+    /// In the strict mode bindings end with their element.
     void endPrefixMapping(const std::string& prefix) override;
-    /// Nothing is written.
+    /// Writes an unexpanded entity reference (X.891, 7.8) in the strict mode; else nothing.
     void skippedEntity(const std::string& name) override;
     ~FastInfosetWriter() override;
 
@@ -130,7 +134,8 @@ public:
     void encodedData(T*) = delete; // text goes to characters(), octets to binaryData(), arrays as a std::span
     void encodedData(std::nullptr_t) = delete;
 
-    /// The strict mode writes the chunk as it is, by its algorithm.
+    /// The strict mode writes the chunk as it is, by its algorithm, which the document must declare when it
+    /// is no built-in one. False, and nothing written, else: the values are expected one by one.
     bool startTypedChunk(const TypedChunk& chunk) override;
     void endTypedChunk() override;
 
@@ -146,27 +151,35 @@ public:
     void endEntity(const std::string& name) override;
 
     /// Declarations for the header; after startDocument they fail the assertion "_states.back() ==
-    /// UNINITIALIZED".
+    /// UNINITIALIZED". In the strict mode they are possible up to the root element.
     void notationDecl(const std::string& name, const std::string* publicId,
                       const std::string* systemId) override;
     void unparsedEntityDecl(const std::string& name, const std::string* publicId, const std::string& systemId,
                             const std::string& notationName) override;
 
-    /// Replaces the document's vocabulary by a copy; one of kind VOC_VECTOR throws InvalidArgumentException.
+    /// Replaces the document's vocabulary by a copy; one of kind VOC_VECTOR throws InvalidArgumentException,
+    /// unless the mode is strict, which makes tables of kind VOC_MAP of all others.
     void setDocumentVocabulary(const DocumentVocabulary& vocabulary) override;
     /// The document's vocabulary itself, which may be filled before startDocument. Deliberate: the header can
     /// announce up to 128 entries each of the tables of prefixes, namespace names, local names, NCNames and
     /// URIs; prepared attribute values, character chunks, other strings and names cannot be written
-    /// (startDocument throws) unless they belong to the external vocabulary.
+    /// (startDocument throws) unless they belong to the external vocabulary. The strict mode writes all of
+    /// them, in their order, with the algorithms that are declared here, and refuses what has no form.
     DocumentVocabulary& getDocumentVocabulary() override;
     const DocumentVocabulary& getDocumentVocabulary() const override;
     /// Whether the document starts with an XML declaration.
     void setWriteXMLDeclaration(bool flag) override;
     /// Makes the header refer to an external vocabulary and announce only what the document's vocabulary
-    /// holds beyond it. Build the writer over a copy of the same vocabulary, so that its entries are used.
+    /// holds beyond it. Build the writer over a copy of the same vocabulary, so that its entries are used. In
+    /// the strict mode empty tables become a copy at once, and the header refers to it only when the
+    /// document's tables begin with its entries.
     void setExternalVocabulary(const std::string& uri, const DocumentVocabulary& vocabulary) override;
 
-    /// The document's properties, for the header; before startDocument, in the strict mode only.
+    /// Makes a copy of the vocabulary that with which this and all later documents begin; the header refers
+    /// to it by its URI, or announces it when it has none. Between documents; see setDocumentVocabulary.
+    void useVocabulary(const DocumentVocabulary& vocabulary);
+
+    /// The document's properties, for the header; before the root element, in the strict mode only.
     void additionalData(const std::string& id, std::span<const std::byte> data) override;
     void characterEncodingScheme(const std::string& scheme) override;
     void standalone(bool isStandalone) override;
@@ -174,6 +187,10 @@ public:
 
     /// Whether documents are written by the letter of ITU-T X.891 (docs/conformance.md), and events that make
     /// no document are refused. False at first; to be set between documents, else InvalidAccessException.
+    ///
+    /// A refused event throws FISEncodingException, which names it, before anything of it is written, and may
+    /// be left out. What stands before the root element is held back until that begins. A document that
+    /// begins behind another one begins as after reset().
     void setStrict(bool flag);
     bool isStrict() const noexcept;
 
@@ -182,6 +199,11 @@ public:
 
     void characters(std::string_view text);
     void characters(const char* text) { characters(std::string_view(text)); }
+
+    /// Writes text in the restricted alphabet with an index: 1 numeric, 2 date and time, from 16 on those of
+    /// the vocabulary. A character that it does not have throws FISEncodingException, as does an index
+    /// without alphabet; in another mode than the strict one InvalidAccessException.
+    void characters(std::string_view text, unsigned int alphabet);
 
     /// Writes a comment.
     void comment(std::string_view text);
@@ -217,10 +239,20 @@ public:
     /// The length in octets up to which strings are added to their tables (16); negative: all strings.
     void setMaxIndexedStringLength(int length);
 
-    /// Adds typed data, merged into the value before it when that is of the same kind.
+    /// Adds typed data, merged into the value before it when that is of the same kind. In the strict mode a
+    /// value of an application's algorithm is written with the index of the URI under which that is
+    /// registered.
     void insertEncoding(const AutoPtr<Encoding>& encoding);
 
-    /// The table of algorithms, to which an application adds its own.
+    /// Writes a value as a chunk of its own, by the algorithm that the document declares by a URI; and the
+    /// same with what is registered in encodingAlgorithms() for text. In the strict mode, else
+    /// InvalidAccessException; a URI that is not declared, and text that cannot be encoded, throw
+    /// FISEncodingException.
+    void insertEncoding(const std::string& uri, const AutoPtr<Encoding>& encoding);
+    void encodedText(const std::string& uri, const std::string& text);
+
+    /// The table of algorithms, to which an application adds its own. The header of the strict mode declares
+    /// those that have a URI.
     EncodingAlgorithm& encodingAlgorithms();
 
 private:
@@ -234,6 +266,7 @@ private:
     }
     template<class E, class T>
     void insertValue(const T& value);
+    StrictEvents& strictEvents(const char* what);
 
     std::unique_ptr<Engine> _pEngine;
 };
