@@ -54,10 +54,13 @@ UInt64 parseFresh(const DocumentSet& set) {
     return handler.sum();
 }
 
-template<class Handler>
+enum class Mode { DEFAULT, STRICT };
+
+template<class Handler, Mode mode = Mode::DEFAULT>
 UInt64 parseReused(const DocumentSet& set) {
     Handler handler;
     FastInfosetParser parser;
+    parser.setStrict(mode == Mode::STRICT);
     setHandler(parser, handler);
     for (const auto& pDocument : set.documents()) {
         parser.parseMemoryNP(pDocument->fastInfoset.data(), pDocument->fastInfoset.size());
@@ -103,12 +106,13 @@ void replayTo(FastInfosetWriter& writer, const Recording& recording) {
     }
 }
 
-template<DocumentVocabulary::VocabularyImpl impl>
+template<DocumentVocabulary::VocabularyImpl impl, Mode mode = Mode::DEFAULT>
 UInt64 write(const DocumentSet& set) {
     UInt64 size = 0;
     for (const auto& pDocument : set.documents()) {
         BufferStream& out = emptyBuffer();
         FastInfosetWriter writer(out, false, impl);
+        writer.setStrict(mode == Mode::STRICT);
         replayTo(writer, pDocument->recording);
         size += out.view().size();
     }
@@ -183,10 +187,13 @@ std::vector<Job> TamoJobs::all() {
          replayWithCopies},
         {"parse", "Fast Infoset in memory, one parser for all documents", parseReused<ChecksumHandler>},
         {"parse-fresh", "Fast Infoset in memory, a parser for each document", parseFresh},
+        {"parse-strict", "as parse, by the letter of X.891", parseReused<ChecksumHandler, Mode::STRICT>},
         {"parse-typed", "as parse, to a handler of typed values", parseReused<TypedChecksumHandler>},
         {"parse-stream", "as parse, from a std::istream", parseStream},
         {"write-hash", "recorded events to a memory stream, VOC_HASH", write<DocumentVocabulary::VOC_HASH>},
         {"write-map", "recorded events to a memory stream, VOC_MAP", write<DocumentVocabulary::VOC_MAP>},
+        {"write-strict", "as write-map, by the letter of X.891",
+         write<DocumentVocabulary::VOC_MAP, Mode::STRICT>},
         {"write-reused", "as write-map, one writer for all documents", writeReused},
         {"write-hash-null", "recorded events to a stream that counts, VOC_HASH",
          writeCounted<DocumentVocabulary::VOC_HASH>},

@@ -104,12 +104,6 @@ TAMO_ALWAYS_INLINE void DocumentParser::addAttribute(const ResolvedNames::Name& 
     _attributes.add(*name.pUri, *name.pLocalName, pValue, size);
 }
 
-// In the strict mode, of the attribute that was added last.
-TAMO_ALWAYS_INLINE void DocumentParser::qualifyAttribute(const ResolvedNames::Name& name) {
-    _markup.deliver(name.pPrefix->size());
-    _attributes.qualify(*name.pPrefix);
-}
-
 // ---- the walk
 
 // The hot path: what most documents consist of, read octet by octet from what the reader surely has. The
@@ -180,7 +174,7 @@ TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonAttributes(BitStreamReader& r
             octets.apart(reader, [&] { parseAttributeValue(reader, *pName); });
         }
         if constexpr (MODE == Mode::STRICT) {
-            qualifyAttribute(*pName);
+            _attributes.qualify(*pName->pPrefix);
         }
     }
     octets.apart(reader, [&] { parseAttributes(reader); });
@@ -246,10 +240,13 @@ template<DocumentParser::Extent EXTENT, DocumentParser::Mode MODE>
 bool DocumentParser::parseCommonItems(BitStreamReader& reader) {
     CommonForms octets(reader);
     while (octets.areEnough()) {
-        if (MODE == Mode::STRICT && _openElements.empty()) [[unlikely]] {
-            break; // other items are common there
-        }
         const unsigned int b = octets.first();
+        if (MODE == Mode::STRICT && _openElements.empty()) [[unlikely]] {
+            if (b >= Forms::ELEMENT_END || _children.element) {
+                break; // there is nothing else that is common
+            }
+            _children.element = true;
+        }
         if (b < Forms::ELEMENT_END) {
             parseCommonElement<EXTENT, MODE>(reader, octets);
         } else if (b < Forms::CHARACTERS_END) {
@@ -342,6 +339,7 @@ void DocumentParser::begin(BitStreamReader& reader) {
     _isDocumentStrict = _strict;
     reader.setStrict(_strict);
     _elementNames.setComplete(_strict);
+    _attributeNames.setPrefixCounted(_strict);
     _attributes.setQualified(_strict && _namespacePrefixes);
     if (_strict) {
         _start.restore(strings().vocabulary());
@@ -488,7 +486,7 @@ void DocumentParser::parseAttributes(BitStreamReader& reader) {
             *_attributeNames.find(parseQualifiedNameOrIndex(reader, NameKind::ATTRIBUTE));
         parseAttributeValue(reader, name);
         if (_isDocumentStrict) {
-            qualifyAttribute(name);
+            _attributes.qualify(*name.pPrefix);
         }
     }
 }

@@ -131,7 +131,6 @@ private:
     void parseAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name);
     void addAttribute(const ResolvedNames::Name& name, const std::string& value);
     void addAttribute(const ResolvedNames::Name& name, const char* pValue, std::size_t size);
-    void qualifyAttribute(const ResolvedNames::Name& name);
     void endMappings();
     void requireChild(const BitStreamReader& reader, unsigned char b);
     void endDocument(BitStreamReader& reader);

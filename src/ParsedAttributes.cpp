@@ -17,9 +17,7 @@ const std::string& ParsedAttributes::getQName(int i) const {
     if (attribute.pPrefix->empty()) {
         return *attribute.pLocalName;
     }
-    if (attribute.ownQName.empty()) {
-        attribute.ownQName.assign(*attribute.pPrefix).append(1, ':').append(*attribute.pLocalName);
-    }
+    attribute.ownQName.assign(*attribute.pPrefix).append(1, ':').append(*attribute.pLocalName);
     return attribute.ownQName;
 }
 

@@ -28,7 +28,8 @@ public:
         const std::string* pUri = nullptr;
         const std::string* pLocalName = nullptr;
         const std::string* pQName = nullptr; ///< null until qualifiedName() was called, and for long ones
-        std::size_t octets = 0; ///< of namespace name and local name, with XML::DeliveryLimits::CALLBACK
+        std::size_t octets = 0; ///< of namespace name and local name, with XML::DeliveryLimits::CALLBACK,
+                                ///< and of the prefix where that is counted
     };
 
     /// The name at index, or null when it has not been entered. Valid until the next enter() or clear().
@@ -48,8 +49,12 @@ public:
         }
         constexpr std::size_t CALLBACK = XML::DeliveryLimits::CALLBACK;
         (index < MOST ? _names[index] : _further) =
-            Name{&prefix, &uri, &localName, nullptr, CALLBACK + uri.size() + localName.size()};
+            Name{&prefix, &uri, &localName, nullptr,
+                 CALLBACK + uri.size() + localName.size() + (_isPrefixCounted ? prefix.size() : 0)};
     }
+
+    /// Whether the octets of a name include those of its prefix; to be set before names are entered.
+    void setPrefixCounted(bool flag) noexcept { _isPrefixCounted = flag; }
 
     /// Whether a name without prefix has a qualified name: its local name.
     void setComplete(bool flag) noexcept { _isComplete = flag; }
@@ -82,6 +87,7 @@ private:
     std::deque<std::string> _qnames;   // never moves a string; the first _qnameCount are in use
     std::size_t _qnameCount = 0;
     bool _isComplete = false;
+    bool _isPrefixCounted = false;
     std::string _longName; // the long qualified name that was made last
 };
 

@@ -1,6 +1,10 @@
 #include "Tamo/XML/Characters.h"
 #include "Tamo/Export.h"
 #include <algorithm>
+#include <cstring>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace Tamo::XML {
 
@@ -101,6 +105,73 @@ bool isAccepted(std::uint64_t state) noexcept {
     return (state & 63) == ACCEPT;
 }
 
+#if defined(__SSE2__)
+template<class Word>
+std::uint64_t wordAt(const char* p) noexcept {
+    Word word = 0;
+    std::memcpy(&word, p, sizeof(word));
+    return word;
+}
+
+// Fewer than sixteen octets, and zeros behind them; put together from registers, because a load has to wait
+// for stores of other widths.
+__m128i lastOctets(const char* p, std::size_t left) noexcept {
+    std::uint64_t low = 0;
+    std::uint64_t high = 0;
+    if (left >= 8) {
+        low = wordAt<std::uint64_t>(p);
+        high = left > 8 ? wordAt<std::uint64_t>(p + left - 8) >> (8 * (16 - left)) : 0;
+    } else if (left >= 4) {
+        low = wordAt<std::uint32_t>(p) | wordAt<std::uint32_t>(p + left - 4) << (8 * (left - 4));
+    } else {
+        for (std::size_t i = left; i-- > 0;) {
+            low = low << 8 | static_cast<unsigned char>(p[i]);
+        }
+    }
+    return _mm_set_epi64x(static_cast<long long>(high), static_cast<long long>(low));
+}
+
+// Whether text is well-formed and has none of the octets behind which not every continuation may follow,
+// which is left to the automaton: sixteen octets at a time, a bit for each.
+bool isCommonUTF8(std::string_view text) noexcept {
+    constexpr std::size_t WIDTH = sizeof(__m128i);
+    const char* p = text.data();
+    std::size_t left = text.size();
+    unsigned int expected = 0; // continuations, of the next octets
+    while (left != 0) {
+        const __m128i octets =
+            left >= WIDTH ? _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)) : lastOctets(p, left);
+        const auto areAbove = [octets](int octet) { // among those beyond ASCII
+            return static_cast<unsigned int>(
+                _mm_movemask_epi8(_mm_cmpgt_epi8(octets, _mm_set1_epi8(static_cast<char>(octet)))));
+        };
+        const auto are = [octets](int octet) {
+            return _mm_cmpeq_epi8(octets, _mm_set1_epi8(static_cast<char>(octet)));
+        };
+        const auto beyondASCII = static_cast<unsigned int>(_mm_movemask_epi8(octets));
+        const unsigned int leads = areAbove(0xBF) & beyondASCII;
+        const unsigned int leadsOfThree = areAbove(0xDF) & beyondASCII;
+        const unsigned int others = areAbove(0xEF) & beyondASCII;
+        const __m128i restricting =
+            _mm_or_si128(_mm_or_si128(are(0xC0), are(0xC1)), _mm_or_si128(are(0xE0), are(0xED)));
+        expected |= leads << 1 | leadsOfThree << 2;
+        if (((expected & 0xFFFF) ^ (beyondASCII & ~leads)) != 0 || others != 0 ||
+            _mm_movemask_epi8(restricting) != 0) {
+            return false;
+        }
+        expected >>= WIDTH;
+        const std::size_t done = left < WIDTH ? left : WIDTH;
+        p += done;
+        left -= done;
+    }
+    return expected == 0;
+}
+#else
+bool isCommonUTF8(std::string_view) noexcept {
+    return false;
+}
+#endif
+
 } // namespace
 
 std::size_t Characters::decode(const char* p, const char* pEnd, char32_t& character) noexcept {
@@ -131,6 +202,9 @@ std::size_t Characters::decode(const char* p, const char* pEnd, char32_t& charac
 // ASCII eight octets at a time. A long text is gone through in two places at once, for a step has to wait for
 // the one before.
 bool Characters::isWellFormed(std::string_view text) noexcept {
+    if (isCommonUTF8(text)) {
+        return true;
+    }
     const char* p = text.data();
     const char* const pEnd = p + text.size();
     const char* q = p + text.size() / 2;

@@ -38,10 +38,7 @@ public:
     void setQualified(bool flag) noexcept { _isQualified = flag; }
 
     /// The prefix, which may be empty, of the attribute that was added last; it is referred to.
-    void qualify(const std::string& prefix) noexcept {
-        _slots[_count - 1].pPrefix = &prefix;
-        _slots[_count - 1].ownQName.clear();
-    }
+    void qualify(const std::string& prefix) noexcept { _slots[_count - 1].pPrefix = &prefix; }
 
     /// Removes all attributes and keeps their storage.
     void clear() noexcept { _count = 0; }
