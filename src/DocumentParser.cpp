@@ -370,11 +370,11 @@ unsigned int DocumentParser::parseOtherName(BitStreamReader& reader, unsigned in
     const bool isElement = kind == NameKind::ELEMENT;
     const unsigned int literal = isElement ? Forms::ELEMENT_NAME : Forms::ATTRIBUTE_NAME;
     if ((b & literal) == literal) [[likely]] {
-        reader.advance(8);
         if (_isDocumentStrict && !isElement) {
             Refusal::unless((b & Forms::ATTRIBUTE_NAME_PADDING) == 0, reader,
                             "padding of a name that is not 0", "C.17");
         }
+        reader.advance(8);
         return parseQualifiedName(reader, b, kind);
     }
     reader.advance(isElement ? 2 : 1);
