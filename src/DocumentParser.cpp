@@ -336,6 +336,7 @@ void DocumentParser::begin(BitStreamReader& reader) {
     _openElements.clear();
     _declaredPrefixes.clear();
     _children = {};
+    _documentSize = 0;
     _isDocumentStrict = _strict;
     reader.setStrict(_strict);
     _elementNames.setComplete(_strict);

@@ -429,6 +429,7 @@ TEST(StrictParserTest, DocumentsBackToBack) {
     // The end has to be there; the default does not look for it.
     EXPECT_EQ(outcome(recorder, [&] { parseMemory(parser, first.substr(0, first.size() - 1)); }),
               "FISParseException: Unexpected end of stream while parsing element children");
+    EXPECT_EQ(parser.documentSize(), 0u);
 }
 
 // A vocabulary with an element name, an alphabet and an algorithm.
@@ -525,6 +526,8 @@ TEST(StrictParserTest, AlgorithmsByURI) {
     algorithms.add(&HexEncoding::decode); // without URI
     EXPECT_EQ(read(true, octets), refusal);
     EXPECT_EQ(read(false, octets), "FISException: Invalid decoding defined");
+    algorithms.setFallback([](const auto&, auto, auto) { return AutoPtr<Encoding>(); });
+    EXPECT_EQ(read(true, octets).substr(0, 70), refusal.substr(0, 70));
     std::string handed;
     algorithms.setFallback([&](const std::string& uri, unsigned int index, std::string_view data) {
         handed = uri + " " + std::to_string(index) + " " + hex(data);

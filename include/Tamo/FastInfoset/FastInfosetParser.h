@@ -116,7 +116,8 @@ public:
     void setCanonicalNumbers(bool flag);
 
     /// The octets of the last document from its first to its last one, which is where the next may begin; in
-    /// the strict mode, behind parse(). In the default mode the last octet may not have been read.
+    /// the strict mode, behind parse(). 0 of a document that has failed, and in the default mode, which need
+    /// not read the last octet.
     UInt64 documentSize() const noexcept;
 
     /// The vocabulary as the last document left it.
