@@ -34,6 +34,12 @@ void require(bool holds, const char* property, const std::string& first = {}, co
 /// that is not in proportion.
 void requireProportion(const Outcome& written, std::size_t document, std::size_t delivered);
 
+/// Whether a document is for the strict mode: that of an odd size is. Octets behind a document mean nothing,
+/// so that one more gives any document to the other mode.
+inline bool isForStrictMode(std::string_view document) {
+    return document.size() % 2 != 0;
+}
+
 /// Limits that keep one run short.
 ParserLimits limits();
 

@@ -2,6 +2,7 @@
 #define TAMO_FUZZ_KEPTEVENTS_H
 
 #include "EventRecorder.h"
+#include "Tamo/XML/AttributesImpl.h"
 #include <cstring>
 #include <string>
 
@@ -26,7 +27,12 @@ public:
                       const XML::Attributes& attributes) override {
         flush();
         emptyName = emptyName || localName.empty();
-        Base::startElement(uri, localName, std::string(), attributes);
+        XML::AttributesImpl named; // prefixes may be the writer's
+        for (int i = 0; i < attributes.getLength(); ++i) {
+            named.addAttribute(attributes.getURI(i), attributes.getLocalName(i), std::string(), "CDATA",
+                               attributes.getValue(i));
+        }
+        Base::startElement(uri, localName, std::string(), named);
     }
     void endElement(const std::string& uri, const std::string& localName, const std::string&) override {
         flush();

@@ -1,5 +1,5 @@
-// The decode function of every encoding algorithm, and its way back. The first octet chooses the algorithm,
-// the second the bit position of the length.
+// The decode function of every encoding algorithm, and its way back. The first octet chooses the algorithm
+// and mode, the second the bit position of the length.
 #include "EventRecorder.h"
 #include "Failure.h"
 #include "FuzzSupport.h"
@@ -74,6 +74,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const int position = data[1] % 7 + 1;
     const std::string octets(reinterpret_cast<const char*>(data) + 2, size - 2);
     const auto outcome = [&](BitStreamReader& reader) {
+        reader.setStrict((data[0] & 0x80) != 0);
         Outcome result;
         result.failure = Test::failureOf([&] {
             unsigned char dropped = 0;

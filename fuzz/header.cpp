@@ -1,5 +1,6 @@
 // The functions of the Decoder, which read parts of a header. The first octet chooses one, the second the bit
-// position at which it starts; the rest is read from memory and from a stream.
+// position at which it starts and whether it is read strictly; the rest is read from memory and from a
+// stream.
 #include "Failure.h"
 #include "FuzzSupport.h"
 #include "Octets.h"
@@ -87,6 +88,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         DocumentVocabulary vocabulary(impl);
         Loader loader(octets);
         Outcome result;
+        reader.setStrict((data[1] & 0x80) != 0);
         result.failure = Test::failureOf([&] {
             unsigned char dropped = 0;
             if (position > 0) {

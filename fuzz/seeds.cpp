@@ -33,6 +33,7 @@ public:
     void addDocument(const std::string& name, const std::string& octets) {
         for (const char* target : {"parse", "reencode", "to_xml", "walk"}) {
             add(target, name, octets);
+            add(target, name + "-other", octets + '\0'); // in the other mode
         }
     }
 

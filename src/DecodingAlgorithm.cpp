@@ -77,16 +77,20 @@ AutoPtr<Encoding> DecodingAlgorithm::read(unsigned int index, BitStreamReader& r
             return read(_decodings[i], reader);
         }
     }
-    if (!_fallback) {
+    AutoPtr<Encoding> pValue;
+    if (_fallback) {
+        std::string octets;
+        PrimitiveDecoder::nonEmptyOctetString(reader, octets);
+        pValue = _fallback(uri, index, octets);
+    }
+    if (!pValue) {
         Refusal::at(reader,
                     "encoding algorithm " + std::to_string(index) +
                         (uri.empty() ? ", for which the document declares no URI"
                                      : ", " + uri + ", for which no decoding is registered"),
                     "8.3");
     }
-    std::string octets;
-    PrimitiveDecoder::nonEmptyOctetString(reader, octets);
-    return _fallback(uri, index, octets);
+    return pValue;
 }
 
 AutoPtr<Encoding> DecodingAlgorithm::read(Encoding::DecodeMethod decodeMethod,

@@ -118,11 +118,11 @@ TAMO_ALWAYS_INLINE unsigned int DocumentParser::parseOtherName(BitStreamReader& 
     const bool isElement = kind == NameKind::ELEMENT;
     const unsigned int literal = isElement ? Forms::ELEMENT_NAME : Forms::ATTRIBUTE_NAME;
     if ((b & literal) == literal) [[likely]] {
-        reader.advance(8);
         if (MODE == Mode::STRICT && !isElement) {
             Refusal::unless((b & Forms::ATTRIBUTE_NAME_PADDING) == 0, reader,
                             "padding of a name that is not 0", "C.17");
         }
+        reader.advance(8);
         return parseNameParts<MODE>(reader, b, kind);
     }
     reader.advance(isElement ? 2 : 1);
@@ -355,6 +355,7 @@ void DocumentParser::begin(BitStreamReader& reader) {
     _openElements.clear();
     _declaredPrefixes.clear();
     _children = {};
+    _documentSize = 0;
     _isDocumentStrict = _strict;
     reader.setStrict(_strict);
     _elementNames.setComplete(_strict);

@@ -22,7 +22,8 @@ public:
 template<class Recorder>
 class Reading {
 public:
-    Reading() {
+    explicit Reading(bool strict = false) {
+        parser.setStrict(strict);
         parser.setExternalVocabularyLoader(&_loader);
         recorder.connectAll(parser);
     }
@@ -45,9 +46,9 @@ constexpr std::size_t allocationBound(std::size_t size) {
     return 524288 + 128 * size;
 }
 
-TEST(DamageTest, EveryTruncationAndEveryFlippedBit) {
-    for (const std::string& document : everyConstruct()) {
-        Reading<TypedEventRecorder> reading;
+void expectSurvivesDamage(bool strict) {
+    for (const std::string& document : everyConstruct(strict)) {
+        Reading<TypedEventRecorder> reading(strict);
         const std::string expected = reading.events(document);
         const auto failure = [&](const std::string& damaged) {
             const AllocationCount allocations;
@@ -72,9 +73,14 @@ TEST(DamageTest, EveryTruncationAndEveryFlippedBit) {
     }
 }
 
+TEST(DamageTest, EveryTruncationAndEveryFlippedBit) {
+    expectSurvivesDamage(false);
+    expectSurvivesDamage(true);
+}
+
 template<class Recorder>
-void expectSurvivesFailures(const std::string& document) {
-    Reading<Recorder> reading;
+void expectSurvivesFailures(const std::string& document, bool strict) {
+    Reading<Recorder> reading(strict);
     const std::string expected = reading.events(document);
     const auto events = static_cast<std::size_t>(std::count(expected.begin(), expected.end(), '|')) + 1;
     for (std::size_t event = 0; event < events; ++event) {
@@ -108,9 +114,11 @@ void expectSurvivesFailures(const std::string& document) {
 }
 
 TEST(DamageTest, FailingHandlersStreamsAndAllocationsLeaveTheParserUsable) {
-    for (const std::string& document : everyConstruct()) {
-        expectSurvivesFailures<EventRecorder>(document);
-        expectSurvivesFailures<TypedEventRecorder>(document);
+    for (const bool strict : {false, true}) {
+        for (const std::string& document : everyConstruct(strict)) {
+            expectSurvivesFailures<EventRecorder>(document, strict);
+            expectSurvivesFailures<TypedEventRecorder>(document, strict);
+        }
     }
 }
 
@@ -167,12 +175,15 @@ TEST(DamageTest, ClaimedLengthsAllocateNothing) {
     }
     for (const std::string& claim : claims) {
         for (const auto impl : ALL_KINDS) {
-            FastInfosetParser parser(impl);
-            std::istringstream stream(claim);
-            const AllocationCount allocations;
-            EXPECT_NE(failureOf([&] { parser.parseMemoryNP(claim.data(), claim.size()); }), "");
-            EXPECT_NE(failureOf([&] { parseStream(parser, stream); }), "");
-            EXPECT_LT(allocations.octets(), allocationBound(claim.size())) << hex(claim);
+            for (const bool strict : {false, true}) {
+                FastInfosetParser parser(impl);
+                parser.setStrict(strict);
+                std::istringstream stream(claim);
+                const AllocationCount allocations;
+                EXPECT_NE(failureOf([&] { parser.parseMemoryNP(claim.data(), claim.size()); }), "");
+                EXPECT_NE(failureOf([&] { parseStream(parser, stream); }), "");
+                EXPECT_LT(allocations.octets(), allocationBound(claim.size())) << hex(claim);
+            }
         }
     }
 }
@@ -225,16 +236,22 @@ TEST(DamageTest, SmallThingsRepeatedAllocateLittle) {
         }
         whole += expanded(row.end);
         for (const auto impl : ALL_KINDS) {
-            FISDefaultHandler handler;
-            FastInfosetParser parser(impl);
-            parser.initialize(&handler);
-            parser.setLimits({.amplificationThreshold = 0xFFFFFFFFFFFFFFFF});
-            const AllocationCount allocations;
-            const std::string failure = failureOf([&] { parser.parseMemoryNP(whole.data(), whole.size()); });
-            if (impl != DocumentVocabulary::VOC_HASH || !failure.starts_with("PoolOverflowException")) {
-                EXPECT_EQ(failure, "") << row.start;
+            for (const bool strict : {false, true}) {
+                FISDefaultHandler handler;
+                FastInfosetParser parser(impl);
+                parser.setStrict(strict);
+                parser.initialize(&handler);
+                parser.setLimits({.amplificationThreshold = 0xFFFFFFFFFFFFFFFF});
+                const AllocationCount allocations;
+                const std::string failure =
+                    failureOf([&] { parser.parseMemoryNP(whole.data(), whole.size()); });
+                if (strict ? !failure.starts_with("FISEncodingException")
+                           : impl != DocumentVocabulary::VOC_HASH ||
+                                 !failure.starts_with("PoolOverflowException")) {
+                    EXPECT_EQ(failure, "") << row.start;
+                }
+                EXPECT_LT(allocations.octets(), allocationBound(whole.size())) << row.start << strict;
             }
-            EXPECT_LT(allocations.octets(), allocationBound(whole.size())) << row.start;
         }
     }
 }
@@ -305,17 +322,19 @@ TEST(DamageTest, LimitsBoundWhatADocumentCosts) {
          "table entries: ", [](auto& l, auto n) { l.maxTableEntries = n; }, 4}};
     for (const auto& row : rows) {
         for (const char* const behind : {"", "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"}) {
-            SCOPED_TRACE(std::string(row.what) + row.document + behind);
-            const std::string limited = document(std::string(row.document) + behind);
-            Reading<EventRecorder> reading;
-            ParserLimits limits;
-            row.set(limits, row.needed);
-            reading.parser.setLimits(limits);
-            EXPECT_FAILURE("", reading.events(limited));
-            row.set(limits, row.needed - 1);
-            reading.parser.setLimits(limits);
-            EXPECT_FAILURE("FISException: Limit exceeded: " + (row.what + std::to_string(row.needed - 1)),
-                           reading.events(limited));
+            for (const bool strict : {false, true}) {
+                SCOPED_TRACE(std::string(row.what) + row.document + behind);
+                const std::string limited = document(std::string(row.document) + behind);
+                Reading<EventRecorder> reading(strict);
+                ParserLimits limits;
+                row.set(limits, row.needed);
+                reading.parser.setLimits(limits);
+                EXPECT_FAILURE("", reading.events(limited));
+                row.set(limits, row.needed - 1);
+                reading.parser.setLimits(limits);
+                EXPECT_FAILURE("FISException: Limit exceeded: " + (row.what + std::to_string(row.needed - 1)),
+                               reading.events(limited));
+            }
         }
     }
 }

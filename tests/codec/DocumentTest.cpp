@@ -13,21 +13,25 @@ const std::string EVERY_EVENT =
     "|=int 1|=int 2|=bool true|=binary 01 02|>|?t d|'text|<{w}e|=uuid "
     "6ba7b810-9dad-11d1-80b4-00c04fd430c8|>|>|-p|$";
 
-const std::vector<std::string>& everyConstruct() {
-    static const std::vector<std::string> DOCUMENTS = {
-        octets("3C 3F 78 3E E0 00 00 01 7F 00 00 75 01 64 64 1F FF 00 76 00 01 61 62 00 00 61 00 00 70 00 00 "
-               "75 00 "
-               "00 6C "
-               "00 00 74 00 00 73 00 11 00 76 00 20 00 00 01 00 30 30 33 00 00 00 07 00 03 01 01 00 00 03 01 "
-               "01 00 "
-               "C2 00 6E 80 F0 D0 00 65 80 81 F0 04 75 74 66 2D 38 01 40 31 "
-               "C6 80 E1 80 80 F0 40 78 00 61 80 FF E1 80 80 A0 FF"),
-        octets(
-            "E0 00 00 01 00 78 CD 00 75 CF 00 70 00 76 F0 3D 81 00 61 7B 81 82 00 78 40 31 79 81 00 79 40 32 "
-            "F0 "
-            "9C 25 63 64 8C 14 38 8C 1A 01 3F C0 00 00 98 01 12 3F 85 20 AC CB 00 65 00 73 00 70 E2 41 6E 6F "
-            "FF")};
-    return DOCUMENTS;
+const std::vector<std::string>& everyConstruct(bool strict) {
+    const auto headerOf = [](const std::string& declaration, const char* chunk, const char* integer) {
+        return declaration +
+               octets(
+                   "E0 00 00 01 7F 00 00 75 01 64 64 1F FF 00 76 00 01 61 62 00 00 61 00 00 70 00 00 75 00 "
+                   "00 6C 00 00 74 00 00 73 00 11 00 76 00") +
+               octets(chunk) + octets("00") + octets(integer) +
+               octets(
+                   "00 00 00 07 00 03 01 01 00 00 03 01 01 00 C2 00 6E 80 F0 D0 00 65 80 81 F0 04 75 74 66 "
+                   "2D 38 01 40 31 C6 80 E1 80 80 F0 40 78 00 61 80");
+    };
+    static const std::string BODY = octets(
+        "E0 00 00 01 00 78 CD 00 75 CF 00 70 00 76 F0 3D 81 00 61 7B 81 82 00 78 40 31 79 81 00 79 40 32 F0 "
+        "9C 25 63 64 8C 14 38 8C 1A 01 3F C0 00 00 98 01 12 3F 85 20 AC CB 00 65 00 73 00 70 E2 41 6E 6F FF");
+    static const std::vector<std::string> USUAL = {
+        headerOf("<?x>", "20 00 00 01", "30 30 33") + octets("FF E1 80 80 A0 FF"), BODY};
+    static const std::vector<std::string> STRICT = {
+        headerOf("<?xml encoding='finf'?>", "20 00 1F", "30 33") + octets("F0 A0 F0 E1 80 80 F0"), BODY};
+    return strict ? STRICT : USUAL;
 }
 
 namespace {

@@ -26,8 +26,8 @@ struct DocumentRow {
     int maxIndexedStringLength = 16;
 };
 
-/// Documents that between them use every construct that can be read.
-const std::vector<std::string>& everyConstruct();
+/// Documents that between them use every construct that can be read, by default or strictly.
+const std::vector<std::string>& everyConstruct(bool strict = false);
 
 /// A document that a writer makes, with every construct that it can write, as events.
 extern const std::string EVERY_EVENT;

@@ -1,5 +1,5 @@
 #include "EventRecorder.h"
-#include "Octets.h"
+#include "Tamo/FastInfoset/TypedChunkHandler.h"
 #include "Tamo/NumberFormatter.h"
 #include "Tamo/XML/Attributes.h"
 
@@ -47,19 +47,25 @@ void ContentRecorder<Base>::endElement(const std::string& uri, const std::string
     event(fits ? ">" : ">" + name);
 }
 
+template<class Base>
+void TypedRecorder<Base>::binaryData(const char* data, std::size_t length) {
+    this->event("=binary " + hex(std::string_view(data, length)));
+}
+
+template<class Base>
+void TypedRecorder<Base>::encodedData(float value) {
+    this->event("=float " + NumberFormatter::format(value));
+}
+
+template<class Base>
+void TypedRecorder<Base>::encodedData(double value) {
+    this->event("=double " + NumberFormatter::format(value));
+}
+
 template class ContentRecorder<XML::ContentHandler>;
 template class ContentRecorder<FISContentHandler>;
-
-void TypedEventRecorder::binaryData(const char* data, std::size_t length) {
-    event("=binary " + hex(std::string_view(data, length)));
-}
-
-void TypedEventRecorder::encodedData(float value) {
-    event("=float " + NumberFormatter::format(value));
-}
-
-void TypedEventRecorder::encodedData(double value) {
-    event("=double " + NumberFormatter::format(value));
-}
+template class ContentRecorder<TypedChunkHandler>;
+template class TypedRecorder<FISContentHandler>;
+template class TypedRecorder<TypedChunkHandler>;
 
 } // namespace Tamo::FastInfoset::Test

@@ -1,9 +1,10 @@
 #ifndef TAMO_TESTS_EVENTRECORDER_H
 #define TAMO_TESTS_EVENTRECORDER_H
 
+#include "Octets.h"
 #include "Tamo/Exception.h"
+#include "Tamo/FastInfoset/DocumentPropertiesHandler.h"
 #include "Tamo/FastInfoset/FISContentHandler.h"
-#include "Tamo/FastInfoset/FISDocumentHandler.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/LexicalHandler.h"
@@ -22,7 +23,8 @@ namespace Tamo::FastInfoset::Test {
 ///     !n,p,s  ~        a DTD starts (name, public and system identifier), ends
 ///     Nn,p,s  Un,p,s,m a notation, an unparsed entity; an absent identifier is a '-'
 ///     =int 5           a typed value
-///     declaration, none, external uri, vocabulary: what the document says of itself
+///     declaration, none, external uri, vocabulary: what the document says of itself, by the letter also
+///     additional id=octets, scheme s, standalone, dependent, version v
 ///
 /// A name is the qualified name, or the local name when there is none; an end that does not fit its element
 /// is written with its name. The base is the interface of the content handler, plain or typed.
@@ -30,7 +32,7 @@ template<class Base>
 class ContentRecorder : public Base,
                         public XML::LexicalHandler,
                         public XML::DTDHandler,
-                        public FISDocumentHandler {
+                        public DocumentPropertiesHandler {
 public:
     /// What is written down.
     enum Detail {
@@ -109,6 +111,13 @@ public:
     void setExternalVocabulary(const std::string& uri, const DocumentVocabulary&) override {
         event("external " + uri);
     }
+    void additionalData(const std::string& id, std::span<const std::byte> data) override {
+        event("additional " + id + "=" +
+              hex(std::string_view(reinterpret_cast<const char*>(data.data()), data.size())));
+    }
+    void characterEncodingScheme(const std::string& scheme) override { event("scheme " + scheme); }
+    void standalone(bool isStandalone) override { event(isStandalone ? "standalone" : "dependent"); }
+    void version(const std::string& version) override { event("version " + version); }
 
 protected:
     void event(const std::string& token);
@@ -133,17 +142,20 @@ private:
 using EventRecorder = ContentRecorder<XML::ContentHandler>;
 
 /// Writes down typed values as such.
-class TypedEventRecorder : public ContentRecorder<FISContentHandler> {
+template<class Base>
+class TypedRecorder : public ContentRecorder<Base> {
 public:
     void binaryData(const char* data, std::size_t length) override;
-    void encodedData(Int16 value) override { event("=short " + std::to_string(value)); }
-    void encodedData(Int32 value) override { event("=int " + std::to_string(value)); }
-    void encodedData(Int64 value) override { event("=long " + std::to_string(value)); }
-    void encodedData(bool value) override { event(value ? "=bool true" : "=bool false"); }
+    void encodedData(Int16 value) override { this->event("=short " + std::to_string(value)); }
+    void encodedData(Int32 value) override { this->event("=int " + std::to_string(value)); }
+    void encodedData(Int64 value) override { this->event("=long " + std::to_string(value)); }
+    void encodedData(bool value) override { this->event(value ? "=bool true" : "=bool false"); }
     void encodedData(float value) override;
     void encodedData(double value) override;
-    void encodedData(const UUID& value) override { event("=uuid " + value.toString()); }
+    void encodedData(const UUID& value) override { this->event("=uuid " + value.toString()); }
 };
+
+using TypedEventRecorder = TypedRecorder<FISContentHandler>;
 
 } // namespace Tamo::FastInfoset::Test
 

@@ -1,5 +1,6 @@
 #include "Replay.h"
 #include "Tamo/XML/AttributesImpl.h"
+#include <algorithm>
 #include <stdexcept>
 #include <vector>
 
@@ -48,7 +49,9 @@ void replayDeclarations(FastInfosetReader& reader, TypedEventRecorder& recorder)
 
 void replay(FastInfosetReader& reader, TypedEventRecorder& recorder) {
     using R = FastInfosetReader;
-    std::vector<std::string> prefixes; // of the element started last, as the parser has them
+    using Prefixes = std::vector<std::string>;
+    // Of all open elements; by default of the element started last alone, as the parser has them.
+    std::vector<Prefixes> open(1);
     const auto name = [&](auto use) {
         use(std::string(reader.uri()), std::string(reader.localName()), std::string(reader.qname()));
     };
@@ -65,17 +68,23 @@ void replay(FastInfosetReader& reader, TypedEventRecorder& recorder) {
             recorder.endDTD();
             break;
         case R::START_ELEMENT:
-            prefixes.clear();
+            reader.isStrict() ? void(open.emplace_back()) : open.back().clear();
             for (const R::PrefixMapping& mapping : reader.prefixMappings()) {
-                prefixes.emplace_back(mapping.prefix);
-                recorder.startPrefixMapping(prefixes.back(), std::string(mapping.uri));
+                open.back().emplace_back(mapping.prefix);
+                recorder.startPrefixMapping(open.back().back(), std::string(mapping.uri));
             }
             name([&](auto... parts) { recorder.startElement(parts..., reader.attributes()); });
             break;
         case R::END_ELEMENT:
             name([&](auto... parts) { recorder.endElement(parts...); });
-            for (const std::string& prefix : prefixes) {
-                recorder.endPrefixMapping(prefix);
+            if (reader.isStrict()) {
+                std::for_each(open.back().rbegin(), open.back().rend(),
+                              [&](const std::string& prefix) { recorder.endPrefixMapping(prefix); });
+                open.pop_back();
+            } else {
+                for (const std::string& prefix : open.back()) {
+                    recorder.endPrefixMapping(prefix);
+                }
             }
             break;
         case R::TEXT:

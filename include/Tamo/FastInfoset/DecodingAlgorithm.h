@@ -18,7 +18,7 @@ class DocumentAlgorithms;
 class TAMO_API DecodingAlgorithm {
 public:
     /// Makes a value of the octets of an algorithm that is not known: its URI, empty when the document
-    /// declares none for the index, its index, and the octets.
+    /// declares none for the index, its index, and the octets. Null: they are refused.
     using Fallback =
         std::function<AutoPtr<Encoding>(const std::string& uri, unsigned int index, std::string_view octets)>;
 

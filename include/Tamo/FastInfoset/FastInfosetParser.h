@@ -111,11 +111,13 @@ public:
     bool isStrict() const noexcept;
 
     /// Whether arrays of float and double become text in the canonical form of XML Schema ("1.5E0") instead
-    /// of the shortest spelling. False at first; to be set between documents.
+    /// of the shortest spelling, but in the tables of the header. False at first; to be set between
+    /// documents.
     void setCanonicalNumbers(bool flag);
 
     /// The octets of the last document from its first to its last one, which is where the next may begin; in
-    /// the strict mode, behind parse(). In the default mode the last octet may not have been read.
+    /// the strict mode, behind parse(). 0 of a document that has failed, and in the default mode, which need
+    /// not read the last octet.
     UInt64 documentSize() const noexcept;
 
     /// The vocabulary as the last document left it.
