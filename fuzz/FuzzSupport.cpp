@@ -164,7 +164,7 @@ Outcome informationOfXML(const std::string& xml) {
     return {failure, information.information(), false, information.hasRecentNames(), information.delivered()};
 }
 
-Outcome informationOfFIS(std::string_view document) {
+Outcome informationOfFIS(std::string_view document, bool strict) {
     class Refusing : public ExternalVocabularyLoader {
     public:
         bool isAsked = false;
@@ -174,6 +174,7 @@ Outcome informationOfFIS(std::string_view document) {
         }
     } loader;
     FastInfosetParser parser;
+    parser.setStrict(strict);
     parser.setLimits(limits());
     parser.setExternalVocabularyLoader(&loader);
     Information information;
@@ -191,10 +192,14 @@ Outcome convertedToFIS(const std::string& xml, int maxIndexedStringLength, int o
     return {failure, out.str(), false, false, 0};
 }
 
-Outcome convertedToXML(const std::string& document, int options) {
+Outcome convertedToXML(const std::string& document, int options, bool strict) {
     std::istringstream in(document);
     std::ostringstream out;
-    const std::string failure = failureOf([&] { Converter::convertToXML(in, out, options); });
+    Converter::Options all;
+    all.xmlOptions = options;
+    all.strict = strict;
+    all.opensVocabularies = true;
+    const std::string failure = failureOf([&] { Converter::convertToXML(in, out, all); });
     return {failure, out.str(), false, false, 0};
 }
 

@@ -122,11 +122,11 @@ private:
 Outcome informationOfXML(const std::string& xml);
 
 /// The information of a Fast Infoset document. An external vocabulary is not loaded.
-Outcome informationOfFIS(std::string_view document);
+Outcome informationOfFIS(std::string_view document, bool strict = false);
 
 /// The Fast Infoset document that Converter makes of XML text, and the other way round; octets in events.
 Outcome convertedToFIS(const std::string& xml, int maxIndexedStringLength, int options);
-Outcome convertedToXML(const std::string& document, int options);
+Outcome convertedToXML(const std::string& document, int options, bool strict = false);
 
 /// All entries of all tables.
 std::string describedVocabulary(const DocumentVocabulary& vocabulary);

@@ -8,11 +8,12 @@ using namespace Tamo::FastInfoset::Fuzz;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string document(reinterpret_cast<const char*>(data), size);
-    const Outcome information = informationOfFIS(document);
+    const bool isStrict = isForStrictMode(document);
+    const Outcome information = informationOfFIS(document, isStrict);
     if (information.isForeign || information.failure.starts_with("FISException: Limit exceeded")) {
         return 0; // the converter opens files and has no limits
     }
-    const Outcome xml = convertedToXML(document, 0);
+    const Outcome xml = convertedToXML(document, 0, isStrict);
     if (xml.failed()) {
         return 0;
     }
@@ -33,8 +34,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(informationOfXML(back.events).events == read.events, "twice converted it is the same", xml.events,
             back.events);
 
-    const Outcome pretty =
-        convertedToXML(document, XML::XMLWriter::WRITE_XML_DECLARATION | XML::XMLWriter::PRETTY_PRINT);
+    const Outcome pretty = convertedToXML(
+        document, XML::XMLWriter::WRITE_XML_DECLARATION | XML::XMLWriter::PRETTY_PRINT, isStrict);
     const Outcome readPretty = informationOfXML(pretty.events);
     require(!pretty.failed() && !readPretty.failed(), "pretty XML text is well-formed", readPretty.failure,
             pretty.events);
