@@ -37,7 +37,7 @@ class TypedValues {
         case TypedValues._BOOLEAN: return (this.octets[(i + 4) >> 3] >> (7 - (i + 4) % 8)) & 1 ? "true" : "false";
         case 7:
         case 8: return TypedValues._shortest(this.number(i));
-        case 9: return this._hex(16 * i, 16 * i + 16).replace(/^(.{8})(.{4})(.{4})(.{4})/, "$1-$2-$3-$4-");
+        case 9: return this._hex(16 * i, 16 * i + 16).toLowerCase().replace(/^(.{8})(.{4})(.{4})(.{4})/, "$1-$2-$3-$4-");
         default: return this.number(i).toString();
         }
     }
