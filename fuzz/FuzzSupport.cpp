@@ -184,11 +184,15 @@ Outcome informationOfFIS(std::string_view document, bool strict) {
             information.delivered()};
 }
 
-Outcome convertedToFIS(const std::string& xml, int maxIndexedStringLength, int options) {
+Outcome convertedToFIS(const std::string& xml, int maxIndexedStringLength, bool stripWhitespace,
+                       bool strict) {
     std::istringstream in(xml);
     std::ostringstream out;
-    const std::string failure =
-        failureOf([&] { Converter::convertToFIS(in, out, maxIndexedStringLength, options); });
+    Converter::Options options;
+    options.maxIndexedStringLength = maxIndexedStringLength;
+    options.stripWhitespace = stripWhitespace;
+    options.strict = strict;
+    const std::string failure = failureOf([&] { Converter::convertToFIS(in, out, options); });
     return {failure, out.str(), false, false, 0};
 }
 

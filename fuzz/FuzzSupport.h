@@ -125,7 +125,8 @@ Outcome informationOfXML(const std::string& xml);
 Outcome informationOfFIS(std::string_view document, bool strict = false);
 
 /// The Fast Infoset document that Converter makes of XML text, and the other way round; octets in events.
-Outcome convertedToFIS(const std::string& xml, int maxIndexedStringLength, int options);
+Outcome convertedToFIS(const std::string& xml, int maxIndexedStringLength, bool stripWhitespace = false,
+                       bool strict = false);
 Outcome convertedToXML(const std::string& document, int options, bool strict = false);
 
 /// All entries of all tables.

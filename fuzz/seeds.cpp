@@ -43,7 +43,7 @@ public:
             add("sax", name + "-" + std::to_string(features), features + xml);
         }
         for (const int maxIndexed : {0, 16, -1}) {
-            const Outcome document = convertedToFIS(xml, maxIndexed, 0);
+            const Outcome document = convertedToFIS(xml, maxIndexed);
             if (!document.failed()) {
                 addDocument(name + "-" + std::to_string(maxIndexed), document.events);
             }

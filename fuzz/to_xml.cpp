@@ -27,7 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(read.events == information.events, "XML text has the same information", information.events,
             read.events);
 
-    const Outcome again = convertedToFIS(xml.events, 16, 0);
+    const Outcome again = convertedToFIS(xml.events, 16);
     require(!again.failed(), "XML text converts back", again.failure, xml.events);
     const Outcome back = convertedToXML(again.events, 0);
     require(!back.failed(), "and forth", back.failure, xml.events);
