@@ -624,7 +624,8 @@ TEST(StrictParserTest, ChunksAndProperties) {
     reader.next(), reader.next();
     EXPECT_EQ(reader.algorithm(), 4u);
     EXPECT_EQ(reader.int32Values().size(), 2u);
-    reader.open(document("00 3C0061 FF"));
+    const std::string silent = document("00 3C0061 FF");
+    reader.open(silent);
     reader.next();
     EXPECT_FALSE(reader.standalone() || reader.version() || reader.characterEncodingScheme());
     EXPECT_TRUE(reader.additionalData().empty());
