@@ -356,7 +356,11 @@ void Decoder::handleExternalVocabulary(BitStreamReader& aReader, DocumentVocabul
     if (!pLoader) {
         throw FISException("The document names an external vocabulary, which is not to be opened", uri);
     }
-    vocabulary = pLoader->vocabulary(uri);
+    if (const std::shared_ptr<const SharedVocabulary> pShared = pLoader->shared(uri)) {
+        vocabulary.reset({pShared, &pShared->vocabulary()});
+    } else {
+        vocabulary = pLoader->vocabulary(uri);
+    }
     // Only a vocabulary given in advance carries its URI: one that was loaded is loaded anew for the next
     // document.
     vocabulary.setURI(std::string());

@@ -4,6 +4,7 @@
 #include "Position.h"
 #include "Refusal.h"
 #include "RequiredBits.h"
+#include "SharedNames.h"
 #include "StrictText.h"
 #include "Tamo/FastInfoset/CDataEncoding.h"
 #include "Tamo/FastInfoset/DocumentPropertiesHandler.h"
@@ -365,6 +366,8 @@ void DocumentParser::begin(BitStreamReader& reader) {
         _start.restore(strings().vocabulary());
         _qname.clear();
         _pQName = &_qname;
+    } else {
+        keepQualifiedName();
     }
     _markup.begin(reader);
     reader.setMaxStringLength(strings().limits().maxStringLength);
@@ -662,15 +665,24 @@ void DocumentParser::endDocument(BitStreamReader& reader) {
     _documentSize = reader.position() / 8;
 }
 
-// Names of an earlier document's tables mean nothing to the next one. The qualified name last reported stays,
-// as qualifiedName() tells.
-void DocumentParser::forgetNames() {
+// The qualified name last reported stays, as qualifiedName() tells, when the tables are given up.
+void DocumentParser::keepQualifiedName() {
     if (_pQName != &_qname) {
         _qname = *_pQName;
         _pQName = &_qname;
     }
-    _elementNames.clear();
-    _attributeNames.clear();
+}
+
+// Names of an earlier document's tables mean nothing to the next one, those of a shared vocabulary are known.
+void DocumentParser::forgetNames() {
+    if (const SharedVocabulary* const pShared = _start.sharedByDocument()) {
+        const SharedNames::Mode& names = pShared->names().mode(_isDocumentStrict);
+        _elementNames.clear(names.elements);
+        _attributeNames.clear(names.attributes);
+    } else {
+        _elementNames.clear();
+        _attributeNames.clear();
+    }
 }
 
 } // namespace Tamo::FastInfoset

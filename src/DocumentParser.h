@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Tamo::XML {
@@ -63,6 +64,11 @@ public:
     /// What yields external vocabularies; borrowed. Null: what opens them, if anything does.
     void setLoader(VocabularyLoader* pLoader) noexcept { _pLoader = pLoader; }
     VocabularyLoader* getLoader() const noexcept { return _pLoader; }
+
+    /// Adds a vocabulary for documents that name its URI.
+    void useVocabulary(std::shared_ptr<const SharedVocabulary> pVocabulary) {
+        _start.use(std::move(pVocabulary));
+    }
 
     /// How typed values become text.
     void setCanonicalNumbers(bool flag) noexcept { strings().typedText().canonicalNumbers = flag; }
@@ -147,6 +153,7 @@ private:
     ResolvedNames& resolvedNames(NameKind kind) noexcept {
         return kind == NameKind::ELEMENT ? _elementNames : _attributeNames;
     }
+    void keepQualifiedName();
     void forgetNames();
     const std::string& qualifiedName(unsigned int index);
 

@@ -1,4 +1,5 @@
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
+#include "OwnTable.h"
 #include "Tamo/Exception.h"
 #include "Tamo/FastInfoset/HashVocabulary.h"
 #include "Tamo/FastInfoset/MapVocabulary.h"
@@ -29,6 +30,30 @@ void enterAll(const Vocabulary<T>& from, Vocabulary<T>& to) {
             throw InvalidArgumentException("A vocabulary in which an entry occurs twice cannot be searched",
                                            "index " + std::to_string(i));
         }
+    }
+}
+
+// An entry as it is looked for: with 0 for what is absent.
+const std::string& searched(const std::string& entry) noexcept {
+    return entry;
+}
+QualifiedNameEntry searched(const QualifiedNameEntry& name) noexcept {
+    const auto part = [](UInt32 index) { return index != QualifiedNameEntry::ABSENT ? index : 0; };
+    return {part(name.prefixId()), part(name.namespaceId()), part(name.localNameId())};
+}
+
+// The same of tables in which an entry may occur twice.
+template<class T>
+void enterSearched(const Vocabulary<T>& from, IndexedVocabulary<T>& to) {
+    for (unsigned int i = 0; i < to.size(); ++i) {
+        if (i >= from.size() || from.value(i) != to.values()[i]) {
+            throw InvalidArgumentException("A vocabulary lacks the entry that every one begins with",
+                                           "index " + std::to_string(i));
+        }
+    }
+    for (auto i = static_cast<unsigned int>(to.size()); i < from.size(); ++i) {
+        const T& value = searched(from.value(i));
+        to.append(value, ValueIndex<T>::keyOf(value));
     }
 }
 
@@ -185,6 +210,59 @@ void DocumentVocabulary::emptyTables() {
     static_cast<Names&>(*_pAttributeVocabulary).reset();
 }
 
+// The same, laid on those of another vocabulary.
+template<class Strings, class Names>
+void DocumentVocabulary::layTables(const std::shared_ptr<const DocumentVocabulary>& pBase) {
+    if (!_ownTables) {
+        clear();
+        create<Strings, Names>();
+    }
+    for (std::size_t id = PREFIX; id < _vocabularies.size(); ++id) {
+        static_cast<Strings&>(*_vocabularies[id]).reset(*pBase->_indexed.strings[id], pBase);
+    }
+    static_cast<Names&>(*_pElementVocabulary).reset(*pBase->_indexed.pElements, pBase);
+    static_cast<Names&>(*_pAttributeVocabulary).reset(*pBase->_indexed.pAttributes, pBase);
+}
+
+void DocumentVocabulary::reset(const std::shared_ptr<const DocumentVocabulary>& pBase) {
+    if (!pBase || !pBase->_indexed.pElements) {
+        throw InvalidArgumentException("A vocabulary to begin with must be one that can be searched");
+    }
+    switch (_impl) {
+    case VOC_VECTOR:
+        layTables<VectorVocabulary<std::string>, VectorVocabulary<QualifiedNameEntry>>(pBase);
+        break;
+    case VOC_MAP:
+        layTables<MapVocabulary<std::string>, MapVocabulary<QualifiedNameEntry>>(pBase);
+        break;
+    case VOC_HASH:
+        layTables<HashVocabulary<std::string>, HashVocabulary<QualifiedNameEntry>>(pBase);
+        break;
+    }
+    takeAsOwn();
+    _alphabets = pBase->_alphabets;
+    _algorithms = pBase->_algorithms;
+}
+
+bool DocumentVocabulary::holdsOnly(const DocumentVocabulary& base) const {
+    if (!_ownTables || !base._indexed.pElements ||
+        _alphabets.alphabets().size() != base._alphabets.alphabets().size() ||
+        _algorithms.uris().size() != base._algorithms.uris().size()) {
+        return false;
+    }
+    const auto isOnly = []<class T>(const Vocabulary<T>& table, const IndexedVocabulary<T>& below) {
+        const VerbTable<T>& values = *OwnTable::valuesOf(table);
+        return values.base() == &below.values() && values.ownSize() == 0;
+    };
+    for (std::size_t id = PREFIX; id < _vocabularies.size(); ++id) {
+        if (!isOnly(*_vocabularies[id], *base._indexed.strings[id])) {
+            return false;
+        }
+    }
+    return isOnly(*_pElementVocabulary, *base._indexed.pElements) &&
+           isOnly(*_pAttributeVocabulary, *base._indexed.pAttributes);
+}
+
 void DocumentVocabulary::init() {
     bool dummy = false;
     tamo_assert(_vocabularies[DocumentVocabulary::PREFIX]->index("xml", dummy) == 1);
@@ -238,6 +316,19 @@ void DocumentVocabulary::copy(const DocumentVocabulary& other) {
     if (other._ownTables) {
         takeAsOwn();
     }
+}
+
+DocumentVocabulary DocumentVocabulary::searchable() const {
+    DocumentVocabulary result(_uri, VOC_MAP);
+    result._alphabets = _alphabets;
+    result._encodings = _encodings;
+    result._algorithms = _algorithms;
+    for (std::size_t id = PREFIX; id < ELEMENT_NAME; ++id) {
+        enterSearched(vocabulary(static_cast<ID>(id)), *result._indexed.strings[id]);
+    }
+    enterSearched(elementVocabulary(), *result._indexed.pElements);
+    enterSearched(attributeVocabulary(), *result._indexed.pAttributes);
+    return result;
 }
 
 DocumentVocabulary DocumentVocabulary::operator-(const DocumentVocabulary& doc) const {

@@ -156,6 +156,10 @@ FISDocumentHandler* FastInfosetParser::getDocumentHandler() const {
     return _pEngine->handlers().pDocument;
 }
 
+void FastInfosetParser::useVocabulary(std::shared_ptr<const SharedVocabulary> pVocabulary) {
+    _pEngine->useVocabulary(std::move(pVocabulary));
+}
+
 void FastInfosetParser::setExternalVocabularyLoader(VocabularyLoader* pLoader) {
     _pEngine->setLoader(pLoader);
 }

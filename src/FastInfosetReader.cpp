@@ -6,6 +6,7 @@
 #include "Tamo/FastInfoset/FISDefaultHandler.h"
 #include "Tamo/FastInfoset/TypedChunk.h"
 #include "Tamo/XML/AttributesImpl.h"
+#include <utility>
 
 namespace Tamo::FastInfoset {
 
@@ -423,6 +424,10 @@ bool FastInfosetReader::isStrict() const noexcept {
 
 const DocumentVocabulary& FastInfosetReader::vocabulary() const noexcept {
     return _pParser->strings().vocabulary();
+}
+
+void FastInfosetReader::useVocabulary(std::shared_ptr<const SharedVocabulary> pVocabulary) {
+    _pParser->useVocabulary(std::move(pVocabulary));
 }
 
 void FastInfosetReader::setExternalVocabularyLoader(VocabularyLoader* pLoader) {

@@ -17,7 +17,6 @@
 #include "Tamo/FastInfoset/ShortEncoding.h"
 #include "Tamo/FastInfoset/UUIDEncoding.h"
 #include "Tamo/XML/AttributesImpl.h"
-#include "VocabularyWriter.h"
 #include <string_view>
 #include <typeinfo>
 #include <utility>
@@ -116,8 +115,8 @@ struct FastInfosetWriter::Engine {
 };
 
 void FastInfosetWriter::Engine::clear() {
-    if (const DocumentVocabulary* const pExternal = header.externalVocabulary()) {
-        vocabulary() = *pExternal;
+    if (header.hasExternalVocabulary()) {
+        header.beginWithExternal();
     } else {
         if (vocabulary().restrictedAlphabets().alphabets().size() != DocumentRestrictedAlphabet::BUILT_IN) {
             vocabulary() = DocumentVocabulary(vocabulary().impl());
@@ -155,7 +154,7 @@ void FastInfosetWriter::setDocumentVocabulary(const DocumentVocabulary& vocabula
     if (_pEngine->pStrict) {
         _pEngine->goOn();
         _pEngine->requireBetween("setDocumentVocabulary() in the strict mode");
-        _pEngine->vocabulary() = VocabularyWriter::searchable(vocabulary);
+        _pEngine->vocabulary() = vocabulary.searchable();
         return;
     }
     if (vocabulary.impl() == DocumentVocabulary::VOC_VECTOR) {
@@ -184,7 +183,7 @@ void FastInfosetWriter::setExternalVocabulary(const std::string& uri, const Docu
     _pEngine->goOn();
     if (_pEngine->pStrict && _pEngine->vocabulary().isPredefined() &&
         _pEngine->constructs().isNothingOpen()) {
-        _pEngine->vocabulary() = VocabularyWriter::searchable(vocabulary);
+        _pEngine->vocabulary() = vocabulary.searchable();
     }
     _pEngine->header.setExternalVocabulary(uri, vocabulary);
 }
@@ -193,6 +192,15 @@ void FastInfosetWriter::useVocabulary(const DocumentVocabulary& vocabulary) {
     _pEngine->requireBetween("useVocabulary()");
     setDocumentVocabulary(vocabulary);
     _pEngine->header.setExternalVocabulary(vocabulary.getURI(), _pEngine->vocabulary());
+}
+
+void FastInfosetWriter::useVocabulary(const std::shared_ptr<const SharedVocabulary>& pVocabulary) {
+    tamo_check_ptr(pVocabulary);
+    _pEngine->requireBetween("useVocabulary()");
+    _pEngine->goOn();
+    _pEngine->header.setExternalVocabulary(pVocabulary);
+    _pEngine->header.beginWithExternal();
+    _pEngine->elements.forgetNames();
 }
 
 void FastInfosetWriter::setMaxIndexedStringLength(int length) {

@@ -6,8 +6,23 @@
 namespace Tamo::FastInfoset {
 
 void HeaderWriter::setExternalVocabulary(const std::string& uri, const DocumentVocabulary& vocabulary) {
-    _pExternalVocabulary = std::make_unique<DocumentVocabulary>(vocabulary);
+    _pExternalVocabulary = std::make_shared<const DocumentVocabulary>(vocabulary);
     _externalVocabularyURI = uri;
+    _isShared = false;
+}
+
+void HeaderWriter::setExternalVocabulary(const std::shared_ptr<const SharedVocabulary>& pVocabulary) {
+    _pExternalVocabulary = {pVocabulary, &pVocabulary->vocabulary()};
+    _externalVocabularyURI = pVocabulary->uri();
+    _isShared = true;
+}
+
+void HeaderWriter::beginWithExternal() {
+    if (_isShared) {
+        _vocabulary.reset(_pExternalVocabulary);
+    } else {
+        _vocabulary = *_pExternalVocabulary;
+    }
 }
 
 void HeaderWriter::reset() noexcept {
@@ -20,7 +35,7 @@ void HeaderWriter::reset() noexcept {
 
 void HeaderWriter::prepareStrict(const std::vector<std::string>& algorithms) {
     if (!VocabularyWriter::isSearchable(_vocabulary)) {
-        _vocabulary = VocabularyWriter::searchable(_vocabulary);
+        _vocabulary = _vocabulary.searchable();
     }
     _refersToExternal =
         !_externalVocabularyURI.empty() && VocabularyWriter::beginsWith(_vocabulary, *_pExternalVocabulary);
@@ -107,7 +122,12 @@ void HeaderWriter::write() {
         _writer.write(0u, 7); // what is left of the header when there is nothing to say
         return;
     }
-    const DocumentVocabulary difference = _vocabulary - (hasExternal ? *_pExternalVocabulary : DEFAULT);
+    static const DocumentVocabulary NOTHING = DEFAULT - DEFAULT;
+    std::optional<DocumentVocabulary> own;
+    if (!hasExternal || !_vocabulary.holdsOnly(*_pExternalVocabulary)) {
+        own.emplace(_vocabulary - (hasExternal ? *_pExternalVocabulary : DEFAULT));
+    }
+    const DocumentVocabulary& difference = own ? *own : NOTHING;
     bool hasInitialVocabulary = hasExternal || !difference.restrictedAlphabets().alphabets().empty() ||
                                 !difference.elementVocabulary().empty() ||
                                 !difference.attributeVocabulary().empty();

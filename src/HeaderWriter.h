@@ -5,6 +5,7 @@
 #include "StringWriter.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/Notation.h"
+#include "Tamo/FastInfoset/SharedVocabulary.h"
 #include "Tamo/FastInfoset/UnparsedEntity.h"
 #include <memory>
 #include <optional>
@@ -43,8 +44,13 @@ public:
     /// The vocabulary that the header refers to, and whose entries it does not announce.
     void setExternalVocabulary(const std::string& uri, const DocumentVocabulary& vocabulary);
 
-    /// It, or null.
-    const DocumentVocabulary* externalVocabulary() const noexcept { return _pExternalVocabulary.get(); }
+    void setExternalVocabulary(const std::shared_ptr<const SharedVocabulary>& pVocabulary);
+
+    /// Whether there is one.
+    bool hasExternalVocabulary() const noexcept { return _pExternalVocabulary != nullptr; }
+
+    /// Makes the document's tables hold what it has, a copy unless it is shared.
+    void beginWithExternal();
 
     void add(Notation&& notation) { _notations.push_back(std::move(notation)); }
     void add(UnparsedEntity&& entity) { _unparsedEntities.push_back(std::move(entity)); }
@@ -91,7 +97,8 @@ private:
     DocumentVocabulary& _vocabulary;
     StringWriter& _strings;
     bool _writeXMLDeclaration;
-    std::unique_ptr<DocumentVocabulary> _pExternalVocabulary; // null until one is set
+    std::shared_ptr<const DocumentVocabulary> _pExternalVocabulary; // null until one is set
+    bool _isShared = false;                                         // it is a SharedVocabulary's
     std::string _externalVocabularyURI;
     std::vector<Notation> _notations;
     std::vector<UnparsedEntity> _unparsedEntities;

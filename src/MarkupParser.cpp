@@ -34,7 +34,7 @@ int lengthOf(const std::string& comment) {
 void MarkupParser::Handlers::setContent(XML::ContentHandler* pHandler) {
     pContent = pHandler;
     pTyped = dynamic_cast<FISContentHandler*>(pHandler);
-    pChunks = dynamic_cast<TypedChunkHandler*>(pHandler);
+    pChunks = pTyped ? dynamic_cast<TypedChunkHandler*>(pTyped) : nullptr;
 }
 
 void MarkupParser::Handlers::setDocument(FISDocumentHandler* pHandler) {

@@ -15,33 +15,47 @@ TAMO_CONSTINIT const std::string NO_NAME;
 
 } // namespace
 
+const std::string* ResolvedNames::qualifiedNameOf(const Name& name, bool isComplete) noexcept {
+    return !name.pPrefix->empty() ? nullptr : isComplete ? name.pLocalName : &NO_NAME;
+}
+
+bool ResolvedNames::isKept(const Name& name) noexcept {
+    return name.pPrefix->size() + name.pLocalName->size() < LONGEST_KEPT;
+}
+
 void ResolvedNames::grow(unsigned int index) {
-    if (index >= MOST) {
+    const std::size_t own = index - _baseSize;
+    if (own >= MOST) {
         _furtherIndex = index;
         return;
     }
-    const std::size_t needed = static_cast<std::size_t>(index) + 1;
+    const std::size_t needed = own + 1;
     _names.resize(std::max({needed, needed < 2 * _size ? 2 * _size : 0, FIRST_SIZE}));
     _size = _names.size();
 }
 
 const std::string& ResolvedNames::makeQualifiedName(unsigned int index) {
-    Name& name = index < _size ? _names[index] : _further;
-    if (name.pPrefix->empty()) {
-        name.pQName = _isComplete ? name.pLocalName : &NO_NAME;
-        return *name.pQName;
-    }
-    const bool kept = index < MOST && name.pPrefix->size() + name.pLocalName->size() < LONGEST_KEPT;
-    if (kept && _qnameCount == _qnames.size()) {
-        _qnames.emplace_back();
-    }
-    std::string& qname = kept ? _qnames[_qnameCount] : _longName;
-    qname.assign(*name.pPrefix).append(1, ':').append(*name.pLocalName);
-    if (kept) {
+    const std::size_t own = index - _baseSize;
+    const bool isOwn = own < _size;
+    const Name& name = isOwn ? _names[own] : *findElsewhere(index);
+    const std::string* pQName = qualifiedNameOf(name, _isComplete);
+    if (!pQName) {
+        const bool kept = isOwn && isKept(name);
+        if (kept && _qnameCount == _qnames.size()) {
+            _qnames.emplace_back();
+        }
+        std::string& qname = kept ? _qnames[_qnameCount] : _longName;
+        qname.assign(*name.pPrefix).append(1, ':').append(*name.pLocalName);
+        if (!kept) {
+            return qname;
+        }
         ++_qnameCount;
-        name.pQName = &qname;
+        pQName = &qname;
     }
-    return qname;
+    if (isOwn) {
+        _names[own].pQName = pQName;
+    }
+    return *pQName;
 }
 
 } // namespace Tamo::FastInfoset

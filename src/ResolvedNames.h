@@ -5,6 +5,7 @@
 #include "Tamo/XML/DeliveryLimits.h"
 #include <cstddef>
 #include <deque>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -15,8 +16,8 @@ namespace Tamo::FastInfoset {
 ///
 /// Filled by FastInfosetParser as names come up, and emptied when the tables below it are. The strings of the
 /// parts belong to the vocabulary's tables, whose entries never move; qualified names are kept here. Beyond
-/// the first MOST names of a table, which are those that documents repeat, there is one at a time. Used by
-/// one thread at a time.
+/// the first MOST names of a table, which are those that documents repeat, there is one at a time. Names can
+/// be laid on those of a vocabulary that parsers share, as their tables are. Used by one thread at a time.
 class ResolvedNames {
 public:
     /// The entries of the table that have a place of their own.
@@ -34,23 +35,22 @@ public:
 
     /// The name at index, or null when it has not been entered. Valid until the next enter() or clear().
     TAMO_ALWAYS_INLINE const Name* find(unsigned int index) const noexcept {
-        if (index < _size) [[likely]] {
-            return _names[index].pLocalName ? &_names[index] : nullptr;
+        const std::size_t own = index - _baseSize; // huge for one of the names below
+        if (own < _size) [[likely]] {
+            return _names[own].pLocalName ? &_names[own] : nullptr;
         }
-        return index == _furtherIndex ? &_further : nullptr;
+        return findElsewhere(index);
     }
 
     /// Enters the name at index, replacing what is there, or the last one behind MOST. The index is that of a
     /// table's entry, so that this holds no more names than the table.
     void enter(unsigned int index, const std::string& prefix, const std::string& uri,
                const std::string& localName) {
-        if (index >= _size) [[unlikely]] {
+        const std::size_t own = index - _baseSize;
+        if (own >= _size) [[unlikely]] {
             grow(index);
         }
-        constexpr std::size_t CALLBACK = XML::DeliveryLimits::CALLBACK;
-        (index < MOST ? _names[index] : _further) =
-            Name{&prefix, &uri, &localName, nullptr,
-                 CALLBACK + uri.size() + localName.size() + (_isPrefixCounted ? prefix.size() : 0)};
+        (own < _size ? _names[own] : _further) = named(prefix, uri, localName, _isPrefixCounted);
     }
 
     /// Whether the octets of a name include those of its prefix; to be set before names are entered.
@@ -62,25 +62,60 @@ public:
     /// The qualified name of the name at index, which must have been entered: prefix, colon and local name,
     /// or without a prefix nothing, or the local name. Valid until the next call or clear().
     TAMO_ALWAYS_INLINE const std::string& qualifiedName(unsigned int index) {
-        const Name& name = index < _size ? _names[index] : _further;
+        const std::size_t own = index - _baseSize;
+        const Name& name = own < _size ? _names[own] : *findElsewhere(index);
         return name.pQName ? *name.pQName : makeQualifiedName(index);
+    }
+
+    /// Forgets all names, keeps their storage, and begins with names that have been resolved: all those that
+    /// a table begins with, by index, with what this is told of prefixes and completeness. Borrowed.
+    void clear(std::span<const Name> base) noexcept {
+        clear();
+        _base = base.data();
+        _baseSize = base.size();
     }
 
     /// Forgets all names and keeps their storage.
     void clear() noexcept {
+        _base = nullptr;
+        _baseSize = 0;
         _names.clear();
         _size = 0;
         _furtherIndex = NONE;
         _qnameCount = 0;
     }
 
+    /// The entry of a name with these parts, without its qualified name.
+    static Name named(const std::string& prefix, const std::string& uri, const std::string& localName,
+                      bool isPrefixCounted) noexcept {
+        return {&prefix, &uri, &localName, nullptr,
+                XML::DeliveryLimits::CALLBACK + uri.size() + localName.size() +
+                    (isPrefixCounted ? prefix.size() : 0)};
+    }
+
+    /// The qualified name of an entry when it is, or need not be, kept anywhere: that of a name without
+    /// prefix, which is complete or not. Null for others.
+    static const std::string* qualifiedNameOf(const Name& name, bool isComplete) noexcept;
+
+    /// Whether the qualified name of a name is kept.
+    static bool isKept(const Name& name) noexcept;
+
 private:
     static constexpr unsigned int NONE = 0xFFFFFFFF;
+
+    const Name* findElsewhere(unsigned int index) const noexcept {
+        if (index < _baseSize && _base[index].pLocalName) {
+            return &_base[index];
+        }
+        return index == _furtherIndex ? &_further : nullptr;
+    }
 
     void grow(unsigned int index);
     const std::string& makeQualifiedName(unsigned int index);
 
-    std::vector<Name> _names;
+    const Name* _base = nullptr; // names that belong to others
+    std::size_t _baseSize = 0;
+    std::vector<Name> _names;          // those behind them
     std::size_t _size = 0;             // of the vector, at hand without a division
     Name _further;                     // at an index behind MOST
     unsigned int _furtherIndex = NONE; // which one

@@ -1,5 +1,7 @@
 #include "StartVocabulary.h"
+#include "Tamo/Bugcheck.h"
 #include "Tamo/FastInfoset/FISException.h"
+#include <utility>
 
 namespace Tamo::FastInfoset {
 
@@ -13,8 +15,29 @@ StartVocabulary::StartVocabulary(const DocumentVocabulary& vocabulary, Open open
 VocabularyLoader* StartVocabulary::loader(VocabularyLoader* pLoader, bool strict) noexcept {
     _isStrict = strict;
     _pLoader = pLoader;
-    const bool asksThis = strict && _pGiven;
-    return asksThis || (!pLoader && _open) ? this : pLoader;
+    _pShared.reset();
+    const bool hasOwn = (strict && _pGiven) || !_vocabularies.empty();
+    return hasOwn || pLoader || _open ? this : nullptr;
+}
+
+void StartVocabulary::use(std::shared_ptr<const SharedVocabulary> pVocabulary) {
+    tamo_check_ptr(pVocabulary);
+    std::erase_if(_vocabularies, [&](const auto& pOther) { return pOther->uri() == pVocabulary->uri(); });
+    _vocabularies.push_back(std::move(pVocabulary));
+}
+
+std::shared_ptr<const SharedVocabulary> StartVocabulary::shared(const std::string& uri) {
+    for (const auto& pVocabulary : _vocabularies) {
+        if (pVocabulary->uri() == uri) {
+            _pShared = pVocabulary;
+            return pVocabulary;
+        }
+    }
+    const bool isGiven = _isStrict && _pGiven && uri == _pGiven->getURI();
+    if (_pLoader && !isGiven) {
+        _pShared = _pLoader->shared(uri);
+    }
+    return _pShared;
 }
 
 void StartVocabulary::restore(DocumentVocabulary& vocabulary) const {

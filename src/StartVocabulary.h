@@ -5,6 +5,7 @@
 #include "Tamo/FastInfoset/VocabularyLoader.h"
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace Tamo::FastInfoset {
 
@@ -20,6 +21,9 @@ public:
     StartVocabulary(DocumentVocabulary::VocabularyImpl impl, Open open) noexcept : _impl(impl), _open(open) {}
     StartVocabulary(const DocumentVocabulary& vocabulary, Open open);
 
+    /// Adds a vocabulary for documents that name its URI; it comes before all others.
+    void use(std::shared_ptr<const SharedVocabulary> pVocabulary);
+
     /// Where the next document's external vocabulary comes from, with the application's loader or null; null
     /// where it is refused. Strictly, the one that was given comes before all others; by default the document
     /// before has it.
@@ -30,10 +34,17 @@ public:
 
     DocumentVocabulary load(const std::string& uri) override;
 
+    std::shared_ptr<const SharedVocabulary> shared(const std::string& uri) override;
+
+    /// What shared() has yielded for the document; null for others.
+    const SharedVocabulary* sharedByDocument() const noexcept { return _pShared.get(); }
+
 private:
     DocumentVocabulary::VocabularyImpl _impl;
     Open _open;
     std::unique_ptr<const DocumentVocabulary> _pGiven; // null where there is none with a URI
+    std::vector<std::shared_ptr<const SharedVocabulary>> _vocabularies;
+    std::shared_ptr<const SharedVocabulary> _pShared;
     VocabularyLoader* _pLoader = nullptr;
     bool _isStrict = false;
 };

@@ -20,7 +20,13 @@ DocumentVocabulary VocabularyLoader::vocabulary(const std::string& uri) {
     };
     _loading.push_back(uri);
     const Entered entered{_loading};
-    return load(uri);
+    DocumentVocabulary loaded = load(uri);
+    SharedVocabulary::requireContent(uri, loaded);
+    return loaded;
+}
+
+std::shared_ptr<const SharedVocabulary> VocabularyLoader::shared(const std::string&) {
+    return nullptr;
 }
 
 } // namespace Tamo::FastInfoset

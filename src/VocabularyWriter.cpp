@@ -3,6 +3,7 @@
 #include "Forms.h"
 #include "LegalStrings.h"
 #include "OctetComposer.h"
+#include "OwnTable.h"
 #include "Tamo/Exception.h"
 #include "Tamo/FastInfoset/Encoder.h"
 #include "Tamo/FastInfoset/FISException.h"
@@ -52,22 +53,13 @@ void forEachFrom(const Vocabulary<T>& table, std::size_t begin, const Use& use) 
     }
 }
 
-// Enters the values of from at the indexes that they have there.
-template<class T>
-void enterAll(const Vocabulary<T>& from, IndexedVocabulary<T>& to) {
-    for (std::size_t i = 0; i < to.size(); ++i) {
-        if (i >= from.size() || from.value(static_cast<unsigned int>(i)) != to.values()[i]) {
-            throw InvalidArgumentException("A vocabulary lacks the entry that every one begins with",
-                                           "index " + std::to_string(i));
-        }
-    }
-    forEachFrom(from, to.size(),
-                [&](const T& value) { to.append(searched(value), ValueIndex<T>::keyOf(searched(value))); });
-}
-
 template<class T>
 bool tableBeginsWith(const Vocabulary<T>& table, const Vocabulary<T>& base) {
     const std::size_t size = base.size();
+    const VerbTable<T>* const pValues = OwnTable::valuesOf(table);
+    if (pValues && pValues->base() && pValues->base() == OwnTable::valuesOf(base)) {
+        return true;
+    }
     if (table.size() < size) {
         return false;
     }
@@ -86,10 +78,12 @@ void requireCount(std::size_t size, const char* entry) {
     }
 }
 
-// Whether the names are all written with 0 for what is absent.
+// Whether the names are all written with 0 for what is absent, as those are that tables are laid on.
 bool isSearched(const Vocabulary<QualifiedNameEntry>& names) {
     bool result = true;
-    forEachFrom(names, 0, [&](const QualifiedNameEntry& name) { result = result && name == searched(name); });
+    const VerbTable<QualifiedNameEntry>* const pValues = OwnTable::valuesOf(names);
+    forEachFrom(names, pValues ? pValues->baseSize() : 0,
+                [&](const QualifiedNameEntry& name) { result = result && name == searched(name); });
     return result;
 }
 
@@ -98,20 +92,6 @@ bool isSearched(const Vocabulary<QualifiedNameEntry>& names) {
 const DocumentVocabulary& VocabularyWriter::predefined() {
     static const DocumentVocabulary PREDEFINED(DocumentVocabulary::VOC_MAP);
     return PREDEFINED;
-}
-
-DocumentVocabulary VocabularyWriter::searchable(const DocumentVocabulary& vocabulary) {
-    DocumentVocabulary result(vocabulary.getURI(), DocumentVocabulary::VOC_MAP);
-    result.restrictedAlphabets() = vocabulary.restrictedAlphabets();
-    result.encodings() = vocabulary.encodings();
-    result.algorithms() = vocabulary.algorithms();
-    for (const auto& table : TABLES) {
-        enterAll(vocabulary.vocabulary(table.id), *result.indexedVocabulary(table.id));
-    }
-    for (const NameKind kind : NAME_KINDS) {
-        enterAll(vocabulary.names(kind), *result.indexedNames(kind));
-    }
-    return result;
 }
 
 bool VocabularyWriter::isSearchable(DocumentVocabulary& vocabulary) {

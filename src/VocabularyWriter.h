@@ -16,11 +16,7 @@ public:
     /// The predefined vocabulary.
     static const DocumentVocabulary& predefined();
 
-    /// The same vocabulary in tables of kind VOC_MAP, in which an entry may occur twice. One that does not
-    /// begin with the predefined entries throws InvalidArgumentException.
-    static DocumentVocabulary searchable(const DocumentVocabulary& vocabulary);
-
-    /// Whether the tables are searchable already.
+    /// Whether the tables are as DocumentVocabulary::searchable() makes them.
     static bool isSearchable(DocumentVocabulary& vocabulary);
 
     /// Whether a vocabulary begins with the entries of a base, each table with those of its own.

@@ -1,5 +1,7 @@
 #include "Tamo/Hash.h"
 #include "Tamo/HashKey.h"
+#include "Tamo/NumberFormatter.h"
+#include "Tamo/SHA256.h"
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <vector>
@@ -69,4 +71,27 @@ TEST(HashKey, HoldsShortTextsAndTellsLongOnesApart) {
     }
     EXPECT_LT(std::count(load.begin(), load.end(), 0), 45);
     EXPECT_LT(*std::max_element(load.begin(), load.end()), 22);
+}
+
+// Those of FIPS 180-4 and of the same text in pieces of every size.
+TEST(SHA256, DigestsOfTheStandard) {
+    const std::pair<std::string, const char*> rows[] = {
+        {"", "E3B0C44298FC1C149AFBF4C8996FB92427AE41E4649B934CA495991B7852B855"},
+        {"abc", "BA7816BF8F01CFEA414140DE5DAE2223B00361A396177A9CB410FF61F20015AD"},
+        {"abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq",
+         "248D6A61D20638B8E5C026930C3E6039A33CE45964FF2167F6ECEDD419DB06C1"},
+        {std::string(1000000, 'a'), "CDC76E5C9914FB9281A1C7E284D73E67F1809A48A497200E046D39CCC7112CD0"}};
+    for (const auto& [text, expected] : rows) {
+        for (const std::size_t piece : {std::size_t{1}, std::size_t{63}, std::size_t{65}, text.size() + 1}) {
+            SHA256 hash;
+            for (std::size_t i = 0; i < text.size(); i += piece) {
+                hash.add(std::string_view(text).substr(i, piece));
+            }
+            std::string digest;
+            for (const UInt8 octet : hash.finish()) {
+                NumberFormatter::appendHex(digest, octet, 2);
+            }
+            EXPECT_EQ(digest, expected) << piece;
+        }
+    }
 }

@@ -82,6 +82,16 @@ public:
     /// Returns the tables to the predefined entries. Alphabets, algorithms and URI stay.
     void reset();
 
+    /// Makes the tables, of this vocabulary's kind, begin with the entries of another one, without copying
+    /// them: that costs the same whatever their number. Alphabets and algorithms by URI become copies of its;
+    /// URI, writer-side and parser-side algorithms stay. The other one must not change any more, and may be
+    /// used so by any number of vocabularies in any threads; each keeps a share of it. One that is not of
+    /// kind VOC_MAP or VOC_HASH, or has a table of the application's own, throws InvalidArgumentException.
+    void reset(const std::shared_ptr<const DocumentVocabulary>& pBase);
+
+    /// Whether the tables hold what another vocabulary has, on which reset() has laid them, and nothing else.
+    bool holdsOnly(const DocumentVocabulary& base) const;
+
     /// True when all tables are there and hold the predefined entries alone, and there are no alphabets
     /// beyond the built-in ones.
     bool isPredefined() const;
@@ -102,9 +112,15 @@ public:
     /// The table of strings for id as what finds its values without virtual calls; null for a table of
     /// another kind and when tables have been replaced.
     IndexedVocabulary<std::string>* indexedVocabulary(ID voc) noexcept { return _indexed.strings[voc]; }
+    const IndexedVocabulary<std::string>* indexedVocabulary(ID voc) const noexcept {
+        return _indexed.strings[voc];
+    }
 
     /// The table of names of a kind in the same way.
     IndexedVocabulary<QualifiedNameEntry>* indexedNames(NameKind kind) noexcept {
+        return kind == NameKind::ELEMENT ? _indexed.pElements : _indexed.pAttributes;
+    }
+    const IndexedVocabulary<QualifiedNameEntry>* indexedNames(NameKind kind) const noexcept {
         return kind == NameKind::ELEMENT ? _indexed.pElements : _indexed.pAttributes;
     }
 
@@ -174,6 +190,11 @@ public:
 
     /// Makes this the external vocabulary with a URI.
     void setURI(const std::string& uri) { _uri = uri; }
+
+    /// The same vocabulary in tables of kind VOC_MAP, in which an entry may occur twice, and absent parts of
+    /// names are 0; without the parser-side algorithms. One that does not begin with the predefined entries
+    /// throws InvalidArgumentException.
+    DocumentVocabulary searchable() const;
 
     /// What this vocabulary holds beyond other: tables without placeholder that list the entries to announce,
     /// in their order. A table that other does not reach fails an assertion.
@@ -249,6 +270,8 @@ private:
     void create();
     template<class Strings, class Names>
     void emptyTables();
+    template<class Strings, class Names>
+    void layTables(const std::shared_ptr<const DocumentVocabulary>& pBase);
     void init();
     void copy(const DocumentVocabulary& other);
     void takeAsOwn();

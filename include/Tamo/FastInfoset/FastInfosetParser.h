@@ -4,6 +4,7 @@
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/ParserLimits.h"
+#include "Tamo/FastInfoset/SharedVocabulary.h"
 #include "Tamo/FastInfoset/detail/OpenVocabulary.h"
 #include "Tamo/FastInfoset/detail/ParsedAttributes.h" // handlers are compiled to guess that a list is one
 #include "Tamo/Types.h"
@@ -94,6 +95,11 @@ public:
     /// The handler that is told what the document says of itself; borrowed, may be null.
     void setDocumentHandler(FISDocumentHandler* pDocumentHandler);
     FISDocumentHandler* getDocumentHandler() const;
+
+    /// Gives the parser a vocabulary that is shared: documents that name its URI begin with it, which costs
+    /// nothing for its entries. Several can be given, a later one in place of one with its URI; they come
+    /// before what the loader yields. To be set between documents.
+    void useVocabulary(std::shared_ptr<const SharedVocabulary> pVocabulary);
 
     /// What yields external vocabularies; borrowed. Null: the URIs that documents name are opened, or
     /// refused, as the constructor says.

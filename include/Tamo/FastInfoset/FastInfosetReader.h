@@ -5,6 +5,7 @@
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/Notation.h"
 #include "Tamo/FastInfoset/ParserLimits.h"
+#include "Tamo/FastInfoset/SharedVocabulary.h"
 #include "Tamo/FastInfoset/UnparsedEntity.h"
 #include "Tamo/FastInfoset/detail/OpenVocabulary.h"
 #include "Tamo/Types.h"
@@ -182,6 +183,11 @@ public:
 
     /// The vocabulary as the document has left it so far.
     const DocumentVocabulary& vocabulary() const noexcept;
+
+    /// Gives the reader a vocabulary that is shared: documents that name its URI begin with it, which costs
+    /// nothing for its entries. Several can be given, a later one in place of one with its URI; they come
+    /// before what the loader yields. To be set between documents.
+    void useVocabulary(std::shared_ptr<const SharedVocabulary> pVocabulary);
 
     /// What yields external vocabularies, see FastInfosetParser; borrowed.
     void setExternalVocabularyLoader(VocabularyLoader* pLoader);

@@ -7,6 +7,7 @@
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/FastInfoset/EncodingAlgorithm.h"
+#include "Tamo/FastInfoset/SharedVocabulary.h"
 #include "Tamo/FastInfoset/TypedChunkHandler.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/LexicalHandler.h"
@@ -178,6 +179,11 @@ public:
     /// Makes a copy of the vocabulary that with which this and all later documents begin; the header refers
     /// to it by its URI, or announces it when it has none. Between documents; see setDocumentVocabulary.
     void useVocabulary(const DocumentVocabulary& vocabulary);
+
+    /// Makes this and all later documents begin with a vocabulary that is shared, and their headers refer to
+    /// it: that costs a document nothing for its entries. Between documents, else InvalidAccessException. The
+    /// tables keep their kind, with the limits of VOC_HASH.
+    void useVocabulary(const std::shared_ptr<const SharedVocabulary>& pVocabulary);
 
     /// The document's properties, for the header; before the root element, in the strict mode only.
     void additionalData(const std::string& id, std::span<const std::byte> data) override;

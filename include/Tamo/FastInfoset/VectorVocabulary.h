@@ -3,6 +3,8 @@
 
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/Vocabulary.h"
+#include "Tamo/FastInfoset/detail/IndexedVocabulary.h"
+#include <memory>
 
 namespace Tamo::FastInfoset {
 
@@ -62,6 +64,12 @@ public:
 
     /// Drops all values but the placeholder.
     void reset() { this->resetValues(); }
+
+    /// Drops all values and begins with those of a table that never changes again and belongs to pOwner, of
+    /// which a share is kept.
+    void reset(const IndexedVocabulary<T>& base, const std::shared_ptr<const void>& pOwner) {
+        this->layOn(base.values(), pOwner);
+    }
 
     /// The values by index, for those who check the range themselves or take std::out_of_range.
     const VerbTable<T>& values() const noexcept { return this->_index; }

@@ -21,6 +21,9 @@ namespace Tamo::FastInfoset {
 /// before it up to LARGEST_BLOCK, so a value is found by arithmetic, references stay valid while the table
 /// grows (and is not moved), and few places are in wait. Values are owned; the table is used by one thread at
 /// a time.
+///
+/// A table can be laid on another one, which never changes again: it begins with that one's values then, and
+/// its own have the indexes behind them. Any number of tables can be laid on one, in any threads.
 template<class T>
 class TAMO_API VerbTable {
 public:
@@ -35,9 +38,12 @@ public:
 
     VerbTable() = default;
 
+    /// The copy is laid on the same table.
     VerbTable(const VerbTable& other) : VerbTable() {
+        _pBase = other._pBase;
+        _baseSize = other._baseSize;
         for (std::size_t i = 0; i < other._size; ++i) {
-            push_back(*other.find(i));
+            push_back(*other.slot(i));
         }
     }
 
@@ -70,11 +76,28 @@ public:
         return *_pNext++;
     }
 
+    /// Lays the table on another one, which must not change any more and is not laid on a third; null lays it
+    /// on none. The table's own values are dropped, and their storage is kept as by truncate().
+    void layOn(std::shared_ptr<const VerbTable> pBase) {
+        _baseSize = pBase ? pBase->size() : 0;
+        _pBase = std::move(pBase);
+        truncate(_baseSize);
+    }
+
+    /// What the table is laid on; null where it is on none.
+    const VerbTable* base() const noexcept { return _pBase.get(); }
+
+    /// How many of the values belong to the table below.
+    std::size_t baseSize() const noexcept { return _baseSize; }
+
+    /// How many values are the table's own.
+    std::size_t ownSize() const noexcept { return _size; }
+
     /// Number of values.
-    std::size_t size() const noexcept { return _size; }
+    std::size_t size() const noexcept { return _baseSize + _size; }
 
     /// True when there are no values.
-    bool empty() const noexcept { return _size == 0; }
+    bool empty() const noexcept { return size() == 0; }
 
     /// The value at i; throws std::out_of_range "index out of range" past the last one.
     const T& operator[](std::size_t i) const {
@@ -89,14 +112,19 @@ public:
     const T& at(std::size_t i) const { return (*this)[i]; }
 
     /// The value at i, or null past the last one.
-    TAMO_ALWAYS_INLINE const T* find(std::size_t i) const noexcept { return i < _size ? slot(i) : nullptr; }
+    TAMO_ALWAYS_INLINE const T* find(std::size_t i) const noexcept {
+        const std::size_t own = i - _baseSize; // huge for one of the table below
+        return own < _size ? slot(own) : findBelow(i);
+    }
 
-    /// The first FIRST_BLOCK values, which stand side by side; not for an empty table.
-    const T* firstBlock() const noexcept { return _blocks[0]; }
+    /// The first FIRST_BLOCK of the table's own values, which stand side by side.
+    const T* firstBlock() const noexcept { return reinterpret_cast<const T*>(_ownBlock); }
 
-    /// Drops all values but the first count. The places of MOST_KEPT values are kept for those to come, with
-    /// the storage of strings that are not long.
+    /// Drops all values but the first count, not fewer than those of the table below. The places of MOST_KEPT
+    /// values are kept for those to come, with the storage of strings that are not long.
     void truncate(std::size_t count) {
+        tamo_assert(count >= _baseSize);
+        count -= _baseSize;
         if (count >= _size) {
             return;
         }
@@ -139,6 +167,8 @@ private:
         return _largestBlocks[(i - IN_GROWING) / LARGEST_BLOCK] + (i - IN_GROWING) % LARGEST_BLOCK;
     }
 
+    const T* findBelow(std::size_t i) const noexcept { return i < _baseSize ? _pBase->slot(i) : nullptr; }
+
     // Gives back what the strings from begin to before end hold beyond LONGEST_KEPT octets.
     void forgetLong(std::size_t begin, std::size_t end) noexcept {
         while (begin < end) {
@@ -156,6 +186,8 @@ private:
 
     // Moves the contents of other here, where there are none.
     void take(VerbTable& other) noexcept {
+        _pBase = std::exchange(other._pBase, nullptr);
+        _baseSize = std::exchange(other._baseSize, 0);
         static_assert(std::is_nothrow_move_constructible_v<T>);
         const std::size_t own = std::min(other._constructed, FIRST_BLOCK);
         std::uninitialized_move_n(other.ownBlock(), own, ownBlock());
@@ -217,10 +249,12 @@ private:
     T* _blocks[GROWING_BLOCKS]; // as many of them as there are blocks
     std::vector<T*> _largestBlocks;
     std::size_t _blockCount = 0; // of both
+    std::size_t _baseSize = 0;   // values of the table below; all counts that follow are of the own ones
     std::size_t _size = 0;
     std::size_t _constructed = 0; // values beyond _size are left from before truncate()
     T* _pNext = nullptr;          // where the next value goes, unless it is _pEnd
     T* _pEnd = nullptr;           // of the block
+    std::shared_ptr<const VerbTable> _pBase;
     alignas(T) std::byte _ownBlock[FIRST_BLOCK * sizeof(T)]; // the first of them
 };
 

@@ -48,9 +48,11 @@ public:
     virtual Vocabulary<T>* clone() const = 0;
 
 protected:
-    /// Adds to result the values of this table that other lacks.
+    /// Adds to result the values of this table that other lacks. What both are laid on is in both.
     void subtractInto(Vocabulary<T>& result, const Vocabulary<T>& other) const {
-        for (std::size_t i = 0; i < _index.size(); ++i) {
+        const VerbTable<T>* const pBase = _index.base();
+        const bool hasOther = pBase && (pBase == &other._index || pBase == other._index.base());
+        for (std::size_t i = hasOther ? _index.baseSize() : 0; i < _index.size(); ++i) {
             const T& candidate = _index[i];
             bool found = false;
             other.exists(candidate, found);
@@ -60,8 +62,21 @@ protected:
         }
     }
 
-    /// Drops all values but the placeholder, which a table without gets.
+    /// Drops all values and begins with those of a table that never changes again and belongs to pOwner, of
+    /// which a share is kept.
+    void layOn(const VerbTable<T>& base, const std::shared_ptr<const void>& pOwner) {
+        if (_index.base() == &base) {
+            _index.truncate(_index.baseSize());
+        } else {
+            _index.layOn({pOwner, &base});
+        }
+    }
+
+    /// Drops all values but the placeholder, which a table without gets, and is laid on no other table.
     void resetValues() {
+        if (_index.base()) [[unlikely]] {
+            _index.layOn(nullptr);
+        }
         const bool hasPlaceholder = !_index.empty() && _index[0] == T();
         _index.truncate(hasPlaceholder ? 1 : 0);
         if (!hasPlaceholder) {

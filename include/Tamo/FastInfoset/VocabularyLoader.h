@@ -3,7 +3,9 @@
 
 #include "Tamo/Export.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
+#include "Tamo/FastInfoset/SharedVocabulary.h"
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,11 +24,16 @@ public:
     virtual ~VocabularyLoader();
 
     /// The vocabulary that uri names, for a parser: load(uri), unless uri is being loaded already, directly
-    /// or through another vocabulary, which throws FISException.
+    /// or through another vocabulary, which throws FISException, as does a vocabulary that has other entries
+    /// than its URI says (SharedVocabulary::contentURI).
     DocumentVocabulary vocabulary(const std::string& uri);
 
     /// The vocabulary that uri names; what it throws passes through.
     virtual DocumentVocabulary load(const std::string& uri) = 0;
+
+    /// The vocabulary that uri names as one that documents share, which parsers ask for first. Null, as here,
+    /// where load() yields it, for each document anew.
+    virtual std::shared_ptr<const SharedVocabulary> shared(const std::string& uri);
 
 private:
     std::vector<std::string> _loading;

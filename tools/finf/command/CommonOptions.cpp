@@ -17,20 +17,23 @@ CLI::ValidationError wrong(const std::string& message) {
 
 void addEntry(const std::string& uri, const std::string& file, VocabularyFiles::List& vocabularies) {
     for (const auto& vocabulary : vocabularies) {
-        if (vocabulary.uri == uri) {
+        if (!uri.empty() && vocabulary.uri == uri) {
             throw wrong("--external-vocabulary names " + uri + " twice");
         }
     }
     vocabularies.push_back({uri, file});
 }
 
-/// Splits URI=FILE at the last equals sign, since URIs hold one more often than file names.
+/// Splits URI=FILE at the last equals sign, since URIs hold one more often than file names. FILE alone has the
+/// URI of its content.
 void addVocabulary(const std::string& argument, VocabularyFiles::List& vocabularies) {
     const std::size_t equals = argument.rfind('=');
-    if (equals == std::string::npos || equals == 0 || equals + 1 == argument.size()) {
-        throw wrong("--external-vocabulary takes URI=FILE, not " + argument);
+    if (argument.empty() || equals == 0 || equals == argument.size() - 1) {
+        throw wrong("--external-vocabulary takes URI=FILE or FILE, not " + argument);
     }
-    addEntry(argument.substr(0, equals), argument.substr(equals + 1), vocabularies);
+    const bool hasURI = equals != std::string::npos;
+    addEntry(hasURI ? argument.substr(0, equals) : std::string(), argument.substr(hasURI ? equals + 1 : 0),
+             vocabularies);
 }
 
 template<class Number>
@@ -68,8 +71,9 @@ void addVocabularyOption(CLI::App& command, VocabularyFiles::List& vocabularies)
                     addVocabulary(argument, vocabularies);
                 }
             },
-            "Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated")
-        ->type_name("URI=FILE")
+            "Build the external vocabulary URI, or that of its content, from FILE (XML or Fast Infoset); may be "
+            "repeated")
+        ->type_name("[URI=]FILE")
         ->type_size(1)
         ->expected(1)
         ->allow_extra_args(false)

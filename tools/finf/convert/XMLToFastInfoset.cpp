@@ -9,25 +9,26 @@
 namespace finf {
 
 using Tamo::FastInfoset::DocumentVocabulary;
+using Tamo::FastInfoset::SharedVocabulary;
 using Tamo::XML::SAXParser;
 using Tamo::XML::XMLReader;
 
 void XMLToFastInfoset::setVocabulary(const std::string& uri, const DocumentVocabulary& vocabulary) {
-    _vocabulary = vocabulary;
-    _vocabulary->setURI(uri);
+    DocumentVocabulary named(vocabulary);
+    named.setURI(uri);
+    _pVocabulary = SharedVocabulary::of(named);
 }
 
 void XMLToFastInfoset::convert(std::istream& in, std::ostream& out) {
-    if (!_vocabulary && !_options.vocabularies.empty()) {
-        const std::string& uri = _options.vocabularies.front().uri;
-        setVocabulary(uri, _vocabularies.vocabulary(uri));
+    if (!_pVocabulary && !_options.vocabularies.empty()) {
+        _pVocabulary = _vocabularies.first();
     }
     CountingBuf counting(*out.rdbuf());
     std::ostream counted(&counting);
     DocumentWriter writer(counted, _options.xmlDeclaration, DocumentVocabulary::VOC_MAP);
     writer.setStrict(true);
-    if (_vocabulary) {
-        writer.useVocabulary(*_vocabulary);
+    if (_pVocabulary) {
+        writer.useVocabulary(_pVocabulary);
     }
     writer.setLimits(_options.limits, counting);
     writer.setMaxIndexedStringLength(_options.maxIndexedLength);

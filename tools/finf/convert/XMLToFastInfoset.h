@@ -3,7 +3,7 @@
 
 #include "command/Options.h"
 #include "convert/Conversion.h"
-#include <optional>
+#include <memory>
 #include <string>
 
 namespace finf {
@@ -23,7 +23,7 @@ public:
 private:
     const Options& _options;
     VocabularyFiles _vocabularies;
-    std::optional<Tamo::FastInfoset::DocumentVocabulary> _vocabulary; // read for the first document
+    std::shared_ptr<const Tamo::FastInfoset::SharedVocabulary> _pVocabulary; // read for the first document
 };
 
 } // namespace finf

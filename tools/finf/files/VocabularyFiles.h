@@ -4,6 +4,10 @@
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
 #include "Tamo/FastInfoset/ParserLimits.h"
+#include "Tamo/FastInfoset/SharedVocabularies.h"
+#include "Tamo/FastInfoset/SharedVocabulary.h"
+#include "Tamo/FastInfoset/VocabularyLoader.h"
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,8 +16,8 @@ namespace finf {
 /// The external vocabularies that the command line supplies; no other resource is ever opened.
 class VocabularyFiles : public Tamo::FastInfoset::ExternalVocabularyLoader {
 public:
-    /// A vocabulary's URI, as documents name it, and the file that it is built from; none for that of X3D,
-    /// which is compiled in.
+    /// A vocabulary's URI, as documents name it, or nothing for that of its content; and the file that it is
+    /// built from, none for that of X3D, which is compiled in.
     struct Entry {
         std::string uri;
         std::string file;
@@ -32,11 +36,34 @@ public:
     /// that names itself.
     Tamo::FastInfoset::DocumentVocabulary load(const std::string& uri) override;
 
+    /// The same, read once.
+    std::shared_ptr<const Tamo::FastInfoset::SharedVocabulary> shared(const std::string& uri) override {
+        return _shared.shared(uri);
+    }
+
+    /// The first of the entries; there must be one.
+    std::shared_ptr<const Tamo::FastInfoset::SharedVocabulary> first();
+
 private:
+    Tamo::FastInfoset::DocumentVocabulary load(const Entry& entry);
     Tamo::FastInfoset::DocumentVocabulary read(const std::string& octets);
+
+    // What reads the files for those that are shared.
+    class Source : public Tamo::FastInfoset::VocabularyLoader {
+    public:
+        explicit Source(VocabularyFiles& files) noexcept : _files(files) {}
+        Tamo::FastInfoset::DocumentVocabulary load(const std::string& uri) override {
+            return _files.load(uri);
+        }
+
+    private:
+        VocabularyFiles& _files;
+    };
 
     const List& _entries;
     const Tamo::FastInfoset::ParserLimits _limits;
+    Source _source{*this};
+    Tamo::FastInfoset::SharedVocabularies _shared{&_source};
 };
 
 } // namespace finf

@@ -2,6 +2,7 @@
 #include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
+#include "Tamo/FastInfoset/SharedVocabulary.h"
 #include "Tamo/MemoryStream.h"
 #include "command/CommonOptions.h"
 #include "command/FinfError.h"
@@ -12,7 +13,6 @@
 #include "files/OutputFile.h"
 #include "vocabulary/VocabularyDocument.h"
 #include <algorithm>
-#include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <sstream>
@@ -24,6 +24,7 @@ using Tamo::FastInfoset::DocumentVocabulary;
 using Tamo::FastInfoset::ExternalVocabularyLoader;
 using Tamo::FastInfoset::FastInfosetParser;
 using Tamo::FastInfoset::FastInfosetWriter;
+using Tamo::FastInfoset::SharedVocabulary;
 
 namespace {
 
@@ -51,7 +52,7 @@ VocabularyCommand::VocabularyCommand(CLI::App& parent)
         ->type_name("KIND")
         ->check(CLI::IsMember({"xml", "finf"}).description(""));
     app()
-        .add_option("--uri", _uri, "What documents are going to call the vocabulary; FILE's name by default")
+        .add_option("--uri", _uri, "What documents are going to call the vocabulary; by default that of its content")
         ->type_name("URI");
     app()
         .add_option("--min-count", _minCount, "How often a value or text has to occur in the samples")
@@ -64,9 +65,6 @@ VocabularyCommand::VocabularyCommand(CLI::App& parent)
 }
 
 ExitStatus VocabularyCommand::run() {
-    if (_uri.empty()) {
-        _uri = _output == "-" ? "vocabulary.xml" : std::filesystem::path(_output).filename().string();
-    }
     OutputFile::removeTemporariesOnSignals();
     VocabularyUsage usage;
     ExitStatus status = DONE;
@@ -82,6 +80,9 @@ ExitStatus VocabularyCommand::run() {
         Tamo::MemoryInputStream stream(text.data(), text.size());
         const DocumentVocabulary vocabulary = ExternalVocabularyLoader::loadXML(stream, true);
         document.check(vocabulary);
+        if (_uri.empty()) {
+            _uri = SharedVocabulary::contentURI(vocabulary);
+        }
         OutputFile output(_output, _force);
         write(output.stream(), text, vocabulary);
         measure(vocabulary);
@@ -165,7 +166,7 @@ void VocabularyCommand::report(const DocumentVocabulary& vocabulary) const {
             separator = ", ";
         }
     }
-    std::cout << '\n';
+    std::cout << '\n' << _uri << '\n';
 
     Sample sum{"together", {}};
     std::size_t sumOfXML = 0;

@@ -8,6 +8,7 @@
 #include "Tamo/FastInfoset/detail/ValueIndex.h"
 #include "Tamo/HashKey.h"
 #include <cstddef>
+#include <memory>
 
 namespace Tamo::FastInfoset {
 
@@ -36,7 +37,8 @@ public:
     /// The index of value, whose key is key, or NOT_FOUND with the place for append(). No virtual calls; of a
     /// table of strings the value is a std::string_view.
     TAMO_ALWAYS_INLINE Found find(typename ValueIndex<T>::Probe value, HashKey key) const {
-        return _values.find(this->_index, value, key);
+        const Found own = _values.find(this->_index, value, key);
+        return own.index != Vocabulary<T>::NOT_FOUND || !_pBase ? own : findBelow(value, key, own);
     }
 
     /// Adds a value that find() has just not found, and returns its index; PoolOverflowException "Vocabulary
@@ -98,22 +100,33 @@ public:
     /// Drops all values but the placeholder.
     void reset() {
         this->resetValues();
+        _pBase = nullptr;
         _values.clear();
         const HashKey key = ValueIndex<T>::keyOf(T());
         _values.insertLast(this->_index, key, 0, _values.freePlace(key));
+    }
+
+    /// Drops all values and begins with those of a table that never changes again and belongs to pOwner, of
+    /// which a share is kept.
+    void reset(const IndexedVocabulary& base, const std::shared_ptr<const void>& pOwner) {
+        this->layOn(base.values(), pOwner);
+        _values.clear();
+        _pBase = &base;
     }
 
 protected:
     /// A table that accepts limit entries, without placeholder.
     explicit IndexedVocabulary(std::size_t limit) : _limit(limit) {}
 
-    IndexedVocabulary(const IndexedVocabulary& other) : Vocabulary<T>(other), _limit(other._limit) {
+    IndexedVocabulary(const IndexedVocabulary& other)
+        : Vocabulary<T>(other), _pBase(other._pBase), _limit(other._limit) {
         _values.copy(other._values, this->_index);
     }
 
     IndexedVocabulary& operator=(const IndexedVocabulary& other) {
         if (this != &other) {
             Vocabulary<T>::operator=(other);
+            _pBase = other._pBase;
             _values.copy(other._values, this->_index);
             _limit = other._limit;
         }
@@ -124,7 +137,13 @@ protected:
     std::size_t limit() const noexcept { return _limit; }
 
 private:
-    ValueIndex<T> _values;
+    // In the table below, for a value that is not among the own ones; else where that would be put.
+    Found findBelow(typename ValueIndex<T>::Probe value, HashKey key, Found own) const {
+        return {_pBase->find(value, key).index, own.place};
+    }
+
+    ValueIndex<T> _values;                     // of the own values
+    const IndexedVocabulary* _pBase = nullptr; // whose owner the table of values has a share of
     std::size_t _limit;
 };
 

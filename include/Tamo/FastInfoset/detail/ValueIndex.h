@@ -20,7 +20,7 @@
 
 namespace Tamo::FastInfoset {
 
-/// Finds the values of a VerbTable: from a value to its index.
+/// Finds a VerbTable's own values: from a value to its index. Those of a table below have their own index.
 ///
 /// A hash table with open addressing that holds keys and indexes; the values stay in the table, which every
 /// operation is given. A few values are looked through one by one, so that a small table costs no storage
@@ -107,7 +107,7 @@ public:
     /// Enters the last value of values, which find() has just not found, with its key, size and place;
     /// changes nothing when it throws.
     void insertLast(const VerbTable<T>& values, HashKey key, UInt32 size, std::size_t place) {
-        if (values.size() > _most) [[unlikely]] {
+        if (values.ownSize() > _most) [[unlikely]] {
             grow(values, key, size);
         } else if (!_pSlots) {
             return;
@@ -120,7 +120,7 @@ public:
 
     /// The same for a value that is in the table already: find() goes on to yield one of the two.
     void insertAgain(const VerbTable<T>& values, HashKey key, UInt32 size) {
-        if (values.size() > _most) [[unlikely]] {
+        if (values.ownSize() > _most) [[unlikely]] {
             grow(values, key, size);
         }
     }
@@ -194,9 +194,9 @@ private:
 
     static unsigned int scan(const VerbTable<T>& values, Probe value) noexcept {
         const T* const pValues = values.firstBlock();
-        for (std::size_t i = 0; i < values.size(); ++i) {
+        for (std::size_t i = 0; i < values.ownSize(); ++i) {
             if (equal(pValues[i], value)) {
-                return static_cast<unsigned int>(i);
+                return static_cast<unsigned int>(values.baseSize() + i);
             }
         }
         return NOT_FOUND;
@@ -254,9 +254,9 @@ private:
         _most = slots > FIRST_SLOTS && slots < MANY_SLOTS ? slots / 2 : slots / 4 * 3;
     }
 
-    // Enters the first count of values anew; of equal ones the first.
+    // Enters the own ones of the first count of values anew; of equal ones the first.
     void enter(const VerbTable<T>& values, std::size_t count) {
-        for (std::size_t i = 0; i < count; ++i) {
+        for (std::size_t i = values.baseSize(); i < count; ++i) {
             insert(values, keyOf(*values.find(i)), sizeOf(*values.find(i)), i + 1);
         }
     }

@@ -1,0 +1,284 @@
+// Vocabularies that many documents share: the same documents as with copies, for nothing.
+#include "Tamo/FastInfoset/SharedVocabulary.h"
+#include "AllocationCount.h"
+#include "DocumentTest.h"
+#include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
+#include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/FastInfoset/FastInfosetReader.h"
+#include "Tamo/FastInfoset/SharedVocabularies.h"
+#include "Tamo/NullStream.h"
+#include "Tamo/XML/AttributesImpl.h"
+#include <array>
+#include <random>
+
+namespace Tamo::FastInfoset::Test {
+namespace {
+
+using Pointer = std::shared_ptr<const SharedVocabulary>;
+
+// What writing these events indexes.
+DocumentVocabulary vocabularyOf(const std::string& events, const std::string& uri) {
+    NullOutputStream null;
+    FastInfosetWriter writer(null, false, DocumentVocabulary::VOC_MAP);
+    play(events, writer);
+    DocumentVocabulary result = writer.getDocumentVocabulary();
+    result.setURI(uri);
+    return result;
+}
+
+// Elements with names, namespaces, values and texts of so many kinds each.
+std::string randomEvents(std::mt19937& random, int kinds) {
+    const auto pick = [&](const char* stem) { return stem + std::to_string(random() % unsigned(kinds)); };
+    std::string events = "^|+p=u|<{u}p:root";
+    for (int i = 0; i < 12; ++i) {
+        const std::string uri = pick("urn:");
+        const bool isQualified = random() % 2 == 0;
+        events += isQualified ? "|+q=" + uri + "|<{" + uri + "}q:" + pick("n")
+                              : "|<" + pick("n") + " " + pick("a") + "=\"" + pick("v") + "\"";
+        events += "|'" + pick("text") + "|#" + pick("c") + (isQualified ? "|>|-q" : "|>");
+    }
+    return events + "|>|-p|$";
+}
+
+// Tells the names of the elements that end, which the strict mode compares.
+class NamingWriter : public FastInfosetWriter {
+public:
+    using FastInfosetWriter::FastInfosetWriter;
+    using FastInfosetWriter::startElement;
+
+    void startElement(const std::string& uri, const std::string& localName, const std::string& qname,
+                      const XML::Attributes& attributes) override {
+        _open.push_back({uri, localName, qname});
+        FastInfosetWriter::startElement(uri, localName, qname, attributes);
+    }
+    void endElement(const std::string&, const std::string&, const std::string&) override {
+        const auto name = _open.back();
+        _open.pop_back();
+        FastInfosetWriter::endElement(name[0], name[1], name[2]);
+    }
+
+private:
+    std::vector<std::array<std::string, 3>> _open;
+};
+
+// The document of a writer that is on the null stream before and behind it.
+std::string written(FastInfosetWriter& writer, const std::string& events, NullOutputStream& null) {
+    std::ostringstream stream;
+    writer.reset(stream);
+    play(events, writer);
+    writer.reset(null);
+    return stream.str();
+}
+
+// A document that names the vocabulary "urn:v"; the octets follow the initial vocabulary.
+std::string naming(std::string_view hexOctets) {
+    return document("20 10 00 04") + "urn:v" + octets(hexOctets);
+}
+
+class CopyingLoader : public VocabularyLoader {
+public:
+    explicit CopyingLoader(const DocumentVocabulary& vocabulary) : _vocabulary(vocabulary) {
+        _vocabulary.setURI("");
+    }
+    DocumentVocabulary load(const std::string&) override { return _vocabulary; }
+
+private:
+    DocumentVocabulary _vocabulary;
+};
+
+std::string read(FastInfosetParser& parser, const std::string& document) {
+    TypedEventRecorder recorder;
+    recorder.connectAll(parser);
+    const std::string failure = failureOf([&] { parseMemory(parser, document); });
+    parser.setDocumentHandler(nullptr);
+    return recorder.events() + failure;
+}
+
+// One writer and one parser for all documents, with and without the vocabulary, write and read what others
+// do that copy it.
+TEST(SharedVocabularyTest, SameDocumentsAsWithCopies) {
+    std::mt19937 random(5);
+    for (const int entries : {1, 3, 40, 700}) {
+        std::string all = "^|<r";
+        for (int i = 0; i < entries; ++i) {
+            const std::string n = std::to_string(i);
+            all += "|+q=urn:" + n + "|<{urn:" + n + "}q:n" + n + "|>|-q|<n" + n + " a" + n + "=\"v" + n +
+                   "\"|'text" + n + "|#c" + n + "|>";
+        }
+        DocumentVocabulary prepared = vocabularyOf(all + "|>|$", "urn:v");
+        prepared.restrictedAlphabets().add("01");
+        const Pointer shared = SharedVocabulary::of(prepared);
+        for (const bool strict : {false, true}) {
+            SCOPED_TRACE(std::to_string(entries) + (strict ? " strict" : ""));
+            NullOutputStream null;
+            NamingWriter writer(null, false, DocumentVocabulary::VOC_MAP);
+            writer.setStrict(strict);
+            writer.useVocabulary(shared);
+            CopyingLoader loader(prepared);
+            for (const auto impl : {DocumentVocabulary::VOC_VECTOR, DocumentVocabulary::VOC_MAP}) {
+                FastInfosetParser parser(impl, nullptr);
+                FastInfosetParser copying(impl, &loader);
+                FastInfosetReader reader(nullptr);
+                for (FastInfosetParser* const pParser : {&parser, &copying}) {
+                    pParser->setStrict(strict);
+                }
+                parser.useVocabulary(shared);
+                reader.useVocabulary(shared);
+                reader.setStrict(strict);
+                for (int time = 0; time < 8; ++time) {
+                    const std::string events = randomEvents(random, entries + 4);
+                    std::ostringstream stream;
+                    NamingWriter other(stream, false, prepared);
+                    other.setStrict(strict);
+                    other.setExternalVocabulary("urn:v", prepared);
+                    play(events, other);
+                    const std::string document = written(writer, events, null);
+                    ASSERT_EQ(hex(document), hex(stream.str())) << events;
+                    const std::string expected = read(copying, document);
+                    ASSERT_EQ(read(parser, document), expected);
+                    reader.open(document);
+                    std::string texts;
+                    while (reader.next() != FastInfosetReader::END_DOCUMENT) {
+                        texts += reader.event() == FastInfosetReader::TEXT ? reader.text() : "";
+                    }
+                    ASSERT_NE(texts, "");
+                    // A document without vocabulary begins with nothing.
+                    const std::string plain = FastInfoset::Test::document("00 3C 00 61 FF");
+                    EXPECT_EQ(read(parser, plain), read(copying, plain));
+                }
+            }
+        }
+    }
+}
+
+TEST(SharedVocabularyTest, NamesOfPartsThatDocumentsAdd) {
+    DocumentVocabulary prepared("urn:v", DocumentVocabulary::VOC_MAP);
+    bool found = false;
+    prepared.elementVocabulary().index(QualifiedNameEntry(0, 0, 2), found);
+    prepared.index(DocumentVocabulary::LOCAL_NAME, "a", found);
+    FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR, nullptr);
+    parser.useVocabulary(SharedVocabulary::of(prepared));
+    // The element's own name is the second local name; before it there was none.
+    EXPECT_EQ(read(parser, naming("3C 00 62 00 FF F0")), "none|external urn:v|vocabulary|^|<b|<b|>|>|$");
+    EXPECT_EQ(read(parser, naming("00 FF")),
+              "none|external urn:v|vocabulary|^out_of_range: index out of range");
+}
+
+TEST(SharedVocabularyTest, ContentURI) {
+    DocumentVocabulary vocabulary =
+        vocabularyOf(R"(^|+p=u|<{u}p:a b="c"|'text|#comment|?pi data|>|-p|$)", "");
+    const std::string uri = SharedVocabulary::contentURI(vocabulary);
+    EXPECT_EQ(uri, "urn:finf:2vnc6AEO0zyr96T-_DOuGA"); // for all versions and machines
+    for (const auto impl : ALL_KINDS) {
+        EXPECT_EQ(SharedVocabulary::contentURI(DocumentVocabulary(vocabulary, impl)), uri);
+    }
+    EXPECT_EQ(SharedVocabulary(vocabulary).uri(), uri);
+    bool found = false;
+    const std::function<void(DocumentVocabulary&)> changes[] = {
+        [&](auto& v) { v.index(DocumentVocabulary::PREFIX, "x", found); },
+        [&](auto& v) { v.index(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, "x", found); },
+        [&](auto& v) { v.elementVocabulary().index(QualifiedNameEntry(1, 1, 1), found); },
+        [&](auto& v) { v.attributeVocabulary().index(QualifiedNameEntry(1, 1, 1), found); },
+        [&](auto& v) { v.restrictedAlphabets().add("x"); },
+        [&](auto& v) { v.algorithms().add("x"); },
+        [&](auto& v) { v.algorithms().setFirstIndex(33); }};
+    for (const auto& change : changes) {
+        DocumentVocabulary changed(vocabulary);
+        change(changed);
+        EXPECT_NE(SharedVocabulary::contentURI(changed), uri);
+        changed.setURI(uri);
+        const std::string failure =
+            "FISException: The external vocabulary has other entries than its URI says: " + uri;
+        EXPECT_FAILURE(failure, SharedVocabulary{changed});
+        CopyingLoader loader(changed);
+        EXPECT_FAILURE(failure, loader.vocabulary(uri));
+    }
+}
+
+TEST(SharedVocabularyTest, LoaderYieldsEachOnce) {
+    class Source : public VocabularyLoader {
+    public:
+        int loads = 0;
+        DocumentVocabulary load(const std::string& uri) override {
+            ++loads;
+            if (uri == "urn:none") {
+                throw FISException("none such", uri);
+            }
+            return vocabularyOf("^|<a|>|$", uri);
+        }
+    };
+    Source source;
+    SharedVocabularies vocabularies(&source);
+    const Pointer added = SharedVocabulary::of(vocabularyOf("^|<b|>|$", ""));
+    vocabularies.add(added);
+    EXPECT_EQ(vocabularies.shared(added->uri()), added);
+    const Pointer loaded = vocabularies.shared("urn:v");
+    EXPECT_EQ(loaded->uri(), "urn:v");
+    EXPECT_FAILURE("FISException: none such: urn:none", vocabularies.shared("urn:none"));
+    FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR, &vocabularies);
+    const std::string document = naming("00 FF");
+    EXPECT_EQ(read(parser, document) + read(parser, document),
+              "none|external urn:v|vocabulary|^|<a|>|$none|external urn:v|vocabulary|^|<a|>|$");
+    EXPECT_EQ(vocabularies.shared("urn:v"), loaded);
+    EXPECT_EQ(source.loads, 2);
+    EXPECT_FAILURE("FISException: Unknown external vocabulary: urn:v", SharedVocabularies().shared("urn:v"));
+}
+
+// What is left of a document stays when everything else has gone.
+TEST(SharedVocabularyTest, TablesKeepWhatTheyAreLaidOn) {
+    std::unique_ptr<Vocabulary<std::string>> pTable;
+    std::unique_ptr<DocumentVocabulary> pCopy;
+    {
+        FastInfosetParser parser(DocumentVocabulary::VOC_MAP, nullptr);
+        parser.useVocabulary(SharedVocabulary::of(vocabularyOf("^|<a|>|$", "urn:v")));
+        read(parser, naming("3C 00 62 FF"));
+        pTable.reset(parser.vocabulary().vocabulary(DocumentVocabulary::LOCAL_NAME).clone());
+        pCopy = std::make_unique<DocumentVocabulary>(parser.vocabulary());
+    }
+    const Vocabulary<std::string>* const tables[] = {pTable.get(),
+                                                     &pCopy->vocabulary(DocumentVocabulary::LOCAL_NAME)};
+    for (const Vocabulary<std::string>* const p : tables) {
+        EXPECT_EQ(p->size(), 3u);
+        EXPECT_EQ(p->value(1), "a");
+        bool found = false;
+        EXPECT_EQ(p->exists("b", found), 2u);
+        EXPECT_TRUE(found);
+    }
+    EXPECT_EQ(pCopy->elementVocabulary().size(), 3u);
+}
+
+// To begin a document with it allocates the same whatever it holds: nothing.
+TEST(SharedVocabularyTest, CostsNothingForItsEntries) {
+    for (const bool strict : {false, true}) {
+        for (const int names : {20, 8000}) {
+            DocumentVocabulary prepared("urn:v", DocumentVocabulary::VOC_MAP);
+            bool found = false;
+            for (int i = 0; i < names; ++i) {
+                const unsigned int name =
+                    prepared.index(DocumentVocabulary::LOCAL_NAME, "n" + std::to_string(i), found);
+                prepared.elementVocabulary().index(QualifiedNameEntry(0, 0, name), found);
+            }
+            const Pointer shared = SharedVocabulary::of(prepared);
+            NullOutputStream null;
+            NamingWriter writer(null, false, DocumentVocabulary::VOC_MAP);
+            writer.setStrict(strict);
+            writer.useVocabulary(shared);
+            FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR, nullptr);
+            parser.setStrict(strict);
+            parser.useVocabulary(shared);
+            const std::string document = written(writer, "^|<n19|>|$", null);
+            parser.parseMemoryNP(document.data(), document.size());
+            const AllocationCount allocations;
+            parser.parseMemoryNP(document.data(), document.size());
+            writer.reset(null);
+            writer.startDocument();
+            writer.startElement("", "n19", "", XML::AttributesImpl());
+            writer.FastInfosetWriter::endElement("", "n19", "");
+            writer.endDocument();
+            EXPECT_LE(allocations.octets(), strict ? 1000u : 0u) << names;
+        }
+    }
+}
+
+} // namespace
+} // namespace Tamo::FastInfoset::Test
