@@ -45,6 +45,20 @@ bool mayBeTooLong(UInt64 sizes) noexcept {
 } // namespace
 
 // The list, where its strings may change before they are written.
+void ElementWriter::forgetDocument() noexcept {
+    const auto* const pElements = strings().vocabulary().indexedNames(NameKind::ELEMENT);
+    const auto* const pAttributes = strings().vocabulary().indexedNames(NameKind::ATTRIBUTE);
+    const void* const pShared = pElements ? pElements->values().base() : nullptr;
+    if (!pShared || pShared != _pSharedNames) {
+        forgetNames();
+        _pSharedNames = pShared;
+    }
+    _newNames.forget();
+    if (pShared) {
+        _names.clearOwn(pElements->values().baseSize(), pAttributes->values().baseSize());
+    }
+}
+
 const XML::Attributes& ElementWriter::copied(const XML::Attributes& attributes) {
     try {
         return _attributes.of(attributes);

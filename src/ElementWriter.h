@@ -39,7 +39,12 @@ public:
     void forgetNames() noexcept {
         _newNames.forget();
         _names.clear();
+        _pSharedNames = nullptr;
     }
+
+    /// Forgets what it knows of the tables of the last document; what a vocabulary holds that this one shares
+    /// with it stays.
+    void forgetDocument() noexcept;
 
     /// Forgets what was generated for the last document.
     void reset() noexcept { _prefixCounter = 0; }
@@ -199,6 +204,7 @@ private:
     NameWriter _newNames;
     WrittenNames _names;
     XML::AttributesSnapshot _attributes;
+    const void* _pSharedNames = nullptr; // the element names that tables were laid on, when names are known
     bool _strict = false;
     int _prefixCounter = 0;
     std::string _defaultNamespace; // under the bindings with this number, none of them for 0

@@ -240,7 +240,7 @@ void FastInfosetWriter::endFragment() {
 
 void FastInfosetWriter::startDocument() {
     _pEngine->goOn();
-    _pEngine->elements.forgetNames();
+    _pEngine->elements.forgetDocument();
     if (_pEngine->pStrict) {
         _pEngine->pStrict->startDocument();
         return;

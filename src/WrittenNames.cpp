@@ -36,6 +36,7 @@ void WrittenNames::enter(Kind kind, const std::string& uri, const std::string& l
     entry.scope = scope;
     entry.pUri = pUri;
     entry.number = index + 1;
+    _hasOwn = _hasOwn || index >= _shared[kind == ELEMENT];
 }
 
 void WrittenNames::enterLong(Entry& entry, const std::string& localName, const std::string& qname) {
@@ -59,6 +60,21 @@ void WrittenNames::clear() noexcept {
     }
     _count = 0;
     _displaced = 0;
+    _hasOwn = false;
+}
+
+void WrittenNames::clearOwn(std::size_t elements, std::size_t attributes) noexcept {
+    _shared[0] = attributes;
+    _shared[1] = elements;
+    for (std::size_t i = 0; _hasOwn && _count != 0 && i <= _mask; ++i) {
+        Entry& entry = _pEntries[i];
+        if (entry.number != 0 && entry.index() >= _shared[(entry.scope & 3) == ELEMENT]) {
+            entry.empty();
+            --_count;
+        }
+    }
+    _displaced = 0;
+    _hasOwn = false;
 }
 
 unsigned int WrittenNames::findInOther(const Entry& entry, HashKey key, UInt64 scope, const std::string& uri,

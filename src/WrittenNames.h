@@ -65,6 +65,11 @@ public:
     /// Forgets all names.
     void clear() noexcept;
 
+    /// Forgets the names that a document has added to the tables, which begin with so many elements and
+    /// attributes of a vocabulary that documents share; those are the same as at the last call, since when
+    /// all names have not been forgotten otherwise.
+    void clearOwn(std::size_t elements, std::size_t attributes) noexcept;
+
 private:
     struct Name {
         std::string localName;
@@ -147,6 +152,8 @@ private:
     std::size_t _mask = 0;       // their number less one
     std::size_t _count = 0;      // of the entries, those in use
     std::size_t _displaced = 0;  // names that others have displaced
+    std::size_t _shared[2] = {}; // names of attributes and elements that belong to no document
+    bool _hasOwn = false;        // there may be others
     std::forward_list<Name> _names;
     std::forward_list<std::string> _uris; // the latest first
     std::size_t _uriCount = 0;

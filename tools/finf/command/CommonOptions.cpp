@@ -24,8 +24,8 @@ void addEntry(const std::string& uri, const std::string& file, VocabularyFiles::
     vocabularies.push_back({uri, file});
 }
 
-/// Splits URI=FILE at the last equals sign, since URIs hold one more often than file names. FILE alone has the
-/// URI of its content.
+/// Splits URI=FILE at the last equals sign, since URIs hold one more often than file names. FILE alone has
+/// the URI of its content.
 void addVocabulary(const std::string& argument, VocabularyFiles::List& vocabularies) {
     const std::size_t equals = argument.rfind('=');
     if (argument.empty() || equals == 0 || equals == argument.size() - 1) {
@@ -71,7 +71,8 @@ void addVocabularyOption(CLI::App& command, VocabularyFiles::List& vocabularies)
                     addVocabulary(argument, vocabularies);
                 }
             },
-            "Build the external vocabulary URI, or that of its content, from FILE (XML or Fast Infoset); may be "
+            "Build the external vocabulary URI, or that of its content, from FILE (XML or Fast Infoset); may "
+            "be "
             "repeated")
         ->type_name("[URI=]FILE")
         ->type_size(1)

@@ -109,6 +109,9 @@ public:
     /// Drops all values and begins with those of a table that never changes again and belongs to pOwner, of
     /// which a share is kept.
     void reset(const IndexedVocabulary& base, const std::shared_ptr<const void>& pOwner) {
+        if (_pBase == &base && this->_index.ownSize() == 0) {
+            return;
+        }
         this->layOn(base.values(), pOwner);
         _values.clear();
         _pBase = &base;
