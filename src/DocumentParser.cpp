@@ -49,9 +49,10 @@ DocumentParser::DocumentParser(const DocumentVocabulary& vocabulary, OpenVocabul
 
 // The prefix, a colon and the local name; empty for a name without prefix. Deliberate: while the feature is
 // off this stays what it was last, nothing as a rule.
-TAMO_ALWAYS_INLINE const std::string& DocumentParser::qualifiedName(unsigned int index) {
+TAMO_ALWAYS_INLINE const std::string& DocumentParser::qualifiedName(unsigned int index,
+                                                                    const ResolvedNames::Name& name) {
     if (_namespacePrefixes) {
-        _pQName = &_elementNames.qualifiedName(index);
+        _pQName = &_elementNames.qualifiedName(name, index);
     }
     return *_pQName;
 }
@@ -64,7 +65,8 @@ TAMO_ALWAYS_INLINE void DocumentParser::startElement(unsigned int index, const R
     if (handlers().pContent) {
         // The name is handed out twice, here and at the end.
         _markup.deliver(2 * (name.octets + name.pPrefix->size()));
-        handlers().pContent->startElement(*name.pUri, *name.pLocalName, qualifiedName(index), _attributes);
+        handlers().pContent->startElement(*name.pUri, *name.pLocalName, qualifiedName(index, name),
+                                          _attributes);
     }
 }
 
@@ -77,7 +79,7 @@ TAMO_ALWAYS_INLINE void DocumentParser::endElement() {
             resolveName(index, NameKind::ELEMENT);
             pName = _elementNames.find(index);
         }
-        handlers().pContent->endElement(*pName->pUri, *pName->pLocalName, qualifiedName(index));
+        handlers().pContent->endElement(*pName->pUri, *pName->pLocalName, qualifiedName(index, *pName));
         if (!_declaredPrefixes.empty() && _declaredPrefixes.back().depth > _openElements.size())
             [[unlikely]] {
             endMappings();

@@ -155,7 +155,7 @@ private:
     }
     void keepQualifiedName();
     void forgetNames();
-    const std::string& qualifiedName(unsigned int index);
+    const std::string& qualifiedName(unsigned int index, const ResolvedNames::Name& name);
 
     MarkupParser _markup;
     VocabularyLoader* _pLoader = nullptr;

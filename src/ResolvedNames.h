@@ -59,11 +59,9 @@ public:
     /// Whether a name without prefix has a qualified name: its local name.
     void setComplete(bool flag) noexcept { _isComplete = flag; }
 
-    /// The qualified name of the name at index, which must have been entered: prefix, colon and local name,
-    /// or without a prefix nothing, or the local name. Valid until the next call or clear().
-    TAMO_ALWAYS_INLINE const std::string& qualifiedName(unsigned int index) {
-        const std::size_t own = index - _baseSize;
-        const Name& name = own < _size ? _names[own] : *findElsewhere(index);
+    /// The qualified name of a name that find() has yielded for an index: prefix, colon and local name, or
+    /// without a prefix nothing, or the local name. Valid until the next call or clear().
+    TAMO_ALWAYS_INLINE const std::string& qualifiedName(const Name& name, unsigned int index) {
         return name.pQName ? *name.pQName : makeQualifiedName(index);
     }
 

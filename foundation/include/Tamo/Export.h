@@ -19,10 +19,13 @@
 #define TAMO_ALWAYS_INLINE inline __attribute__((always_inline))
 /// A function that is seldom called: its callers keep their registers for what is done often.
 #define TAMO_COLD __attribute__((noinline, cold))
+/// A function that is called rather often, and whose callers keep their registers all the same.
+#define TAMO_APART __attribute__((noinline))
 #else
 #define TAMO_API
 #define TAMO_ALWAYS_INLINE inline
 #define TAMO_COLD
+#define TAMO_APART
 #endif
 
 #if defined(__GNUC__) && !defined(__clang__)

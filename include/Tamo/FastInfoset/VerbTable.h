@@ -167,7 +167,9 @@ private:
         return _largestBlocks[(i - IN_GROWING) / LARGEST_BLOCK] + (i - IN_GROWING) % LARGEST_BLOCK;
     }
 
-    const T* findBelow(std::size_t i) const noexcept { return i < _baseSize ? _pBase->slot(i) : nullptr; }
+    TAMO_APART const T* findBelow(std::size_t i) const noexcept {
+        return i < _baseSize ? _pBase->slot(i) : nullptr;
+    }
 
     // Gives back what the strings from begin to before end hold beyond LONGEST_KEPT octets.
     void forgetLong(std::size_t begin, std::size_t end) noexcept {

@@ -77,7 +77,7 @@ protected:
         if (_index.base()) [[unlikely]] {
             _index.layOn(nullptr);
         }
-        const bool hasPlaceholder = !_index.empty() && _index[0] == T();
+        const bool hasPlaceholder = !_index.empty() && *_index.firstBlock() == T();
         _index.truncate(hasPlaceholder ? 1 : 0);
         if (!hasPlaceholder) {
             _index.emplace_back(T());
