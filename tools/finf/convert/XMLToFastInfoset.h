@@ -3,17 +3,18 @@
 
 #include "command/Options.h"
 #include "convert/Conversion.h"
+#include <memory>
 #include <optional>
 #include <string>
 
 namespace finf {
 
-/// XML text -> Fast Infoset.
+/// XML text -> Fast Infoset. Parser, writer and tables are kept from document to document.
 class XMLToFastInfoset : public Conversion {
 public:
     /// The options are borrowed.
-    explicit XMLToFastInfoset(const Options& options)
-        : _options(options), _vocabularies(options.vocabularies, options.limits) {}
+    explicit XMLToFastInfoset(const Options& options);
+    ~XMLToFastInfoset() override;
 
     /// Writes against this vocabulary, not against the first one of the options.
     void setVocabulary(const std::string& uri, const Tamo::FastInfoset::DocumentVocabulary& vocabulary);
@@ -21,9 +22,12 @@ public:
     void convert(std::istream& in, std::ostream& out) override;
 
 private:
+    struct Engine;
+
     const Options& _options;
     VocabularyFiles _vocabularies;
     std::optional<Tamo::FastInfoset::DocumentVocabulary> _vocabulary; // read for the first document
+    std::unique_ptr<Engine> _pEngine;                                 // made for the first document
 };
 
 } // namespace finf
