@@ -5,6 +5,8 @@
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
+#include "Tamo/FastInfoset/FastInfosetToXML.h"
+#include "Tamo/FastInfoset/XMLToFastInfoset.h"
 #include "Tamo/MemoryStream.h"
 #include "Tamo/XML/SAXParser.h"
 #include <algorithm>
@@ -184,6 +186,25 @@ Outcome informationOfFIS(std::string_view document, bool strict) {
             information.delivered()};
 }
 
+namespace {
+
+// An object that is kept does in memory what Converter has done, behind half of the document and behind it.
+template<class Kept>
+void requireKept(const std::string& document, const Converter::Options& options, const Outcome& converted) {
+    Kept kept(options);
+    failureOf([&] { kept.convert(std::string_view(document).substr(0, document.size() / 2)); });
+    for (int i = 0; i < 2; ++i) {
+        std::string result;
+        const std::string failure = failureOf([&] { result = kept.convert(document); });
+        require(failure.empty() == !converted.failed(), "a kept object accepts the same", converted.failure,
+                failure);
+        require(converted.failed() || result == converted.events, "a kept object writes the same",
+                converted.events, result);
+    }
+}
+
+} // namespace
+
 Outcome convertedToFIS(const std::string& xml, int maxIndexedStringLength, bool stripWhitespace,
                        bool strict) {
     std::istringstream in(xml);
@@ -193,7 +214,9 @@ Outcome convertedToFIS(const std::string& xml, int maxIndexedStringLength, bool 
     options.stripWhitespace = stripWhitespace;
     options.strict = strict;
     const std::string failure = failureOf([&] { Converter::convertToFIS(in, out, options); });
-    return {failure, out.str(), false, false, 0};
+    const Outcome outcome{failure, out.str(), false, false, 0};
+    requireKept<XMLToFastInfoset>(xml, options, outcome);
+    return outcome;
 }
 
 Outcome convertedToXML(const std::string& document, int options, bool strict) {
@@ -204,7 +227,9 @@ Outcome convertedToXML(const std::string& document, int options, bool strict) {
     all.strict = strict;
     all.opensVocabularies = true;
     const std::string failure = failureOf([&] { Converter::convertToXML(in, out, all); });
-    return {failure, out.str(), false, false, 0};
+    const Outcome outcome{failure, out.str(), false, false, 0};
+    requireKept<FastInfosetToXML>(document, all, outcome);
+    return outcome;
 }
 
 namespace {

@@ -124,7 +124,8 @@ Outcome informationOfXML(const std::string& xml);
 /// The information of a Fast Infoset document. An external vocabulary is not loaded.
 Outcome informationOfFIS(std::string_view document, bool strict = false);
 
-/// The Fast Infoset document that Converter makes of XML text, and the other way round; octets in events.
+/// The Fast Infoset document that Converter makes of XML text, and the other way round; octets in events. An
+/// object that is kept for several documents has to make the same.
 Outcome convertedToFIS(const std::string& xml, int maxIndexedStringLength, bool stripWhitespace = false,
                        bool strict = false);
 Outcome convertedToXML(const std::string& document, int options, bool strict = false);

@@ -15,10 +15,18 @@ namespace {
 
 } // namespace
 
-BitStreamWriter::BitStreamWriter(std::ostream& ostr, bool fillBit)
-    : _pIos(&ostr), _pStream(&ostr), _fillBit(fillBit) {}
+BitStreamWriter::BitStreamWriter(std::ostream& ostr, bool fillBit) : _fillBit(fillBit) {
+    reset(ostr);
+}
+
+BitStreamWriter::BitStreamWriter(Sink& sink, bool fillBit) : _fillBit(fillBit) {
+    reset(sink);
+}
 
 BitStreamWriter::~BitStreamWriter() {
+    if (hasSink()) {
+        return;
+    }
     try {
         complete();
     } catch (...) {
@@ -29,9 +37,10 @@ BitStreamWriter::~BitStreamWriter() {
     }
 }
 
-void BitStreamWriter::reset(std::ostream& ostr) {
-    _pStream = &ostr;
-    _pIos = &ostr;
+void BitStreamWriter::use(std::ostream* pStream, Sink* pSink) {
+    _pStream = pStream;
+    _pIos = pStream;
+    _pSink = pSink;
     _pendingBits = 0;
     _octet = 0;
 }
@@ -83,7 +92,7 @@ void BitStreamWriter::writeUnaligned(const char* data, std::size_t n) {
 }
 
 void BitStreamWriter::writeToStream(const char* data, std::streamsize n) {
-    std::streambuf* const pBuf = _pIos->rdbuf();
+    std::streambuf* const pBuf = buffer();
     const auto size = static_cast<std::size_t>(n);
     if (n > MOST_AT_ONCE || !isPlain() || !pBuf || PutArea::left(*pBuf) < size) {
         transfer(data, n);
@@ -93,9 +102,23 @@ void BitStreamWriter::writeToStream(const char* data, std::streamsize n) {
     PutArea::advance(*pBuf, size);
 }
 
-void BitStreamWriter::flush() {
-    std::streambuf* const pBuf = _pIos->rdbuf();
+void BitStreamWriter::synchronise() {
+    std::streambuf* const pBuf = buffer();
     if (isPlain() && pBuf && PutArea::syncOf(*pBuf) == PutArea::defaultSync()) {
+        return;
+    }
+    if (hasSink()) {
+        if (_pSink->pubsync() == -1) {
+            throwWriteError();
+        }
+        return;
+    }
+    flush();
+}
+
+void BitStreamWriter::flush() {
+    if (hasSink()) {
+        _pSink->deliver();
         return;
     }
     _pStream->flush();
@@ -105,6 +128,12 @@ void BitStreamWriter::flush() {
 }
 
 void BitStreamWriter::transfer(const char* data, std::streamsize n) {
+    if (hasSink()) {
+        if (_pSink->sputn(data, n) != n) {
+            throwWriteError();
+        }
+        return;
+    }
     _pStream->write(data, n);
     if (!_pIos->good()) {
         throwWriteError();

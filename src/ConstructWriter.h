@@ -13,8 +13,8 @@ namespace Tamo::FastInfoset {
 /// The bit writer of a whole document: it also says where the octets of a construct can be composed, one
 /// after the other, before they are sent on together.
 ///
-/// That is a std::streambuf, the stream's own with LEAST places or more, or null, which stands for an area of
-/// the writer's own. Used by one thread at a time.
+/// That is a std::streambuf, the sink or the stream's own with LEAST places or more, or null, which stands
+/// for an area of the writer's own. Used by one thread at a time.
 class ConstructWriter final : public BitStreamWriter {
 public:
     /// The fewest octets that can be composed at once.
@@ -30,7 +30,7 @@ public:
 
     /// Starts a construct, that is complete(false), and tells where its octets are composed.
     TAMO_ALWAYS_INLINE std::streambuf* startConstruct() {
-        std::streambuf* const pBuf = _pIos->rdbuf(); // a stream that has none is not good
+        std::streambuf* const pBuf = buffer();
         if (!isPlain() || !emitPending(*pBuf) || synchronises(*pBuf)) [[unlikely]] {
             complete(false);
             return place();
@@ -40,7 +40,7 @@ public:
 
     /// The same in the middle of a construct; pending bits are passed over.
     TAMO_ALWAYS_INLINE std::streambuf* place() noexcept {
-        std::streambuf* const pBuf = _pIos->rdbuf();
+        std::streambuf* const pBuf = buffer();
         return pBuf && isPlain() && PutArea::left(*pBuf) >= LEAST ? pBuf : nullptr;
     }
 
@@ -65,7 +65,7 @@ public:
             _pendingBits = 4;
             return;
         }
-        std::streambuf* const pBuf = _pIos->rdbuf();
+        std::streambuf* const pBuf = buffer();
         if (_pendingBits == 4 && isPlain() && PutArea::left(*pBuf) != 0) [[likely]] {
             putOctet(*pBuf, static_cast<char>(_octet | static_cast<char>(Forms::TERMINATOR)));
         } else {
@@ -95,9 +95,9 @@ private:
         return true;
     }
 
-    // Whether flushing the buffer may do something.
+    // Whether flushing the buffer is wanted and may do something.
     TAMO_ALWAYS_INLINE bool synchronises(std::streambuf& buf) const noexcept {
-        return PutArea::syncOf(buf) != _pDefaultSync;
+        return PutArea::syncOf(buf) != _pDefaultSync && _flushes;
     }
 
     PutArea::Sync _pDefaultSync = PutArea::defaultSync();

@@ -24,9 +24,9 @@ namespace Tamo::FastInfoset {
 /// WrittenNames knows most names whole, so that neither the bindings nor the tables are asked.
 class ElementWriter {
 public:
-    /// To a stream, with tables of a kind or over a copy of a vocabulary.
-    template<class Tables>
-    ElementWriter(std::ostream& str, const Tables& tables) : _newNames(str, tables) {}
+    /// To a stream or sink, with tables of a kind or over a copy of a vocabulary.
+    template<class Target, class Tables>
+    ElementWriter(Target& target, const Tables& tables) : _newNames(target, tables) {}
 
     ElementWriter(const ElementWriter&) = delete;
     ElementWriter& operator=(const ElementWriter&) = delete;

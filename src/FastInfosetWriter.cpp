@@ -43,9 +43,9 @@ std::string valueOrEmpty(const std::string* pIdentifier) {
 
 /// What writes a document. The parts are told in ElementWriter.h and below it.
 struct FastInfosetWriter::Engine {
-    template<class Tables>
-    Engine(std::ostream& str, bool writeXMLDeclaration, const Tables& tables)
-        : elements(str, tables), header(elements.strings(), writeXMLDeclaration) {}
+    template<class Target, class Tables>
+    Engine(Target& target, bool writeXMLDeclaration, const Tables& tables)
+        : elements(target, tables), header(elements.strings(), writeXMLDeclaration) {}
 
     /// Writes the typed data that waits for what follows it. Returns what takes the events of the strict
     /// mode; null in the default.
@@ -111,6 +111,7 @@ struct FastInfosetWriter::Engine {
     EncodingAlgorithm encodingAlgorithm;
     std::unique_ptr<StrictEvents> pStrict; // null in the default
     unsigned int heed = 0;
+    Flush flush = Flush::EACH_CONSTRUCT;
     bool hasEnded = false; // the tables are those of a document that has been written
 };
 
@@ -138,13 +139,24 @@ void FastInfosetWriter::Engine::clear() {
 FastInfosetWriter::FastInfosetWriter(std::ostream& str)
     : FastInfosetWriter(str, false, DocumentVocabulary::VOC_HASH) {}
 
+FastInfosetWriter::FastInfosetWriter(Sink& sink)
+    : FastInfosetWriter(sink, false, DocumentVocabulary::VOC_HASH) {}
+
 FastInfosetWriter::FastInfosetWriter(std::ostream& str, bool writeXMLDeclaration,
                                      DocumentVocabulary::VocabularyImpl impl)
     : _pEngine(std::make_unique<Engine>(str, writeXMLDeclaration, impl)) {}
 
+FastInfosetWriter::FastInfosetWriter(Sink& sink, bool writeXMLDeclaration,
+                                     DocumentVocabulary::VocabularyImpl impl)
+    : _pEngine(std::make_unique<Engine>(sink, writeXMLDeclaration, impl)) {}
+
 FastInfosetWriter::FastInfosetWriter(std::ostream& str, bool writeXMLDeclaration,
                                      const DocumentVocabulary& vocabulary)
     : _pEngine(std::make_unique<Engine>(str, writeXMLDeclaration, vocabulary)) {}
+
+FastInfosetWriter::FastInfosetWriter(Sink& sink, bool writeXMLDeclaration,
+                                     const DocumentVocabulary& vocabulary)
+    : _pEngine(std::make_unique<Engine>(sink, writeXMLDeclaration, vocabulary)) {}
 
 FastInfosetWriter::~FastInfosetWriter() = default;
 
@@ -218,6 +230,21 @@ void FastInfosetWriter::reset(std::ostream& str) {
     _pEngine->clear();
 }
 
+void FastInfosetWriter::reset(Sink& sink) {
+    _pEngine->writer().reset(sink);
+    _pEngine->clear();
+}
+
+void FastInfosetWriter::setFlush(Flush flush) noexcept {
+    _pEngine->flush = flush;
+    _pEngine->writer().setFlushing(flush == Flush::EACH_CONSTRUCT);
+}
+
+void FastInfosetWriter::flush() {
+    _pEngine->attend();
+    _pEngine->writer().flush();
+}
+
 void FastInfosetWriter::setDocumentLocator(const XML::Locator*) {}
 
 void FastInfosetWriter::skippedEntity(const std::string& name) {
@@ -256,6 +283,9 @@ void FastInfosetWriter::endDocument() {
     }
     _pEngine->writer().writeBits(4, true);
     _pEngine->writer().complete();
+    if (_pEngine->flush == Flush::DOCUMENT_END || _pEngine->writer().hasSink()) {
+        _pEngine->writer().flush();
+    }
     _pEngine->constructs().pop();
     _pEngine->hasEnded = true;
 }

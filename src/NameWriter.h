@@ -24,9 +24,9 @@ public:
         const std::string* pLocalName; ///< null for a declaration, which has no name but these parts
     };
 
-    /// To a stream, with tables of a kind or over a copy of a vocabulary.
-    template<class Tables>
-    NameWriter(std::ostream& str, const Tables& tables) : _strings(str, tables) {}
+    /// To a stream or sink, with tables of a kind or over a copy of a vocabulary.
+    template<class Target, class Tables>
+    NameWriter(Target& target, const Tables& tables) : _strings(target, tables) {}
 
     NameWriter(const NameWriter&) = delete;
     NameWriter& operator=(const NameWriter&) = delete;

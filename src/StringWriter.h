@@ -34,9 +34,9 @@ public:
 
     static constexpr unsigned int NOT_FOUND = Vocabulary<std::string>::NOT_FOUND;
 
-    /// To a stream, with tables of a kind or over a copy of a vocabulary.
-    template<class Tables>
-    StringWriter(std::ostream& str, const Tables& tables) : _writer(str, false), _vocabulary(tables) {}
+    /// To a stream or sink, with tables of a kind or over a copy of a vocabulary.
+    template<class Target, class Tables>
+    StringWriter(Target& target, const Tables& tables) : _writer(target, false), _vocabulary(tables) {}
 
     StringWriter(const StringWriter&) = delete;
     StringWriter& operator=(const StringWriter&) = delete;

@@ -4,15 +4,20 @@
 namespace Tamo {
 
 DeferredFlushBuf::DeferredFlushBuf(std::ostream& target, std::size_t capacity)
-    : _target(target), _capacity(std::max<std::size_t>(capacity, 1)), _pBuffer(new char[_capacity]) {
-    setp(_pBuffer.get(), _pBuffer.get() + _capacity);
+    : _pTarget(&target), _capacity(std::max<std::size_t>(capacity, 1)), _pBuffer(new char[_capacity]) {
+    clear();
+}
+
+void DeferredFlushBuf::reset(std::ostream& target) noexcept {
+    _pTarget = &target;
+    clear();
 }
 
 bool DeferredFlushBuf::passOn() {
     const auto size = static_cast<std::size_t>(pptr() - _pBuffer.get());
     // Emptied first: what a failing target has refused is not offered again.
-    setp(_pBuffer.get(), _pBuffer.get() + _capacity);
-    return size == 0 ? !_target.fail() : write(_pBuffer.get(), size);
+    clear();
+    return size == 0 ? !_pTarget->fail() : write(_pBuffer.get(), size);
 }
 
 DeferredFlushBuf::int_type DeferredFlushBuf::overflow(int_type c) {
@@ -47,26 +52,34 @@ void DeferredFlushBuf::advance(std::size_t size) noexcept {
 }
 
 bool DeferredFlushBuf::write(const char* text, std::size_t size) {
-    return !_target.write(text, static_cast<std::streamsize>(size)).fail();
+    return !_pTarget->write(text, static_cast<std::streamsize>(size)).fail();
 }
 
 DeferredFlushOutputStream::DeferredFlushOutputStream(std::ostream& target, std::size_t capacity)
-    : std::ostream(nullptr), _target(target), _buf(target, capacity) {
+    : std::ostream(nullptr), _pTarget(&target), _buf(target, capacity) {
     rdbuf(&_buf);
 }
 
 DeferredFlushOutputStream::~DeferredFlushOutputStream() {
     try {
-        _buf.passOn();
+        if (!_buf.isEmpty()) {
+            _buf.passOn();
+        }
     } catch (...) {
         // Whoever wants to see errors calls finish().
     }
 }
 
+void DeferredFlushOutputStream::reset(std::ostream& target) {
+    _pTarget = &target;
+    _buf.reset(target);
+    clear();
+}
+
 void DeferredFlushOutputStream::finish() {
     bool passed = false;
     try {
-        passed = _buf.passOn() && !_target.flush().fail();
+        passed = _buf.passOn() && !_pTarget->flush().fail();
     } catch (const std::ios_base::failure&) {
         // A target that throws has failed; this stream reports it in its own way.
     }

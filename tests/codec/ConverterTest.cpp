@@ -1,9 +1,14 @@
 // XML text to Fast Infoset and back.
 #include "Tamo/FastInfoset/Converter.h"
 #include "DocumentTest.h"
+#include "Tamo/FastInfoset/FastInfosetToXML.h"
 #include "Tamo/FastInfoset/Utility.h"
+#include "Tamo/FastInfoset/XMLToFastInfoset.h"
+#include "Tamo/SpanSink.h"
 #include "Tamo/XML/InputSource.h"
 #include "Tamo/XML/SAXParser.h"
+#include "Tamo/XML/XMLWriter.h"
+#include <array>
 
 namespace Tamo::FastInfoset::Test {
 namespace {
@@ -141,6 +146,73 @@ TEST(ConverterTest, Failures) {
     std::istringstream good("<a/>");
     EXPECT_FAILURE("IOException: error while writing Fast Infoset document to stream",
                    Utility::convertToFIS(good, full, 16));
+}
+
+// One object for all documents, whatever has become of the last one, does what is made anew for each.
+template<class Kept, class Convert>
+std::vector<std::string> expectAsAnew(const std::vector<std::string>& documents,
+                                      const Converter::Options& options, const Convert& convert) {
+    Kept kept(options);
+    std::vector<std::string> results;
+    for (int round = 0; round < 2; ++round) {
+        for (const std::string& document : documents) {
+            std::istringstream in(document);
+            std::istringstream again(document);
+            std::ostringstream expected;
+            std::ostringstream out;
+            const std::string failure = failureOf([&] { convert(in, expected, options); });
+            EXPECT_EQ(failureOf([&] { kept.convert(again, out); }), failure) << document;
+            EXPECT_EQ(hex(out.str()), hex(expected.str())) << document;
+            BoundedStream full(3);
+            std::istringstream more(document);
+            EXPECT_NE(failureOf([&] { kept.convert(more, full); }), "") << document;
+            std::string text;
+            const std::string inMemory = failureOf([&] { text = kept.convert(document); });
+            EXPECT_EQ(inMemory.empty(), failure.empty()) << inMemory << failure;
+            EXPECT_EQ(hex(text), hex(failure.empty() ? expected.str() : "")) << document;
+            std::array<std::byte, 3> octets{};
+            SpanSink sink(octets);
+            EXPECT_NE(failureOf([&] { kept.convert(document, sink); }), "") << document;
+            if (failure.empty()) {
+                EXPECT_EQ(failureOf([&] { kept.convert(document, sink); }),
+                          "IOException: no place left in the span of 3 octets");
+            }
+            results.push_back(expected.str());
+        }
+    }
+    return results;
+}
+
+TEST(ConverterTest, ObjectsThatAreKept) {
+    const std::vector<std::string> xml{
+        "<p:a xmlns:p='u' xmlns='v' b='1'><p:c> </p:c><c/><a xml:space='preserve'> </a></p:a>",
+        "<!DOCTYPE a [<!NOTATION n PUBLIC 'p'><!ENTITY e SYSTEM 's' NDATA n>]><a xmlns='w'><!--c-->&lt;</a>",
+        "<a><b c='d'>" + std::string(70000, 'x') + "</a>",
+        "",
+        "<a xmlns:p='w' p:b='1'><![CDATA[x]]>\n<?t d?><d/>\n</a>",
+        "<!DOCTYPE a [<!ENTITY e '<b/>'>]><a>&e;&f;</a>",
+        "<a/>"};
+    for (const bool strict : {false, true}) {
+        for (const bool flag : {false, true}) {
+            Converter::Options options;
+            options.strict = strict;
+            options.stripWhitespace = flag;
+            options.xmlOptions = flag ? XML::XMLWriter::PRETTY_PRINT : 0;
+            std::vector<std::string> documents = expectAsAnew<XMLToFastInfoset>(
+                xml, options, [](std::istream& in, std::ostream& out, const Converter::Options& all) {
+                    Converter::convertToFIS(in, out, all);
+                });
+            documents.resize(xml.size());
+            documents.push_back(document("00 3C 00 61 3C 00 20 FF F0")); // no name of XML
+            documents.push_back(document("00 38 CF 00 70 00 75 F0 3F 81 81 00 61"));
+            documents.insert(documents.end(), everyConstruct(strict).begin(), everyConstruct(strict).end());
+            documents.push_back(documents.front());
+            expectAsAnew<FastInfosetToXML>(
+                documents, options, [](std::istream& in, std::ostream& out, const Converter::Options& all) {
+                    Converter::convertToXML(in, out, all);
+                });
+        }
+    }
 }
 
 } // namespace

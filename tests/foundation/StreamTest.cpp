@@ -73,6 +73,32 @@ TEST(DeferredFlushOutputStream, PassesWholeBlocksAndNoFlush) {
     EXPECT_EQ(recorder.flushes, 1);
 }
 
+// A record is where it is to last when finish() returns, and not a moment before.
+TEST(DeferredFlushOutputStream, RecordsAreMadeDurableOneByOne) {
+    Recorder recorder(40);
+    std::ostream target(&recorder);
+    DeferredFlushOutputStream stream(target, 8);
+    std::string durable;
+    for (int i = 1; i <= 9; ++i) {
+        const std::string record = "rec" + std::to_string(i);
+        stream << record << std::flush;
+        EXPECT_EQ(recorder.octets, durable);
+        stream.finish();
+        EXPECT_EQ(recorder.octets, durable += record);
+        EXPECT_EQ(recorder.flushes, i);
+    }
+    stream << "too much";
+    stream.finish();
+    EXPECT_TRUE(stream.bad() && recorder.octets == durable);
+    Recorder other(40);
+    std::ostream next(&other);
+    stream << "dropped";
+    stream.reset(next);
+    stream << "whole";
+    stream.finish();
+    EXPECT_TRUE(stream.good() && other.octets == "whole" && recorder.octets == durable);
+}
+
 TEST(DeferredFlushOutputStream, FailingTargetMakesItBad) {
     // The target reports by its state or by an exception, in a small write, in a big one or at the end.
     for (const auto exceptions : {std::ios::goodbit, std::ios::badbit}) {

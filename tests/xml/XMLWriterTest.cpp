@@ -360,6 +360,36 @@ TEST(XMLWriter, BuffersAndReportsAFailingStream) {
     EXPECT_EQ(part.str(), "<a>");
 }
 
+// The next document is that of a new writer, wherever the last one has stopped, and that one's stream rests.
+TEST(XMLWriter, ResetsWhateverHasBecomeOfTheLastDocument) {
+    std::string deep;
+    for (int i = 0; i < 2000; ++i) {
+        deep += ";<{u}a|p:a;@{v" + std::to_string(i) + "}b=c";
+    }
+    const std::string whole = "S;Nn|p|-;Da|b|c;d;!c;+q={w};<a;@{w}b=1;@{v}b=2;<{u}b;'t;/;[;'x];];/";
+    std::ostringstream expected;
+    XMLWriter fresh(expected);
+    play(fresh, whole);
+    fresh.endDocument();
+    for (const std::string& stopped :
+         {""s, "S"s, "Nm|p|-"s, "S;Um|s|n;Dx|y|z;!c"s, "S;<{u}a|p:a;@{v}b=c"s, "S;+p={u}"s, "S;<a;[;'x]]"s,
+          "S;<a;'\x01"s, "S;<a;/;<b"s, "S" + deep, whole + ";<c"}) {
+        std::ostringstream first;
+        std::ostringstream second;
+        XMLWriter writer(first);
+        try {
+            play(writer, stopped);
+        } catch (const XMLException&) {
+        }
+        const std::string before = first.str();
+        writer.reset(second);
+        play(writer, whole);
+        writer.endDocument();
+        EXPECT_EQ(second.str(), expected.str()) << stopped.substr(0, 40);
+        EXPECT_TRUE(first.str() == before) << stopped.substr(0, 40);
+    }
+}
+
 TEST(XMLWriter, WritesDeepDocumentsWithDeclarationsQuickly) {
     std::ostringstream stream;
     XMLWriter writer(stream);

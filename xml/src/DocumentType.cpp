@@ -81,10 +81,13 @@ void DocumentType::write(XMLOutput& output, std::string_view name) {
 
 void DocumentType::reset() {
     _isStarted = false;
+    _isHeld = false;
     _hasExternalSubset = false;
     _name.clear();
     _publicId.clear();
     _systemId.clear();
+    _subset.clear();
+    _after.clear();
 }
 
 } // namespace Tamo::XML

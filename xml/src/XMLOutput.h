@@ -24,6 +24,12 @@ public:
     XMLOutput(const XMLOutput&) = delete;
     XMLOutput& operator=(const XMLOutput&) = delete;
 
+    /// Forgets what is in the buffer, and goes on in front of another stream; not to collect.
+    void reset(std::ostream& stream) noexcept {
+        _pStream = &stream;
+        _size = 0;
+    }
+
     /// Markup, not checked.
     void put(char c) {
         if (_size == _capacity) [[unlikely]] {

@@ -88,6 +88,19 @@ void XMLWriter::guarded(Event&& event) {
     }
 }
 
+void XMLWriter::reset(std::ostream& stream) {
+    _pOutput->reset(stream);
+    _pStream = &stream;
+    _failed = false;
+    _startTagOpen = false;
+    _brackets = 0;
+    _generating.clear();
+    while (!_pElements->empty()) {
+        _pElements->pop();
+    }
+    begin();
+}
+
 void XMLWriter::require(bool condition, const char* what, const char* reason) const {
     if (!condition) [[unlikely]] {
         XMLOutput::refuse(what, reason);
@@ -119,7 +132,7 @@ void XMLWriter::endDocument() {
         if (!_pStream->good()) {
             throw IOException("Cannot write to the output stream");
         }
-        reset();
+        begin();
     });
 }
 
@@ -532,7 +545,8 @@ void XMLWriter::endMisc() {
     }
 }
 
-void XMLWriter::reset() {
+// What every document begins with.
+void XMLWriter::begin() {
     _state = State::BEFORE;
     _pDocumentType->reset();
     _namespaces.reset();

@@ -21,6 +21,10 @@
 #include <string_view>
 #include <type_traits>
 
+namespace Tamo {
+class Sink;
+}
+
 namespace Tamo::XML {
 class Attributes;
 }
@@ -43,12 +47,15 @@ concept TypedInteger = (std::same_as<T, signed char> || std::same_as<T, unsigned
                         std::same_as<T, long> ||
                         std::same_as<T, long long>)&&!std::same_as<T, NarrowestOf<T>>;
 
-/// Turns SAX2 events into one Fast Infoset document (ITU-T X.891) on a stream.
+/// Turns SAX2 events into one Fast Infoset document (ITU-T X.891) on a stream or, through a Sink, in an
+/// object of the caller: a StringSink, a VectorSink, a SpanSink.
 ///
 /// Each event is encoded as it arrives; only typed data waits for the next structural event, and notations
 /// and unparsed entities, which must be declared before startDocument, for the header. Names are always
 /// indexed, other strings up to setMaxIndexedStringLength octets. The stream is borrowed and flushed at the
-/// start of every construct: put a DeferredFlushOutputStream in front of a file.
+/// start of every construct, unless setFlush says otherwise. A sink is borrowed, too; what has been written
+/// is in the caller's object whenever flush() was called and at the end of the document, before that as it
+/// comes.
 ///
 /// Expected order: setters and declarations; startDocument; optionally startDTD to endDTD; the content;
 /// endDocument. A writer writes one document, or another one after each reset(), and is used by one thread at
@@ -57,39 +64,67 @@ concept TypedInteger = (std::same_as<T, signed char> || std::same_as<T, unsigned
 /// Exceptions: FISException for misuse ("Tag mismatch", "Cannot nest CDATA sections"), FISEncodingException
 /// for values that cannot be encoded, AssertionViolationException for declarations that come too late,
 /// PoolOverflowException ("Vocabulary hash table full") when a VOC_HASH table is full, IOException for a
-/// failing stream. What was written stays in the stream.
+/// failing stream, whatever a sink throws. What was written stays in the stream.
 class TAMO_API FastInfosetWriter : public TypedChunkHandler,
                                    public XML::LexicalHandler,
                                    public XML::DTDHandler,
                                    public DocumentPropertiesHandler {
 public:
+    /// When the stream is flushed, beside what flush() asks for.
+    enum class Flush {
+        EACH_CONSTRUCT, ///< at the start of every construct, and at the end of the document
+        DOCUMENT_END,   ///< at the end of the document
+        NEVER           ///< not at all: that is left to the stream or to who owns it
+    };
+
     /// A writer with VOC_HASH tables, which are full at a fixed number of strings: 19 comments are too many
     /// (PoolOverflowException). Use the next constructor with VOC_MAP, whose tables grow, unless you know the
     /// documents. No XML declaration.
     explicit FastInfosetWriter(std::ostream& str);
+    explicit FastInfosetWriter(Sink& sink);
 
     /// A writer with tables of its own: VOC_MAP for those that grow.
     FastInfosetWriter(std::ostream& str, bool writeXMLDeclaration, DocumentVocabulary::VocabularyImpl impl);
+    FastInfosetWriter(Sink& sink, bool writeXMLDeclaration, DocumentVocabulary::VocabularyImpl impl);
 
     /// A writer over a copy of a vocabulary, whose entries the header announces beyond the external
     /// vocabulary.
     FastInfosetWriter(std::ostream& str, bool writeXMLDeclaration, const DocumentVocabulary& vocabulary);
+    FastInfosetWriter(Sink& sink, bool writeXMLDeclaration, const DocumentVocabulary& vocabulary);
 
     FastInfosetWriter(const FastInfosetWriter&) = delete;
     FastInfosetWriter& operator=(const FastInfosetWriter&) = delete;
 
     /// Makes the writer ready for another document, on str, whatever has become of the last one: many small
     /// documents cost less so than with a writer each. The stream of the last document is not touched, that
-    /// of the next one has to last until the writer is reset again or ends. Tables are what the external
+    /// of the next one has to last until the writer is reset again or ends; a sink until the document has
+    /// ended, and whatever has become of it when the writer ends. Tables are what the external
     /// vocabulary holds, or empty, and a vocabulary of the application's own has to be set again, as have
     /// notations and unparsed entities; the other options stay.
     void reset(std::ostream& str);
+    void reset(Sink& sink);
+
+    /// When the stream is flushed: EACH_CONSTRUCT at first; stays over a reset. It does not matter to the
+    /// sinks of this library. Those of others are synchronised at the start of a construct when it says so.
+    void setFlush(Flush flush) noexcept;
+
+    /// Writes what can be written so far, and flushes the stream or has the sink deliver it. Whoever reads it
+    /// has all events so far but these:
+    /// - the end of an element or of the document type declaration, and the start of an element with
+    ///   attributes, where half an octet ends it: what the other half holds is up to the next event (X.891,
+    ///   C.3.6 to C.3.8), with which it is written;
+    /// - a declaration of a prefix, until its element starts; the mark of a CDATA section, until its text;
+    /// - in the strict mode what stands before the root element, which waits for that.
+    ///
+    /// Typed data that comes in several calls is not one array across this call.
+    void flush();
 
     /// Not used.
     void setDocumentLocator(const XML::Locator* pLocator) override;
     /// Writes the header.
     void startDocument() override;
-    /// Writes the end of the document and flushes the stream.
+    /// Writes the end of the document and flushes the stream, unless setFlush says otherwise; a sink delivers
+    /// what has been written.
     void endDocument() override;
     /// Starts an element. Its name is namespace and local name; the qualified name's prefix is kept where it
     /// is or can be bound to the namespace. A qualified name alone (namespace processing off) becomes the

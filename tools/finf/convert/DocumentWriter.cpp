@@ -14,6 +14,7 @@ constexpr std::size_t CALLBACK = Tamo::XML::DeliveryLimits::CALLBACK;
 
 void DocumentWriter::setLimits(const Tamo::FastInfoset::ParserLimits& limits, const CountingBuf& written) {
     _maxDepth = limits.maxDepth;
+    _depth = 0;
     _meter.start(limits.delivery());
     _pWritten = &written;
 }

@@ -16,8 +16,9 @@ class DocumentWriter : public Tamo::FastInfoset::FastInfosetWriter {
 public:
     using FastInfosetWriter::FastInfosetWriter;
 
-    /// The limits that a reader is going to have; what is written is measured at the buffer, which is
-    /// borrowed. Of names and texts a little more is counted than the reader does.
+    /// Begins with a document. The limits are those that a reader is going to have; what is written is
+    /// measured at the buffer, which is borrowed. Of names and texts a little more is counted than the reader
+    /// does.
     void setLimits(const Tamo::FastInfoset::ParserLimits& limits, const CountingBuf& written);
 
     void startElement(const std::string& uri, const std::string& localName, const std::string& qname,

@@ -13,8 +13,8 @@
 #include "Tamo/FastInfoset/ShortEncoding.h"
 #include "Tamo/FastInfoset/UUIDEncoding.h"
 #include "Tamo/NumberParser.h"
+#include "Tamo/StringSink.h"
 #include <algorithm>
-#include <sstream>
 #include <string_view>
 #include <vector>
 
@@ -48,13 +48,14 @@ struct Candidate {
 
 /// The value of the text by an algorithm that takes it.
 Tamo::AutoPtr<Encoding> valueOf(unsigned int index, const std::string& text) {
-    std::ostringstream octets;
-    BitStreamWriter writer(octets, false);
+    std::string written;
+    Tamo::StringSink sink(written);
+    BitStreamWriter writer(sink, false);
     writer.writeBits(BITS_BEFORE, false);
     EncodingAlgorithm().encode(index, writer, text);
     writer.complete();
+    writer.flush();
 
-    const std::string written = octets.str();
     BitStreamReader reader(written.data(), written.size());
     reader.skip(BITS_BEFORE);
     return DecodingAlgorithm().read(static_cast<int>(index), reader);
@@ -125,6 +126,8 @@ void TypedContentFilter::setDocumentLocator(const Tamo::XML::Locator* loc) {
 }
 
 void TypedContentFilter::startDocument() {
+    _collecting = false; // a document that has ended in an exception may have left text here
+    _text.clear();
     _writer.startDocument();
 }
 

@@ -1,6 +1,6 @@
 #include "convert/ValueText.h"
 #include "Tamo/FastInfoset/BitStreamWriter.h"
-#include <sstream>
+#include "Tamo/StringSink.h"
 
 namespace finf {
 
@@ -14,16 +14,15 @@ ValueText::ValueText(bool isCanonical) : _parser(DocumentVocabulary::VOC_VECTOR,
 
 const std::string& ValueText::of(const Encoding& value) {
     // A header without components, an element "a", and a chunk that is no entry, by an algorithm.
-    std::ostringstream octets;
-    octets << std::string_view("\xE0\0\0\1\0\x3C\0a", 8);
-    BitStreamWriter writer(octets, false);
+    std::string document("\xE0\0\0\1\0\x3C\0a", 8);
+    Tamo::StringSink sink(document);
+    BitStreamWriter writer(sink, false);
     writer.write(0x23u, 6);
     writer.write(value.type() - 1, 8);
     value.write(writer);
     writer.write(0xFFu, 8); // the ends of element and document
-    writer.complete();
+    writer.flush();
 
-    const std::string document = std::move(octets).str();
     _collector.text.clear();
     _parser.parseMemoryNP(document.data(), document.size());
     return _collector.text;

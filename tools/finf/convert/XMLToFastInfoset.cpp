@@ -13,46 +13,74 @@ using Tamo::FastInfoset::SharedVocabulary;
 using Tamo::XML::SAXParser;
 using Tamo::XML::XMLReader;
 
+struct XMLToFastInfoset::Engine {
+    Engine(const Options& options, const std::shared_ptr<const SharedVocabulary>& pVocabulary)
+        : writer(counted, options.xmlDeclaration, DocumentVocabulary::VOC_MAP),
+          typedFilter(writer, options.maxIndexedLength, options.typed == Typed::CANONICAL),
+          whitespaceFilter(&parser),
+          reader(options.stripWhitespace ? static_cast<XMLReader&>(whitespaceFilter) : parser) {
+        writer.setStrict(true);
+        if (pVocabulary) {
+            writer.useVocabulary(pVocabulary);
+        }
+        writer.setMaxIndexedStringLength(options.maxIndexedLength);
+        writer.setFlush(DocumentWriter::Flush::NEVER);
+        parser.setFeature(XMLReader::FEATURE_NAMESPACES, true);
+        parser.setFeature(XMLReader::FEATURE_NAMESPACE_PREFIXES, true);
+        parser.setFeature(SAXParser::FEATURE_DECLARATIONS_FIRST, true);
+        parser.setLimits(options.limits.delivery());
+        Tamo::XML::ContentHandler* pContentHandler = &writer;
+        Tamo::XML::LexicalHandler* pLexicalHandler = &writer;
+        if (options.typed != Typed::NOTHING) {
+            pContentHandler = &typedFilter;
+            pLexicalHandler = &typedFilter;
+        }
+        reader.setContentHandler(pContentHandler);
+        reader.setDTDHandler(&writer);
+        reader.setProperty(XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<void*>(pLexicalHandler));
+    }
+
+    CountingBuf counting;
+    std::ostream counted{&counting};
+    DocumentWriter writer;
+    TypedContentFilter typedFilter;
+    SAXParser parser;
+    Tamo::XML::WhitespaceFilter whitespaceFilter;
+    XMLReader& reader;
+};
+
+XMLToFastInfoset::XMLToFastInfoset(const Options& options)
+    : _options(options), _vocabularies(options.vocabularies, options.limits) {}
+
+XMLToFastInfoset::~XMLToFastInfoset() = default;
+
 void XMLToFastInfoset::setVocabulary(const std::string& uri, const DocumentVocabulary& vocabulary) {
     DocumentVocabulary named(vocabulary);
     named.setURI(uri);
     _pVocabulary = SharedVocabulary::of(named);
+    _pEngine.reset();
 }
 
 void XMLToFastInfoset::convert(std::istream& in, std::ostream& out) {
     if (!_pVocabulary && !_options.vocabularies.empty()) {
         _pVocabulary = _vocabularies.first();
     }
-    CountingBuf counting(*out.rdbuf());
-    std::ostream counted(&counting);
-    DocumentWriter writer(counted, _options.xmlDeclaration, DocumentVocabulary::VOC_MAP);
-    writer.setStrict(true);
-    if (_pVocabulary) {
-        writer.useVocabulary(_pVocabulary);
+    if (!_pEngine) {
+        _pEngine = std::make_unique<Engine>(_options, _pVocabulary);
     }
-    writer.setLimits(_options.limits, counting);
-    writer.setMaxIndexedStringLength(_options.maxIndexedLength);
-
-    TypedContentFilter typedFilter(writer, _options.maxIndexedLength, _options.typed == Typed::CANONICAL);
-    Tamo::XML::ContentHandler* pContentHandler = &writer;
-    Tamo::XML::LexicalHandler* pLexicalHandler = &writer;
-    if (_options.typed != Typed::NOTHING) {
-        pContentHandler = &typedFilter;
-        pLexicalHandler = &typedFilter;
-    }
-
-    SAXParser parser;
-    parser.setFeature(XMLReader::FEATURE_NAMESPACES, true);
-    parser.setFeature(XMLReader::FEATURE_NAMESPACE_PREFIXES, true);
-    parser.setFeature(SAXParser::FEATURE_DECLARATIONS_FIRST, true);
-    parser.setLimits(_options.limits.delivery());
-    Tamo::XML::WhitespaceFilter whitespaceFilter(&parser);
-    XMLReader& reader = _options.stripWhitespace ? static_cast<XMLReader&>(whitespaceFilter) : parser;
-    reader.setContentHandler(pContentHandler);
-    reader.setDTDHandler(&writer);
-    reader.setProperty(XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<void*>(pLexicalHandler));
+    DocumentWriter& writer = _pEngine->writer;
+    std::ostream& counted = _pEngine->counted;
+    _pEngine->counting.setDestination(*out.rdbuf());
+    counted.clear();
+    writer.reset(counted);
+    writer.setLimits(_options.limits, _pEngine->counting);
     Tamo::XML::InputSource source(in);
-    reader.parse(&source);
+    try {
+        _pEngine->reader.parse(&source);
+    } catch (...) {
+        counted.flush(); // what there is of the document
+        throw;
+    }
     if (!counted.flush()) {
         out.setstate(std::ios_base::badbit);
     }

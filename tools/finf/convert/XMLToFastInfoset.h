@@ -8,12 +8,12 @@
 
 namespace finf {
 
-/// XML text -> Fast Infoset.
+/// XML text -> Fast Infoset. Parser, writer and tables are kept from document to document.
 class XMLToFastInfoset : public Conversion {
 public:
     /// The options are borrowed.
-    explicit XMLToFastInfoset(const Options& options)
-        : _options(options), _vocabularies(options.vocabularies, options.limits) {}
+    explicit XMLToFastInfoset(const Options& options);
+    ~XMLToFastInfoset() override;
 
     /// Writes against this vocabulary, not against the first one of the options.
     void setVocabulary(const std::string& uri, const Tamo::FastInfoset::DocumentVocabulary& vocabulary);
@@ -21,9 +21,12 @@ public:
     void convert(std::istream& in, std::ostream& out) override;
 
 private:
+    struct Engine;
+
     const Options& _options;
     VocabularyFiles _vocabularies;
     std::shared_ptr<const Tamo::FastInfoset::SharedVocabulary> _pVocabulary; // read for the first document
+    std::unique_ptr<Engine> _pEngine;                                        // made for the first document
 };
 
 } // namespace finf

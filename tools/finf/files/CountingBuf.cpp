@@ -2,7 +2,9 @@
 
 namespace finf {
 
-CountingBuf::CountingBuf(std::streambuf& destination) : _destination(destination) {
+void CountingBuf::setDestination(std::streambuf& destination) noexcept {
+    _pDestination = &destination;
+    _passedOn = 0;
     setp(_buffer, _buffer + sizeof _buffer);
 }
 
@@ -21,18 +23,18 @@ std::streamsize CountingBuf::xsputn(const char* data, std::streamsize size) {
     if (!passOn()) {
         return 0;
     }
-    const std::streamsize count = _destination.sputn(data, size);
+    const std::streamsize count = _pDestination->sputn(data, size);
     _passedOn += static_cast<Tamo::UInt64>(count);
     return count;
 }
 
 int CountingBuf::sync() {
-    return passOn() ? _destination.pubsync() : -1;
+    return passOn() ? _pDestination->pubsync() : -1;
 }
 
 bool CountingBuf::passOn() {
     const std::streamsize size = pptr() - pbase();
-    if (_destination.sputn(pbase(), size) != size) {
+    if (_pDestination->sputn(pbase(), size) != size) {
         return false;
     }
     _passedOn += static_cast<Tamo::UInt64>(size);

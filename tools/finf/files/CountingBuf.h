@@ -6,11 +6,12 @@
 
 namespace finf {
 
-/// A stream buffer that knows how much has been written to it, and passes it on in blocks. The destination is
-/// borrowed; it gets the rest when the buffer is flushed.
+/// A stream buffer that knows how much has been written to it, and passes it on in blocks. The destination,
+/// which must be set first, is borrowed; it gets the rest when the buffer is flushed.
 class CountingBuf : public std::streambuf {
 public:
-    explicit CountingBuf(std::streambuf& destination);
+    /// Begins anew in front of destination; what has not been passed on is dropped.
+    void setDestination(std::streambuf& destination) noexcept;
 
     /// How many octets were written, passed on or not.
     Tamo::UInt64 size() const noexcept { return _passedOn + static_cast<Tamo::UInt64>(pptr() - pbase()); }
@@ -23,7 +24,7 @@ protected:
 private:
     bool passOn();
 
-    std::streambuf& _destination;
+    std::streambuf* _pDestination = nullptr;
     Tamo::UInt64 _passedOn = 0;
     char _buffer[16384];
 };

@@ -43,8 +43,8 @@ class XMLOutput;
 /// The stream is borrowed and must outlive the writer. Output is buffered: it reaches the stream in large
 /// pieces, at endDocument (which flushes the stream) and when an event throws. A stream that fails is an
 /// IOException. After an exception the document is lost and every further event but setDocumentLocator throws
-/// XMLException. After endDocument another document can be written. One thread at a time; no locale
-/// dependence; memory grows with the depth of the document and its document type declaration only.
+/// XMLException, up to reset(). After endDocument another document can be written. One thread at a time; no
+/// locale dependence; memory grows with the depth of the document and its document type declaration only.
 class TAMO_API XMLWriter : public ContentHandler, public LexicalHandler, public DTDHandler {
 public:
     /// The option bits.
@@ -64,6 +64,10 @@ public:
 
     /// Passes what is left in the buffer to the stream; a stream that fails now is not reported.
     ~XMLWriter() override;
+
+    /// Makes the writer ready for another document, on stream, whatever has become of the last one, whose
+    /// stream is not touched: what is in the buffer is dropped.
+    void reset(std::ostream& stream);
 
     void setDocumentLocator(const Locator* loc) override;
     void startDocument() override;
@@ -124,7 +128,7 @@ private:
     XMLOutput& prologOutput();
     XMLOutput& beginMisc(const char* what);
     void endMisc();
-    void reset();
+    void begin();
 
     std::unique_ptr<XMLOutput> _pOutput;
     std::ostream* _pStream;

@@ -1,0 +1,7 @@
+#include "Tamo/Sink.h"
+
+namespace Tamo {
+
+Sink::~Sink() = default;
+
+} // namespace Tamo
