@@ -254,10 +254,21 @@ TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonCharacterChunk(BitStreamReade
     return true;
 }
 
-// Reads all items from an octet boundary on, or only one child; false when the next item is left.
+// Reads all items from an octet boundary on, or only one child; false when the next item is left. The reader
+// stands behind what has been read, also when a handler throws.
 template<DocumentParser::Extent EXTENT, DocumentParser::Mode MODE>
 bool DocumentParser::parseCommonItems(BitStreamReader& reader) {
     CommonForms octets(reader);
+    try {
+        return parseCommonItems<EXTENT, MODE>(reader, octets);
+    } catch (...) {
+        octets.leave(reader);
+        throw;
+    }
+}
+
+template<DocumentParser::Extent EXTENT, DocumentParser::Mode MODE>
+TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonItems(BitStreamReader& reader, CommonForms& octets) {
     while (octets.areEnough()) {
         const unsigned int b = octets.first();
         if (MODE == Mode::STRICT && _openElements.empty()) [[unlikely]] {
@@ -276,9 +287,12 @@ bool DocumentParser::parseCommonItems(BitStreamReader& reader) {
                    (MODE == Mode::STRICT && !octets.isEndPlain())) {
             break;
         } else {
+            const bool isWhole = octets.isEndWhole();
+            octets.acceptOctet();
             endElement();
             const bool endsHere = b == Forms::TERMINATOR_TWICE && _openElements.empty();
-            if (endsHere || !octets.isEndWhole()) {
+            if (endsHere || !isWhole) {
+                octets.returnOctet();
                 octets.leave(reader);
                 reader.advance(4);
                 return false;
@@ -286,7 +300,6 @@ bool DocumentParser::parseCommonItems(BitStreamReader& reader) {
             if (b == Forms::TERMINATOR_TWICE) {
                 endElement();
             }
-            octets.acceptOctet();
         }
         if constexpr (EXTENT == Extent::ONE) {
             octets.leave(reader);
@@ -320,9 +333,7 @@ bool DocumentParser::parseItems(BitStreamReader& reader) {
                 parseElementChild(reader);
             }
         } else if (_openElements.empty()) {
-            if constexpr (MODE == Mode::STRICT) {
-                endDocument(reader);
-            }
+            endDocument<MODE>(reader);
             return false;
         } else {
             reader.advance(4);
@@ -651,14 +662,18 @@ void DocumentParser::endMappings() {
     }
 }
 
-// Reads the terminator and what fills its octet.
+// Reads the terminator, which has been seen, and what fills its octet.
+template<DocumentParser::Mode MODE>
 void DocumentParser::endDocument(BitStreamReader& reader) {
-    static constexpr const char* END = "Unexpected end of stream while parsing the end of the document";
-    Refusal::unless(_children.element, reader, "a document without element", "C.2");
-    RequiredBits::skip(reader, 4, END);
-    if (reader.bitPos() != 0) {
-        RequiredBits::readAs(reader, 4, 0, END, "padding behind the document that is not 0", "12");
+    if constexpr (MODE == Mode::STRICT) {
+        Refusal::unless(_children.element, reader, "a document without element", "C.2");
     }
+    reader.advance(4);
+    if (MODE == Mode::STRICT && reader.bitPos() != 0) {
+        RequiredBits::readAs(reader, 4, 0, "Unexpected end of stream while parsing the end of the document",
+                             "padding behind the document that is not 0", "12");
+    }
+    reader.skipToByteStart();
     _documentSize = reader.position() / 8;
 }
 

@@ -111,6 +111,8 @@ private:
     template<Extent EXTENT, Mode MODE>
     bool parseCommonItems(BitStreamReader& reader);
     template<Extent EXTENT, Mode MODE>
+    bool parseCommonItems(BitStreamReader& reader, CommonForms& octets);
+    template<Extent EXTENT, Mode MODE>
     void parseCommonElement(BitStreamReader& reader, CommonForms& octets);
     template<Extent EXTENT, Mode MODE>
     bool parseCommonAttributes(BitStreamReader& reader, CommonForms& octets);
@@ -134,6 +136,7 @@ private:
     void addAttribute(const ResolvedNames::Name& name, const char* pValue, std::size_t size);
     void endMappings();
     void requireChild(const BitStreamReader& reader, unsigned char b);
+    template<Mode MODE>
     void endDocument(BitStreamReader& reader);
     unsigned int parseQualifiedNameOrIndex(BitStreamReader& reader, NameKind kind);
     void resolveName(unsigned int index, NameKind kind);
