@@ -2,8 +2,8 @@
 // behind a document. That live reading reports what any reading does is part of every row in expectEvents,
 // and that it fails alike part of DamageTest.
 #include "DocumentTest.h"
+#include "LiveStream.h"
 #include <fcntl.h>
-#include <random>
 #include <stdexcept>
 #include <unistd.h>
 #include <vector>
@@ -12,45 +12,6 @@ namespace Tamo::FastInfoset::Test {
 namespace {
 
 using R = FastInfosetReader;
-
-// A stream that has so many octets: who asks for one more fails. Its buffer shows pieces of a random size, at
-// most most octets long, or, where that is 0, hands out octets without showing them.
-class LiveStream : private std::streambuf, public std::istream {
-public:
-    LiveStream(const std::string& octets, std::size_t size, std::size_t most)
-        : std::istream(this), _octets(octets.substr(0, size)), _most(most) {}
-
-    // The octets that have been taken.
-    std::size_t taken() const { return _shown - static_cast<std::size_t>(egptr() - gptr()); }
-
-    // From now on the end is the end.
-    void endAtEnd() { _fails = false; }
-
-private:
-    int underflow() override {
-        if (_shown == _octets.size()) {
-            return _fails ? throw std::runtime_error("an octet that is not there was waited for") : EOF;
-        }
-        const std::size_t begin = _shown;
-        if (_most > 0) {
-            _shown += std::min(_random() % _most + 1, _octets.size() - begin);
-            setg(_octets.data() + begin, _octets.data() + begin, _octets.data() + _shown);
-        }
-        return static_cast<unsigned char>(_octets[begin]);
-    }
-    int uflow() override { return _most > 0 ? std::streambuf::uflow() : takeOne(); }
-    int takeOne() {
-        const int octet = underflow();
-        _shown += octet != EOF;
-        return octet;
-    }
-
-    std::string _octets;
-    std::size_t _most;
-    std::size_t _shown = 0;
-    bool _fails = true;
-    std::mt19937 _random;
-};
 
 // Octets, and the events that come with the last of them; those of a cursor and those by default if they are
 // others.
