@@ -45,12 +45,13 @@ public:
         return result;
     }
 
-    UInt64 documentSize() const { return _pParser->documentSize(); }
+    UInt64 documentSize() const { return _documentSize; }
 
 private:
     Outcome outcome(const std::function<void()>& use) {
         _recorder.clear();
         const std::string failure = Test::failureOf(use);
+        _documentSize = _pParser->documentSize();
         constexpr std::size_t BUILT_IN = 15;
         if (!_isStrict && _pParser->vocabulary().restrictedAlphabets().alphabets().size() > BUILT_IN) {
             renew(); // alphabets stay with a parser, see docs/vocabularies.md
@@ -70,6 +71,7 @@ private:
     DocumentVocabulary::VocabularyImpl _impl;
     bool _isStrict;
     std::unique_ptr<FastInfosetParser> _pParser;
+    UInt64 _documentSize = 0; // of the last one
     Recorder _recorder;
 };
 
