@@ -1,6 +1,7 @@
-// A document from memory, from a stream, from a stream that delivers one octet at a time, from streams that are
-// read live in pieces of any size, and from a stream in which the reader's buffer ends within the document: the
-// same events, the same failure. What is read live waits for no octet behind the document, and takes none.
+// A document from memory, from a stream, from a stream that delivers one octet at a time, from streams that
+// are read live in pieces of any size, and from a stream in which the reader's buffer ends within the
+// document: the same events, the same failure. What is read live waits for no octet behind the document, and
+// takes none.
 #include "DribblingStream.h"
 #include "EventRecorder.h"
 #include "Failure.h"

@@ -131,7 +131,7 @@ void expectPrompt(const std::vector<Piece>& pieces, bool strict, std::size_t mos
 
 TEST(LiveTest, EventsComeWithTheirLastOctet) {
     for (const std::vector<Piece>& pieces : DOCUMENTS) {
-        for (const std::size_t most : {0, 1, 3, 12, 100}) {
+        for (const std::size_t most : {0u, 1u, 3u, 12u, 100u}) {
             expectPrompt(pieces, false, most);
             expectPrompt(pieces, true, most);
         }
@@ -149,7 +149,7 @@ TEST(LiveTest, ThousandsOfDocumentsInOneStream) {
         }));
         all += documents.back();
     }
-    for (const std::size_t most : {0, 1, 700, 5000}) {
+    for (const std::size_t most : {0u, 1u, 700u, 5000u}) {
         for (const bool strict : {false, true}) {
             LiveStream stream(all, std::string::npos, most);
             TypedEventRecorder recorder;
@@ -260,6 +260,11 @@ TEST(LiveTest, StreamsThatThrowOrHaveFailed) {
     parseStream(parser, stream);
     EXPECT_TRUE(parser.parseNext(stream)); // the end is not asked for
     EXPECT_THROW(parser.parseNext(stream), std::ios_base::failure);
+
+    // Nor is it to see whether an algorithm's own failure is one of the input.
+    LiveStream typed(document("00 3C 00 61 8C 7C"), std::string::npos, 1);
+    parser.decodingAlgorithms().add([](BitStreamReader&) -> AutoPtr<Encoding> { tamo_unexpected(); });
+    EXPECT_FAILURE("AssertionViolationException: unexpected", parser.parseNext(typed));
 
     std::istream none(nullptr);
     EXPECT_FAILURE("IOException: error reading stream while parsing Fast Infoset document",
