@@ -1,4 +1,5 @@
 #include "Tamo/FastInfoset/BitStreamReader.h"
+#include "GetArea.h"
 #include "Tamo/FastInfoset/FISException.h"
 #include <algorithm>
 #include <cstring>
@@ -15,8 +16,8 @@ constexpr const char* OCTET_STRING_END = "Unexpected end of stream while parsing
 
 } // namespace
 
-BitStreamReader::BitStreamReader(std::istream& istr)
-    : _pStream(&istr), _pOwnBuffer(new unsigned char[BUFFER_SIZE + ZERO_OCTETS]) {
+BitStreamReader::BitStreamReader(std::istream& istr, Waiting waiting)
+    : _pStream(&istr), _waiting(waiting), _pOwnBuffer(new unsigned char[BUFFER_SIZE + ZERO_OCTETS]) {
     std::memset(_pOwnBuffer.get(), 0, BUFFER_SIZE + ZERO_OCTETS);
     _pBuffer = _pOwnBuffer.get();
 }
@@ -163,14 +164,14 @@ bool BitStreamReader::readUnaligned(std::string& value, std::size_t numOctets) {
 void BitStreamReader::skipSlow(int numBits) {
     tamo_assert(numBits >= 0);
     const Int64 beyond = numBits - unreadBits();
-    if (beyond < 0 || (beyond == 0 && !_pStream)) {
+    if (beyond < 0 || (beyond == 0 && (!_pStream || _waiting == Waiting::FOR_OCTETS))) {
         _bitOffset += static_cast<UInt64>(numBits);
         return;
     }
     if (!_pStream) {
         throw FISParseException(OCTET_STRING_END);
     }
-    refillBuffer();
+    refillBufferWith((static_cast<std::size_t>(beyond) + 7) / 8);
     _bitOffset = static_cast<UInt64>(beyond);
 }
 
@@ -178,15 +179,26 @@ bool BitStreamReader::eof() const {
     return _cachedBits == 0 && (!_pStream || _pStream->eof());
 }
 
+bool BitStreamReader::isExhausted() {
+    if (_waiting == Waiting::FOR_OCTETS) {
+        return unreadBits() < Utility::SIZEOFCHARINBIT && _pStream->eof();
+    }
+    return !hasOctet();
+}
+
 void BitStreamReader::refillBuffer() {
+    refillBufferWith(1);
+}
+
+void BitStreamReader::refillBufferWith(std::size_t needed) {
     tamo_assert(_pStream);
     _discardedBits += _cachedBits;
     _bitOffset = 0;
-    fillFrom(0);
+    fillFrom(0, needed);
 }
 
-void BitStreamReader::refillBufferIfLessThanImpl(int unreadBits) {
-    tamo_assert(unreadBits == cachedBits());
+void BitStreamReader::refillBufferIfLessThanImpl(int numBits) {
+    const int unreadBits = cachedBits();
     tamo_assert(unreadBits >= 0);
     tamo_assert(_pStream);
     const std::size_t keep = (static_cast<std::size_t>(unreadBits) + 7) / 8;
@@ -196,29 +208,87 @@ void BitStreamReader::refillBufferIfLessThanImpl(int unreadBits) {
     }
     _discardedBits += (_bitOffset - _bitOffset % 8);
     _bitOffset %= 8;
-    fillFrom(keep);
+    fillFrom(keep, (static_cast<std::size_t>(bitPos() + numBits) + 7) / 8);
 }
 
-void BitStreamReader::fillFrom(std::size_t keep) {
-    unsigned char* const pFree = _pOwnBuffer.get() + keep;
+// Behind the octets that are kept: as many as there are, or, where octets are waited for one by one, as many
+// as are at hand when there are the needed ones.
+void BitStreamReader::fillFrom(std::size_t keep, std::size_t needed) {
     // The count is settled before the read, so that a stream that throws leaves no unread octets twice.
     _cachedBits = static_cast<UInt64>(keep) * 8;
-    const std::streamsize count =
-        readFromStream(reinterpret_cast<char*>(pFree), static_cast<std::streamsize>(BUFFER_SIZE - keep));
-    _cachedBits += static_cast<UInt64>(count) * 8;
+    std::size_t valid = keep;
+    std::size_t count = 0;
+    do {
+        unsigned char* const pFree = _pOwnBuffer.get() + valid;
+        const std::size_t most = BUFFER_SIZE - valid;
+        count = _waiting == Waiting::FOR_OCTETS
+                    ? lookAhead(pFree, most)
+                    : static_cast<std::size_t>(
+                          readFromStream(reinterpret_cast<char*>(pFree), static_cast<std::streamsize>(most)));
+        valid += count;
+        _cachedBits += static_cast<UInt64>(count) * 8;
+    } while (_waiting == Waiting::FOR_OCTETS && count > 0 && valid < std::min(needed, BUFFER_SIZE));
     // Octets behind the valid data are zero, never stale.
-    const std::size_t valid = keep + static_cast<std::size_t>(count);
-    std::memset(_pOwnBuffer.get() + valid, 0, BUFFER_SIZE + ZERO_OCTETS - valid);
+    std::memset(_pOwnBuffer.get() + valid, 0, ZERO_OCTETS);
+}
+
+// Waits for an octet and copies what the stream's buffer has then, up to most octets, which stay there; 0 at
+// the end of the stream. What was looked at before is surely needed now, be it read or the beginning of what
+// is to be read.
+std::size_t BitStreamReader::lookAhead(unsigned char* pFree, std::size_t most) {
+    constexpr int END = std::istream::traits_type::eof();
+    consumeUpTo(obtained());
+    if (_pStream->peek() != END) {
+        const std::streambuf& buf = *_pStream->rdbuf();
+        const std::size_t count = std::min(GetArea::left(buf), most);
+        if (count > 0) {
+            std::memcpy(pFree, GetArea::next(buf), count);
+            return count;
+        }
+        // A buffer that shows no octets: it hands them out one by one.
+        const int octet = _pStream->get();
+        if (octet != END) {
+            *pFree = static_cast<unsigned char>(octet);
+            ++_consumed;
+            return 1;
+        }
+    }
+    requireEnd();
+    return 0;
+}
+
+void BitStreamReader::consume() noexcept {
+    if (_waiting == Waiting::FOR_OCTETS) {
+        consumeUpTo(std::min((position() + 7) / 8, obtained()));
+    }
+}
+
+void BitStreamReader::consumeUpTo(UInt64 octet) noexcept {
+    if (octet > _consumed) {
+        // A handler may have read from the buffer, too, or put another one in its place.
+        if (std::streambuf* const pBuf = _pStream->rdbuf()) {
+            GetArea::advance(*pBuf,
+                             std::min(static_cast<std::size_t>(octet - _consumed), GetArea::left(*pBuf)));
+        }
+        _consumed = octet;
+    }
 }
 
 std::streamsize BitStreamReader::readFromStream(char* buf, std::streamsize n) {
     tamo_assert(_pStream);
     _pStream->read(buf, n);
     const std::streamsize count = _pStream->gcount();
-    if (count == 0 && !_pStream->good() && !_pStream->eof()) {
-        throw IOException("error reading stream while parsing Fast Infoset document");
+    if (count == 0) {
+        requireEnd();
     }
     return count;
+}
+
+// A stream that has yielded nothing must have ended.
+void BitStreamReader::requireEnd() const {
+    if (!_pStream->good() && !_pStream->eof()) {
+        throw IOException("error reading stream while parsing Fast Infoset document");
+    }
 }
 
 } // namespace Tamo::FastInfoset

@@ -99,7 +99,7 @@ AutoPtr<Encoding> DecodingAlgorithm::read(Encoding::DecodeMethod decodeMethod,
         return decodeMethod(reader);
     } catch (const AssertionViolationException&) {
         // A reader asserts that a memory block holds what is asked for; no document ends with a value.
-        if (!reader.hasOctet()) {
+        if (reader.isExhausted()) {
             throw FISParseException("Unexpected end of stream while reading the value of an algorithm");
         }
         throw;

@@ -219,13 +219,16 @@ TAMO_ALWAYS_INLINE void DocumentParser::parseCommonElement(BitStreamReader& read
     }
     _attributes.clear();
     const bool isEnd = (b & Forms::HAS_ATTRIBUTES) && parseCommonAttributes<EXTENT, MODE>(reader, octets);
+    if constexpr (EXTENT == Extent::ONE) {
+        octets.leave(reader);
+    }
     startElement(index, *pName);
     if (isEnd) {
         endElement();
     }
 }
 
-template<DocumentParser::Mode MODE>
+template<DocumentParser::Extent EXTENT, DocumentParser::Mode MODE>
 TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonCharacterChunk(BitStreamReader& reader,
                                                                   CommonForms& octets) {
     const unsigned int b = octets.first();
@@ -237,6 +240,9 @@ TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonCharacterChunk(BitStreamReade
             return false;
         }
         octets.accept();
+        if constexpr (EXTENT == Extent::ONE) {
+            octets.leave(reader);
+        }
         reportCharacters(pText->data(), pText->size());
         return true;
     }
@@ -253,11 +259,15 @@ TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonCharacterChunk(BitStreamReade
     if (b & Forms::CHARACTERS_ADDED) {
         strings().keep(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, pText, size);
     }
+    if constexpr (EXTENT == Extent::ONE) {
+        octets.leave(reader);
+    }
     reportCharacters(pText, size);
     return true;
 }
 
-// Reads all items from an octet boundary on, or only one child; false when the next item is left.
+// Reads all items from an octet boundary on, or only one child; false when the next item is left. The reader
+// is told when all are read, or before the one is reported.
 template<DocumentParser::Extent EXTENT, DocumentParser::Mode MODE>
 bool DocumentParser::parseCommonItems(BitStreamReader& reader) {
     CommonForms octets(reader);
@@ -272,7 +282,7 @@ bool DocumentParser::parseCommonItems(BitStreamReader& reader) {
         if (b < Forms::ELEMENT_END) {
             parseCommonElement<EXTENT, MODE>(reader, octets);
         } else if (b < Forms::CHARACTERS_END) {
-            if (!parseCommonCharacterChunk<MODE>(reader, octets)) {
+            if (!parseCommonCharacterChunk<EXTENT, MODE>(reader, octets)) {
                 break;
             }
         } else if (b < Forms::TERMINATOR_FIRST || EXTENT == Extent::ONE || _openElements.empty() ||
@@ -292,7 +302,6 @@ bool DocumentParser::parseCommonItems(BitStreamReader& reader) {
             octets.acceptOctet();
         }
         if constexpr (EXTENT == Extent::ONE) {
-            octets.leave(reader);
             return true;
         }
     }
@@ -323,9 +332,7 @@ bool DocumentParser::parseItems(BitStreamReader& reader) {
                 parseElementChild(reader);
             }
         } else if (_openElements.empty()) {
-            if constexpr (MODE == Mode::STRICT) {
-                endDocument(reader);
-            }
+            endDocument<MODE>(reader);
             return false;
         } else {
             reader.advance(4);
@@ -342,7 +349,10 @@ bool DocumentParser::parseItem(BitStreamReader& reader) {
 
 void DocumentParser::parse(BitStreamReader& reader) {
     begin(reader);
-    if (_isDocumentStrict) {
+    if (reader.waiting() == BitStreamReader::Waiting::FOR_OCTETS) {
+        while (parseItem(reader)) {
+        }
+    } else if (_isDocumentStrict) {
         parseItems<Extent::ALL, Mode::STRICT>(reader);
     } else {
         parseItems<Extent::ALL, Mode::DEFAULT>(reader);
@@ -656,14 +666,18 @@ void DocumentParser::endMappings() {
     }
 }
 
-// Reads the terminator and what fills its octet.
+// Reads the terminator, which has been seen, and what fills its octet.
+template<DocumentParser::Mode MODE>
 void DocumentParser::endDocument(BitStreamReader& reader) {
-    static constexpr const char* END = "Unexpected end of stream while parsing the end of the document";
-    Refusal::unless(_children.element, reader, "a document without element", "C.2");
-    RequiredBits::skip(reader, 4, END);
-    if (reader.bitPos() != 0) {
-        RequiredBits::readAs(reader, 4, 0, END, "padding behind the document that is not 0", "12");
+    if constexpr (MODE == Mode::STRICT) {
+        Refusal::unless(_children.element, reader, "a document without element", "C.2");
     }
+    reader.advance(4);
+    if (MODE == Mode::STRICT && reader.bitPos() != 0) {
+        RequiredBits::readAs(reader, 4, 0, "Unexpected end of stream while parsing the end of the document",
+                             "padding behind the document that is not 0", "12");
+    }
+    reader.skipToByteStart();
     _documentSize = reader.position() / 8;
 }
 

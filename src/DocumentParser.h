@@ -73,7 +73,8 @@ public:
     /// How typed values become text.
     void setCanonicalNumbers(bool flag) noexcept { strings().typedText().canonicalNumbers = flag; }
 
-    /// Reads a whole document.
+    /// Reads a whole document; by a reader that waits for octets item by item, so that this one stands behind
+    /// what has been read when a handler throws.
     void parse(BitStreamReader& reader);
 
     /// Reads the header of a document.
@@ -123,7 +124,7 @@ private:
     template<Mode MODE>
     bool parseCommonAttributeValue(BitStreamReader& reader, CommonForms& octets,
                                    const ResolvedNames::Name& name);
-    template<Mode MODE>
+    template<Extent EXTENT, Mode MODE>
     bool parseCommonCharacterChunk(BitStreamReader& reader, CommonForms& octets);
     template<Mode MODE>
     unsigned int parseOtherName(BitStreamReader& reader, unsigned int b, NameKind kind);
@@ -140,6 +141,7 @@ private:
     void addAttribute(const ResolvedNames::Name& name, const char* pValue, std::size_t size);
     void endMappings();
     void requireChild(const BitStreamReader& reader, unsigned char b);
+    template<Mode MODE>
     void endDocument(BitStreamReader& reader);
     unsigned int parseQualifiedNameOrIndex(BitStreamReader& reader, NameKind kind);
     void resolveName(unsigned int index, NameKind kind);

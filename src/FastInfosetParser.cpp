@@ -115,14 +115,29 @@ void* FastInfosetParser::getProperty(const std::string& name) const {
 void FastInfosetParser::parse(XML::InputSource* pSource) {
     tamo_check_ptr(pSource);
     if (pSource->getByteStream()) {
-        BitStreamReader reader(*pSource->getByteStream());
-        _pEngine->parse(reader);
+        parseStream(*pSource->getByteStream());
     } else if (pSource->getCharacterStream()) {
-        BitStreamReader reader(*pSource->getCharacterStream());
-        _pEngine->parse(reader);
+        parseStream(*pSource->getCharacterStream());
     } else {
         parse(pSource->getSystemId());
     }
+}
+
+void FastInfosetParser::parseStream(std::istream& stream) {
+    using Waiting = BitStreamReader::Waiting;
+    BitStreamReader reader(stream, _isLive ? Waiting::FOR_OCTETS : Waiting::FOR_BLOCKS);
+    const BitStreamReader::Consumption consumption(reader);
+    _pEngine->parse(reader);
+}
+
+bool FastInfosetParser::parseNext(std::istream& stream) {
+    BitStreamReader reader(stream, BitStreamReader::Waiting::FOR_OCTETS);
+    if (!reader.hasOctet()) {
+        return false;
+    }
+    const BitStreamReader::Consumption consumption(reader);
+    _pEngine->parse(reader);
+    return true;
 }
 
 void FastInfosetParser::parse(const std::string& systemId) {
@@ -182,6 +197,14 @@ void FastInfosetParser::setStrict(bool flag) {
 
 bool FastInfosetParser::isStrict() const noexcept {
     return _pEngine->isStrict();
+}
+
+void FastInfosetParser::setLive(bool flag) noexcept {
+    _isLive = flag;
+}
+
+bool FastInfosetParser::isLive() const noexcept {
+    return _isLive;
 }
 
 void FastInfosetParser::setCanonicalNumbers(bool flag) {

@@ -207,7 +207,18 @@ FastInfosetReader::FastInfosetReader(const DocumentVocabulary& vocabulary, Openi
 FastInfosetReader::~FastInfosetReader() = default;
 
 void FastInfosetReader::open(std::istream& stream) {
-    start(std::make_unique<BitStreamReader>(stream));
+    using Waiting = BitStreamReader::Waiting;
+    start(std::make_unique<BitStreamReader>(stream, _isLive ? Waiting::FOR_OCTETS : Waiting::FOR_BLOCKS));
+}
+
+bool FastInfosetReader::openNext(std::istream& stream) {
+    start(nullptr);
+    auto pInput = std::make_unique<BitStreamReader>(stream, BitStreamReader::Waiting::FOR_OCTETS);
+    if (!pInput->hasOctet()) {
+        return false;
+    }
+    _pInput = std::move(pInput);
+    return true;
 }
 
 void FastInfosetReader::open(std::span<const std::byte> octets) {
@@ -235,6 +246,7 @@ FastInfosetReader::Event FastInfosetReader::next() {
     _pCursor->clear();
     // What throws leaves no document open.
     std::unique_ptr<BitStreamReader> pInput = std::move(_pInput);
+    const BitStreamReader::Consumption consumption(*pInput);
     if (before == NO_DOCUMENT) {
         _pParser->begin(*pInput);
     }
@@ -420,6 +432,14 @@ void FastInfosetReader::setStrict(bool flag) noexcept {
 
 bool FastInfosetReader::isStrict() const noexcept {
     return _pParser->isStrict();
+}
+
+void FastInfosetReader::setLive(bool flag) noexcept {
+    _isLive = flag;
+}
+
+bool FastInfosetReader::isLive() const noexcept {
+    return _isLive;
 }
 
 const DocumentVocabulary& FastInfosetReader::vocabulary() const noexcept {

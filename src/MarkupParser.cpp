@@ -164,20 +164,21 @@ void MarkupParser::parseDocumentTypeDeclaration(BitStreamReader& reader) {
         deliver(2 * CALLBACK + publicId.size() + systemId.size());
         _handlers.pLexical->startDTD(StringParser::EMPTY, publicId, systemId);
     }
-    const unsigned char stat = RequiredBits::peek(reader, 4, DTD_END);
-    if (stat != 0x0E && !reader.isStrict()) { // parseDTDItem() looks closer
-        tamo_assert(stat == 0x0f);
-    }
     _inDTD = true;
+    _isDTDEmpty = true;
 }
 
 // A processing instruction of the document type declaration, or its end.
 void MarkupParser::parseDTDItem(BitStreamReader& reader) {
-    // Deliberate: within the list every four bits but the terminator open a processing instruction by
-    // default.
-    const unsigned char bits = RequiredBits::read(reader, 4, DTD_END);
-    if (bits != Forms::TERMINATOR) {
-        RequiredBits::readAs(reader, 4, bits == 0x0E ? 1 : 0x10, DTD_END,
+    // Deliberate: every four bits but the terminator open a processing instruction by default, unless it is
+    // the first.
+    const unsigned char stat = RequiredBits::read(reader, 4, DTD_END);
+    if (_isDTDEmpty && !reader.isStrict() && stat != 0x0E) {
+        tamo_assert(stat == 0x0f);
+    }
+    _isDTDEmpty = false;
+    if (stat != Forms::TERMINATOR) {
+        RequiredBits::readAs(reader, 4, stat == 0x0E ? 1 : 0x10, DTD_END,
                              "neither a processing instruction nor the end of the document type declaration",
                              "C.9");
         parseProcessingInstruction(reader);

@@ -88,6 +88,7 @@ private:
     XML::DeliveryMeter _meter;
     const BitStreamReader* _pReader = nullptr; // of the document that is read
     bool _inDTD = false;
+    bool _isDTDEmpty = false; // so far
     std::string _scratch;
 };
 

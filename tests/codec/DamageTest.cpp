@@ -56,6 +56,8 @@ void expectSurvivesDamage(bool strict) {
             const std::string fromMemory = failureOf([&] { parseMemory(reading.parser, damaged); });
             std::istringstream stream(damaged);
             EXPECT_EQ(failureOf([&] { parseStream(reading.parser, stream); }), fromMemory);
+            DribblingStream dribble(damaged);
+            EXPECT_EQ(failureOf([&] { parseLive(reading.parser, dribble); }), fromMemory);
             EXPECT_LT(allocations.octets(), allocationBound(damaged.size()));
             return fromMemory;
         };

@@ -169,6 +169,15 @@ void parseStream(FastInfosetParser& parser, std::istream& stream) {
     parser.parse(&source);
 }
 
+void parseLive(FastInfosetParser& parser, std::istream& stream) {
+    struct Live {
+        FastInfosetParser& parser;
+        explicit Live(FastInfosetParser& p) : parser(p) { parser.setLive(true); }
+        ~Live() { parser.setLive(false); }
+    } live(parser);
+    parseStream(parser, stream);
+}
+
 void expectEvents(const std::string& document, const std::string& events) {
     for (const auto impl : ALL_KINDS) {
         SCOPED_TRACE("tables of kind " + std::to_string(impl));
@@ -186,9 +195,19 @@ void expectEvents(const std::string& document, const std::string& events) {
             expect([&] { parseStream(parser, forParser); });
             expect([&] { reader.open(forReader), replay(reader, recorder); });
         };
+        // One behind the other, to the last octet.
+        const auto expectLive = [&](std::istream&& stream) {
+            expect([&] { EXPECT_TRUE(parser.parseNext(stream)); });
+            EXPECT_TRUE(reader.openNext(stream));
+            expect([&] { replay(reader, recorder); });
+            EXPECT_EQ(stream.get(), '$');
+        };
         expect([&] { parseMemory(parser, document); });
         expectStream(std::istringstream(document), std::istringstream(document));
         expectStream(DribblingStream(document), DribblingStream(document));
+        const std::string own = document.substr(0, parser.documentSize()); // some have octets behind
+        expectLive(std::istringstream(own + own + '$'));
+        expectLive(DribblingStream(own + own + '$'));
         expect([&] { reader.open(document), replay(reader, recorder); });
     }
 }

@@ -48,6 +48,7 @@ std::string eventsOf(const std::string& document);
 /// Parses a copy of exactly its size, so that a sanitizer sees a read behind it.
 void parseMemory(FastInfosetParser& parser, std::string_view document);
 void parseStream(FastInfosetParser& parser, std::istream& stream);
+void parseLive(FastInfosetParser& parser, std::istream& stream);
 
 /// Expects these events from parsers and readers with all kinds of tables, each used for a memory block, a
 /// stream and a stream that dribbles in a row.

@@ -32,6 +32,9 @@ void withReaders(const std::string& octets, int position, const std::function<vo
     DribblingStream dribblingStream(octets);
     BitStreamReader dribble(dribblingStream);
     run(dribble, 0, "dribbling stream");
+    DribblingStream liveStream(octets);
+    BitStreamReader live(liveStream, BitStreamReader::Waiting::FOR_OCTETS);
+    run(live, 0, "dribbling stream, octet by octet");
     for (std::size_t before = 0; before <= std::min<std::size_t>(octets.size(), 6); ++before) {
         const std::size_t skipped = before == 0 ? 0 : BitStreamReader::BUFFER_SIZE - before;
         std::istringstream stream(std::string(skipped, '\xA5') + octets);

@@ -15,11 +15,13 @@ namespace Tamo::FastInfoset {
 
 /// Reads a byte stream or a memory block as a sequence of bits, most significant bit of each octet first.
 ///
-/// A stream is read through a buffer of 1024 octets, so it may be read further than the document goes; a
-/// memory block is read in place and must outlive the reader. Neither source is owned. Every read and peek
-/// returns true while input lasts (`!eof()`); a read that straddles the end of a stream delivers zero bits
-/// for what is missing. A memory block that runs out fails the assertion "_pStream", which those who use
-/// hasBits() first never meet. Used by one thread at a time.
+/// A stream is read through a buffer of 1024 octets. As a rule a whole buffer is waited for and taken, so
+/// that the stream may be read further than the document goes; with Waiting::FOR_OCTETS no octet is waited
+/// for that is not asked for, and no octet is taken that is not read. A memory block is read in place and
+/// must outlive the reader. Neither source is owned. Every read and peek returns true while input lasts
+/// (`!eof()`); a read that straddles the end of a stream delivers zero bits for what is missing. A memory
+/// block that runs out fails the assertion "_pStream", which those who use hasBits() first never meet. Used
+/// by one thread at a time.
 ///
 /// The narrow reads are inline: the branch taken while two whole octets are buffered neither refills nor
 /// checks for the end; everything else goes the careful way (`peekSlow`).
@@ -30,8 +32,24 @@ public:
     /// Octets read from a stream at a time.
     static constexpr std::size_t BUFFER_SIZE = 1024;
 
+    /// What is waited for when a stream has to be read: a whole buffer or the end of the stream, or no more
+    /// than the octets that are asked for.
+    enum class Waiting { FOR_BLOCKS, FOR_OCTETS };
+
+    /// Where its scope ends, also by an exception, the stream is left where it has been read to: consume().
+    class Consumption {
+    public:
+        explicit Consumption(BitStreamReader& reader) noexcept : _reader(reader) {}
+        Consumption(const Consumption&) = delete;
+        Consumption& operator=(const Consumption&) = delete;
+        ~Consumption() { _reader.consume(); }
+
+    private:
+        BitStreamReader& _reader;
+    };
+
     /// A reader over a stream; nothing is read yet.
-    explicit BitStreamReader(std::istream& istr);
+    explicit BitStreamReader(std::istream& istr, Waiting waiting = Waiting::FOR_BLOCKS);
 
     /// A reader over size octets at pBuffer.
     BitStreamReader(const char* pBuffer, std::size_t size);
@@ -125,7 +143,7 @@ public:
     /// Fills the buffer from the stream, keeping the unread bits, when fewer than numBits are unread.
     void refillBufferIfLessThan(int numBits) {
         if (unreadBits() < numBits) {
-            refillBufferIfLessThanImpl(cachedBits());
+            refillBufferIfLessThanImpl(numBits);
         }
     }
 
@@ -170,6 +188,17 @@ public:
     /// True when a whole octet can be read.
     bool hasOctet() { return hasBits(Utility::SIZEOFCHARINBIT); }
 
+    /// Whether no whole octet is left, as far as can be told without waiting for one (Waiting::FOR_OCTETS).
+    bool isExhausted();
+
+    /// What the reader of a stream waits for.
+    Waiting waiting() const noexcept { return _waiting; }
+
+    /// Takes from the stream the octets that have been read, that of the next bit too if it has been read in
+    /// part, where they have only been looked at: with Waiting::FOR_OCTETS. Until then, and until more octets
+    /// have to be waited for, those that were in the stream's buffer stay there.
+    void consume() noexcept;
+
     /// Advances by numBits bits that the caller has seen to be cached.
     void advance(UInt64 numBits) noexcept { _bitOffset += numBits; }
 
@@ -195,8 +224,12 @@ private:
     bool peekSlow(unsigned char& value, int numBits);
     bool fillsUpTo(int numBits);
     void skipSlow(int numBits);
-    void refillBufferIfLessThanImpl(int unreadBits);
-    void fillFrom(std::size_t keep);
+    void refillBufferIfLessThanImpl(int numBits);
+    void refillBufferWith(std::size_t needed);
+    void fillFrom(std::size_t keep, std::size_t needed);
+    std::size_t lookAhead(unsigned char* pFree, std::size_t most);
+    void consumeUpTo(UInt64 octet) noexcept;
+    void requireEnd() const;
     bool readUnaligned(std::string& value, std::size_t numOctets);
 
     std::istream* _pStream;
@@ -206,6 +239,8 @@ private:
     UInt64 _maxStringLength = std::numeric_limits<UInt64>::max();
     const unsigned char* _pBuffer;
     bool _strict = false;
+    Waiting _waiting = Waiting::FOR_BLOCKS;
+    UInt64 _consumed = 0; // octets taken from a stream that is read octet by octet; obtained() are looked at
     std::unique_ptr<unsigned char[]> _pOwnBuffer;
 };
 

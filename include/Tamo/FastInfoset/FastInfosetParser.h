@@ -10,6 +10,7 @@
 #include "Tamo/Types.h"
 #include "Tamo/XML/XMLReader.h"
 #include <cstddef>
+#include <iosfwd>
 #include <memory>
 #include <string>
 
@@ -87,6 +88,10 @@ public:
     void parse(XML::InputSource* pSource) override;
     void parse(const std::string& systemId) override;
 
+    /// Parses the next document of a stream, live (setLive) whatever isLive() says. False, and nothing is
+    /// reported, when the stream has ended before the first octet of a document.
+    bool parseNext(std::istream& stream);
+
     /// Parses size octets at data, in place.
     void parseMemoryNP(const char* data, std::size_t size) override;
 
@@ -116,14 +121,21 @@ public:
     void setStrict(bool flag);
     bool isStrict() const noexcept;
 
+    /// Whether streams are read live: an event is reported as soon as its last octet is there, no octet is
+    /// waited for that the next one does not need, and none behind the document is taken, so that the next
+    /// one can be read from the same stream; after an exception the stream stands where it has been read to.
+    /// False at first: a stream is read in blocks of 1024 octets, which may lie behind the document. To be
+    /// set between documents.
+    void setLive(bool flag) noexcept;
+    bool isLive() const noexcept;
+
     /// Whether arrays of float and double become text in the canonical form of XML Schema ("1.5E0") instead
     /// of the shortest spelling, but in the tables of the header. False at first; to be set between
     /// documents.
     void setCanonicalNumbers(bool flag);
 
-    /// The octets of the last document from its first to its last one, which is where the next may begin; in
-    /// the strict mode, behind parse(). 0 of a document that has failed, and in the default mode, which need
-    /// not read the last octet.
+    /// The octets of the last document from its first to its last one, which is where the next may begin; 0
+    /// of a document that has failed.
     UInt64 documentSize() const noexcept;
 
     /// The vocabulary as the last document left it.
@@ -154,10 +166,13 @@ private:
     FastInfosetParser(DocumentVocabulary::VocabularyImpl impl, Opening opening);
     FastInfosetParser(const DocumentVocabulary& vocabulary, Opening opening);
 
+    void parseStream(std::istream& stream);
+
     std::unique_ptr<DocumentParser> _pEngine;
     XML::EntityResolver* _pEntityResolver = nullptr;
     XML::ErrorHandler* _pErrorHandler = nullptr;
     void* _pDeclarationHandler = nullptr;
+    bool _isLive = false;
 };
 
 } // namespace Tamo::FastInfoset

@@ -87,8 +87,13 @@ public:
     FastInfosetReader& operator=(const FastInfosetReader&) = delete;
     ~FastInfosetReader();
 
-    /// Starts a document in a byte stream, which may be read further than the document goes.
+    /// Starts a document in a byte stream, which may be read further than the document goes unless it is read
+    /// live (setLive).
     void open(std::istream& stream);
+
+    /// Waits for the first octet of the next document of a stream and starts it, live (setLive) whatever
+    /// isLive() says. False, and no document is open, when the stream has ended before that octet.
+    bool openNext(std::istream& stream);
 
     /// Starts a document in memory, which is read in place.
     void open(std::span<const std::byte> octets);
@@ -173,13 +178,18 @@ public:
     const std::optional<std::string>& version() const noexcept;
     const std::vector<AdditionalDatum>& additionalData() const noexcept;
 
-    /// At END_DOCUMENT: the octets of the document, which is where the next may begin; strict reading alone.
+    /// At END_DOCUMENT: the octets of the document, which is where the next may begin.
     UInt64 documentSize() const noexcept;
 
     /// Whether documents are read by the letter of X.891, see FastInfosetParser::setStrict; true at first. A
     /// document that has begun is not concerned.
     void setStrict(bool flag) noexcept;
     bool isStrict() const noexcept;
+
+    /// Whether open() reads a stream live, see FastInfosetParser::setLive; false at first. At each event the
+    /// stream stands behind the last octet that has been read for it.
+    void setLive(bool flag) noexcept;
+    bool isLive() const noexcept;
 
     /// The vocabulary as the document has left it so far.
     const DocumentVocabulary& vocabulary() const noexcept;
@@ -216,6 +226,7 @@ private:
     std::unique_ptr<DocumentParser> _pParser;
     std::unique_ptr<Cursor> _pCursor;
     std::unique_ptr<BitStreamReader> _pInput; // null while no document is open
+    bool _isLive = false;
 };
 
 } // namespace Tamo::FastInfoset
