@@ -304,11 +304,17 @@ bool DocumentParser::parseItems(BitStreamReader& reader) {
     static constexpr const char* END = "Unexpected end of stream while parsing element children";
     do {
         if (_markup.isInDTD()) [[unlikely]] {
+            if (EXTENT == Extent::ALL && _isPart && !reader.hasOctet()) {
+                return true;
+            }
             _markup.parseDTDItem(reader);
             continue;
         }
         if constexpr (EXTENT == Extent::ALL) {
             parseCommonItems<EXTENT, MODE>(reader);
+            if (!reader.hasBits(4) && _isPart) [[unlikely]] {
+                return true;
+            }
         }
         const unsigned char bits = RequiredBits::peek(reader, 4, END);
         if (bits != Forms::TERMINATOR) {
@@ -316,6 +322,10 @@ bool DocumentParser::parseItems(BitStreamReader& reader) {
                 Refusal::unless(bits == 0, reader, "padding behind an end that is not 0", "12");
             }
             reader.skipToByteStart();
+            if (EXTENT == Extent::ALL && _isPart && !reader.hasOctet()) {
+                _isChildNext = true;
+                return true;
+            }
             if (EXTENT == Extent::ALL || !parseCommonItems<EXTENT, MODE>(reader)) {
                 parseElementChild(reader);
             }
@@ -337,13 +347,23 @@ bool DocumentParser::parseItem(BitStreamReader& reader) {
                              : parseItems<Extent::ONE, Mode::DEFAULT>(reader);
 }
 
+bool DocumentParser::parseLeft(BitStreamReader& reader) {
+    return _isDocumentStrict ? parseItems<Extent::ALL, Mode::STRICT>(reader)
+                             : parseItems<Extent::ALL, Mode::DEFAULT>(reader);
+}
+
+bool DocumentParser::parsePart(BitStreamReader& reader, bool isLast) {
+    _isPart = !isLast;
+    if (_isChildNext && (isLast || reader.hasOctet())) {
+        _isChildNext = false;
+        parseElementChild(reader);
+    }
+    return parseLeft(reader);
+}
+
 void DocumentParser::parse(BitStreamReader& reader) {
     begin(reader);
-    if (_isDocumentStrict) {
-        parseItems<Extent::ALL, Mode::STRICT>(reader);
-    } else {
-        parseItems<Extent::ALL, Mode::DEFAULT>(reader);
-    }
+    parseLeft(reader);
     if (handlers().pContent) {
         handlers().pContent->endDocument();
     }
@@ -356,6 +376,8 @@ void DocumentParser::begin(BitStreamReader& reader) {
     _declaredPrefixes.clear();
     _children = {};
     _documentSize = 0;
+    _isPart = false;
+    _isChildNext = false;
     _isDocumentStrict = _strict;
     reader.setStrict(_strict);
     _elementNames.setComplete(_strict);

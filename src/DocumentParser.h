@@ -76,6 +76,11 @@ public:
     /// Reads one item, a child or an end, some of which are not reported; false when the document has ended.
     bool parseItem(BitStreamReader& reader);
 
+    /// Reads the items that the reader has, all of which must be there whole, and stops at their end; false
+    /// when the document has ended. Behind the last part a document that has not ended is refused, as by
+    /// parse().
+    bool parsePart(BitStreamReader& reader, bool isLast);
+
     /// Forgets the elements that are open.
     void abandon() noexcept { _openElements.clear(); }
 
@@ -106,6 +111,7 @@ private:
         bool element = false;
     };
 
+    bool parseLeft(BitStreamReader& reader);
     template<Extent EXTENT, Mode MODE>
     bool parseItems(BitStreamReader& reader);
     template<Extent EXTENT, Mode MODE>
@@ -155,6 +161,8 @@ private:
     StartVocabulary _start;
     bool _strict = false;
     bool _isDocumentStrict = false; // of the one that is read
+    bool _isChildNext = false;      // behind padding, where an end must not stand
+    bool _isPart = false;           // whether the reader has items of the document, and not all that are left
     Children _children;
     bool _namespacePrefixes = true;
     UInt64 _documentSize = 0;
