@@ -16,10 +16,11 @@ class FastInfosetParser;
 /// It reads by means of a FastInfosetParser, which is borrowed and has the handlers, the limits, the mode and
 /// the vocabulary; that must not parse anything else, nor be set otherwise, while a document is unfinished.
 /// The events are those of the parser, however the octets are cut, and so is what is thrown. An item, which
-/// is the header, a child, an element's start with its attributes, or an end, is reported by the call of
-/// feed() that brings its last octet; only the start of a document type declaration comes with the first item
-/// of that, or its end. What is unfinished is kept: memory follows the largest item. Work is in proportion to
-/// the octets: two looks at each at most to find where items end, and one to read it.
+/// is the header, an element's start with its attributes, an end, or a whole child of another kind, is
+/// reported by the call of feed() that brings its last octet; only the start of a document type declaration
+/// comes with the first item of that, or its end. What is unfinished is kept: memory follows the largest
+/// item. Work is in proportion to the octets: two looks at each at most to find where items end, and one to
+/// read it.
 ///
 /// The limit on amplification (ParserLimits) is held against the octets of the document that have been read
 /// so far, as for a stream. A decoding algorithm of the application must read the length and the octets of
