@@ -4,17 +4,21 @@
 #include "CountingStream.h"
 #include "Tamo/FastInfoset/Converter.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
+#include "Tamo/FastInfoset/FastInfosetPushParser.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
 #include "Tamo/MemoryStream.h"
 #include "Tamo/XML/InputSource.h"
 #include "Tamo/XML/SAXParser.h"
 #include "Tamo/XML/XMLWriter.h"
+#include <algorithm>
+#include <span>
 
 namespace Tamo::Benchmarks {
 
 using FastInfoset::Converter;
 using FastInfoset::DocumentVocabulary;
 using FastInfoset::FastInfosetParser;
+using FastInfoset::FastInfosetPushParser;
 using FastInfoset::FastInfosetWriter;
 
 namespace {
@@ -76,6 +80,24 @@ UInt64 parseStream(const DocumentSet& set) {
         MemoryInputStream stream(pDocument->fastInfoset.data(), pDocument->fastInfoset.size());
         XML::InputSource source(stream);
         parser.parse(&source);
+    }
+    return handler.sum();
+}
+
+// As from a connection, in pieces of so many octets; 0 for the whole document.
+template<std::size_t PIECE>
+UInt64 parseFed(const DocumentSet& set) {
+    ChecksumHandler handler;
+    FastInfosetParser parser;
+    FastInfosetPushParser push(parser);
+    setHandler(parser, handler);
+    for (const auto& pDocument : set.documents()) {
+        auto octets = std::as_bytes(std::span(pDocument->fastInfoset));
+        while (!octets.empty()) {
+            const std::size_t size = PIECE == 0 ? octets.size() : std::min(PIECE, octets.size());
+            push.feed(octets.first(size));
+            octets = octets.subspan(size);
+        }
     }
     return handler.sum();
 }
@@ -190,6 +212,9 @@ std::vector<Job> TamoJobs::all() {
         {"parse-strict", "as parse, by the letter of X.891", parseReused<ChecksumHandler, Mode::STRICT>},
         {"parse-typed", "as parse, to a handler of typed values", parseReused<TypedChecksumHandler>},
         {"parse-stream", "as parse, from a std::istream", parseStream},
+        {"parse-fed", "as parse, fed 1,400 octets at a time", parseFed<1400>},
+        {"parse-fed-whole", "as parse, fed whole documents", parseFed<0>},
+        {"parse-fed-single", "as parse, fed single octets", parseFed<1>},
         {"write-hash", "recorded events to a memory stream, VOC_HASH", write<DocumentVocabulary::VOC_HASH>},
         {"write-map", "recorded events to a memory stream, VOC_MAP", write<DocumentVocabulary::VOC_MAP>},
         {"write-strict", "as write-map, by the letter of X.891",

@@ -14,7 +14,8 @@ using namespace Tamo::Benchmarks;
 
 namespace {
 
-const std::string COUNTED(" parse parse-stream write-hash write-map to-fis to-xml sax-parser xml-writer ");
+const std::string COUNTED(" parse parse-stream parse-fed parse-fed-whole parse-fed-single write-hash "
+                          "write-map to-fis to-xml sax-parser xml-writer ");
 
 } // namespace
 

@@ -175,6 +175,15 @@ void BitStreamReader::skipSlow(int numBits) {
     _bitOffset = static_cast<UInt64>(beyond);
 }
 
+void BitStreamReader::continueIn(const unsigned char* pOctets, std::size_t size) {
+    tamo_assert(!_pStream);
+    tamo_assert(bitPos() == 0);
+    _discardedBits += _bitOffset;
+    _bitOffset = 0;
+    _cachedBits = static_cast<UInt64>(size) * Utility::SIZEOFCHARINBIT;
+    _pBuffer = pOctets;
+}
+
 bool BitStreamReader::eof() const {
     return _cachedBits == 0 && (!_pStream || _pStream->eof());
 }

@@ -6,13 +6,11 @@
 #include "RequiredBits.h"
 #include "SharedNames.h"
 #include "StrictText.h"
-#include "Tamo/FastInfoset/CDataEncoding.h"
 #include "Tamo/FastInfoset/DocumentPropertiesHandler.h"
-#include "Tamo/FastInfoset/FISContentHandler.h"
 #include "Tamo/FastInfoset/FISDocumentHandler.h"
 #include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/TypedChunk.h"
-#include "Tamo/FastInfoset/TypedChunkHandler.h"
+#include "Tamo/XML/ContentHandler.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/LexicalHandler.h"
 #include "TextPieces.h"
@@ -274,10 +272,10 @@ bool DocumentParser::parseCommonItems(BitStreamReader& reader) {
     while (octets.areEnough()) {
         const unsigned int b = octets.first();
         if (MODE == Mode::STRICT && _openElements.empty()) [[unlikely]] {
-            if (b >= Forms::ELEMENT_END || _children.element) {
+            if (b >= Forms::ELEMENT_END || _children.hasElement()) {
                 break; // there is nothing else that is common
             }
-            _children.element = true;
+            _children.addElement();
         }
         if (b < Forms::ELEMENT_END) {
             parseCommonElement<EXTENT, MODE>(reader, octets);
@@ -316,11 +314,17 @@ bool DocumentParser::parseItems(BitStreamReader& reader) {
     static constexpr const char* END = "Unexpected end of stream while parsing element children";
     do {
         if (_markup.isInDTD()) [[unlikely]] {
+            if (EXTENT == Extent::ALL && _isPart && !reader.hasOctet()) {
+                return true;
+            }
             _markup.parseDTDItem(reader);
             continue;
         }
         if constexpr (EXTENT == Extent::ALL) {
             parseCommonItems<EXTENT, MODE>(reader);
+            if (!reader.hasBits(4) && _isPart) [[unlikely]] {
+                return true;
+            }
         }
         const unsigned char bits = RequiredBits::peek(reader, 4, END);
         if (bits != Forms::TERMINATOR) {
@@ -328,6 +332,10 @@ bool DocumentParser::parseItems(BitStreamReader& reader) {
                 Refusal::unless(bits == 0, reader, "padding behind an end that is not 0", "12");
             }
             reader.skipToByteStart();
+            if (EXTENT == Extent::ALL && _isPart && !reader.hasOctet()) {
+                _isChildNext = true;
+                return true;
+            }
             if (EXTENT == Extent::ALL || !parseCommonItems<EXTENT, MODE>(reader)) {
                 parseElementChild(reader);
             }
@@ -347,15 +355,27 @@ bool DocumentParser::parseItem(BitStreamReader& reader) {
                              : parseItems<Extent::ONE, Mode::DEFAULT>(reader);
 }
 
+bool DocumentParser::parseLeft(BitStreamReader& reader) {
+    return _isDocumentStrict ? parseItems<Extent::ALL, Mode::STRICT>(reader)
+                             : parseItems<Extent::ALL, Mode::DEFAULT>(reader);
+}
+
+bool DocumentParser::parsePart(BitStreamReader& reader, bool isLast) {
+    _isPart = !isLast;
+    if (_isChildNext && (isLast || reader.hasOctet())) {
+        _isChildNext = false;
+        parseElementChild(reader);
+    }
+    return parseLeft(reader);
+}
+
 void DocumentParser::parse(BitStreamReader& reader) {
     begin(reader);
     if (reader.waiting() == BitStreamReader::Waiting::FOR_OCTETS) {
         while (parseItem(reader)) {
         }
-    } else if (_isDocumentStrict) {
-        parseItems<Extent::ALL, Mode::STRICT>(reader);
     } else {
-        parseItems<Extent::ALL, Mode::DEFAULT>(reader);
+        parseLeft(reader);
     }
     if (handlers().pContent) {
         handlers().pContent->endDocument();
@@ -369,6 +389,8 @@ void DocumentParser::begin(BitStreamReader& reader) {
     _declaredPrefixes.clear();
     _children = {};
     _documentSize = 0;
+    _isPart = false;
+    _isChildNext = false;
     _isDocumentStrict = _strict;
     reader.setStrict(_strict);
     _elementNames.setComplete(_strict);
@@ -405,7 +427,7 @@ void DocumentParser::parseElementChild(BitStreamReader& reader) {
     const unsigned char b =
         RequiredBits::peek(reader, 8, "Unexpected end of stream while parsing element children");
     if (_isDocumentStrict) {
-        requireChild(reader, b);
+        _children.require(reader, b, !_openElements.empty());
     }
     if (b < Forms::ELEMENT_END) {
         reader.advance(1);
@@ -589,64 +611,14 @@ void DocumentParser::parseCharacterChunk(BitStreamReader& reader) {
     const StringParser::Value value =
         strings().parseOther(reader, DocumentVocabulary::CONTENT_CHARACTER_CHUNK);
     if (value.typed) {
-        parseTypedChunk();
+        _markup.reportTypedChunk(_isDocumentStrict);
     } else if (handlers().pContent) {
         TextPieces::forEach(*value.pText,
                             [this](std::string_view piece) { reportCharacters(piece.data(), piece.size()); });
     }
 }
 
-void DocumentParser::parseTypedChunk() {
-    const bool inCDATA = handlers().pLexical && strings().typed()->type() == CDataEncoding::TYPE;
-    if (inCDATA) {
-        _markup.deliver(2 * CALLBACK);
-        handlers().pLexical->startCDATA();
-    }
-    if (_isDocumentStrict && handlers().pChunks && strings().typed()->type() != CDataEncoding::TYPE) {
-        const unsigned int algorithm = strings().typedAlgorithm();
-        const std::string* const pURI = strings().vocabulary().algorithms().find(algorithm);
-        _markup.deliver(2 * CALLBACK);
-        if (!handlers().pChunks->startTypedChunk(
-                TypedChunk(strings().typed(), algorithm, pURI ? *pURI : StringParser::EMPTY))) {
-            strings().typed()->handle(handlers().pTyped);
-        }
-        handlers().pChunks->endTypedChunk();
-    } else if (handlers().pTyped) {
-        _markup.deliver(CALLBACK);
-        strings().typed()->handle(handlers().pTyped);
-    } else if (handlers().pContent) {
-        strings().typedText().createContent(*strings().typed());
-        _markup.deliver(CALLBACK + static_cast<const Encoding&>(*strings().typed()).content().size());
-        strings().typed()->handle(handlers().pContent);
-    }
-    if (inCDATA) {
-        handlers().pLexical->endCDATA();
-    }
-}
-
 // ---- the strict mode
-
-// Whether a child that begins with the octet b may stand here (X.891, 7.2 and 7.3).
-void DocumentParser::requireChild(const BitStreamReader& reader, unsigned char b) {
-    const bool isDeclaration = b >= Forms::CHARACTERS_END && (b & Forms::DECLARATION_BITS) == Forms::DOCTYPE;
-    if (!_openElements.empty()) {
-        Refusal::unless(!isDeclaration, reader, "a document type declaration within an element", "C.3");
-        return;
-    }
-    if (b < Forms::ELEMENT_END) {
-        Refusal::unless(!_children.element, reader, "a second element of the document", "C.2");
-        _children.element = true;
-    } else if (b < Forms::CHARACTERS_END) {
-        Refusal::at(reader, "character data outside of the document's element", "C.2");
-    } else if (isDeclaration) {
-        Refusal::unless(!_children.element && !_children.declaration, reader,
-                        "a document type declaration behind the first or behind the element", "C.2");
-        _children.declaration = true;
-    } else {
-        Refusal::unless((b & Forms::DECLARATION_BITS) != Forms::ENTITY_REFERENCE, reader,
-                        "an entity reference outside of the document's element", "C.2");
-    }
-}
 
 // By default those of the element that was started last, which may be another one; strictly its own, in
 // reverse order.
@@ -670,7 +642,7 @@ void DocumentParser::endMappings() {
 template<DocumentParser::Mode MODE>
 void DocumentParser::endDocument(BitStreamReader& reader) {
     if constexpr (MODE == Mode::STRICT) {
-        Refusal::unless(_children.element, reader, "a document without element", "C.2");
+        _children.requireElement(reader);
     }
     reader.advance(4);
     if (MODE == Mode::STRICT && reader.bitPos() != 0) {

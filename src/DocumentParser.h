@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_DOCUMENTPARSER_H
 #define TAMO_FASTINFOSET_DOCUMENTPARSER_H
 
+#include "ChildOrder.h"
 #include "MarkupParser.h"
 #include "ResolvedNames.h"
 #include "StartVocabulary.h"
@@ -83,6 +84,11 @@ public:
     /// Reads one item, a child or an end, some of which are not reported; false when the document has ended.
     bool parseItem(BitStreamReader& reader);
 
+    /// Reads the items that the reader has, all of which must be there whole, and stops at their end; false
+    /// when the document has ended. Behind the last part a document that has not ended is refused, as by
+    /// parse().
+    bool parsePart(BitStreamReader& reader, bool isLast);
+
     /// Forgets the elements that are open.
     void abandon() noexcept { _openElements.clear(); }
 
@@ -107,12 +113,7 @@ private:
     // Whose rules are followed.
     enum class Mode { DEFAULT, STRICT };
 
-    // What has stood in the document so far, as the strict mode asks.
-    struct Children {
-        bool declaration = false;
-        bool element = false;
-    };
-
+    bool parseLeft(BitStreamReader& reader);
     template<Extent EXTENT, Mode MODE>
     bool parseItems(BitStreamReader& reader);
     template<Extent EXTENT, Mode MODE>
@@ -140,7 +141,6 @@ private:
     void addAttribute(const ResolvedNames::Name& name, const std::string& value);
     void addAttribute(const ResolvedNames::Name& name, const char* pValue, std::size_t size);
     void endMappings();
-    void requireChild(const BitStreamReader& reader, unsigned char b);
     template<Mode MODE>
     void endDocument(BitStreamReader& reader);
     unsigned int parseQualifiedNameOrIndex(BitStreamReader& reader, NameKind kind);
@@ -150,7 +150,6 @@ private:
     unsigned int parseNameParts(BitStreamReader& reader, unsigned int presence, NameKind kind);
     void parseCharacterChunk(BitStreamReader& reader);
     void reportCharacters(const char* pText, std::size_t size);
-    void parseTypedChunk();
 
     ResolvedNames& resolvedNames(NameKind kind) noexcept {
         return kind == NameKind::ELEMENT ? _elementNames : _attributeNames;
@@ -164,7 +163,9 @@ private:
     StartVocabulary _start;
     bool _strict = false;
     bool _isDocumentStrict = false; // of the one that is read
-    Children _children;
+    bool _isChildNext = false;      // behind padding, where an end must not stand
+    bool _isPart = false;           // whether the reader has items of the document, and not all that are left
+    ChildOrder _children;
     bool _namespacePrefixes = true;
     UInt64 _documentSize = 0;
     ResolvedNames _elementNames;

@@ -4,9 +4,11 @@
 #include "Refusal.h"
 #include "RequiredBits.h"
 #include "StrictText.h"
+#include "Tamo/FastInfoset/CDataEncoding.h"
 #include "Tamo/FastInfoset/DocumentPropertiesHandler.h"
 #include "Tamo/FastInfoset/FISContentHandler.h"
 #include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/FastInfoset/TypedChunk.h"
 #include "Tamo/FastInfoset/TypedChunkHandler.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/LexicalHandler.h"
@@ -147,6 +149,34 @@ void MarkupParser::parseUnexpandedEntityReference(BitStreamReader& reader) {
     if (reader.isStrict() && _handlers.pContent) { // deliberate: the default drops it
         deliver(CALLBACK + name.size());
         _handlers.pContent->skippedEntity(name);
+    }
+}
+
+void MarkupParser::reportTypedChunk(bool isStrict) {
+    const bool inCDATA = _handlers.pLexical && _strings.typed()->type() == CDataEncoding::TYPE;
+    if (inCDATA) {
+        deliver(2 * CALLBACK);
+        _handlers.pLexical->startCDATA();
+    }
+    if (isStrict && _handlers.pChunks && _strings.typed()->type() != CDataEncoding::TYPE) {
+        const unsigned int algorithm = _strings.typedAlgorithm();
+        const std::string* const pURI = _strings.vocabulary().algorithms().find(algorithm);
+        deliver(2 * CALLBACK);
+        if (!_handlers.pChunks->startTypedChunk(
+                TypedChunk(_strings.typed(), algorithm, pURI ? *pURI : StringParser::EMPTY))) {
+            _strings.typed()->handle(_handlers.pTyped);
+        }
+        _handlers.pChunks->endTypedChunk();
+    } else if (_handlers.pTyped) {
+        deliver(CALLBACK);
+        _strings.typed()->handle(_handlers.pTyped);
+    } else if (_handlers.pContent) {
+        _strings.typedText().createContent(*_strings.typed());
+        deliver(CALLBACK + static_cast<const Encoding&>(*_strings.typed()).content().size());
+        _strings.typed()->handle(_handlers.pContent);
+    }
+    if (inCDATA) {
+        _handlers.pLexical->endCDATA();
     }
 }
 

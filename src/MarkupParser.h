@@ -72,6 +72,9 @@ public:
     void parseUnexpandedEntityReference(BitStreamReader& reader);
     void parseDocumentTypeDeclaration(BitStreamReader& reader);
 
+    /// Reports the typed value that has been read last as a chunk.
+    void reportTypedChunk(bool isStrict);
+
     /// Whether a document type declaration has begun and not ended.
     bool isInDTD() const noexcept { return _inDTD; }
 

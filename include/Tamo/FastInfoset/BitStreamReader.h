@@ -202,6 +202,10 @@ public:
     /// Advances by numBits bits that the caller has seen to be cached.
     void advance(UInt64 numBits) noexcept { _bitOffset += numBits; }
 
+    /// Goes on in another block: the octets from the current one on, on whose first bit the reader must
+    /// stand, are these now. position() counts on. For a memory block only.
+    void continueIn(const unsigned char* pOctets, std::size_t size);
+
     /// Goes to an octet among those that cachedOctets() has told of.
     void advanceTo(const unsigned char* pOctet) noexcept {
         _bitOffset = static_cast<UInt64>(pOctet - _pBuffer) * Utility::SIZEOFCHARINBIT;

@@ -22,6 +22,7 @@ class XMLWriter;
 namespace Tamo::FastInfoset {
 
 class DocumentParser;
+class FastInfosetPushParser;
 class FastInfosetWriter;
 class FISDefaultHandler;
 class FISDocumentHandler;
@@ -158,6 +159,8 @@ public:
     static const std::string& EMPTY_STRING;
 
 private:
+    friend class FastInfosetPushParser; // which reads with the same engine
+
     // What opens vocabularies; named where a parser is made, so that it is linked to those that need it only.
     struct Opening {
         DocumentVocabulary (*open)(const std::string& uri, bool strict);
