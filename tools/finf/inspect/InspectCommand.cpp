@@ -26,9 +26,9 @@ constexpr std::size_t SHOWN_ARRAY = 65520;
 } // namespace
 
 InspectCommand::InspectCommand(CLI::App& parent)
-    : Command(parent, "inspect", "Show what stands in the octets of a Fast Infoset document") {
+    : Command(parent, "inspect", "Show what stands in the octets of Fast Infoset documents") {
     app()
-        .add_option("INPUT", _input, "A Fast Infoset document; - or nothing is standard input")
+        .add_option("INPUT", _input, "Fast Infoset documents; - or nothing is standard input")
         ->type_name("");
     CLI::Option* const pHtml = app().add_flag("--html", _html, "Show it as one HTML page, for a browser");
     app().add_flag("--json", _json, "Show it as one JSON document")->excludes(pHtml);
