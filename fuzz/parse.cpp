@@ -1,9 +1,12 @@
-// A document from memory, from a stream, from a stream that delivers one octet at a time, and from a stream
-// in which the reader's buffer ends within the document: the same events, the same failure.
+// A document from memory, from a stream, from a stream that delivers one octet at a time, from streams that
+// are read live in pieces of any size, and from a stream in which the reader's buffer ends within the
+// document: the same events, the same failure. What is read live waits for no octet behind the document, and
+// takes none.
 #include "DribblingStream.h"
 #include "EventRecorder.h"
 #include "Failure.h"
 #include "FuzzSupport.h"
+#include "LiveStream.h"
 #include "Replay.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
@@ -36,10 +39,20 @@ public:
         return outcome([&] { _pParser->parse(&source); });
     }
 
+    Outcome live(std::istream& stream) {
+        _pParser->setLive(true);
+        const Outcome result = this->stream(stream);
+        _pParser->setLive(false);
+        return result;
+    }
+
+    UInt64 documentSize() const { return _documentSize; }
+
 private:
     Outcome outcome(const std::function<void()>& use) {
         _recorder.clear();
         const std::string failure = Test::failureOf(use);
+        _documentSize = _pParser->documentSize();
         constexpr std::size_t BUILT_IN = 15;
         if (!_isStrict && _pParser->vocabulary().restrictedAlphabets().alphabets().size() > BUILT_IN) {
             renew(); // alphabets stay with a parser, see docs/vocabularies.md
@@ -59,6 +72,7 @@ private:
     DocumentVocabulary::VocabularyImpl _impl;
     bool _isStrict;
     std::unique_ptr<FastInfosetParser> _pParser;
+    UInt64 _documentSize = 0; // of the last one
     Recorder _recorder;
 };
 
@@ -170,6 +184,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     Test::DribblingStream dribble(document);
     requireEqual(stream, typed.stream(dribble));
+    for (const std::size_t most : {std::size_t{0}, std::size_t{1}, 2 + size % 37}) {
+        Test::LiveStream live(document, memory.failed() ? size : typed.documentSize(), most);
+        if (memory.failed()) {
+            live.endAtEnd();
+        }
+        requireEqual(stream, typed.live(live));
+        require(memory.failed() || live.taken() == typed.documentSize(), "no more and no less is taken");
+    }
     const bool isStrict = isForStrictMode(document);
     if (size > 1 && !isStrict && !document.starts_with("<?")) {
         const std::string longer = shifted(document);

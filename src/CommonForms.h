@@ -65,9 +65,8 @@ public:
     /// Consumes the form that has been read last.
     TAMO_ALWAYS_INLINE void accept() noexcept { _p += _size; }
 
-    /// Consumes the first octet, and takes it back.
+    /// Consumes the first octet.
     TAMO_ALWAYS_INLINE void acceptOctet() noexcept { ++_p; }
-    TAMO_ALWAYS_INLINE void returnOctet() noexcept { --_p; }
 
     /// An integer at bit position 1 (X.891, C.25); not 0, nor one that may lie beyond 2^20.
     TAMO_ALWAYS_INLINE bool integerAtPosition1(unsigned int& val) noexcept {

@@ -216,13 +216,16 @@ TAMO_ALWAYS_INLINE void DocumentParser::parseCommonElement(BitStreamReader& read
     }
     _attributes.clear();
     const bool isEnd = (b & Forms::HAS_ATTRIBUTES) && parseCommonAttributes<EXTENT, MODE>(reader, octets);
+    if constexpr (EXTENT == Extent::ONE) {
+        octets.leave(reader);
+    }
     startElement(index, *pName);
     if (isEnd) {
         endElement();
     }
 }
 
-template<DocumentParser::Mode MODE>
+template<DocumentParser::Extent EXTENT, DocumentParser::Mode MODE>
 TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonCharacterChunk(BitStreamReader& reader,
                                                                   CommonForms& octets) {
     const unsigned int b = octets.first();
@@ -234,6 +237,9 @@ TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonCharacterChunk(BitStreamReade
             return false;
         }
         octets.accept();
+        if constexpr (EXTENT == Extent::ONE) {
+            octets.leave(reader);
+        }
         reportCharacters(pText->data(), pText->size());
         return true;
     }
@@ -250,25 +256,18 @@ TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonCharacterChunk(BitStreamReade
     if (b & Forms::CHARACTERS_ADDED) {
         strings().keep(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, pText, size);
     }
+    if constexpr (EXTENT == Extent::ONE) {
+        octets.leave(reader);
+    }
     reportCharacters(pText, size);
     return true;
 }
 
 // Reads all items from an octet boundary on, or only one child; false when the next item is left. The reader
-// stands behind what has been read, also when a handler throws.
+// is told when all are read, or before the one is reported.
 template<DocumentParser::Extent EXTENT, DocumentParser::Mode MODE>
 bool DocumentParser::parseCommonItems(BitStreamReader& reader) {
     CommonForms octets(reader);
-    try {
-        return parseCommonItems<EXTENT, MODE>(reader, octets);
-    } catch (...) {
-        octets.leave(reader);
-        throw;
-    }
-}
-
-template<DocumentParser::Extent EXTENT, DocumentParser::Mode MODE>
-TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonItems(BitStreamReader& reader, CommonForms& octets) {
     while (octets.areEnough()) {
         const unsigned int b = octets.first();
         if (MODE == Mode::STRICT && _openElements.empty()) [[unlikely]] {
@@ -280,19 +279,16 @@ TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonItems(BitStreamReader& reader
         if (b < Forms::ELEMENT_END) {
             parseCommonElement<EXTENT, MODE>(reader, octets);
         } else if (b < Forms::CHARACTERS_END) {
-            if (!parseCommonCharacterChunk<MODE>(reader, octets)) {
+            if (!parseCommonCharacterChunk<EXTENT, MODE>(reader, octets)) {
                 break;
             }
         } else if (b < Forms::TERMINATOR_FIRST || EXTENT == Extent::ONE || _openElements.empty() ||
                    (MODE == Mode::STRICT && !octets.isEndPlain())) {
             break;
         } else {
-            const bool isWhole = octets.isEndWhole();
-            octets.acceptOctet();
             endElement();
             const bool endsHere = b == Forms::TERMINATOR_TWICE && _openElements.empty();
-            if (endsHere || !isWhole) {
-                octets.returnOctet();
+            if (endsHere || !octets.isEndWhole()) {
                 octets.leave(reader);
                 reader.advance(4);
                 return false;
@@ -300,9 +296,9 @@ TAMO_ALWAYS_INLINE bool DocumentParser::parseCommonItems(BitStreamReader& reader
             if (b == Forms::TERMINATOR_TWICE) {
                 endElement();
             }
+            octets.acceptOctet();
         }
         if constexpr (EXTENT == Extent::ONE) {
-            octets.leave(reader);
             return true;
         }
     }
@@ -350,7 +346,10 @@ bool DocumentParser::parseItem(BitStreamReader& reader) {
 
 void DocumentParser::parse(BitStreamReader& reader) {
     begin(reader);
-    if (_isDocumentStrict) {
+    if (reader.waiting() == BitStreamReader::Waiting::FOR_OCTETS) {
+        while (parseItem(reader)) {
+        }
+    } else if (_isDocumentStrict) {
         parseItems<Extent::ALL, Mode::STRICT>(reader);
     } else {
         parseItems<Extent::ALL, Mode::DEFAULT>(reader);

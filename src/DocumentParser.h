@@ -67,7 +67,8 @@ public:
     /// How typed values become text.
     void setCanonicalNumbers(bool flag) noexcept { strings().typedText().canonicalNumbers = flag; }
 
-    /// Reads a whole document.
+    /// Reads a whole document; by a reader that waits for octets item by item, so that this one stands behind
+    /// what has been read when a handler throws.
     void parse(BitStreamReader& reader);
 
     /// Reads the header of a document.
@@ -111,15 +112,13 @@ private:
     template<Extent EXTENT, Mode MODE>
     bool parseCommonItems(BitStreamReader& reader);
     template<Extent EXTENT, Mode MODE>
-    bool parseCommonItems(BitStreamReader& reader, CommonForms& octets);
-    template<Extent EXTENT, Mode MODE>
     void parseCommonElement(BitStreamReader& reader, CommonForms& octets);
     template<Extent EXTENT, Mode MODE>
     bool parseCommonAttributes(BitStreamReader& reader, CommonForms& octets);
     template<Mode MODE>
     bool parseCommonAttributeValue(BitStreamReader& reader, CommonForms& octets,
                                    const ResolvedNames::Name& name);
-    template<Mode MODE>
+    template<Extent EXTENT, Mode MODE>
     bool parseCommonCharacterChunk(BitStreamReader& reader, CommonForms& octets);
     template<Mode MODE>
     unsigned int parseOtherName(BitStreamReader& reader, unsigned int b, NameKind kind);

@@ -191,6 +191,9 @@ public:
     /// Whether no whole octet is left, as far as can be told without waiting for one (Waiting::FOR_OCTETS).
     bool isExhausted();
 
+    /// What the reader of a stream waits for.
+    Waiting waiting() const noexcept { return _waiting; }
+
     /// Takes from the stream the octets that have been read, that of the next bit too if it has been read in
     /// part, where they have only been looked at: with Waiting::FOR_OCTETS. Until then, and until more octets
     /// have to be waited for, those that were in the stream's buffer stay there.
