@@ -94,6 +94,7 @@ const Case CASES[] = {
     {"finf inspect log --html | tail -n 1", 0, "</html>\n",
      "finf: log: more documents stand behind the one that the page shows; --first takes it alone\n"},
     {"finf inspect log --html --first | cmp - <(finf inspect --html log --first)", 0, ""},
+    {"finf diff a log", 2, "", "finf: log: more stands behind the document\n"},
     {"finf stats log --json | grep -oE '\"(elements|fastInfoset|xml)\": [0-9]+'", 0,
      "\"elements\": 3\n\"xml\": 149\n\"fastInfoset\": 43\n"},
 };
@@ -169,6 +170,7 @@ kill -TERM $reader; wait $reader; echo $? $(tail -n 1 out; cat err)
 cp log whole
 for change in ': >log' 'cp log new; mv new log' 'rm log'; do
     cp whole log
+    : >out
     finf decode --follow --separator log >out 2>err & reader=$!
     await $'<a b="1">x</a>\n<c/>\n<a b="1">x</a>' || exit 5
     eval "$change"
