@@ -45,7 +45,11 @@ const Case CASES[] = {
      "finf: log: log-1.xml is the output of log-1 already\nfinf: log-1: cannot open: No such file or "
      "directory\nfinf: 2 of 2 inputs not converted\n"},
     {"cp log x; finf decode --in-place x || cmp x log", 0, "",
-     "finf: x: holds more than one document, which --in-place cannot replace it by\n", "x"},
+     "finf: x: more stands behind the document, which alone --in-place would leave\n", "x"},
+    {"cp tail x; finf decode --in-place --recover x || cmp x tail", 0, "",
+     "finf: x: more stands behind the document, which alone --in-place would leave\n", "x"},
+    {"(cat a; echo) | finf decode -o x.xml || cat x.xml", 0, DECLARATION A,
+     "finf: standard input: octets that begin no document (X.891, 12), at octet 17\n", "x.xml"},
     {"finf decode tail --separator -c", 1, A "\n<c/>\n" A "\n", "finf: tail" BEHIND},
     {"finf decode tail --separator -c --recover", 4, A "\n<c/>\n" A "\n", "finf: tail" BEHIND},
     {"head -c 38 log | finf decode --separator", 1, A "\n<c/>\n",

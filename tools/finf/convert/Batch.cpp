@@ -144,7 +144,8 @@ void Batch::convertDocuments(Conversion& conversion, InputFile& input, DocumentO
         if (!hasMore && !_options.recover) {
             input.check(); // before the output gets its name: what looks like the end may be none
         }
-        outputs.end(hasMore);
+        // What is no document is going to be refused, and makes no second output.
+        outputs.end(hasMore && (_options.inPlace || mayBeFastInfoset(input.stream().peek())));
     } while (hasMore);
 }
 

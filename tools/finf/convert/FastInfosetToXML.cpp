@@ -4,6 +4,7 @@
 #include "Tamo/XML/XMLException.h"
 #include "command/FinfError.h"
 #include "convert/TornDocument.h"
+#include "files/DocumentKind.h"
 #include "files/X3D.h"
 #include <ios>
 
@@ -33,8 +34,7 @@ FastInfosetToXML::FastInfosetToXML(const Options& options)
 
 void FastInfosetToXML::convert(std::istream& in, std::ostream& out) {
     const std::streamoff start = positionOf(in);
-    const auto beginsDocument = [](int octet) { return octet == 0xE0 || octet == '<'; };
-    if (start > 0 && !beginsDocument(in.peek())) {
+    if (start > 0 && !mayBeFastInfoset(in.peek())) {
         const std::string what =
             "octets that begin no document (X.891, 12), at octet " + std::to_string(start);
         if (_options.recover) {

@@ -22,7 +22,7 @@ void DocumentOutputs::end(bool hasMore) {
     }
     const bool isAlone = _documents == 1 && !hasMore;
     if (!isAlone && _options.inPlace) {
-        throw FinfError("holds more than one document, which --in-place cannot replace it by");
+        throw FinfError("more stands behind the document, which alone --in-place would leave");
     }
     commit(isAlone ? _path : numbered(_documents));
     _numbered += isAlone ? 0 : 1;
