@@ -68,6 +68,9 @@ const Case CASES[] = {
     {"finf decode --recover -c log", 0, DECLARATION A DECLARATION "<c/>" DECLARATION A},
     {"finf decode --recover </dev/null", 1, "", "finf: standard input: is empty\n"},
     {"echo '<a/>' | finf decode --recover", 1, "", "finf: standard input: this is XML text; *"},
+    {"printf '<a><![CDATA[0123456789]]></a>' | finf encode | finf decode --separator --recover --max-output "
+     "34",
+     4, "<a><![CDATA[]]></a>\n", "finf: standard input: ended at octet *"},
     {"finf decode --follow log a", 2, "", "finf: --follow takes one INPUT and writes to*"},
     {"finf decode --follow log -o x", 2, "", "finf: --follow takes one INPUT and writes to*"},
     {"finf validate log; cat log | finf validate", 0, "log: clean\nstandard input: clean\n"},
