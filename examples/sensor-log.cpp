@@ -1,109 +1,121 @@
-// Typed data: a log is written in values and read back in values, or as text by a reader that wants text.
-#include "Tamo/FastInfoset/Converter.h"
-#include "Tamo/FastInfoset/FISDefaultHandler.h"
-#include "Tamo/FastInfoset/FastInfosetParser.h"
+// A log of documents, one for each batch of readings: what was reported as durable outlives a killed process.
+//
+//   sensor-log                    shows on a file of its own what happens when a process is killed
+//   sensor-log FILE append COUNT  goes on with the log and prints the number of each batch once it is durable
+//   sensor-log FILE list          prints the numbers of the batches that are in the log
+#include "DocumentLog.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
 #include <iostream>
 #include <sstream>
+#include <string_view>
+#include <vector>
 
 using namespace Tamo;
-using FastInfoset::DocumentVocabulary;
-using FastInfoset::FastInfosetParser;
-using FastInfoset::FastInfosetWriter;
+using example::DocumentLog;
 
 namespace {
 
-// [write]
-std::string writeLog() {
+// [batch]
+std::string writeBatch(Int32 number, const std::vector<double>& kelvin) {
     const std::string none;
     std::ostringstream octets;
-    FastInfosetWriter writer(octets, false, DocumentVocabulary::VOC_MAP);
+    FastInfoset::FastInfosetWriter writer(octets, false, FastInfoset::DocumentVocabulary::VOC_MAP);
+    writer.setStrict(true);
     writer.startDocument();
-    writer.startElement(none, "log", none);
-
-    writer.startElement(none, "sensor", none);
-    writer.encodedData(UUID("6ba7b810-9dad-11d1-80b4-00c04fd430c8"));
-    writer.endElement(none, "sensor", none);
-
+    writer.startElement(none, "batch", none);
+    writer.startElement(none, "number", none);
+    writer.encodedData(number);
+    writer.endElement(none, "number", none);
     writer.startElement(none, "kelvin", none);
-    for (const double kelvin : {291.15, 291.4, 293.05}) {
-        writer.encodedData(kelvin); // one array: values of one type in a row are joined
+    for (const double value : kelvin) {
+        writer.encodedData(value);
     }
     writer.endElement(none, "kelvin", none);
-
-    writer.startElement(none, "valid", none);
-    for (const bool valid : {true, true, false}) {
-        writer.encodedData(valid);
-    }
-    writer.endElement(none, "valid", none);
-
-    writer.startElement(none, "calibration", none);
-    const char curve[] = {'\x10', '\x2f', '\x00', '\xff'};
-    writer.binaryData(curve, sizeof(curve));
-    writer.endElement(none, "calibration", none);
-
-    writer.endElement(none, "log", none);
+    writer.endElement(none, "batch", none);
     writer.endDocument();
     return octets.str();
 }
-// [/write]
+// [/batch]
 
-// [handler]
-/// Takes values as values.
-class LogReader : public FastInfoset::FISDefaultHandler {
+// [replay]
+/// Collects the batches of a log. What comes of a document counts when it has come to its end.
+class Batches : public FastInfoset::FISDefaultHandler {
 public:
-    using FISDefaultHandler::encodedData; // the other types are not expected in a log
+    using FISDefaultHandler::encodedData;
 
-    void encodedData(double value) override {
-        _sum += value;
-        ++_count;
-    }
-    void encodedData(bool value) override { _valid += value ? 1 : 0; }
-    void encodedData(const UUID& value) override { std::cout << "sensor " << value.toString() << '\n'; }
-    void binaryData(const char*, std::size_t length) override {
-        std::cout << "calibration of " << length << " octets\n";
-    }
+    void startDocument() override { _values = 0; }
+    void encodedData(Int32 number) override { _number = number; }
+    void encodedData(double) override { ++_values; }
     void endDocument() override {
-        std::cout << _count << " values, " << _valid << " valid, mean " << _sum / _count << " K\n";
+        if (_number != last + 1) {
+            throw std::runtime_error("batch " + std::to_string(_number) + " follows " + std::to_string(last));
+        }
+        last = _number;
+        values += _values;
     }
+
+    Int32 last = 0; ///< the number of the last batch
+    int values = 0; ///< how many there are in all batches
 
 private:
-    double _sum = 0;
-    int _count = 0;
-    int _valid = 0;
+    Int32 _number = 0;
+    int _values = 0;
 };
-// [/handler]
+// [/replay]
 
-// [copy]
-std::string copy(const std::string& document) {
-    std::ostringstream octets;
-    FastInfosetWriter writer(octets, false, DocumentVocabulary::VOC_MAP);
-    // The writer is handed the parser's vocabulary, in which it must be able to look entries up.
-    FastInfosetParser parser(DocumentVocabulary::VOC_MAP);
-    parser.initialize(&writer);
-    parser.parseMemoryNP(document.data(), document.size());
-    return octets.str();
+std::vector<double> measure(Int32 number) {
+    std::vector<double> kelvin;
+    for (int i = 0; i < 5 + number % 400; ++i) {
+        kelvin.push_back(291.15 + 0.25 * (i % 8));
+    }
+    return kelvin;
 }
-// [/copy]
+
+// [run]
+void append(const std::string& path, Int32 count) {
+    Batches batches;
+    DocumentLog log(path, batches);
+    for (Int32 number = batches.last + 1; count > 0; ++number, --count) {
+        log.append(writeBatch(number, measure(number)));
+        std::cout << number << std::endl; // others may rely on it now
+    }
+}
+// [/run]
+
+void list(const std::string& path) {
+    Batches batches;
+    const DocumentLog log(path, batches);
+    for (Int32 number = 1; number <= batches.last; ++number) {
+        std::cout << number << '\n';
+    }
+}
+
+void show() {
+    const std::string path = std::filesystem::temp_directory_path() / ("log-" + std::to_string(::getpid()));
+    append(path, 3);
+    const auto whole = std::filesystem::file_size(path);
+    std::ofstream(path, std::ios::binary | std::ios::app) << writeBatch(4, measure(4)).substr(0, 50);
+    std::cout << "killed while it wrote the fourth\n";
+
+    Batches batches;
+    const DocumentLog log(path, batches);
+    std::cout << batches.last << " batches with " << batches.values << " values, and "
+              << (log.size() == whole ? "nothing" : "something") << " behind them\n";
+    std::filesystem::remove(path);
+}
 
 } // namespace
 
-int main() {
+int main(int argc, char** argv) {
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
     try {
-        const std::string document = writeLog();
-
-        LogReader reader;
-        FastInfosetParser parser;
-        parser.setContentHandler(&reader);
-        parser.parseMemoryNP(document.data(), document.size());
-
-        std::istringstream in(document);
-        std::ostringstream text;
-        FastInfoset::Converter::convertToXML(in, text, 0);
-        std::cout << text.str() << '\n';
-
-        std::cout << document.size() << " octets, the copy is "
-                  << (copy(document) == document ? "identical" : "different") << '\n';
+        if (arguments.size() == 3 && arguments[1] == "append") {
+            append(arguments[0], std::stoi(arguments[2]));
+        } else if (arguments.size() == 2 && arguments[1] == "list") {
+            list(arguments[0]);
+        } else {
+            show();
+        }
     } catch (const std::exception& e) {
         std::cerr << e.what() << '\n';
         return 1;

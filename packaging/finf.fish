@@ -56,6 +56,10 @@ complete -c finf -n '__fish_seen_subcommand_from decode' -l max-amplification -x
 complete -c finf -n '__fish_seen_subcommand_from decode' -l pretty -d 'Indent elements where there is no text, for reading'
 complete -c finf -n '__fish_seen_subcommand_from decode' -l canonical-numbers -d 'Write arrays of float and double in the canonical form of XML Schema (1.5E0)'
 complete -c finf -n '__fish_seen_subcommand_from decode' -l lenient -d 'Read what departs from the standard, and older documents of this tool, too'
+complete -c finf -n '__fish_seen_subcommand_from decode' -l first -d 'Decode the first document, whatever is behind it'
+complete -c finf -n '__fish_seen_subcommand_from decode' -l separator -d 'Write all documents into one output, without XML declarations, each followed by TEXT (a line end by default); \n, \t, \0 and \\ in it stand for what they do in C'
+complete -c finf -n '__fish_seen_subcommand_from decode' -l follow -d 'Wait at the end of INPUT for more, and write to standard output as it comes'
+complete -c finf -n '__fish_seen_subcommand_from decode' -l recover -d 'Write what is whole of documents that do not come to their end, and close what is open'
 
 complete -c finf -n __fish_use_subcommand -a vocabulary -d 'Sample documents -> an external vocabulary for documents like them'
 complete -c finf -n '__fish_seen_subcommand_from vocabulary' -F
@@ -74,14 +78,15 @@ complete -c finf -n '__fish_seen_subcommand_from vocabulary' -l max-table-entrie
 complete -c finf -n '__fish_seen_subcommand_from vocabulary' -l max-output -x -d 'Octets of all names, values and texts that come out of one document'
 complete -c finf -n '__fish_seen_subcommand_from vocabulary' -l max-amplification -x -d 'The same for each octet read, beyond the first 64 MiB'
 
-complete -c finf -n __fish_use_subcommand -a inspect -d 'Show what stands in the octets of a Fast Infoset document'
+complete -c finf -n __fish_use_subcommand -a inspect -d 'Show what stands in the octets of Fast Infoset documents'
 complete -c finf -n '__fish_seen_subcommand_from inspect' -k -a '(__fish_complete_suffix .finf .finf.gz .finf.zst)'
 complete -c finf -n '__fish_seen_subcommand_from inspect' -s h -l help -d 'Print this help message and exit'
 complete -c finf -n '__fish_seen_subcommand_from inspect' -l html -d 'Show it as one HTML page, for a browser'
 complete -c finf -n '__fish_seen_subcommand_from inspect' -l json -d 'Show it as one JSON document'
 complete -c finf -n '__fish_seen_subcommand_from inspect' -s o -l output -r -F -d 'Where to write to; - is standard output, the default'
 complete -c finf -n '__fish_seen_subcommand_from inspect' -s f -l force -d 'Overwrite an existing OUTPUT'
-complete -c finf -n '__fish_seen_subcommand_from inspect' -l tables -d 'Show the vocabulary tables at the end'
+complete -c finf -n '__fish_seen_subcommand_from inspect' -l first -d 'Show the first document, whatever is behind it'
+complete -c finf -n '__fish_seen_subcommand_from inspect' -l tables -d 'Show the vocabulary tables at the end of each document'
 complete -c finf -n '__fish_seen_subcommand_from inspect' -l full -d 'Show all octets of long strings and their whole values'
 complete -c finf -n '__fish_seen_subcommand_from inspect' -l offset -x -d 'Begin with the construct at this octet'
 complete -c finf -n '__fish_seen_subcommand_from inspect' -l limit -x -d 'Show this many constructs only'

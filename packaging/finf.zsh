@@ -8,7 +8,7 @@ _finf() {
         'encode:XML text -> Fast Infoset'
         'decode:Fast Infoset -> XML text'
         'vocabulary:Sample documents -> an external vocabulary for documents like them'
-        'inspect:Show what stands in the octets of a Fast Infoset document'
+        'inspect:Show what stands in the octets of Fast Infoset documents'
         'validate:Report what Fast Infoset documents have against the standard'
         'stats:What the octets of Fast Infoset documents are spent on'
         'diff:Compare the information of two documents, XML text or Fast Infoset'
@@ -99,6 +99,10 @@ _finf() {
             '*--pretty[Indent elements where there is no text, for reading]' \
             '*--canonical-numbers[Write arrays of float and double in the canonical form of XML Schema (1.5E0)]' \
             '*--lenient[Read what departs from the standard, and older documents of this tool, too]' \
+            '*--first[Decode the first document, whatever is behind it]' \
+            '*--separator[Write all documents into one output, without XML declarations, each followed by TEXT (a line end by default); \n, \t, \0 and \\ in it stand for what they do in C]' \
+            '*--follow[Wait at the end of INPUT for more, and write to standard output as it comes]' \
+            '*--recover[Write what is whole of documents that do not come to their end, and close what is open]' \
             '*:document:_files -g "*.finf(|.gz|.zst)"'
         ;;
     vocabulary)
@@ -132,7 +136,8 @@ _finf() {
             '*--output[Where to write to; - is standard output, the default]:file:_files' \
             '*-f[Overwrite an existing OUTPUT]' \
             '*--force[Overwrite an existing OUTPUT]' \
-            '*--tables[Show the vocabulary tables at the end]' \
+            '*--first[Show the first document, whatever is behind it]' \
+            '*--tables[Show the vocabulary tables at the end of each document]' \
             '*--full[Show all octets of long strings and their whole values]' \
             '*--offset[Begin with the construct at this octet]:value:' \
             '*--limit[Show this many constructs only]:value:' \

@@ -39,8 +39,7 @@ TEST_F(InspectTest, ShowsAllThatIsThereUpToTheFault) {
 TEST_F(InspectTest, ExternalVocabularyAndOctetsBehindTheDocument) {
     must("finf encode small.xml -o known.finf --external-vocabulary urn:v=small.xml; printf '\\0rest' "
          ">>known.finf");
-    EXPECT_EQ(must("finf inspect known.finf --external-vocabulary urn:v=small.xml --offset 7"),
-              must("cat " TAMO_EXPECTED "/known.txt"));
+    expectFile("finf inspect known.finf --external-vocabulary urn:v=small.xml --offset 7", 1, "known.txt");
     EXPECT_EQ(
         run("finf inspect known.finf >/dev/null").errors,
         "finf: known.finf: offset 0x7, in external vocabulary: external vocabulary urn:v is needed; give "

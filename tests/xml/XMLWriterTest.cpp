@@ -320,6 +320,20 @@ TEST(XMLWriter, RefusesWhatIsNoXML) {
     }
 }
 
+TEST(XMLWriter, FlushShowsWhatIsWritten) {
+    std::ostringstream stream;
+    XMLWriter writer(stream);
+    play(writer, "S;<a");
+    writer.flush();
+    EXPECT_EQ(stream.str(), "<a");
+    play(writer, "'b;<c;/");
+    writer.flush();
+    EXPECT_EQ(stream.str(), "<a>b<c/>");
+    stream.setstate(std::ios::badbit);
+    EXPECT_THROW(writer.flush(), Tamo::IOException);
+    EXPECT_THROW(play(writer, "/"), XMLException) << "the document is lost";
+}
+
 TEST(XMLWriter, BuffersAndReportsAFailingStream) {
     struct Counter : std::streambuf {
         int writes = 0;

@@ -127,13 +127,21 @@ void XMLWriter::endDocument() {
         if (isPretty()) {
             _pOutput->put('\n');
         }
-        _pOutput->pass();
-        _pStream->flush();
-        if (!_pStream->good()) {
-            throw IOException("Cannot write to the output stream");
-        }
+        passAndFlush();
         begin();
     });
+}
+
+void XMLWriter::flush() {
+    guarded([&] { passAndFlush(); });
+}
+
+void XMLWriter::passAndFlush() {
+    _pOutput->pass();
+    _pStream->flush();
+    if (!_pStream->good()) {
+        throw IOException("Cannot write to the output stream");
+    }
 }
 
 void XMLWriter::startElement(const std::string& uri, const std::string& localName, const std::string& qname,

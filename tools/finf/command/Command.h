@@ -8,7 +8,7 @@
 namespace finf {
 
 /// What the process tells its caller.
-enum ExitStatus { DONE = 0, FAILED = 1, WRONG_USAGE = 2, DEPARTURES = 3 };
+enum ExitStatus { DONE = 0, FAILED = 1, WRONG_USAGE = 2, DEPARTURES = 3, RECOVERED = 4 };
 
 /// A sub-command of the tool: it declares its options when it is made, and does its work when it was asked
 /// for.

@@ -4,6 +4,7 @@
 #include "Tamo/FastInfoset/ParserLimits.h"
 #include "files/Compression.h"
 #include "files/VocabularyFiles.h"
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -42,6 +43,10 @@ struct Options {
     bool pretty = false;
     bool lenient = false;
     bool canonicalNumbers = false;
+    bool firstOnly = false;               ///< no document but the first of an input
+    bool follow = false;                  ///< wait at the end for more
+    bool recover = false;                 ///< write what is whole of a damaged document
+    std::optional<std::string> separator; ///< what each document ends with, in one output for all
 };
 
 } // namespace finf

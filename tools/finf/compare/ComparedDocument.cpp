@@ -23,7 +23,7 @@ void ComparedDocument::open() {
     _input.emplace(_path);
     _input->requireKind(DocumentKind::UNKNOWN);
     if (_input->kind() == DocumentKind::FAST_INFOSET) {
-        _reader.open(_input->stream());
+        _reader.openNext(_input->stream());
     } else {
         Options plain;
         plain.limits = _options.limits;
@@ -43,6 +43,9 @@ void ComparedDocument::next() {
             _event = std::exchange(_isAhead, false) ? _reader.event() : _reader.next();
             while (_event == Reader::END_DTD) {
                 _event = _reader.next();
+            }
+            if (_event == Reader::END_DOCUMENT && _input->hasMore()) {
+                throw FinfError("more stands behind the document");
             }
             if (_event == Reader::TEXT) {
                 _text.clear();

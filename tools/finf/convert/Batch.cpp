@@ -1,7 +1,7 @@
 #include "convert/Batch.h"
 #include "command/FinfError.h"
-#include "files/InputFile.h"
-#include "files/OutputFile.h"
+#include "convert/TornDocument.h"
+#include "files/Follower.h"
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
@@ -25,7 +25,9 @@ Batch::Batch(const Options& options, const Extensions& extensions, Factory facto
     : _options(options), _extensions(extensions), _list(options, extensions), _factory(std::move(factory)) {}
 
 ExitStatus Batch::run() {
-    OutputFile::removeTemporariesOnSignals();
+    if (!_options.follow) { // which has no temporaries, and ends by itself on signals
+        OutputFile::removeTemporariesOnSignals();
+    }
     convertAll();
     return report();
 }
@@ -36,7 +38,7 @@ void Batch::convertAll() {
     const bool isSmall =
         _list.jobs().size() == 1 && _list.octets() > 0 && _list.octets() < LEAST_WITH_PROGRESS;
     Progress progress(_list.jobs().size(), _list.octets(),
-                      !_options.quiet && !isMixed && !isSmall && ::isatty(STDERR_FILENO));
+                      !_options.quiet && !_options.follow && !isMixed && !isSmall && ::isatty(STDERR_FILENO));
     const std::size_t wanted = _options.jobs > 0 ? _options.jobs : std::thread::hardware_concurrency();
     const std::size_t useful = std::min(wanted, _list.jobs().size());
     std::vector<std::jthread> threads;
@@ -58,6 +60,9 @@ void Batch::work(Progress& progress) {
                 pConversion = _factory();
             }
             convert(*pConversion, job, progress);
+        } catch (const TornDocument&) {
+            job.failure = std::current_exception();
+            job.isRecovered = _options.recover;
         } catch (...) {
             job.failure = std::current_exception();
         }
@@ -66,7 +71,15 @@ void Batch::work(Progress& progress) {
 
 void Batch::convert(Conversion& conversion, Job& job, Progress& progress) {
     checkOutput(job);
-    InputFile input(job.input, &progress.octetsRead());
+    std::optional<DocumentOutputs> outputs;
+    std::optional<Follower> follower;
+    if (_options.follow) {
+        follower.emplace([&] {
+            conversion.flush();
+            outputs->flush();
+        });
+    }
+    InputFile input(job.input, &progress.octetsRead(), follower ? &*follower : nullptr);
     if (!_options.outputDirectory.empty()) {
         const std::filesystem::path directory = std::filesystem::path(job.output).parent_path();
         std::error_code error;
@@ -75,19 +88,65 @@ void Batch::convert(Conversion& conversion, Job& job, Progress& progress) {
             throw FinfError("cannot make directory " + directory.string(), error.value());
         }
     }
-    OutputFile output(job.output, {_options.force || _options.inPlace || _options.update,
-                                   _options.compression, input.status()});
-    input.explain(_extensions.kind, [&] {
-        try {
-            conversion.convert(input.stream(), output.stream());
-        } catch (const std::exception&) {
-            output.check(); // a failed write has made the conversion fail, and says better why
+    outputs.emplace(job, _list, _options,
+                    OutputFile::Options{_options.force || _options.inPlace || _options.update,
+                                        _options.compression, input.status()});
+    std::optional<TornDocument> torn;
+    try {
+        convertDocuments(conversion, input, *outputs);
+    } catch (const TornDocument& e) {
+        outputs->check();
+        input.checkKind(_extensions.kind);
+        torn = e;
+    } catch (const std::exception&) {
+        outputs->check(); // a failed write has made the conversion fail, and says better why
+        input.check();
+        input.checkKind(_extensions.kind);
+        throw;
+    }
+    outputs->finish();
+    job.octetsRead = input.octetsRead();
+    job.octetsWritten = outputs->size();
+    job.names = outputs->names();
+    try {
+        input.check();
+    } catch (const FinfError& e) {
+        if (!_options.recover) {
             throw;
         }
-    });
-    output.commit();
-    job.octetsRead = input.octetsRead();
-    job.octetsWritten = output.size();
+        torn.emplace(torn ? std::string(torn->what()) + ": " + e.what() : e.what(), true);
+    }
+    if (torn && !(follower && follower->isInterrupted())) {
+        throw *torn;
+    }
+}
+
+void Batch::convertDocuments(Conversion& conversion, InputFile& input, DocumentOutputs& outputs) const {
+    // XML text is one document.
+    const bool takesMore = _extensions.kind == DocumentKind::FAST_INFOSET && !_options.firstOnly;
+    if (_options.follow && !input.hasMore()) {
+        return;
+    }
+    bool hasMore = false;
+    do {
+        std::ostream& out = outputs.begin();
+        try {
+            conversion.convert(input.stream(), out);
+        } catch (const TornDocument& e) {
+            if (e.hasOutput()) {
+                outputs.end(false);
+            } else {
+                outputs.drop();
+            }
+            throw;
+        }
+        hasMore = takesMore && input.hasMore();
+        if (!hasMore && !_options.recover) {
+            input.check(); // before the output gets its name: what looks like the end may be none
+        }
+        // What is no document is going to be refused, and makes no second output.
+        outputs.end(hasMore && (_options.inPlace || mayBeFastInfoset(input.stream().peek())));
+    } while (hasMore);
 }
 
 void Batch::checkOutput(const Job& job) const {
@@ -105,12 +164,13 @@ void Batch::checkOutput(const Job& job) const {
 
 ExitStatus Batch::report() {
     std::size_t failures = 0;
+    std::size_t recovered = 0;
     for (const Job& job : _list.jobs()) {
-        if (_options.verbose && !job.failure) {
+        if (_options.verbose && (!job.failure || job.isRecovered)) {
             std::cerr << summaryOf(job);
         }
         if (job.failure) {
-            ++failures;
+            ++(job.isRecovered ? recovered : failures);
             try {
                 std::rethrow_exception(job.failure);
             } catch (const std::exception& e) {
@@ -122,7 +182,7 @@ ExitStatus Batch::report() {
         std::cerr << "finf: " + std::to_string(failures) + " of " + std::to_string(_list.jobs().size()) +
                          " inputs not converted\n";
     }
-    return failures > 0 ? FAILED : DONE;
+    return failures > 0 ? FAILED : recovered > 0 ? RECOVERED : DONE;
 }
 
 std::string Batch::summaryOf(const Job& job) {
@@ -140,7 +200,7 @@ std::string Batch::summaryOf(const Job& job) {
                       100 * static_cast<double>(job.octetsWritten) / static_cast<double>(job.octetsRead));
         line += percent;
     }
-    return line + ", " + nameOf(job.output, "standard output") + '\n';
+    return line + ", " + nameOf(job.names.empty() ? job.output : job.names, "standard output") + '\n';
 }
 
 } // namespace finf

@@ -5,7 +5,9 @@
 #include "command/Options.h"
 #include "convert/Conversion.h"
 #include "convert/Progress.h"
+#include "files/DocumentOutputs.h"
 #include "files/FileList.h"
+#include "files/InputFile.h"
 #include <functional>
 #include <memory>
 #include <string>
@@ -22,13 +24,15 @@ public:
     /// The options are borrowed. Throws as FileList does.
     Batch(const Options& options, const Extensions& extensions, Factory factory);
 
-    /// Converts the files, then reports the failures in the order of the command line.
+    /// Converts the files, then reports the failures in the order of the command line. RECOVERED when there
+    /// is none but documents that do not come to their end, of which is written what is whole.
     ExitStatus run();
 
 private:
     void convertAll();
     void work(Progress& progress);
     void convert(Conversion& conversion, Job& job, Progress& progress);
+    void convertDocuments(Conversion& conversion, InputFile& input, DocumentOutputs& outputs) const;
     void checkOutput(const Job& job) const;
     static std::string summaryOf(const Job& job);
     ExitStatus report();

@@ -17,8 +17,12 @@ public:
     Conversion(const Conversion&) = delete;
     Conversion& operator=(const Conversion&) = delete;
 
-    /// Reads a document from in and writes it to out. Throws what FinfError::reason explains.
+    /// Reads a document from in, which stands behind it then where more of them can follow, and writes it to
+    /// out. Throws what FinfError::reason explains.
     virtual void convert(std::istream& in, std::ostream& out) = 0;
+
+    /// Passes on to out what is written so far of the document that is being read: for what in waits with.
+    virtual void flush() {}
 
     /// The same in memory.
     std::string converted(const std::string& octets);

@@ -3,6 +3,7 @@
 
 #include "command/Command.h"
 #include "command/Options.h"
+#include <string>
 
 namespace finf {
 
@@ -14,6 +15,7 @@ public:
 
 private:
     Options _options;
+    std::string _separator; // as it was given
 };
 
 } // namespace finf

@@ -2,31 +2,33 @@
 #define TAMO_FINF_FASTINFOSETTOXML_H
 
 #include "Tamo/FastInfoset/FastInfosetParser.h"
-#include "Tamo/XML/WhitespaceFilter.h"
-#include "Tamo/XML/XMLWriter.h"
 #include "command/Options.h"
+#include "convert/ClosingWriter.h"
 #include "convert/Conversion.h"
-#include <optional>
 
 namespace finf {
 
-/// Fast Infoset -> XML text. Parser, writer and tables are kept from document to document.
+/// Fast Infoset -> XML text, live: nothing is waited for that is not needed.
 class FastInfosetToXML : public Conversion {
 public:
     /// The options are borrowed.
     explicit FastInfosetToXML(const Options& options);
 
+    /// Takes no octet behind the document. With Options::recover and Options::follow, throws TornDocument for
+    /// one that does not come to its end, once it is closed.
     void convert(std::istream& in, std::ostream& out) override;
 
+    void flush() override;
+
 private:
-    void begin(std::ostream& out);
+    void parse(std::istream& in, ClosingWriter& writer);
+    [[noreturn]] void explain(const std::exception& failure, std::istream& in, std::streamoff start,
+                              ClosingWriter& writer, std::ostream& out) const;
 
     const Options& _options;
     VocabularyFiles _vocabularies;
     Tamo::FastInfoset::FastInfosetParser _parser;
-    Tamo::XML::WhitespaceFilter _filter;
-    std::optional<Tamo::XML::XMLWriter>
-        _writer; // made for the first document, and behind one that has failed
+    ClosingWriter* _pWriter = nullptr; // of the document that is being read
 };
 
 } // namespace finf

@@ -57,8 +57,15 @@ DecompressingBuf::int_type DecompressingBuf::underflow() {
     }
     const std::size_t size = CAPACITY - room.size();
     _beginning.append(_pOut.get(), std::min(size, KIND_OCTETS - _beginning.size()));
+    _octetsOut += static_cast<off_type>(size);
     setg(_pOut.get(), _pOut.get(), _pOut.get() + size);
     return traits_type::to_int_type(*gptr());
+}
+
+DecompressingBuf::pos_type DecompressingBuf::seekoff(off_type offset, std::ios_base::seekdir from,
+                                                     std::ios_base::openmode which) {
+    const bool asks = offset == 0 && from == std::ios_base::cur && (which & std::ios_base::in) != 0;
+    return asks ? _octetsOut - (egptr() - gptr()) : off_type{-1};
 }
 
 // What is there, without waiting for a full block.

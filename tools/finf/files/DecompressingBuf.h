@@ -28,6 +28,8 @@ protected:
     DecompressingBuf(std::streambuf& source, const char* name);
 
     int_type underflow() override;
+    /// Tells where reading stands in what comes out, and nothing else.
+    pos_type seekoff(off_type offset, std::ios_base::seekdir from, std::ios_base::openmode which) override;
 
     /// Decompresses from the front of input to the front of output and takes off both what it has used.
     /// Returns whether the data may end here. Throws FinfError for damaged data.
@@ -45,6 +47,7 @@ private:
     std::string_view _input;     // what is left of _pIn
     bool _hasMoreOutput = false; // the last block took all the room
     bool _mayEnd = false;
+    off_type _octetsOut = 0;
     std::string _fault;
     std::string _beginning;
 };

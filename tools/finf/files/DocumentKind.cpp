@@ -43,6 +43,10 @@ bool isXML(std::string_view octets) {
 
 } // namespace
 
+bool mayBeFastInfoset(int octet) {
+    return octet == static_cast<unsigned char>(IDENTIFICATION[0]) || octet == '<';
+}
+
 DocumentKind kindOf(std::string_view beginning) {
     const std::string_view octets = beginning.substr(0, KIND_OCTETS);
     return octets.empty()          ? DocumentKind::EMPTY

@@ -16,6 +16,9 @@ constexpr std::size_t KIND_OCTETS = 128;
 /// The kind of a document that begins with these octets, of which the first KIND_OCTETS count.
 DocumentKind kindOf(std::string_view beginning);
 
+/// Whether what begins with this octet, as std::istream::peek() tells it, may be Fast Infoset.
+bool mayBeFastInfoset(int octet);
+
 } // namespace finf
 
 #endif

@@ -73,10 +73,12 @@ std::streamsize FileDescriptorBuf::showmanyc() {
 }
 
 std::streamsize FileDescriptorBuf::readSome(char* data, std::size_t size) {
-    ssize_t count;
-    do {
-        count = ::read(_descriptor, data, size);
-    } while (count < 0 && errno == EINTR);
+    ssize_t count = 0;
+    if (!_pFollower || _pFollower->await(_descriptor, _path)) {
+        do {
+            count = ::read(_descriptor, data, size);
+        } while (count < 0 && errno == EINTR);
+    }
     _hasEnded = _hasEnded || count == 0;
     if (count < 0 && _error == 0) {
         _error = errno;
@@ -89,6 +91,12 @@ std::streamsize FileDescriptorBuf::readSome(char* data, std::size_t size) {
         *_pOctetsRead += static_cast<std::uintmax_t>(count);
     }
     return count;
+}
+
+FileDescriptorBuf::pos_type FileDescriptorBuf::seekoff(off_type offset, std::ios_base::seekdir from,
+                                                       std::ios_base::openmode which) {
+    const bool asks = offset == 0 && from == std::ios_base::cur && (which & std::ios_base::in) != 0;
+    return asks ? static_cast<off_type>(_octetsRead) - (egptr() - gptr()) : off_type{-1};
 }
 
 FileDescriptorBuf::int_type FileDescriptorBuf::overflow(int_type c) {

@@ -1,6 +1,7 @@
 #ifndef TAMO_FINF_FILEDESCRIPTORBUF_H
 #define TAMO_FINF_FILEDESCRIPTORBUF_H
 
+#include "files/Follower.h"
 #include <atomic>
 #include <cstdint>
 #include <memory>
@@ -18,6 +19,12 @@ class FileDescriptorBuf : public std::streambuf {
 public:
     explicit FileDescriptorBuf(int descriptor, std::atomic<std::uintmax_t>* pOctetsRead = nullptr)
         : _descriptor(descriptor), _pOctetsRead(pOctetsRead) {}
+
+    /// Waits at the end of the file at path for more, as the follower says, which is borrowed.
+    void follow(Follower& follower, const std::string& path) {
+        _pFollower = &follower;
+        _path = path;
+    }
 
     /// The errno of the first read or write that failed, 0 when none has.
     int error() const noexcept { return _error; }
@@ -41,6 +48,8 @@ protected:
     std::streamsize xsgetn(char* data, std::streamsize size) override;
     /// What is left of a regular file: an XML parser reads one of moderate size faster as a whole.
     std::streamsize showmanyc() override;
+    /// Tells where reading stands, and nothing else.
+    pos_type seekoff(off_type offset, std::ios_base::seekdir from, std::ios_base::openmode which) override;
     int_type overflow(int_type c) override;
     std::streamsize xsputn(const char* data, std::streamsize size) override;
 
@@ -49,6 +58,8 @@ private:
 
     int _descriptor;
     std::atomic<std::uintmax_t>* _pOctetsRead;
+    Follower* _pFollower = nullptr;
+    std::string _path; // for that
     int _error = 0;
     bool _hasEnded = false;
     std::uintmax_t _octetsRead = 0;

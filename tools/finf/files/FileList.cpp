@@ -94,6 +94,11 @@ void FileList::addFile(const fs::path& input, const fs::path& relative) {
     _jobs.push_back(job);
 }
 
+const std::string* FileList::inputOf(const std::string& output) const {
+    const auto found = _inputOfOutput.find(fs::path(output).lexically_normal().string());
+    return found == _inputOfOutput.end() ? nullptr : &found->second;
+}
+
 void FileList::addDirectory(const fs::path& directory) {
     const auto failure = [this](const std::string& path, const FinfError& e) { addFailure(path, e); };
     for (const fs::path& file : DirectoryWalk::documentsBelow(directory, _extensions.input, failure)) {

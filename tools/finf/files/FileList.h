@@ -26,6 +26,8 @@ struct Job {
     std::string output;           ///< a path, or "-" for standard output
     bool isCurrent = false;       ///< the output is there and no older than the input
     std::exception_ptr failure{}; ///< why there is no output
+    bool isRecovered = false;     ///< failed, but what is whole has been written
+    std::string names{};          ///< the outputs that were written, if not output alone
     std::uintmax_t octetsRead = 0;
     std::uintmax_t octetsWritten = 0;
 };
@@ -40,6 +42,9 @@ public:
 
     /// The jobs in the order of the command line, those of a directory sorted by path.
     std::vector<Job>& jobs() { return _jobs; }
+
+    /// The input whose output has this path, null when there is none.
+    const std::string* inputOf(const std::string& output) const;
 
     /// The octets of all inputs; 0 when the size of one is not known.
     std::uintmax_t octets() const { return _isSizeKnown ? _octets : 0; }

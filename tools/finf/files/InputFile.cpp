@@ -26,12 +26,17 @@ Compression compressionOf(FileDescriptorBuf& buf) {
 
 } // namespace
 
-InputFile::InputFile(const std::string& path, std::atomic<std::uintmax_t>* pOctetsRead)
+InputFile::InputFile(const std::string& path, std::atomic<std::uintmax_t>* pOctetsRead, Follower* pFollower)
     : _path(path),
       _descriptor(openForReading(path)),
+      _pFollower(pFollower),
       _buf(_descriptor, pOctetsRead),
-      _pDecompressing(DecompressingBuf::over(_buf, compressionOf(_buf))),
-      _stream(_pDecompressing ? static_cast<std::streambuf*>(_pDecompressing.get()) : &_buf) {}
+      _pDecompressing(DecompressingBuf::over(_buf, pFollower ? Compression::NONE : compressionOf(_buf))),
+      _stream(_pDecompressing ? static_cast<std::streambuf*>(_pDecompressing.get()) : &_buf) {
+    if (pFollower) {
+        _buf.follow(*pFollower, path);
+    }
+}
 
 InputFile::~InputFile() {
     if (_descriptor != STDIN_FILENO) {
@@ -52,6 +57,9 @@ void InputFile::check() const {
     }
     if (_pDecompressing && !_pDecompressing->fault().empty()) {
         throw FinfError(_pDecompressing->fault());
+    }
+    if (_pFollower && !_pFollower->fault().empty()) {
+        throw FinfError(_pFollower->fault());
     }
 }
 

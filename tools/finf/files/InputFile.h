@@ -20,8 +20,10 @@ namespace finf {
 class InputFile {
 public:
     /// Opens the file at path, or standard input for "-"; throws FinfError when that is impossible.
-    /// What is read advances the counter, which is borrowed.
-    explicit InputFile(const std::string& path, std::atomic<std::uintmax_t>* pOctetsRead = nullptr);
+    /// What is read advances the counter, which is borrowed. With a follower, which is borrowed, the end of a
+    /// file is waited at, and nothing is decompressed.
+    explicit InputFile(const std::string& path, std::atomic<std::uintmax_t>* pOctetsRead = nullptr,
+                       Follower* pFollower = nullptr);
     ~InputFile();
 
     InputFile(const InputFile&) = delete;
@@ -31,6 +33,9 @@ public:
     static std::string readAll(const std::string& path);
 
     std::istream& stream() { return _stream; }
+
+    /// Whether anything is left to be read.
+    bool hasMore() { return _stream.peek() != std::istream::traits_type::eof(); }
 
     /// Throws FinfError when a read has failed: what looked like the end of the input was none.
     void check() const;
@@ -58,6 +63,7 @@ public:
 private:
     const std::string _path;
     int _descriptor;
+    Follower* const _pFollower;
     FileDescriptorBuf _buf;
     std::unique_ptr<DecompressingBuf> _pDecompressing;
     std::istream _stream;

@@ -130,6 +130,11 @@ void OutputFile::commit() {
     _temporary.clear();
 }
 
+void OutputFile::commitAs(const std::string& path) {
+    _path = resolve(path, _options.force);
+    commit();
+}
+
 void OutputFile::discard() noexcept {
     if (_temporary.empty()) {
         return;

@@ -47,12 +47,21 @@ public:
 
     std::ostream& stream() { return _stream; }
 
+    /// Whether it is written directly: standard output, a device or a pipe.
+    bool isDirect() const noexcept { return _temporary.empty(); }
+
+    /// Writes out what the stream holds; check() tells of a failure.
+    void flush() { _stream.finish(); }
+
     /// Throws FinfError when a write has failed.
     void check() const;
 
     /// Writes the rest out and gives the file its name; throws FinfError and leaves nothing behind on
     /// failure.
     void commit();
+
+    /// The same under another name in the same directory.
+    void commitAs(const std::string& path);
 
     /// The octets that the output has taken so far.
     std::uintmax_t size() const noexcept { return _buf.octetsWritten(); }

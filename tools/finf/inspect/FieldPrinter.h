@@ -5,10 +5,11 @@
 #include "walk/FieldVisitor.h"
 #include <ostream>
 #include <string>
+#include <utility>
 
 namespace finf {
 
-/// Shows the fields of a document on a stream, which is borrowed: the part that the options select.
+/// Shows the fields of documents on a stream, which is borrowed: the part that the options select.
 class FieldPrinter : public FieldVisitor {
 public:
     struct Options {
@@ -34,6 +35,9 @@ public:
     /// Shows the tables as the walker has them now.
     virtual void tables(const DocumentWalker& walker) = 0;
 
+    /// Comes behind a document, and its tables.
+    void endDocument() { _isBehindDocument = true; }
+
     /// Comes last.
     virtual void finish() = 0;
 
@@ -42,6 +46,9 @@ protected:
     virtual void show(const Field& field) = 0;
 
     const Options& options() const { return _options; }
+
+    /// Whether what is to be shown is the first that is shown behind a document; tells it once.
+    bool isBehindDocument() { return std::exchange(_isBehindDocument, false); }
 
     /// Calls use(table, list of the entries from 1 on) for each table that has entries.
     template<class Use>
@@ -53,6 +60,7 @@ private:
     const Options _options;
     Tamo::UInt64 _shown = 0;
     bool _isFull = false;
+    bool _isBehindDocument = false;
 };
 
 template<class Use>

@@ -26,9 +26,9 @@ constexpr std::size_t SHOWN_ARRAY = 65520;
 } // namespace
 
 InspectCommand::InspectCommand(CLI::App& parent)
-    : Command(parent, "inspect", "Show what stands in the octets of a Fast Infoset document") {
+    : Command(parent, "inspect", "Show what stands in the octets of Fast Infoset documents") {
     app()
-        .add_option("INPUT", _input, "A Fast Infoset document; - or nothing is standard input")
+        .add_option("INPUT", _input, "Fast Infoset documents; - or nothing is standard input")
         ->type_name("");
     CLI::Option* const pHtml = app().add_flag("--html", _html, "Show it as one HTML page, for a browser");
     app().add_flag("--json", _json, "Show it as one JSON document")->excludes(pHtml);
@@ -36,7 +36,8 @@ InspectCommand::InspectCommand(CLI::App& parent)
         .add_option("-o,--output", _output, "Where to write to; - is standard output, the default")
         ->type_name("OUTPUT");
     app().add_flag("-f,--force", _force, "Overwrite an existing OUTPUT");
-    app().add_flag("--tables", _tables, "Show the vocabulary tables at the end");
+    app().add_flag("--first", _firstOnly, "Show the first document, whatever is behind it");
+    app().add_flag("--tables", _tables, "Show the vocabulary tables at the end of each document");
     app().add_flag("--full", _options.full, "Show all octets of long strings and their whole values");
     app()
         .add_option("--offset", _options.offset, "Begin with the construct at this octet")
@@ -89,13 +90,29 @@ void InspectCommand::inspect() const {
         walker.setMaxShownArray(SHOWN_ARRAY);
     }
     pPrinter->start(walker);
-    const std::string reason = faultOf(walker, [&] { return !pPrinter->isFull() && out; });
+    bool isInDocument = true;
+    bool hasMore = false; // than the document of a page
+    const auto goesOn = [&] {
+        const bool continues = !pPrinter->isFull() && out;
+        isInDocument = isInDocument || continues;
+        return continues;
+    };
+    const auto endDocument = [&] {
+        isInDocument = false;
+        if (_tables && !_html) {
+            pPrinter->tables(walker);
+        }
+        pPrinter->endDocument();
+        hasMore = _html && !_firstOnly && walker.hasNextDocument();
+        return !_firstOnly && !hasMore;
+    };
+    const std::string reason = faultOf(walker, goesOn, endDocument);
     input.check(); // a failed read says better why
     const Field& last = walker.current();
     if (!reason.empty()) {
         pPrinter->fault(last, reason);
     }
-    if (_tables || _html) {
+    if ((_tables && isInDocument) || _html) {
         pPrinter->tables(walker);
     }
     pPrinter->finish();
@@ -106,6 +123,10 @@ void InspectCommand::inspect() const {
     if (!reason.empty()) {
         StandardOutput::passOn();
         throw FinfError(last.place() + ": " + reason);
+    }
+    if (hasMore) {
+        StandardOutput::passOn();
+        throw FinfError("more documents stand behind the one that the page shows; --first takes it alone");
     }
 }
 

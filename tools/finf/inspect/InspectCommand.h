@@ -9,7 +9,7 @@
 
 namespace finf {
 
-/// `finf inspect`: shows what stands in the octets of a Fast Infoset document.
+/// `finf inspect`: shows what stands in the octets of Fast Infoset documents.
 class InspectCommand : public Command {
 public:
     explicit InspectCommand(CLI::App& parent);
@@ -24,6 +24,7 @@ private:
     bool _html = false;
     bool _json = false;
     bool _tables = false;
+    bool _firstOnly = false;
     std::string _colour = "auto";
     FieldPrinter::Options _options;
     VocabularyFiles::List _vocabularies;

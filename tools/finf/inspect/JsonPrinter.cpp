@@ -10,14 +10,30 @@ constexpr std::size_t SHORTENED = 64;
 } // namespace
 
 JsonPrinter::JsonPrinter(std::ostream& out, const Options& options, const std::string& file)
-    : FieldPrinter(out, options) {
-    _json = "{\"file\": ";
-    Text::appendJson(_json, file);
+    : FieldPrinter(out, options), _file(file) {
+    begin();
+}
+
+void JsonPrinter::begin() {
+    _isFirst = true;
+    _inFields = true;
+    _json.append("{\"file\": ");
+    Text::appendJson(_json, _file);
     _json.append(", \"fields\": [");
     write();
 }
 
+// What comes behind a document belongs to the next, unless nothing of this one was shown.
+void JsonPrinter::beginNext() {
+    if (isBehindDocument() && !(_isFirst && _inFields)) {
+        endFields();
+        _json.append("}\n");
+        begin();
+    }
+}
+
 void JsonPrinter::show(const Field& field) {
+    beginNext();
     _json.append(_isFirst ? "\n{" : ",\n{");
     _isFirst = false;
     addPlace(field);
@@ -58,6 +74,7 @@ void JsonPrinter::show(const Field& field) {
 }
 
 void JsonPrinter::fault(const Field& field, const std::string& reason) {
+    beginNext();
     endFields();
     _json.append(",\n\"fault\": {");
     addPlace(field);

@@ -5,7 +5,8 @@
 
 namespace finf {
 
-/// The fields as one JSON document (RFC 8259), an object with the members
+/// The fields as JSON documents (RFC 8259), one behind the other: for each Fast Infoset document, and for
+/// what stands behind the last one, an object with the members
 /// - "file": the name of the input,
 /// - "fields": an array of objects, one a line, with the members "offset", "bit", "bits", "octets"
 ///   (hexadecimal), "depth", "construct", and where they apply "note", "value", "encoding", "table", "index",
@@ -24,6 +25,8 @@ public:
 private:
     void show(const Field& field) override;
 
+    void begin();
+    void beginNext();
     void add(const char* name, std::string_view text);
     void add(const char* name, Tamo::UInt64 number);
     void separate(const char* name);
@@ -31,6 +34,7 @@ private:
     void endFields();
     void write();
 
+    const std::string _file;
     std::string _json;
     bool _isFirst = true;
     bool _inFields = true;

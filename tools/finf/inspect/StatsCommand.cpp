@@ -99,7 +99,11 @@ DocumentStatistics StatsCommand::statisticsOf(const std::string& path) const {
     std::optional<InputFile> again;
     GzipCounter xmlCounter;
     std::ostream xml(&xmlCounter);
-    FastInfosetToXML(_decoding).convert(spool ? spool->read() : again.emplace(path).stream(), xml);
+    FastInfosetToXML conversion(_decoding);
+    std::istream& octets = spool ? spool->read() : again.emplace(path).stream();
+    do {
+        conversion.convert(octets, xml);
+    } while (octets.peek() != std::istream::traits_type::eof());
     xml.flush();
     statistics.xml = xmlCounter.size();
     statistics.xmlGzip = xmlCounter.finish();

@@ -78,8 +78,8 @@ void TextPrinter::show(const Field& field) {
 }
 
 void TextPrinter::fault(const Field& field, const std::string& reason) {
-    if (!_hasBegun) {
-        return; // no Fast Infoset document, of which nothing could be shown
+    if (!_hasBegun || field.construct == Construct::TRAILING_OCTETS) {
+        return; // no Fast Infoset document, of which nothing could be shown, or shown as what it is
     }
     const std::string_view octets = field.octets.substr(0, OCTETS_A_LINE);
     begin(field, octets, octets.size() * 8 - std::min(octets.size() * 8, std::size_t{field.bit % 8}));
@@ -114,6 +114,9 @@ void TextPrinter::finish() {
 }
 
 void TextPrinter::begin(const Field& field, std::string_view octets, Tamo::UInt64 bits) {
+    if (isBehindDocument() && _hasBegun) {
+        write();
+    }
     if (!_hasBegun) {
         _hasBegun = true;
         _line.append("offset").append(6, ' ').append("octets").append(OCTETS_WIDTH - 6, ' ');

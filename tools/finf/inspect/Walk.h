@@ -7,10 +7,12 @@
 
 namespace finf {
 
-/// Walks to the end of the document and over what is behind it, as long as goesOn() is true. Returns what is
-/// wrong with the walker's current field, or nothing.
+/// Walks over the documents as long as goesOn() is true, which is asked at every step, and behind each of
+/// them endDocument(). Returns what is wrong with the walker's current field, or nothing; octets that begin
+/// no document are wrong.
 std::string faultOf(
-    DocumentWalker& walker, const std::function<bool()>& goesOn = [] { return true; });
+    DocumentWalker& walker, const std::function<bool()>& goesOn = [] { return true; },
+    const std::function<bool()>& endDocument = [] { return true; });
 
 } // namespace finf
 

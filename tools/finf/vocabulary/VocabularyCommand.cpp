@@ -52,7 +52,8 @@ VocabularyCommand::VocabularyCommand(CLI::App& parent)
         ->type_name("KIND")
         ->check(CLI::IsMember({"xml", "finf"}).description(""));
     app()
-        .add_option("--uri", _uri, "What documents are going to call the vocabulary; by default that of its content")
+        .add_option("--uri", _uri,
+                    "What documents are going to call the vocabulary; by default that of its content")
         ->type_name("URI");
     app()
         .add_option("--min-count", _minCount, "How often a value or text has to occur in the samples")

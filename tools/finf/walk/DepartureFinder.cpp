@@ -65,7 +65,6 @@ const char* clauseOf(Construct construct) {
     case Construct::VERSION:
         return "C.2.10";
     case Construct::DOCUMENT_END:
-    case Construct::TRAILING_OCTETS:
         return "12";
     case Construct::ATTRIBUTE:
         return "C.4";
@@ -160,6 +159,10 @@ void DepartureFinder::checkBits(const Field& field) {
 // Whether the construct may stand where it does.
 void DepartureFinder::checkPlace(const Field& field) {
     switch (field.construct) {
+    case Construct::IDENTIFICATION:
+        _hasRoot = false;
+        _hasDeclaration = false;
+        break;
     case Construct::XML_DECLARATION:
         if (std::find(std::begin(XML_DECLARATIONS), std::end(XML_DECLARATIONS), field.value) ==
             std::end(XML_DECLARATIONS)) {
@@ -193,9 +196,6 @@ void DepartureFinder::checkPlace(const Field& field) {
         if (!_hasRoot) {
             report(field, "the document has no element", "C.2.11");
         }
-        break;
-    case Construct::TRAILING_OCTETS:
-        report(field, std::to_string(field.bits / 8) + " behind the document", clauseOf(field.construct));
         break;
     default:
         break;

@@ -22,7 +22,7 @@ public:
     /// Calls report for each departure.
     explicit DepartureFinder(Report report) : _report(std::move(report)) {}
 
-    /// The tables of the document as the walker fills them; to be called before the walk, borrowed.
+    /// The tables of the documents as the walker fills them; to be called before the walk, borrowed.
     void setVocabulary(const Tamo::FastInfoset::DocumentVocabulary& vocabulary) {
         _pVocabulary = &vocabulary;
     }

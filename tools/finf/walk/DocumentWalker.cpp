@@ -123,6 +123,7 @@ DocumentWalker::DocumentWalker(std::istream& source, FieldVisitor& visitor,
 
 bool DocumentWalker::step() {
     if (!_headerRead) {
+        _vocabulary = DocumentVocabulary(DocumentVocabulary::VOC_VECTOR);
         header();
         _headerRead = true;
         return true;
@@ -149,21 +150,29 @@ bool DocumentWalker::step() {
         take(4, BitKind::PADDING, 0);
     }
     emit();
+    _headerRead = false;
     return false;
 }
 
-void DocumentWalker::trailingOctets() {
+// By the first octet: whatever else is wrong with it is shown as that of a document.
+bool DocumentWalker::hasNextDocument() {
+    return _reader.hasOctet() && (peek(8) == Encoder::DOCUMENTSTART >> 8 || peek(8) == '<');
+}
+
+bool DocumentWalker::trailingOctets() {
     begin(Construct::TRAILING_OCTETS, 0);
     const UInt64 end = _reader.position() / 8;
     // The record keeps what was read ahead, and the size of the rest is all that counts of it.
     const std::string shown(_record.octets(end, _record.size()));
     _record.skipRest();
-    if (_record.size() > end) {
-        _field.bits = (_record.size() - end) * 8;
-        _field.octets = shown;
-        part(BitKind::TRAILING, _field.bits);
-        _visitor.field(_field);
+    if (_record.size() == end) {
+        return false;
     }
+    _field.bits = (_record.size() - end) * 8;
+    _field.octets = shown;
+    part(BitKind::TRAILING, _field.bits);
+    _visitor.field(_field);
+    return true;
 }
 
 // The header (X.891, 12 and C.2)

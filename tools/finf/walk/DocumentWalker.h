@@ -15,8 +15,8 @@
 
 namespace finf {
 
-/// Reads a Fast Infoset document by the letter of ITU-T X.891, as FastInfosetParser does in the strict mode,
-/// and hands every field of it to a visitor: not what the document says, but how.
+/// Reads Fast Infoset documents, one behind the other, by the letter of ITU-T X.891, as FastInfosetParser
+/// does in the strict mode, and hands every field of them to a visitor: not what the documents say, but how.
 ///
 /// Integers and lengths it reads by itself, so that the codec's own reading can be compared with it. It goes
 /// on where the letter is broken and what follows can still be told, which DepartureFinder finds; elsewhere
@@ -39,11 +39,15 @@ public:
     Tamo::FastInfoset::DecodingAlgorithm& decodingAlgorithms() { return _vocabulary.decodings(); }
 
     /// Reads a piece: first the header, then a child (an element with its attributes, a character chunk, ...)
-    /// or an end at a time. False when the document is complete.
+    /// or an end at a time. False when the document is complete; it goes on with the next one, with tables of
+    /// its own.
     bool step();
 
-    /// Hands what stands behind the complete document to the visitor as one field, if there is anything.
-    void trailingOctets();
+    /// Whether what stands behind the complete document begins another one.
+    bool hasNextDocument();
+
+    /// Hands what stands behind the complete document to the visitor as one field; false if there is nothing.
+    bool trailingOctets();
 
     /// The tables as they are now.
     const Tamo::FastInfoset::DocumentVocabulary& vocabulary() const { return _vocabulary; }

@@ -4,6 +4,7 @@
 namespace finf {
 
 std::string_view RecordingBuf::octets(Tamo::UInt64 first, Tamo::UInt64 last) const {
+    first = std::max(first, _start);
     last = std::min(last, size());
     return first < last ? std::string_view(_octets).substr(first - _start, last - first) : std::string_view();
 }

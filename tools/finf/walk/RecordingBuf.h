@@ -15,7 +15,7 @@ class RecordingBuf : public std::streambuf {
 public:
     explicit RecordingBuf(std::istream& source) : _source(source) {}
 
-    /// The octets from position first to position last, or as many of them as have been read.
+    /// The octets from position first to position last, or as many of them as are kept.
     std::string_view octets(Tamo::UInt64 first, Tamo::UInt64 last) const;
 
     /// Says that nothing before position first will be asked for again.

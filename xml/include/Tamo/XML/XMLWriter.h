@@ -41,10 +41,11 @@ class XMLOutput;
 /// name takes the root element's.
 ///
 /// The stream is borrowed and must outlive the writer. Output is buffered: it reaches the stream in large
-/// pieces, at endDocument (which flushes the stream) and when an event throws. A stream that fails is an
-/// IOException. After an exception the document is lost and every further event but setDocumentLocator throws
-/// XMLException, up to reset(). After endDocument another document can be written. One thread at a time; no
-/// locale dependence; memory grows with the depth of the document and its document type declaration only.
+/// pieces, at flush() and endDocument (which flush the stream) and when an event throws. A stream that fails
+/// is an IOException. After an exception the document is lost and every further event but setDocumentLocator
+/// throws XMLException, up to reset(). After endDocument another document can be written. One thread at a
+/// time; no locale dependence; memory grows with the depth of the document and its document type declaration
+/// only.
 class TAMO_API XMLWriter : public ContentHandler, public LexicalHandler, public DTDHandler {
 public:
     /// The option bits.
@@ -93,6 +94,10 @@ public:
     void endCDATA() override;
     void comment(const char ch[], int start, int length) override;
 
+    /// Passes on what has been written so far and flushes the stream, so that others see it. The end of the
+    /// last start tag comes with what follows it, as "/>" or ">".
+    void flush();
+
     void notationDecl(const std::string& name, const std::string* publicId,
                       const std::string* systemId) override;
     void unparsedEntityDecl(const std::string& name, const std::string* publicId, const std::string& systemId,
@@ -109,6 +114,7 @@ private:
 
     template<class Event>
     void guarded(Event&& event);
+    void passAndFlush();
     void require(bool condition, const char* what, const char* reason) const;
     void requireDeclarable(const char* what) const;
 
