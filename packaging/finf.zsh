@@ -51,7 +51,7 @@ _finf() {
             '*--quiet[Show no progress, which a terminal does]' \
             '*-v[Tell the sizes of each document]' \
             '*--verbose[Tell the sizes of each document]' \
-            '*--external-vocabulary[Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
+            '*--external-vocabulary[Build the external vocabulary URI, or that of its content, from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
             '*--vocabulary[Use an external vocabulary that finf knows: x3d]:word:(x3d)' \
             '*--max-depth[Elements that may be open at a time]:value:' \
             '*--max-string-length[Octets of one string or array]:value:' \
@@ -89,7 +89,7 @@ _finf() {
             '*--quiet[Show no progress, which a terminal does]' \
             '*-v[Tell the sizes of each document]' \
             '*--verbose[Tell the sizes of each document]' \
-            '*--external-vocabulary[Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
+            '*--external-vocabulary[Build the external vocabulary URI, or that of its content, from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
             '*--vocabulary[Use an external vocabulary that finf knows: x3d]:word:(x3d)' \
             '*--max-depth[Elements that may be open at a time]:value:' \
             '*--max-string-length[Octets of one string or array]:value:' \
@@ -114,10 +114,10 @@ _finf() {
             '*-f[Overwrite an existing FILE]' \
             '*--force[Overwrite an existing FILE]' \
             '*--format[xml or finf; xml by default, unless FILE ends in .finf]:word:(xml finf)' \
-            '*--uri[What documents are going to call the vocabulary; FILE'\''s name by default]:value:' \
+            '*--uri[What documents are going to call the vocabulary; by default that of its content]:value:' \
             '*--min-count[How often a value or text has to occur in the samples]:value:' \
             '*--strip-whitespace[Drop text that is nothing but white space, as encode does]' \
-            '*--external-vocabulary[Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
+            '*--external-vocabulary[Build the external vocabulary URI, or that of its content, from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
             '*--vocabulary[Use an external vocabulary that finf knows: x3d]:word:(x3d)' \
             '*--max-depth[Elements that may be open at a time]:value:' \
             '*--max-string-length[Octets of one string or array]:value:' \
@@ -142,7 +142,7 @@ _finf() {
             '*--offset[Begin with the construct at this octet]:value:' \
             '*--limit[Show this many constructs only]:value:' \
             '*--color[auto (on a terminal, unless NO_COLOR is set), always or never]:word:(auto always never)' \
-            '*--external-vocabulary[Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
+            '*--external-vocabulary[Build the external vocabulary URI, or that of its content, from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
             '*--vocabulary[Use an external vocabulary that finf knows: x3d]:word:(x3d)' \
             '*--max-depth[Elements that may be open at a time]:value:' \
             '*--max-string-length[Octets of one string or array]:value:' \
@@ -160,7 +160,7 @@ _finf() {
             '*--json[Print one JSON document]' \
             '*-q[Print nothing but what is wrong]' \
             '*--quiet[Print nothing but what is wrong]' \
-            '*--external-vocabulary[Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
+            '*--external-vocabulary[Build the external vocabulary URI, or that of its content, from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
             '*--vocabulary[Use an external vocabulary that finf knows: x3d]:word:(x3d)' \
             '*--max-depth[Elements that may be open at a time]:value:' \
             '*--max-string-length[Octets of one string or array]:value:' \
@@ -180,7 +180,7 @@ _finf() {
             '*-f[Overwrite an existing FILE]' \
             '*--force[Overwrite an existing FILE]' \
             '*--color[auto (on a terminal, unless NO_COLOR is set), always or never]:word:(auto always never)' \
-            '*--external-vocabulary[Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
+            '*--external-vocabulary[Build the external vocabulary URI, or that of its content, from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
             '*--vocabulary[Use an external vocabulary that finf knows: x3d]:word:(x3d)' \
             '*--max-depth[Elements that may be open at a time]:value:' \
             '*--max-string-length[Octets of one string or array]:value:' \
@@ -195,7 +195,7 @@ _finf() {
             '*--help[Print this help message and exit]' \
             '*-q[Print nothing, the exit status tells]' \
             '*--quiet[Print nothing, the exit status tells]' \
-            '*--external-vocabulary[Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
+            '*--external-vocabulary[Build the external vocabulary URI, or that of its content, from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
             '*--vocabulary[Use an external vocabulary that finf knows: x3d]:word:(x3d)' \
             '*--max-depth[Elements that may be open at a time]:value:' \
             '*--max-string-length[Octets of one string or array]:value:' \
@@ -210,7 +210,7 @@ _finf() {
             '*--help[Print this help message and exit]' \
             '*--rounds[How often each is measured, in turn; the median counts]:value:' \
             '*--json[Print JSON, times in microseconds]' \
-            '*--external-vocabulary[Build the external vocabulary URI from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
+            '*--external-vocabulary[Build the external vocabulary URI, or that of its content, from FILE (XML or Fast Infoset); may be repeated]:file:_files' \
             '*--vocabulary[Use an external vocabulary that finf knows: x3d]:word:(x3d)' \
             '*--max-depth[Elements that may be open at a time]:value:' \
             '*--max-string-length[Octets of one string or array]:value:' \

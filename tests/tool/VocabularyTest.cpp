@@ -14,9 +14,9 @@ TEST_F(VocabularyTest, HoldsWhatIsFrequentMostFrequentFirst) {
           "</p:a>");
     EXPECT_EQ(must("finf vocabulary a.xml -o v.xml"),
               "v.xml: 3 element names, 5 attribute names, 4 namespaces, 2 attribute values, 2 texts, "
-              "2 other strings, 2 other names, 2 identifiers\n"
+              "2 other strings, 2 other names, 2 identifiers\nurn:finf:RIgRn4rEBHKMcBYtczVHaA\n"
               "         XML  Fast Infoset  with vocabulary     saved\n"
-              "         361           214              131    38.8 %  a.xml\n");
+              "         361           214              157    26.6 %  a.xml\n");
     EXPECT_EQ(read("v.xml"),
               R"(<?xml version="1.0" encoding="UTF-8"?>
 <!-- An external vocabulary: what occurs here is numbered in this order. -->
@@ -54,6 +54,16 @@ TEST_F(VocabularyTest, HoldsWhatIsFrequentMostFrequentFirst) {
     must("finf vocabulary a.xml -o v.finf >/dev/null; finf validate -q v.finf\n"
          "for v in v.xml v.finf; do finf encode a.xml -o with-$v --external-vocabulary u=$v; done\n"
          "cmp with-v.xml with-v.finf; finf vocabulary a.xml -o - --format finf | cmp - v.finf");
+    // Either has the URI of its content, under which no other vocabulary is taken.
+    must("finf encode a.xml -o named --external-vocabulary v.xml\n"
+         "finf decode named -o b.xml -f --external-vocabulary a.xml --external-vocabulary v.finf");
+    EXPECT_EQ(canonical("b.xml"), canonical("a.xml"));
+    const std::string uri = "urn:finf:RIgRn4rEBHKMcBYtczVHaA";
+    EXPECT_EQ(run("finf decode named -o c.xml --external-vocabulary a.xml").errors,
+              "finf: named: external vocabulary " + uri + " is needed; give it with --external-vocabulary " +
+                  uri + "=FILE\n");
+    EXPECT_EQ(run("finf decode named -o c.xml --external-vocabulary " + uri + "=a.xml").errors,
+              "finf: named: The external vocabulary has other entries than its URI says: " + uri + "\n");
 }
 
 TEST_F(VocabularyTest, SamplesOfAllKindsAndSizes) {
