@@ -75,6 +75,7 @@ DocumentSet::DocumentSet(const std::filesystem::path& directory) : _name(directo
     for (const auto& file : files) {
         add(file);
     }
+    addVocabulary();
     if (std::filesystem::exists(directory / DESCRIPTION)) {
         _description = contentOf(directory / DESCRIPTION);
         _description.erase(_description.find_last_not_of('\n') + 1);
@@ -86,6 +87,7 @@ DocumentSet::DocumentSet(std::string name, const std::vector<std::filesystem::pa
     for (const auto& file : files) {
         add(file);
     }
+    addVocabulary();
 }
 
 void DocumentSet::add(const std::filesystem::path& file) {
@@ -101,6 +103,26 @@ void DocumentSet::add(const std::filesystem::path& file) {
     }
     pDocument->fastInfoset = encode(pDocument->recording, 16);
     _documents.push_back(std::move(pDocument));
+}
+
+void DocumentSet::addVocabulary() {
+    constexpr std::size_t EVERY = 7;
+    DocumentVocabulary filled("urn:v", DocumentVocabulary::VOC_MAP);
+    for (std::size_t i = 0; i < _documents.size(); i += EVERY) {
+        BufferStream out;
+        FastInfosetWriter writer(out, false, filled);
+        writer.setExternalVocabulary(filled.getURI(), filled);
+        _documents[i]->recording.replay(writer, writer);
+        filled = std::as_const(writer).getDocumentVocabulary();
+    }
+    _pVocabulary = FastInfoset::SharedVocabulary::of(filled);
+    for (const auto& pDocument : _documents) {
+        BufferStream out;
+        FastInfosetWriter writer(out, false, DocumentVocabulary::VOC_MAP);
+        writer.useVocabulary(_pVocabulary);
+        pDocument->recording.replay(writer, writer);
+        pDocument->withVocabulary = out.view();
+    }
 }
 
 std::vector<std::filesystem::path> DocumentSet::find(const std::filesystem::path& root) {
@@ -145,6 +167,13 @@ void DocumentSet::prove() const {
         } catch (const PoolOverflowException&) {
             // More different strings than VOC_HASH tables hold.
         }
+
+        FastInfosetParser sharing;
+        sharing.useVocabulary(_pVocabulary);
+        Recording withVocabulary;
+        record(sharing, withVocabulary);
+        sharing.parseMemoryNP(document.withVocabulary.data(), document.withVocabulary.size());
+        expectSame(document, withVocabulary, "a vocabulary that is shared");
 
         Recording fromStream;
         record(reused, fromStream);

@@ -2,6 +2,7 @@
 #define TAMO_BENCHMARKS_DOCUMENTSET_H
 
 #include "Recording.h"
+#include "Tamo/FastInfoset/SharedVocabulary.h"
 #include <cstddef>
 #include <filesystem>
 #include <memory>
@@ -21,6 +22,8 @@ struct Document {
     Recording recording;
     /// The Fast Infoset document, strings of up to 16 octets indexed.
     std::string fastInfoset;
+    /// The same against the set's vocabulary.
+    std::string withVocabulary;
 };
 
 /// Documents of one kind, which are measured together.
@@ -42,6 +45,8 @@ public:
     /// Documents, octets, elements, attributes and text in words.
     std::string description() const;
     const std::vector<std::unique_ptr<Document>>& documents() const { return _documents; }
+    /// A vocabulary for documents of this kind: what every seventh of them fills.
+    const std::shared_ptr<const FastInfoset::SharedVocabulary>& vocabulary() const { return _pVocabulary; }
 
     /// Proves that every way through the library keeps the events that Expat reports; throws
     /// std::runtime_error with the first difference.
@@ -49,10 +54,12 @@ public:
 
 private:
     void add(const std::filesystem::path& file);
+    void addVocabulary();
 
     std::string _name;
     std::string _description;
     std::vector<std::unique_ptr<Document>> _documents;
+    std::shared_ptr<const FastInfoset::SharedVocabulary> _pVocabulary;
 };
 
 } // namespace Tamo::Benchmarks

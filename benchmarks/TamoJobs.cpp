@@ -72,6 +72,17 @@ UInt64 parseReused(const DocumentSet& set) {
     return handler.sum();
 }
 
+UInt64 parseSharing(const DocumentSet& set) {
+    ChecksumHandler handler;
+    FastInfosetParser parser;
+    parser.useVocabulary(set.vocabulary());
+    setHandler(parser, handler);
+    for (const auto& pDocument : set.documents()) {
+        parser.parseMemoryNP(pDocument->withVocabulary.data(), pDocument->withVocabulary.size());
+    }
+    return handler.sum();
+}
+
 UInt64 parseStream(const DocumentSet& set) {
     ChecksumHandler handler;
     FastInfosetParser parser;
@@ -153,6 +164,19 @@ UInt64 writeReused(const DocumentSet& set) {
     return size;
 }
 
+UInt64 writeSharing(const DocumentSet& set) {
+    UInt64 size = 0;
+    BufferStream& out = emptyBuffer();
+    FastInfosetWriter writer(out, false, DocumentVocabulary::VOC_MAP);
+    writer.useVocabulary(set.vocabulary());
+    for (const auto& pDocument : set.documents()) {
+        writer.reset(emptyBuffer());
+        replayTo(writer, pDocument->recording);
+        size += out.view().size();
+    }
+    return size;
+}
+
 template<DocumentVocabulary::VocabularyImpl impl>
 UInt64 writeCounted(const DocumentSet& set) {
     UInt64 size = 0;
@@ -212,6 +236,7 @@ std::vector<Job> TamoJobs::all() {
         {"parse-strict", "as parse, by the letter of X.891", parseReused<ChecksumHandler, Mode::STRICT>},
         {"parse-typed", "as parse, to a handler of typed values", parseReused<TypedChecksumHandler>},
         {"parse-stream", "as parse, from a std::istream", parseStream},
+        {"parse-vocabulary", "as parse, documents with a vocabulary that is shared", parseSharing},
         {"parse-fed", "as parse, fed 1,400 octets at a time", parseFed<1400>},
         {"parse-fed-whole", "as parse, fed whole documents", parseFed<0>},
         {"parse-fed-single", "as parse, fed single octets", parseFed<1>},
@@ -220,6 +245,7 @@ std::vector<Job> TamoJobs::all() {
         {"write-strict", "as write-map, by the letter of X.891",
          write<DocumentVocabulary::VOC_MAP, Mode::STRICT>},
         {"write-reused", "as write-map, one writer for all documents", writeReused},
+        {"write-vocabulary", "as write-reused, with a vocabulary that is shared", writeSharing},
         {"write-hash-null", "recorded events to a stream that counts, VOC_HASH",
          writeCounted<DocumentVocabulary::VOC_HASH>},
         {"write-map-null", "recorded events to a stream that counts, VOC_MAP",

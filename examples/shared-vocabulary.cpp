@@ -1,21 +1,20 @@
 // Small messages against an external vocabulary that sender and receiver hold.
-#include "Tamo/FastInfoset/Converter.h"
 #include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
-#include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
+#include "Tamo/FastInfoset/SharedVocabulary.h"
+#include "Tamo/FastInfoset/XMLToFastInfoset.h"
+#include "Tamo/NullStream.h"
+#include "Tamo/StringSink.h"
 #include "Tamo/XML/SAXParser.h"
 #include "Tamo/XML/XMLWriter.h"
 #include <iostream>
+#include <memory>
 #include <sstream>
-#include <vector>
 
 using namespace Tamo;
-using FastInfoset::DocumentVocabulary;
 
 namespace {
-
-const std::string URI("urn:example:fleet:1");
 
 // What is in every message, and what often is.
 const char* const SAMPLE = "<f:report xmlns:f='urn:example:fleet' vehicle='' state='moving'>"
@@ -30,95 +29,74 @@ const char* const MESSAGES[] = {
 };
 
 // [vocabulary]
-DocumentVocabulary fleetVocabulary() {
+// Made once; any number of parsers and writers in any threads begin with it.
+using Vocabulary = std::shared_ptr<const FastInfoset::SharedVocabulary>;
+
+Vocabulary fleetVocabulary() {
     std::istringstream sample(SAMPLE);
-    DocumentVocabulary vocabulary = FastInfoset::ExternalVocabularyLoader::loadXML(sample);
-    vocabulary.setURI(URI);
-    return vocabulary;
+    return FastInfoset::SharedVocabulary::of(FastInfoset::ExternalVocabularyLoader::loadXML(sample));
 }
 // [/vocabulary]
 
 // [write]
-std::string write(const std::string& message, const DocumentVocabulary& vocabulary) {
-    std::ostringstream octets;
-    // Over a copy, so that the entries are used; announced, so that the header need not carry them.
-    FastInfoset::FastInfosetWriter writer(octets, false, vocabulary);
-    writer.setExternalVocabulary(vocabulary.getURI(), vocabulary);
-    XML::SAXParser parser;
-    parser.setContentHandler(&writer);
-    parser.parseMemoryNP(message.data(), message.size());
-    return octets.str();
-}
-// [/write]
-
-// [read-each]
-// A parser for each message: it holds the vocabulary that the message names, so nothing is loaded, and
-// nothing is reset either. A second message would find the entries of the first one in front of its own.
-std::string read(const std::string& octets, const DocumentVocabulary& vocabulary) {
-    std::ostringstream text;
-    XML::XMLWriter writer(text);
-    FastInfoset::FastInfosetParser parser(vocabulary);
-    parser.initialize(&writer);
-    parser.parseMemoryNP(octets.data(), octets.size());
-    return text.str();
-}
-// [/read-each]
-
-// [loader]
-/// Knows one vocabulary and opens nothing.
-class FleetLoader : public FastInfoset::ExternalVocabularyLoader {
+// The writer is told once, and kept: reset() costs nothing for the vocabulary.
+class Sender {
 public:
-    DocumentVocabulary load(const std::string& uri) override {
-        if (uri != URI) {
-            throw FastInfoset::FISException("Unknown external vocabulary", uri);
-        }
-        return _vocabulary;
+    explicit Sender(const Vocabulary& vocabulary) {
+        _writer.useVocabulary(vocabulary);
+        _parser.setContentHandler(&_writer);
+    }
+
+    std::string write(const std::string& message) {
+        std::string octets;
+        StringSink sink(octets);
+        _writer.reset(sink);
+        _parser.parseMemoryNP(message.data(), message.size());
+        return octets;
     }
 
 private:
-    static DocumentVocabulary withoutURI(DocumentVocabulary vocabulary) {
-        vocabulary.setURI(std::string()); // else the parser would not ask again for the next message
-        return vocabulary;
-    }
-    // Of the kind that parsers read fastest.
-    const DocumentVocabulary _vocabulary =
-        withoutURI(DocumentVocabulary(fleetVocabulary(), DocumentVocabulary::VOC_VECTOR));
+    NullOutputStream _nothing;
+    FastInfoset::FastInfosetWriter _writer{_nothing, false, FastInfoset::DocumentVocabulary::VOC_MAP};
+    XML::SAXParser _parser;
 };
-// [/loader]
+// [/write]
 
-// [read-all]
-void readAll(const std::vector<std::string>& messages) {
-    FleetLoader loader;
-    FastInfoset::FastInfosetParser parser;
-    parser.setExternalVocabularyLoader(&loader);
-    for (const std::string& octets : messages) {
+// [read]
+// So is the parser, which opens nothing: a message that names another vocabulary is refused.
+class Receiver {
+public:
+    explicit Receiver(const Vocabulary& vocabulary) { _parser.useVocabulary(vocabulary); }
+
+    std::string read(const std::string& octets) {
         std::ostringstream text;
         XML::XMLWriter writer(text);
-        parser.initialize(&writer);
-        parser.parseMemoryNP(octets.data(), octets.size());
-        std::cout << text.str() << '\n';
+        _parser.initialize(&writer);
+        _parser.parseMemoryNP(octets.data(), octets.size());
+        return text.str();
     }
-}
-// [/read-all]
+
+private:
+    FastInfoset::FastInfosetParser _parser{FastInfoset::DocumentVocabulary::VOC_VECTOR, nullptr};
+};
+// [/read]
 
 } // namespace
 
 int main() {
     try {
-        const DocumentVocabulary vocabulary = fleetVocabulary();
-        std::vector<std::string> messages;
+        const Vocabulary vocabulary = fleetVocabulary();
+        std::cout << vocabulary->uri() << '\n';
+        Sender sender(vocabulary);
+        Receiver receiver(vocabulary);
+        FastInfoset::XMLToFastInfoset conversion;
         for (const std::string message : MESSAGES) {
-            std::istringstream xml(message);
-            std::ostringstream alone;
-            FastInfoset::Converter::convertToFIS(xml, alone, 16, 0);
-            messages.push_back(write(message, vocabulary));
-            std::cout << "XML " << message.size() << " octets, alone " << alone.str().size()
-                      << ", against the vocabulary " << messages.back().size() << ": "
-                      << alone.str().size() - messages.back().size() << " saved\n"
-                      << read(messages.back(), vocabulary) << '\n';
+            const std::size_t alone = conversion.convert(message).size();
+            const std::string octets = sender.write(message);
+            std::cout << "XML " << message.size() << " octets, alone " << alone << ", against the vocabulary "
+                      << octets.size() << ": " << alone - octets.size() << " saved\n"
+                      << receiver.read(octets) << '\n';
         }
-        std::cout << "With one parser and a loader:\n";
-        readAll(messages);
     } catch (const std::exception& e) {
         std::cerr << e.what() << '\n';
         return 1;
