@@ -89,10 +89,11 @@ Cost costOf(Work work) {
 Cost tablesOf(const DocumentVocabulary& vocabulary) {
     Cost tables;
     for (int id = DocumentVocabulary::PREFIX; id <= DocumentVocabulary::CONTENT_CHARACTER_CHUNK; ++id) {
-        const auto& table = vocabulary.vocabulary(static_cast<DocumentVocabulary::ID>(id)).values();
-        for (std::size_t i = 0; i < table.size(); ++i) {
+        const auto& table = vocabulary.vocabulary(static_cast<DocumentVocabulary::ID>(id));
+        for (unsigned int i = 0; i < table.size(); ++i) {
+            const std::size_t capacity = table.value(i).capacity();
             ++tables.allocations;
-            tables.octets += sizeof(std::string) + (table[i].capacity() > 15 ? table[i].capacity() + 1 : 0);
+            tables.octets += sizeof(std::string) + (capacity > 15 ? capacity + 1 : 0);
         }
     }
     return tables;

@@ -63,7 +63,11 @@ public:
     Vocabulary<T>* clone() const override { return new VectorVocabulary(*this); }
 
     /// Drops all values but the placeholder.
-    void reset() { this->resetValues(); }
+    void reset() {
+        if (!this->holdsPlaceholder()) {
+            this->resetValues();
+        }
+    }
 
     /// Drops all values and begins with those of a table that never changes again and belongs to pOwner, of
     /// which a share is kept.

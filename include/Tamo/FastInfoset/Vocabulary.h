@@ -72,6 +72,11 @@ protected:
         }
     }
 
+    /// Whether there is the placeholder alone, so that there is nothing to drop.
+    bool holdsPlaceholder() const noexcept {
+        return _index.size() == 1 && !_index.base() && *_index.firstBlock() == T();
+    }
+
     /// Drops all values but the placeholder, which a table without gets, and is laid on no other table.
     void resetValues() {
         if (_index.base()) [[unlikely]] {

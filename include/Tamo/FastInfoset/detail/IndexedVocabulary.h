@@ -99,6 +99,9 @@ public:
 
     /// Drops all values but the placeholder.
     void reset() {
+        if (this->holdsPlaceholder()) {
+            return;
+        }
         this->resetValues();
         _pBase = nullptr;
         _values.clear();
