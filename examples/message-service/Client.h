@@ -3,6 +3,8 @@
 
 #include "Service.h"
 #include "Tamo/FastInfoset/FastInfosetReader.h"
+#include <cstddef>
+#include <cstdio>
 #include <istream>
 #include <utility>
 

@@ -4,6 +4,7 @@
 #include "Tamo/XML/AttributesImpl.h"
 #include <array>
 #include <atomic>
+#include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <list>
@@ -16,6 +17,9 @@ using namespace std::literals;
 namespace {
 
 using Writer = FastInfoset::FastInfosetWriter;
+
+// A file, of which a peer speaks.
+constexpr const char* VOCABULARY = "message-service.xml";
 
 // The octets of events, be they a whole message or not.
 std::string octetsOf(const Settings& settings, const std::function<void(Writer&)>& events) {
@@ -102,8 +106,8 @@ std::list<Hostile> makeHostiles(const Settings& settings) {
     // A vocabulary that is there for those who open what documents name.
     std::istringstream xml("<greet/>");
     auto vocabulary = FastInfoset::ExternalVocabularyLoader::loadXML(xml, true);
-    vocabulary.setURI("message-service.xml");
-    std::ofstream(vocabulary.getURI()) << xml.str();
+    vocabulary.setURI(VOCABULARY);
+    std::ofstream(VOCABULARY) << xml.str();
     Settings foreign;
     foreign.pVocabulary = FastInfoset::SharedVocabulary::of(vocabulary);
     const std::string named = octetsOf(foreign, message("Eve"));
@@ -236,6 +240,7 @@ void run() {
     }
     loop.stop();
     server.join();
+    std::remove(VOCABULARY);
     for (const Hostile& hostile : hostiles) {
         std::cout << hostile.name << "\n  to the server: " << hostile.outcomes[0] << '\n';
         if (hostile.outcomes[1] != hostile.outcomes[0]) {
