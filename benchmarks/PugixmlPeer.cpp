@@ -59,7 +59,7 @@ UInt64 PugixmlPeer::parse(const std::string& xml) {
     return 1;
 }
 
-UInt64 PugixmlPeer::load(const std::string& octets) {
+UInt64 PugixmlPeer::loadTree(const std::string& octets) {
     pugi::xml_document document;
     FastInfoset::Adapters::loadDocument(octets, document);
     return 1;

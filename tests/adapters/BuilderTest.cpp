@@ -164,6 +164,7 @@ TEST(TreeBuilder, TreesHoldWhatXMLTextCouldHaveGiven) {
         within([](Builder& b) { b.skippedEntity("a;b"); }),
         within([](Builder& b) { b.startDTD("", "", "s"); }),
         [](Builder& b) { b.startDTD("", "", "'\""); },
+        [](Builder& b) { b.startDTD("", "a\"b", "s"); },
         characters("text"),
         [&](Builder& b) {
             start(b, {"|a|a"});

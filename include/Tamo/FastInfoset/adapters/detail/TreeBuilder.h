@@ -251,6 +251,16 @@ private:
     }
 
     void startRoot(const std::string& qname) {
+        for (const auto* const pList : {&_notations, &_entities}) {
+            for (const TreeEntity& declared : *pList) {
+                TreeText::requireName("the name of a notation or entity", declared.name);
+                TreeText::requirePublicId(declared.publicId);
+                TreeText::requireSystemId(declared.systemId);
+                if (pList == &_entities) {
+                    TreeText::requireName("the notation of an entity", declared.notation);
+                }
+            }
+        }
         if constexpr (Tree::HAS_DECLARATIONS) {
             if (!_hasDocumentType && (!_notations.empty() || !_entities.empty())) {
                 documentType({}, {});
@@ -259,13 +269,6 @@ private:
         }
         _hasRoot = true;
         if (_hasDocumentType) {
-            for (const auto* pList : {&_notations, &_entities}) {
-                for (const TreeEntity& declared : *pList) {
-                    TreeText::requireName("the name of a notation or entity", declared.name);
-                    TreeText::requireIdentifier("a public identifier", declared.publicId);
-                    TreeText::requireIdentifier("a system identifier", declared.systemId);
-                }
-            }
             _tree.nameDocumentType(qname, _notations, _entities);
         }
     }
@@ -351,8 +354,8 @@ private:
             throw FISException(
                 "No tree can hold a document type declaration behind another one or behind an element");
         }
-        TreeText::requireIdentifier("a public identifier", publicId);
-        TreeText::requireIdentifier("a system identifier", systemId);
+        TreeText::requirePublicId(publicId);
+        TreeText::requireSystemId(systemId);
         _hasDocumentType = _inDocumentType = true;
         _tree.startDocumentType(publicId, systemId);
     }

@@ -52,11 +52,20 @@ struct TreeText {
     }
 
     /// An identifier that can stand between one kind of quotation marks.
-    static void requireIdentifier(const char* what, std::string_view identifier) {
-        require(what, identifier);
+    static void requireSystemId(std::string_view identifier) {
+        require("a system identifier", identifier);
         if (identifier.find('"') != std::string_view::npos &&
             identifier.find('\'') != std::string_view::npos) {
-            refuse(what, identifier, "it has both kinds of quotation marks");
+            refuse("a system identifier", identifier, "it has both kinds of quotation marks");
+        }
+    }
+
+    /// XML allows few characters in public identifiers.
+    static void requirePublicId(std::string_view identifier) {
+        static constexpr std::string_view ALLOWED =
+            " \r\n-'()+,./:=?;!*#@$_%0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
+        if (identifier.find_first_not_of(ALLOWED) != std::string_view::npos) {
+            refuse("a public identifier", identifier, "it has a character that XML does not allow there");
         }
     }
 
