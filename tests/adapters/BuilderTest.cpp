@@ -151,6 +151,8 @@ TEST(TreeBuilder, TreesHoldWhatXMLTextCouldHaveGiven) {
         element({"http://www.w3.org/2000/xmlns/|a|"}),
         element({"urn:" + nul + "|a|"}),
         element({"|a|", {"|xmlns|=u"}}),
+        element({"|a|", {"u|x|p:x=1", "|x|=2", "u|x|q:x=3"}}),
+        element({"|a|", {"|b|=", "|c|=", "|d|=", "|e|=", "|f|=", "|g|=", "|h|=", "|i|=", "|b|="}}),
         element({"|a|", {"|x|=" + nul}}),
         element({"|a|", {"|x|=\xED\xA0\x80"}}),
         within(characters("text" + nul)),

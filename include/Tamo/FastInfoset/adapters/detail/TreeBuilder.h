@@ -9,10 +9,12 @@
 #include "Tamo/XML/Attributes.h"
 #include "Tamo/XML/DefaultHandler.h"
 #include "Tamo/XML/InputSource.h"
+#include <algorithm>
 #include <cstddef>
 #include <istream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Tamo::FastInfoset::Adapters {
@@ -133,6 +135,8 @@ public:
     }
 
 private:
+    using AttributeName = std::pair<std::string_view, std::string_view>; // local name and namespace name
+
     enum class Text { NONE, BEGUN, CONTINUED };
 
     void connect(FastInfosetParser& parser, const LoadOptions& options) {
@@ -237,7 +241,31 @@ private:
                                  }),
                 value);
         }
+        if (count > 1) {
+            requireDifferent(attributes, count);
+        }
         _tree.elementStarted();
+    }
+
+    // No two attributes have one name.
+    void requireDifferent(const XML::Attributes& attributes, int count) {
+        _attributeNames.clear();
+        for (int i = 0; i < count; ++i) {
+            _attributeNames.push_back({attributes.getLocalName(i), attributes.getURI(i)});
+        }
+        const auto end = _attributeNames.end();
+        auto found = end;
+        if (constexpr int FEW = 8; count > FEW) {
+            std::sort(_attributeNames.begin(), end);
+            found = std::adjacent_find(_attributeNames.begin(), end);
+        } else {
+            for (auto it = _attributeNames.begin(); it != end && found == end; ++it) {
+                found = std::find(it + 1, end, *it);
+            }
+        }
+        if (found != end) {
+            TreeText::refuse("two attributes", found->first, "they have one name");
+        }
     }
 
     void close() {
@@ -363,7 +391,8 @@ private:
     Tree& _tree;
     const UInt64 _maxDepth;
     Names _names;
-    std::vector<TreeDeclaration> _mappings; // of the element that comes next
+    std::vector<TreeDeclaration> _mappings;     // of the element that comes next
+    std::vector<AttributeName> _attributeNames; // of the element that starts
     std::vector<TreeEntity> _notations;
     std::vector<TreeEntity> _entities;
     std::size_t _depth = 0;
