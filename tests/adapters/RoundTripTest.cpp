@@ -123,6 +123,20 @@ TEST(AdapterRoundTrip, ItemsOfADocumentBecomeTreesAndSubtreesDocuments) {
                                  " <{urn:l}:part xmlns:=urn:l>\n";
     EXPECT_EQ(libxmlTree(ofLibxml.str(), true), expected);
     EXPECT_EQ(libxmlTree(ofPugixml.str(), true), expected);
+
+    // Among other events of a writer, the declarations of the subtree end with it.
+    std::ostringstream among;
+    FastInfosetWriter writer(among, false, DocumentVocabulary::VOC_MAP);
+    writer.startDocument();
+    writer.startElement("", "list", "");
+    save(pTarget->children->children->last, writer);
+    save(target.first_child().first_child().last_child(), writer);
+    writer.emptyElement("", "end", "");
+    writer.endElement("", "list", "");
+    writer.endDocument();
+    const LibxmlDocument pAmong = loadDocument(among.str(), {.strict = false});
+    EXPECT_EQ(textOf(pAmong->children->last), "<end>\n");
+    EXPECT_EQ(textOf(pAmong->children->children->next), textOf(pAmong->children->children));
 }
 
 // A tree or an exception, and a tree is one that can be written as a document.

@@ -5,6 +5,7 @@
 /// Fast Infoset documents as trees of pugixml (docs/trees.md). Header-only: a program that includes this
 /// links Tamo::FastInfoset and pugixml, which the CMake target Tamo::FastInfosetPugixml does.
 
+#include "Tamo/Exception.h"
 #include "Tamo/FastInfoset/FastInfosetReader.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
 #include "Tamo/FastInfoset/adapters/LoadOptions.h"
@@ -40,9 +41,12 @@ inline void loadDocument(FastInfosetReader& reader, pugi::xml_document& document
 /// Reads the element at whose start the reader stands, appends it to parent, an element or a document, and
 /// returns it; the reader is left at its end. So the items of a large document become trees one by one.
 /// Prefixes that its names need are declared on it. After an exception parent is as it was. Throws
-/// InvalidAccessException when the reader does not stand so.
+/// InvalidAccessException when the reader does not stand so, InvalidArgumentException for another parent.
 inline pugi::xml_node loadElement(FastInfosetReader& reader, pugi::xml_node parent,
                                   UInt64 maxDepth = LoadOptions::MAX_DEPTH) {
+    if (parent.type() != pugi::node_element && parent.type() != pugi::node_document) {
+        throw InvalidArgumentException("Only an element or a document can have an element in it");
+    }
     const pugi::xml_node last = parent.last_child();
     PugixmlTree tree(parent);
     TreeBuilder<PugixmlTree> builder(tree, maxDepth);

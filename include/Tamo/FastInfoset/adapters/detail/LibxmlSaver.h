@@ -40,6 +40,10 @@ public:
             declareOuter(pTop);
         }
         saveTree(pTop);
+        for (const std::string& prefix : _outerPrefixes) {
+            _writer.endPrefixMapping(prefix);
+        }
+        _outerPrefixes.clear();
     }
 
 private:
@@ -74,7 +78,8 @@ private:
                 if (std::find(seen.begin(), seen.end(), prefix) == seen.end()) {
                     seen.push_back(prefix);
                     if (pNode != pTop && !LibxmlText::viewOf(pNs->href).empty()) {
-                        _writer.startPrefixMapping(std::string(prefix), stringOf(pNs->href));
+                        _outerPrefixes.emplace_back(prefix);
+                        _writer.startPrefixMapping(_outerPrefixes.back(), stringOf(pNs->href));
                     }
                 }
             }
@@ -220,6 +225,7 @@ private:
     }
 
     FastInfosetWriter& _writer;
+    std::vector<std::string> _outerPrefixes;
     XML::AttributesImpl _attributes;
     const std::string _type = "CDATA";
     std::string _qname;

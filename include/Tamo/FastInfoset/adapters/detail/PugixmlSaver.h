@@ -7,10 +7,11 @@
 #include "Tamo/FastInfoset/adapters/detail/PugixmlTree.h"
 #include "Tamo/XML/AttributesImpl.h"
 #include "Tamo/XML/NamespaceSupport.h"
-#include <cstring>
+#include <algorithm>
 #include <pugixml.hpp>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Tamo::FastInfoset::Adapters {
 
@@ -39,10 +40,14 @@ public:
                 end(node);
             }
             if (node == top) {
-                return;
+                break;
             }
             node = node.next_sibling();
         }
+        for (const std::string& prefix : _outerPrefixes) {
+            _writer.endPrefixMapping(prefix);
+        }
+        _outerPrefixes.clear();
     }
 
 private:
@@ -58,6 +63,7 @@ private:
         _namespaces.visitDeclared([&](const std::string& prefix, const std::string& uri) {
             if (!prefix.empty() || !uri.empty()) {
                 _writer.startPrefixMapping(prefix, uri);
+                _outerPrefixes.push_back(prefix);
             }
         });
     }
@@ -187,6 +193,7 @@ private:
 
     FastInfosetWriter& _writer;
     XML::NamespaceSupport _namespaces;
+    std::vector<std::string> _outerPrefixes;
     XML::AttributesImpl _attributes;
     const std::string _type = "CDATA";
     std::string _qname;
