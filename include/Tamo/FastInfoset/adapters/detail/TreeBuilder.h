@@ -226,36 +226,39 @@ private:
         ++_depth;
         _tree.startElement(name, _mappings);
         _mappings.clear();
+        addAttributes(attributes);
+        _tree.elementStarted();
+    }
+
+    // The list is the parser's or the cursor's, whose strings stay in place.
+    void addAttributes(const XML::Attributes& attributes) {
+        _attributeNames.clear();
         const int count = attributes.getLength();
         for (int i = 0; i < count; ++i) {
-            const std::string& attributeURI = attributes.getURI(i);
-            const std::string& attributeName = attributes.getLocalName(i);
+            const std::string& uri = attributes.getURI(i);
+            const std::string& localName = attributes.getLocalName(i);
             const std::string& value = attributes.getValue(i);
             TreeText::require("the value of an attribute", value);
-            const bool isPlain = attributeURI.empty() && !attributeName.empty();
+            const bool isPlain = uri.empty() && !localName.empty();
             _tree.attribute(
-                _names.attribute(attributeURI, attributeName,
+                _names.attribute(uri, localName,
                                  isPlain ? std::string_view() : std::string_view(attributes.getQName(i)),
                                  [this](const std::string& prefix, const std::string& namespaceName) {
                                      _tree.declaration(prefix, namespaceName);
                                  }),
                 value);
+            _attributeNames.emplace_back(localName, uri);
         }
         if (count > 1) {
-            requireDifferent(attributes, count);
+            requireDifferentNames();
         }
-        _tree.elementStarted();
     }
 
     // No two attributes have one name.
-    void requireDifferent(const XML::Attributes& attributes, int count) {
-        _attributeNames.clear();
-        for (int i = 0; i < count; ++i) {
-            _attributeNames.push_back({attributes.getLocalName(i), attributes.getURI(i)});
-        }
+    void requireDifferentNames() {
         const auto end = _attributeNames.end();
         auto found = end;
-        if (constexpr int FEW = 8; count > FEW) {
+        if (constexpr std::size_t FEW = 8; _attributeNames.size() > FEW) {
             std::sort(_attributeNames.begin(), end);
             found = std::adjacent_find(_attributeNames.begin(), end);
         } else {
