@@ -1,4 +1,5 @@
 #include "LibxmlPeer.h"
+#include "Tamo/FastInfoset/adapters/libxml2.h"
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
@@ -109,6 +110,21 @@ UInt64 LibxmlPeer::parse(const std::string& xml) {
         throw std::runtime_error("libxml2 cannot parse");
     }
     return events;
+}
+
+UInt64 LibxmlPeer::parseTree(const std::string& xml) {
+    const FastInfoset::Adapters::LibxmlDocument pTree(
+        xmlReadMemory(xml.data(), static_cast<int>(xml.size()), nullptr, nullptr,
+                      XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_HUGE | XML_PARSE_NOERROR));
+    if (!pTree) {
+        throw std::runtime_error("libxml2 cannot parse");
+    }
+    return 1;
+}
+
+UInt64 LibxmlPeer::loadTree(const std::string& octets) {
+    FastInfoset::Adapters::loadDocument(octets);
+    return 1;
 }
 
 UInt64 LibxmlPeer::write(const Recording& recording) {

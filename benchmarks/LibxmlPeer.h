@@ -17,6 +17,11 @@ public:
     /// Parses a document with SAX2 handlers that only count; returns their count.
     UInt64 parse(const std::string& xml);
 
+    /// Builds the tree of a document, as libxml2's parser does and by the adapter from Fast Infoset, and
+    /// drops it; return 1.
+    static UInt64 parseTree(const std::string& xml);
+    static UInt64 loadTree(const std::string& octets);
+
     /// Writes the events as XML text into a buffer that is reused; returns its size.
     UInt64 write(const Recording& recording);
 

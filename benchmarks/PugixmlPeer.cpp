@@ -1,4 +1,5 @@
 #include "PugixmlPeer.h"
+#include "Tamo/FastInfoset/adapters/pugixml.h"
 #include <cstring>
 #include <pugixml.hpp>
 #include <stdexcept>
@@ -55,6 +56,12 @@ PugixmlPeer::~PugixmlPeer() = default;
 UInt64 PugixmlPeer::parse(const std::string& xml) {
     pugi::xml_document document;
     load(document, xml);
+    return 1;
+}
+
+UInt64 PugixmlPeer::loadTree(const std::string& octets) {
+    pugi::xml_document document;
+    FastInfoset::Adapters::loadDocument(octets, document);
     return 1;
 }
 

@@ -19,6 +19,9 @@ public:
     /// Builds the tree of a document and drops it; returns 1.
     static UInt64 parse(const std::string& xml);
 
+    /// Builds the tree of a Fast Infoset document by the adapter and drops it; returns 1.
+    static UInt64 loadTree(const std::string& octets);
+
     /// Builds the tree and visits every name and value in it; returns the sum of their lengths.
     static UInt64 parseAndWalk(const std::string& xml);
 

@@ -16,6 +16,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/TamoFastInfosetConfigVers
   COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/TamoFastInfosetConfig.cmake
               ${PROJECT_BINARY_DIR}/TamoFastInfosetConfigVersion.cmake
+              cmake/TamoAdapters.cmake
         DESTINATION ${package_dir} COMPONENT development)
 
 # Programs that link the static libraries link Expat as well; the shared ones bring it along.

@@ -33,6 +33,7 @@ This package contains what programs need at run time.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libtamo-fastinfoset-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS libexpat1-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS "libpugixml-dev, libxml2-dev") # what the adapters include
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS library)
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Fast Infoset for C++ through SAX2 - development files\n${about}\

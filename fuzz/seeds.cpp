@@ -31,7 +31,7 @@ public:
     }
 
     void addDocument(const std::string& name, const std::string& octets) {
-        for (const char* target : {"parse", "push", "reencode", "to_xml", "walk"}) {
+        for (const char* target : {"parse", "push", "reencode", "to_xml", "tree", "walk"}) {
             add(target, name, octets);
             add(target, name + "-other", octets + '\0'); // in the other mode
         }
