@@ -122,12 +122,12 @@ void HeaderWriter::write() {
         _writer.write(0u, 7); // what is left of the header when there is nothing to say
         return;
     }
-    static const DocumentVocabulary NOTHING = DEFAULT - DEFAULT;
-    std::optional<DocumentVocabulary> own;
-    if (!hasExternal || !_vocabulary.holdsOnly(*_pExternalVocabulary)) {
-        own.emplace(_vocabulary - (hasExternal ? *_pExternalVocabulary : DEFAULT));
+    if (hasExternal && !hasNotations && !hasUnparsedEntities &&
+        _vocabulary.holdsOnly(*_pExternalVocabulary)) {
+        writeReference();
+        return;
     }
-    const DocumentVocabulary& difference = own ? *own : NOTHING;
+    const DocumentVocabulary difference = _vocabulary - (hasExternal ? *_pExternalVocabulary : DEFAULT);
     bool hasInitialVocabulary = hasExternal || !difference.restrictedAlphabets().alphabets().empty() ||
                                 !difference.elementVocabulary().empty() ||
                                 !difference.attributeVocabulary().empty();
@@ -150,6 +150,14 @@ void HeaderWriter::write() {
     if (hasUnparsedEntities) {
         writeUnparsedEntities();
     }
+}
+
+// What is left of the header when it refers to the external vocabulary and says nothing else.
+void HeaderWriter::writeReference() {
+    _writer.write(0x20u, 7);    // an initial vocabulary
+    _writer.write(0x1000u, 16); // an external one
+    _writer.write(false);
+    Encoder::nonEmptyOctetString(_writer, _externalVocabularyURI);
 }
 
 void HeaderWriter::writeInitialVocabulary(const DocumentVocabulary& voc) {

@@ -81,6 +81,7 @@ public:
 private:
     using ID = DocumentVocabulary::ID;
 
+    void writeReference();
     void writeInitialVocabulary(const DocumentVocabulary& voc);
     void writeAlphabets(const DocumentRestrictedAlphabet& alphabets);
     void writeTable(const Vocabulary<std::string>& voc);
