@@ -37,8 +37,7 @@ public:
     /// The index of value, whose key is key, or NOT_FOUND with the place for append(). No virtual calls; of a
     /// table of strings the value is a std::string_view.
     TAMO_ALWAYS_INLINE Found find(typename ValueIndex<T>::Probe value, HashKey key) const {
-        const Found own = _values.find(this->_index, value, key);
-        return own.index != Vocabulary<T>::NOT_FOUND || !_pBase ? own : findBelow(value, key, own);
+        return _values.find(this->_index, value, key);
     }
 
     /// Adds a value that find() has just not found, and returns its index; PoolOverflowException "Vocabulary
@@ -103,7 +102,7 @@ public:
             return;
         }
         this->resetValues();
-        _pBase = nullptr;
+        _values.layOn(nullptr);
         _values.clear();
         const HashKey key = ValueIndex<T>::keyOf(T());
         _values.insertLast(this->_index, key, 0, _values.freePlace(key));
@@ -112,27 +111,25 @@ public:
     /// Drops all values and begins with those of a table that never changes again and belongs to pOwner, of
     /// which a share is kept.
     void reset(const IndexedVocabulary& base, const std::shared_ptr<const void>& pOwner) {
-        if (_pBase == &base && this->_index.ownSize() == 0) {
+        if (this->_index.base() == &base.values() && this->_index.ownSize() == 0) {
             return;
         }
         this->layOn(base.values(), pOwner);
         _values.clear();
-        _pBase = &base;
+        _values.layOn(&base._values);
     }
 
 protected:
     /// A table that accepts limit entries, without placeholder.
     explicit IndexedVocabulary(std::size_t limit) : _limit(limit) {}
 
-    IndexedVocabulary(const IndexedVocabulary& other)
-        : Vocabulary<T>(other), _pBase(other._pBase), _limit(other._limit) {
+    IndexedVocabulary(const IndexedVocabulary& other) : Vocabulary<T>(other), _limit(other._limit) {
         _values.copy(other._values, this->_index);
     }
 
     IndexedVocabulary& operator=(const IndexedVocabulary& other) {
         if (this != &other) {
             Vocabulary<T>::operator=(other);
-            _pBase = other._pBase;
             _values.copy(other._values, this->_index);
             _limit = other._limit;
         }
@@ -143,13 +140,7 @@ protected:
     std::size_t limit() const noexcept { return _limit; }
 
 private:
-    // In the table below, for a value that is not among the own ones; else where that would be put.
-    Found findBelow(typename ValueIndex<T>::Probe value, HashKey key, Found own) const {
-        return {_pBase->find(value, key).index, own.place};
-    }
-
-    ValueIndex<T> _values;                     // of the own values
-    const IndexedVocabulary* _pBase = nullptr; // whose owner the table of values has a share of
+    ValueIndex<T> _values;
     std::size_t _limit;
 };
 

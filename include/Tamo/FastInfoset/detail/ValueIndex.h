@@ -20,7 +20,8 @@
 
 namespace Tamo::FastInfoset {
 
-/// Finds a VerbTable's own values: from a value to its index. Those of a table below have their own index.
+/// Finds the values of a VerbTable: from a value to its index. It holds the table's own; those of a table
+/// that this one is laid on are asked of the index of that one.
 ///
 /// A hash table with open addressing that holds keys and indexes; the values stay in the table, which every
 /// operation is given. A few values are looked through one by one, so that a small table costs no storage
@@ -46,6 +47,7 @@ public:
     /// Becomes the index of values, a copy of the table that other is the index of.
     void copy(const ValueIndex& other, const VerbTable<T>& values) {
         release();
+        _pBase = other._pBase;
         if (other._pSlots) {
             allot(other._mask + 1);
             enter(values, values.size());
@@ -70,7 +72,8 @@ public:
     /// Where value, whose key is key, is in values.
     TAMO_ALWAYS_INLINE Found find(const VerbTable<T>& values, Probe value, HashKey key) const {
         if (!_pSlots) [[unlikely]] {
-            return {scan(values, value), 0};
+            const unsigned int index = scan(values, value);
+            return index != NOT_FOUND ? Found{index, 0} : absent(values, value, key, 0);
         }
         std::size_t place = home(key);
         for (std::size_t probes = 0; probes < PROBES_AT_ONCE; ++probes, place = behind(place)) {
@@ -84,11 +87,14 @@ public:
                 }
             }
             if (slot.number == 0) {
-                return {NOT_FOUND, place};
+                return absent(values, value, key, place);
             }
         }
         return findFurther(values, value, key);
     }
+
+    /// Becomes the index of a table that is laid on another one, whose index is pBase; null: on none.
+    void layOn(const ValueIndex* pBase) noexcept { _pBase = pBase; }
 
     /// Where insertLast() would put a value that is not there, whose key is key.
     std::size_t freePlace(HashKey key) const noexcept {
@@ -208,7 +214,7 @@ private:
         for (std::size_t probes = 0; probes < MOST_PROBES; ++probes) {
             const Slot& slot = _pSlots[place];
             if (slot.number == 0) {
-                return {NOT_FOUND, place};
+                return absent(values, value, key, place);
             }
             if (slot.holds(key, size) &&
                 (HashKey::isExact(size) || equal(*values.find(slot.number - 1), value))) {
@@ -222,7 +228,18 @@ private:
                 return {it->second - 1, NO_PLACE};
             }
         }
-        return {NOT_FOUND, NO_PLACE};
+        return absent(values, value, key, NO_PLACE);
+    }
+
+    // A value that is not among the own ones and would have its place there.
+    TAMO_ALWAYS_INLINE Found absent(const VerbTable<T>& values, Probe value, HashKey key,
+                                    std::size_t place) const {
+        return !_pBase ? Found{NOT_FOUND, place} : findBelow(values, value, key, place);
+    }
+
+    TAMO_APART Found findBelow(const VerbTable<T>& values, Probe value, HashKey key,
+                               std::size_t place) const {
+        return {_pBase->find(*values.base(), value, key).index, place};
     }
 
     void put(std::size_t place, HashKey key, UInt32 size, std::size_t number) {
@@ -290,6 +307,7 @@ private:
         _most = wider._most;
     }
 
+    const ValueIndex* _pBase = nullptr;
     std::unique_ptr<Slot[]> _pSlots; // null while the values are few
     std::size_t _mask = 0;           // the number of slots less one
     int _shift = 0;
