@@ -1,6 +1,7 @@
 #ifndef TAMO_FASTINFOSET_CONVERSIONOPTIONS_H
 #define TAMO_FASTINFOSET_CONVERSIONOPTIONS_H
 
+#include "Tamo/Export.h"
 #include "Tamo/FastInfoset/ParserLimits.h"
 
 namespace Tamo::FastInfoset {
@@ -8,7 +9,7 @@ namespace Tamo::FastInfoset {
 class VocabularyLoader;
 
 /// What a conversion does and accepts. As it is, no file is opened.
-struct ConversionOptions {
+struct TAMO_API ConversionOptions {
     /// Up to how many octets strings are indexed in Fast Infoset; all when negative.
     int maxIndexedStringLength = 16;
 
