@@ -3,6 +3,7 @@
 #include "DocumentTest.h"
 #include "Tamo/FastInfoset/Converter.h"
 #include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
+#include "Tamo/FastInfoset/SharedVocabulary.h"
 #include "Tamo/MemoryStream.h"
 #include <thread>
 #include <utility>
@@ -68,6 +69,33 @@ TEST(ThreadsTest, ObjectsOfEachThreadOverOneVocabulary) {
         ASSERT_TRUE(written() == document);
         ASSERT_EQ(events(document), expected);
     });
+}
+
+// What documents share is used by all threads at once, and outlives the one that has made it.
+TEST(ThreadsTest, OneSharedVocabulary) {
+    DocumentVocabulary prepared("urn:v", DocumentVocabulary::VOC_MAP);
+    bool found = false;
+    const unsigned int name = prepared.index(DocumentVocabulary::LOCAL_NAME, "d", found);
+    prepared.elementVocabulary().index(QualifiedNameEntry(0, 0, name), found);
+    prepared.restrictedAlphabets().add("0123456789ABCDEF");
+    auto pShared = SharedVocabulary::of(prepared);
+    const auto events = [](const std::shared_ptr<const SharedVocabulary>& pVocabulary) {
+        std::ostringstream out;
+        FastInfosetWriter writer(out, false, DocumentVocabulary::VOC_MAP);
+        writer.useVocabulary(pVocabulary);
+        play(EVERY_EVENT, writer);
+        const std::string document = out.str();
+        FastInfosetParser parser(DocumentVocabulary::VOC_MAP, nullptr);
+        parser.useVocabulary(pVocabulary);
+        TypedEventRecorder recorder;
+        recorder.connectAll(parser);
+        parser.parseMemoryNP(document.data(), document.size());
+        return recorder.events();
+    };
+    const std::string expected = events(pShared);
+    std::vector<std::shared_ptr<const SharedVocabulary>> shares(THREADS, pShared);
+    pShared.reset();
+    inThreads([&](int thread) { ASSERT_EQ(events(shares[static_cast<std::size_t>(thread)]), expected); });
 }
 
 // A copy shares nothing with what it was copied from, the alphabets with their number included.
