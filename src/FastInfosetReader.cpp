@@ -4,8 +4,11 @@
 #include "Tamo/Exception.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/FISDefaultHandler.h"
+#include "Tamo/FastInfoset/TypedAttributes.h"
 #include "Tamo/FastInfoset/TypedChunk.h"
 #include "Tamo/XML/AttributesImpl.h"
+#include <iterator>
+#include <typeinfo>
 #include <utility>
 
 namespace Tamo::FastInfoset {
@@ -318,6 +321,66 @@ std::optional<std::string_view> FastInfosetReader::attribute(std::string_view lo
         }
     }
     return std::nullopt;
+}
+
+const TypedAttributes* FastInfosetReader::typedAttributes() const noexcept {
+    const XML::Attributes& all = attributes();
+    return typeid(all) == typeid(TypedAttributes) ? static_cast<const TypedAttributes*>(&all) : nullptr;
+}
+
+// The list to ask about attribute i, which has to be there; null where all are text.
+const TypedAttributes* FastInfosetReader::typedAttribute(int i) const {
+    tamo_assert(i >= 0 && i < attributes().getLength());
+    return typedAttributes();
+}
+
+FastInfosetReader::ValueType FastInfosetReader::attributeValueType(int i) const {
+    static constexpr ValueType TYPES[] = {PLAIN_TEXT, OCTETS,  OCTETS, INT16,  INT32,
+                                          INT64,      BOOLEAN, FLOAT,  DOUBLE, UNIQUE_ID};
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    const unsigned int type = pTyped && pTyped->isTyped(i) ? pTyped->encoding(i)->type() : 0;
+    return type < std::size(TYPES) ? TYPES[type] : PLAIN_TEXT;
+}
+
+std::span<const std::byte> FastInfosetReader::attributeOctets(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->octets(i) : std::span<const std::byte>();
+}
+
+std::span<const Int16> FastInfosetReader::attributeInt16Values(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->int16Values(i) : std::span<const Int16>();
+}
+
+std::span<const Int32> FastInfosetReader::attributeInt32Values(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->int32Values(i) : std::span<const Int32>();
+}
+
+std::span<const Int64> FastInfosetReader::attributeInt64Values(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->int64Values(i) : std::span<const Int64>();
+}
+
+std::span<const float> FastInfosetReader::attributeFloatValues(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->floatValues(i) : std::span<const float>();
+}
+
+std::span<const double> FastInfosetReader::attributeDoubleValues(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->doubleValues(i) : std::span<const double>();
+}
+
+std::span<const UUID> FastInfosetReader::attributeUUIDValues(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->uuidValues(i) : std::span<const UUID>();
+}
+
+const std::vector<bool>& FastInfosetReader::attributeBoolValues(int i) const {
+    static const std::vector<bool> NONE;
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->boolValues(i) : NONE;
 }
 
 std::span<const FastInfosetReader::PrefixMapping> FastInfosetReader::prefixMappings() const noexcept {
