@@ -148,6 +148,11 @@ void TypedAttributes::setValue(int i, const AutoPtr<Encoding>& pValue, unsigned 
     _values[static_cast<std::size_t>(i)] = {pValue, algorithm, uri, false};
 }
 
+void TypedAttributes::setTyped(int i, const AutoPtr<Encoding>& pValue) {
+    setValue(i, pValue, pValue->type(), EMPTY);
+    _values[static_cast<std::size_t>(i)].hasText = true;
+}
+
 // ---- values
 
 const AutoPtr<Encoding>& TypedAttributes::encoding(int i) const {

@@ -76,6 +76,9 @@ public:
     /// URI in its own document and writes text when it is not declared there.
     void setValue(int i, const AutoPtr<Encoding>& pValue, unsigned int algorithm, const std::string& uri);
 
+    /// Makes a value that of attribute i, whose text stays: it is that of the value.
+    void setTyped(int i, const AutoPtr<Encoding>& pValue);
+
     /// How values become text from now on: UUIDs in lower case, and numbers with a fraction in the canonical
     /// form of XML Schema. Neither at first.
     void setTextForm(bool lowerCaseUUIDs, bool canonicalNumbers) noexcept {
