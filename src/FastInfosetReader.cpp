@@ -40,6 +40,7 @@ public:
     std::vector<float> floats;
     std::vector<double> doubles;
     std::vector<UUID> uuids;
+    std::optional<TypedChunk> taken; // as a whole, in place of values one by one
 
     std::vector<Notation> notations;
     std::vector<UnparsedEntity> unparsedEntities;
@@ -64,6 +65,7 @@ public:
         if (valueType != PLAIN_TEXT) {
             valueType = PLAIN_TEXT;
             typedText.clear();
+            taken.reset();
             octets = {};
             int16s.clear();
             int32s.clear();
@@ -148,7 +150,14 @@ public:
     bool startTypedChunk(const TypedChunk& chunk) override {
         algorithm = chunk.algorithm();
         algorithmURI = chunk.uri();
-        return false;
+        const ValueType type = typeOf(chunk);
+        if (type == PLAIN_TEXT) {
+            return false;
+        }
+        setType(type);
+        octets = chunk.octets();
+        taken.emplace(chunk);
+        return true;
     }
 
     void setWriteXMLDeclaration(bool flag) override { xmlDeclaration = flag; }
@@ -171,6 +180,19 @@ private:
     void setText(Event kind, const char ch[], int start, int length) {
         event = kind;
         text = std::string_view(ch + start, static_cast<std::size_t>(length));
+    }
+
+    // PLAIN_TEXT of a value of an application's class, which may deliver what it likes.
+    static ValueType typeOf(const TypedChunk& chunk) noexcept {
+        return !chunk.doubleValues().empty()  ? DOUBLE
+               : !chunk.floatValues().empty() ? FLOAT
+               : !chunk.int32Values().empty() ? INT32
+               : !chunk.octets().empty()      ? OCTETS
+               : !chunk.int16Values().empty() ? INT16
+               : !chunk.int64Values().empty() ? INT64
+               : !chunk.boolValues().empty()  ? BOOLEAN
+               : !chunk.uuidValues().empty()  ? UNIQUE_ID
+                                              : PLAIN_TEXT;
     }
 
     void setType(ValueType type) {
@@ -422,31 +444,31 @@ std::span<const std::byte> FastInfosetReader::octets() const noexcept {
 }
 
 std::span<const Int16> FastInfosetReader::int16Values() const noexcept {
-    return _pCursor->int16s;
+    return _pCursor->taken ? _pCursor->taken->int16Values() : _pCursor->int16s;
 }
 
 std::span<const Int32> FastInfosetReader::int32Values() const noexcept {
-    return _pCursor->int32s;
+    return _pCursor->taken ? _pCursor->taken->int32Values() : _pCursor->int32s;
 }
 
 std::span<const Int64> FastInfosetReader::int64Values() const noexcept {
-    return _pCursor->int64s;
+    return _pCursor->taken ? _pCursor->taken->int64Values() : _pCursor->int64s;
 }
 
 std::span<const float> FastInfosetReader::floatValues() const noexcept {
-    return _pCursor->floats;
+    return _pCursor->taken ? _pCursor->taken->floatValues() : _pCursor->floats;
 }
 
 std::span<const double> FastInfosetReader::doubleValues() const noexcept {
-    return _pCursor->doubles;
+    return _pCursor->taken ? _pCursor->taken->doubleValues() : _pCursor->doubles;
 }
 
 std::span<const UUID> FastInfosetReader::uuidValues() const noexcept {
-    return _pCursor->uuids;
+    return _pCursor->taken ? _pCursor->taken->uuidValues() : _pCursor->uuids;
 }
 
 const std::vector<bool>& FastInfosetReader::boolValues() const noexcept {
-    return _pCursor->bools;
+    return _pCursor->taken ? _pCursor->taken->boolValues() : _pCursor->bools;
 }
 
 const std::vector<Notation>& FastInfosetReader::notations() const noexcept {

@@ -13,8 +13,8 @@ namespace finf {
 /// Hands text that an encoding algorithm carries in fewer octets to the writer as typed data.
 ///
 /// Only values of attributes and the whole text of an element without other children are tried, and only what
-/// gives back the identical text is used; everything else passes unchanged. Text short enough for the writer's string table stays
-/// text: its second occurrence costs an index only. The writer is borrowed.
+/// gives back the identical text is used; everything else passes unchanged. Text short enough for the
+/// writer's string table stays text: its second occurrence costs an index only. The writer is borrowed.
 class TypedContentFilter : public Tamo::XML::ContentHandler, public Tamo::XML::LexicalHandler {
 public:
     /// A filter in front of writer, which indexes strings up to maxIndexedLength octets (all when it is
