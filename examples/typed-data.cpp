@@ -3,8 +3,12 @@
 #include "Tamo/FastInfoset/FISDefaultHandler.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
+#include "Tamo/FastInfoset/TypedAttributes.h"
 #include <iostream>
+#include <numeric>
+#include <span>
 #include <sstream>
+#include <vector>
 
 using namespace Tamo;
 using FastInfoset::DocumentVocabulary;
@@ -86,6 +90,36 @@ std::string copy(const std::string& document) {
 }
 // [/copy]
 
+// [attributes]
+void writePlane(FastInfosetWriter& writer) {
+    const std::vector<float> points{0.0f, 0.0f, 1.5f, 0.0f, 1.5f, -0.25f};
+    FastInfoset::TypedAttributes attributes;
+    attributes.addAttribute("", "name", "name", "plane");
+    attributes.addAttribute("", "point", "point", std::span(points));
+    writer.startElement("", "Coordinate", "Coordinate", attributes);
+    writer.endElement("", "Coordinate", "Coordinate");
+}
+// [/attributes]
+
+// [read-attributes]
+/// Adds up the arrays of numbers that stand in attributes.
+class AttributeSum : public FastInfoset::FISDefaultHandler {
+public:
+    void startElement(const std::string&, const std::string& localName, const std::string&,
+                      const XML::Attributes& attributes) override {
+        const auto* const pTyped = dynamic_cast<const FastInfoset::TypedAttributes*>(&attributes);
+        for (int i = 0; i < attributes.getLength(); ++i) {
+            std::cout << localName << ' ' << attributes.getLocalName(i) << '=' << attributes.getValue(i);
+            if (pTyped && pTyped->isTyped(i)) {
+                const std::span<const float> values = pTyped->floatValues(i);
+                std::cout << ", sum " << std::accumulate(values.begin(), values.end(), 0.0f);
+            }
+            std::cout << '\n';
+        }
+    }
+};
+// [/read-attributes]
+
 } // namespace
 
 int main() {
@@ -101,6 +135,15 @@ int main() {
         std::ostringstream text;
         FastInfoset::Converter::convertToXML(in, text, 0);
         std::cout << text.str() << '\n';
+
+        std::ostringstream plane;
+        FastInfosetWriter writer(plane, false, DocumentVocabulary::VOC_MAP);
+        writer.startDocument();
+        writePlane(writer);
+        writer.endDocument();
+        AttributeSum sum;
+        parser.setContentHandler(&sum);
+        parser.parseMemoryNP(plane.str().data(), plane.str().size());
 
         std::cout << document.size() << " octets, the copy is "
                   << (copy(document) == document ? "identical" : "different") << '\n';

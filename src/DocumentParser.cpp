@@ -55,6 +55,13 @@ TAMO_ALWAYS_INLINE const std::string& DocumentParser::qualifiedName(unsigned int
     return *_pQName;
 }
 
+TAMO_ALWAYS_INLINE const XML::Attributes& DocumentParser::reportedAttributes() {
+    if (!_typedValues.isEmpty()) [[unlikely]] {
+        return typedAttributes();
+    }
+    return _attributes;
+}
+
 TAMO_ALWAYS_INLINE void DocumentParser::startElement(unsigned int index, const ResolvedNames::Name& name) {
     if (_openElements.size() >= strings().limits().maxDepth) [[unlikely]] {
         StringParser::throwLimitExceeded("Limit exceeded: element depth", strings().limits().maxDepth);
@@ -64,7 +71,7 @@ TAMO_ALWAYS_INLINE void DocumentParser::startElement(unsigned int index, const R
         // The name is handed out twice, here and at the end.
         _markup.deliver(2 * (name.octets + name.pPrefix->size()));
         handlers().pContent->startElement(*name.pUri, *name.pLocalName, qualifiedName(index, name),
-                                          _attributes);
+                                          reportedAttributes());
     }
 }
 
@@ -387,6 +394,7 @@ void DocumentParser::parse(BitStreamReader& reader) {
 void DocumentParser::begin(BitStreamReader& reader) {
     _openElements.clear();
     _declaredPrefixes.clear();
+    _typedValues.clear();
     _children = {};
     _documentSize = 0;
     _isPart = false;
@@ -533,12 +541,23 @@ void DocumentParser::parseAttributes(BitStreamReader& reader) {
 }
 
 void DocumentParser::parseAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name) {
-    const std::string& value = strings().parseOtherText(reader, DocumentVocabulary::ATTRIBUTE_VALUE);
-    if (strings().isOwnText(value)) {
-        addAttribute(name, value.data(), value.size());
+    const StringParser::Value value =
+        handlers().pTyped
+            ? strings().parseAttributeValue(reader)
+            : StringParser::Value{&strings().parseOtherText(reader, DocumentVocabulary::ATTRIBUTE_VALUE)};
+    if (value.typed) {
+        _typedValues.add(_attributes.getLength(), strings().typed(), strings().typedAlgorithm());
+        _markup.deliver(CALLBACK);
+        addAttribute(name, StringParser::EMPTY);
+    } else if (strings().isOwnText(*value.pText)) {
+        addAttribute(name, value.pText->data(), value.pText->size());
     } else {
-        addAttribute(name, value);
+        addAttribute(name, *value.pText);
     }
+}
+
+TAMO_COLD const XML::Attributes& DocumentParser::typedAttributes() {
+    return _typedValues.listOf(_attributes, strings().vocabulary().algorithms(), strings().typedText());
 }
 
 // The index of the name in its table, from which it has then been resolved.

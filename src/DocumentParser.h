@@ -10,6 +10,7 @@
 #include "Tamo/FastInfoset/VocabularyLoader.h"
 #include "Tamo/FastInfoset/detail/ParsedAttributes.h"
 #include "Tamo/XML/DeliveryMeter.h"
+#include "TypedAttributeValues.h"
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -140,6 +141,8 @@ private:
     void parseAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name);
     void addAttribute(const ResolvedNames::Name& name, const std::string& value);
     void addAttribute(const ResolvedNames::Name& name, const char* pValue, std::size_t size);
+    const XML::Attributes& reportedAttributes();
+    const XML::Attributes& typedAttributes();
     void endMappings();
     template<Mode MODE>
     void endDocument(BitStreamReader& reader);
@@ -171,6 +174,7 @@ private:
     ResolvedNames _elementNames;
     ResolvedNames _attributeNames;
     ParsedAttributes _attributes;
+    TypedAttributeValues _typedValues;
     std::vector<DeclaredPrefix> _declaredPrefixes;
     std::vector<unsigned int> _openElements; // indexes of names
     std::string _scratch;

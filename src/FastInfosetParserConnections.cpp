@@ -2,6 +2,7 @@
 // parses comes without writers.
 #include "Tamo/FastInfoset/FISDefaultHandler.h"
 #include "Tamo/FastInfoset/FISDocumentHandler.h"
+#include "Tamo/FastInfoset/FISFilter.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
 #include "Tamo/XML/LexicalHandler.h"
@@ -35,6 +36,10 @@ void FastInfosetParser::initialize(XML::XMLWriter* pWriter) {
 
 void FastInfosetParser::initialize(FISDefaultHandler* pHandler) {
     connect(*this, pHandler, pHandler);
+}
+
+void FastInfosetParser::initialize(FISFilter* pFilter) {
+    connect(*this, pFilter, pFilter);
 }
 
 } // namespace Tamo::FastInfoset

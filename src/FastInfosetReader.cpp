@@ -4,8 +4,11 @@
 #include "Tamo/Exception.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/FISDefaultHandler.h"
+#include "Tamo/FastInfoset/TypedAttributes.h"
 #include "Tamo/FastInfoset/TypedChunk.h"
 #include "Tamo/XML/AttributesImpl.h"
+#include <iterator>
+#include <typeinfo>
 #include <utility>
 
 namespace Tamo::FastInfoset {
@@ -37,6 +40,7 @@ public:
     std::vector<float> floats;
     std::vector<double> doubles;
     std::vector<UUID> uuids;
+    std::optional<TypedChunk> taken; // as a whole, in place of values one by one
 
     std::vector<Notation> notations;
     std::vector<UnparsedEntity> unparsedEntities;
@@ -61,6 +65,7 @@ public:
         if (valueType != PLAIN_TEXT) {
             valueType = PLAIN_TEXT;
             typedText.clear();
+            taken.reset();
             octets = {};
             int16s.clear();
             int32s.clear();
@@ -145,7 +150,14 @@ public:
     bool startTypedChunk(const TypedChunk& chunk) override {
         algorithm = chunk.algorithm();
         algorithmURI = chunk.uri();
-        return false;
+        const ValueType type = typeOf(chunk);
+        if (type == PLAIN_TEXT) {
+            return false;
+        }
+        setType(type);
+        octets = chunk.octets();
+        taken.emplace(chunk);
+        return true;
     }
 
     void setWriteXMLDeclaration(bool flag) override { xmlDeclaration = flag; }
@@ -168,6 +180,19 @@ private:
     void setText(Event kind, const char ch[], int start, int length) {
         event = kind;
         text = std::string_view(ch + start, static_cast<std::size_t>(length));
+    }
+
+    // PLAIN_TEXT of a value of an application's class, which may deliver what it likes.
+    static ValueType typeOf(const TypedChunk& chunk) noexcept {
+        return !chunk.doubleValues().empty()  ? DOUBLE
+               : !chunk.floatValues().empty() ? FLOAT
+               : !chunk.int32Values().empty() ? INT32
+               : !chunk.octets().empty()      ? OCTETS
+               : !chunk.int16Values().empty() ? INT16
+               : !chunk.int64Values().empty() ? INT64
+               : !chunk.boolValues().empty()  ? BOOLEAN
+               : !chunk.uuidValues().empty()  ? UNIQUE_ID
+                                              : PLAIN_TEXT;
     }
 
     void setType(ValueType type) {
@@ -320,6 +345,66 @@ std::optional<std::string_view> FastInfosetReader::attribute(std::string_view lo
     return std::nullopt;
 }
 
+const TypedAttributes* FastInfosetReader::typedAttributes() const noexcept {
+    const XML::Attributes& all = attributes();
+    return typeid(all) == typeid(TypedAttributes) ? static_cast<const TypedAttributes*>(&all) : nullptr;
+}
+
+// The list to ask about attribute i, which has to be there; null where all are text.
+const TypedAttributes* FastInfosetReader::typedAttribute(int i) const {
+    tamo_assert(i >= 0 && i < attributes().getLength());
+    return typedAttributes();
+}
+
+FastInfosetReader::ValueType FastInfosetReader::attributeValueType(int i) const {
+    static constexpr ValueType TYPES[] = {PLAIN_TEXT, OCTETS,  OCTETS, INT16,  INT32,
+                                          INT64,      BOOLEAN, FLOAT,  DOUBLE, UNIQUE_ID};
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    const unsigned int type = pTyped && pTyped->isTyped(i) ? pTyped->encoding(i)->type() : 0;
+    return type < std::size(TYPES) ? TYPES[type] : PLAIN_TEXT;
+}
+
+std::span<const std::byte> FastInfosetReader::attributeOctets(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->octets(i) : std::span<const std::byte>();
+}
+
+std::span<const Int16> FastInfosetReader::attributeInt16Values(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->int16Values(i) : std::span<const Int16>();
+}
+
+std::span<const Int32> FastInfosetReader::attributeInt32Values(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->int32Values(i) : std::span<const Int32>();
+}
+
+std::span<const Int64> FastInfosetReader::attributeInt64Values(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->int64Values(i) : std::span<const Int64>();
+}
+
+std::span<const float> FastInfosetReader::attributeFloatValues(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->floatValues(i) : std::span<const float>();
+}
+
+std::span<const double> FastInfosetReader::attributeDoubleValues(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->doubleValues(i) : std::span<const double>();
+}
+
+std::span<const UUID> FastInfosetReader::attributeUUIDValues(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->uuidValues(i) : std::span<const UUID>();
+}
+
+const std::vector<bool>& FastInfosetReader::attributeBoolValues(int i) const {
+    static const std::vector<bool> NONE;
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->boolValues(i) : NONE;
+}
+
 std::span<const FastInfosetReader::PrefixMapping> FastInfosetReader::prefixMappings() const noexcept {
     return _pCursor->prefixMappings;
 }
@@ -359,31 +444,31 @@ std::span<const std::byte> FastInfosetReader::octets() const noexcept {
 }
 
 std::span<const Int16> FastInfosetReader::int16Values() const noexcept {
-    return _pCursor->int16s;
+    return _pCursor->taken ? _pCursor->taken->int16Values() : _pCursor->int16s;
 }
 
 std::span<const Int32> FastInfosetReader::int32Values() const noexcept {
-    return _pCursor->int32s;
+    return _pCursor->taken ? _pCursor->taken->int32Values() : _pCursor->int32s;
 }
 
 std::span<const Int64> FastInfosetReader::int64Values() const noexcept {
-    return _pCursor->int64s;
+    return _pCursor->taken ? _pCursor->taken->int64Values() : _pCursor->int64s;
 }
 
 std::span<const float> FastInfosetReader::floatValues() const noexcept {
-    return _pCursor->floats;
+    return _pCursor->taken ? _pCursor->taken->floatValues() : _pCursor->floats;
 }
 
 std::span<const double> FastInfosetReader::doubleValues() const noexcept {
-    return _pCursor->doubles;
+    return _pCursor->taken ? _pCursor->taken->doubleValues() : _pCursor->doubles;
 }
 
 std::span<const UUID> FastInfosetReader::uuidValues() const noexcept {
-    return _pCursor->uuids;
+    return _pCursor->taken ? _pCursor->taken->uuidValues() : _pCursor->uuids;
 }
 
 const std::vector<bool>& FastInfosetReader::boolValues() const noexcept {
-    return _pCursor->bools;
+    return _pCursor->taken ? _pCursor->taken->boolValues() : _pCursor->bools;
 }
 
 const std::vector<Notation>& FastInfosetReader::notations() const noexcept {

@@ -453,7 +453,7 @@ void FastInfosetWriter::setStrict(bool flag) {
         _pEngine->pStrict = flag ? std::make_unique<StrictEvents>(_pEngine->elements, _pEngine->header,
                                                                   std::as_const(_pEngine->encodingAlgorithm))
                                  : nullptr;
-        _pEngine->elements.setStrict(flag);
+        _pEngine->elements.setStrict(flag ? &_pEngine->encodingAlgorithm : nullptr);
         _pEngine->heed ^= Engine::STRICT;
     }
 }

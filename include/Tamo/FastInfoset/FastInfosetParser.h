@@ -26,6 +26,7 @@ class FastInfosetPushParser;
 class FastInfosetWriter;
 class FISDefaultHandler;
 class FISDocumentHandler;
+class FISFilter;
 class VocabularyLoader;
 
 /// Reads a Fast Infoset document (ITU-T X.891) and reports it as SAX2 events.
@@ -154,6 +155,9 @@ public:
 
     /// Sets a handler as all of the handlers. A null handler is left out.
     void initialize(FISDefaultHandler* pHandler);
+
+    /// Sets a filter as all of the handlers. A null filter is left out.
+    void initialize(FISFilter* pFilter);
 
     /// What absent parts of names refer to.
     static const std::string& EMPTY_STRING;

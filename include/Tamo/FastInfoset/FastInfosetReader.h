@@ -24,6 +24,7 @@ namespace Tamo::FastInfoset {
 
 class BitStreamReader;
 class DocumentParser;
+class TypedAttributes;
 class VocabularyLoader;
 
 /// Reads a Fast Infoset document (ITU-T X.891) as a cursor that the program moves: for those who would rather
@@ -128,6 +129,22 @@ public:
     /// The value of the element's attribute with this name; none when there is no such attribute.
     std::optional<std::string_view> attribute(std::string_view localName, std::string_view uri = {}) const;
 
+    /// How the document carries the value of the element's attribute i, PLAIN_TEXT too for a value of an
+    /// application's class, and its values, empty unless it is of that type; attributes() has the text, made
+    /// on the first call. An i outside of attributes() throws AssertionViolationException.
+    ValueType attributeValueType(int i) const;
+    std::span<const std::byte> attributeOctets(int i) const;
+    std::span<const Int16> attributeInt16Values(int i) const;
+    std::span<const Int32> attributeInt32Values(int i) const;
+    std::span<const Int64> attributeInt64Values(int i) const;
+    std::span<const float> attributeFloatValues(int i) const;
+    std::span<const double> attributeDoubleValues(int i) const;
+    std::span<const UUID> attributeUUIDValues(int i) const;
+    const std::vector<bool>& attributeBoolValues(int i) const;
+
+    /// The element's attributes with what else is known of their values, null where all are text.
+    const TypedAttributes* typedAttributes() const noexcept;
+
     /// The namespace declarations of the element.
     std::span<const PrefixMapping> prefixMappings() const noexcept;
 
@@ -214,6 +231,7 @@ private:
 
     void start(std::unique_ptr<BitStreamReader> pInput);
     void requireElement() const;
+    const TypedAttributes* typedAttribute(int i) const;
 
     // What opens vocabularies, as in FastInfosetParser.
     struct Opening {
