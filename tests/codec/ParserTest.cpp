@@ -28,14 +28,17 @@ TEST(ParserTest, HandlersFeaturesAndProperties) {
     EXPECT_EQ(parser.getContentHandler(), &writer);
     EXPECT_EQ(parser.getDTDHandler(), &writer);
     EXPECT_EQ(parser.getDocumentHandler(), &writer);
-    EXPECT_EQ(static_cast<XML::LexicalHandler*>(parser.getProperty(XMLReader::PROPERTY_LEXICAL_HANDLER)),
-              &writer);
+    EXPECT_EQ(parser.getLexicalHandler(), &writer);
+    EXPECT_EQ(parser.getProperty(XMLReader::PROPERTY_LEXICAL_HANDLER),
+              static_cast<XML::LexicalHandler*>(&writer));
     XML::DefaultHandler other;
     parser.setEntityResolver(&other);
     parser.setErrorHandler(&other);
     parser.setProperty(XMLReader::PROPERTY_DECLARATION_HANDLER, static_cast<void*>(&stream));
     EXPECT_TRUE(parser.getEntityResolver() == &other && parser.getErrorHandler() == &other);
     EXPECT_EQ(parser.getProperty(XMLReader::PROPERTY_DECLARATION_HANDLER), &stream);
+    parser.setDeclHandler(nullptr);
+    EXPECT_EQ(parser.getProperty(XMLReader::PROPERTY_DECLARATION_HANDLER), nullptr);
     parser.setFeature(XMLReader::FEATURE_NAMESPACES, true);
     EXPECT_FAILURE("SAXNotSupportedException: namespace support cannot be disabled",
                    parser.setFeature(XMLReader::FEATURE_NAMESPACES, false));
@@ -73,6 +76,10 @@ TEST(ParserTest, Sources) {
     EXPECT_EQ(parse(), "^|<a|>|$");
     source.setByteStream(bytes);
     EXPECT_EQ(parse(), "^|<a|>|$");
+    recorder.clear();
+    std::istringstream again(good);
+    parser.parse(again);
+    EXPECT_EQ(recorder.events(), "^|<a|>|$");
     source.setSystemId("file:/no/such/file");
     EXPECT_FAILURE("FISParseException: Unexpected end of stream while parsing document header",
                    parse()); // read before

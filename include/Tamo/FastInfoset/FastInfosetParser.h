@@ -85,6 +85,7 @@ public:
     void setProperty(const std::string& name, void* value) override;
     void* getProperty(const std::string& name) const override;
 
+    using XMLReader::parse;
     /// Parses the byte stream of source, else its character stream, else its system identifier.
     void parse(XML::InputSource* pSource) override;
     void parse(const std::string& systemId) override;
