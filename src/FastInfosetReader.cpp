@@ -310,14 +310,7 @@ const XML::Attributes& FastInfosetReader::attributes() const noexcept {
 
 std::optional<std::string_view> FastInfosetReader::attribute(std::string_view localName,
                                                              std::string_view uri) const {
-    const XML::Attributes& all = attributes();
-    const int count = all.getLength();
-    for (int i = 0; i < count; ++i) {
-        if (all.getLocalName(i) == localName && all.getURI(i) == uri) {
-            return all.getValue(i);
-        }
-    }
-    return std::nullopt;
+    return attributes().find(localName, uri);
 }
 
 std::span<const FastInfosetReader::PrefixMapping> FastInfosetReader::prefixMappings() const noexcept {

@@ -42,7 +42,7 @@ class VocabularyLoader;
 class TAMO_API FastInfosetReader {
 public:
     /// What the cursor stands on.
-    enum Event {
+    enum class Event {
         NO_DOCUMENT,            ///< none is open, or next() was not called yet
         START_DOCUMENT,         ///< the header is read: notations(), unparsedEntities(), vocabulary()
         START_DTD,              ///< publicId(), systemId()
@@ -55,6 +55,7 @@ public:
         END_DOCUMENT,           ///< next() stays here
         ENTITY_REFERENCE ///< target(): the name of an entity that is not expanded; strict reading alone
     };
+    using enum Event;
 
     /// A piece of additional data (X.891, 7.2.7).
     struct AdditionalDatum {
@@ -63,7 +64,8 @@ public:
     };
 
     /// How a TEXT event is carried.
-    enum ValueType { PLAIN_TEXT, OCTETS, INT16, INT32, INT64, BOOLEAN, FLOAT, DOUBLE, UNIQUE_ID };
+    enum class ValueType { PLAIN_TEXT, OCTETS, INT16, INT32, INT64, BOOLEAN, FLOAT, DOUBLE, UNIQUE_ID };
+    using enum ValueType;
 
     /// A namespace declaration; an empty URI undeclares the prefix.
     struct PrefixMapping {
@@ -125,7 +127,8 @@ public:
     /// The element's attributes, without the namespace declarations.
     const XML::Attributes& attributes() const noexcept;
 
-    /// The value of the element's attribute with this name; none when there is no such attribute.
+    /// The value of the element's attribute with this name; none when there is no such attribute. The same as
+    /// attributes().find().
     std::optional<std::string_view> attribute(std::string_view localName, std::string_view uri = {}) const;
 
     /// The namespace declarations of the element.
