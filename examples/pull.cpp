@@ -1,4 +1,5 @@
 // A cursor over the document: the program asks for what comes next and keeps its own order.
+#include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/FastInfosetReader.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
 #include <iostream>
@@ -62,6 +63,16 @@ void readLog(std::istream& in) {
 }
 // [/read]
 
+// [errors]
+void readOrExplain(std::istream& in) {
+    try {
+        readLog(in);
+    } catch (const FastInfoset::FISException& e) { // whatever is wrong with the document
+        std::cout << "\ndamaged: " << e.what() << '\n';
+    }
+}
+// [/errors]
+
 } // namespace
 
 int main() {
@@ -69,6 +80,8 @@ int main() {
         std::stringstream octets;
         writeLog(octets);
         readLog(octets);
+        std::istringstream torn(octets.str().substr(0, 80));
+        readOrExplain(torn);
     } catch (const std::exception& e) {
         std::cerr << e.what() << '\n';
         return 1;

@@ -136,6 +136,11 @@ public:
     /// documents.
     void setCanonicalNumbers(bool flag);
 
+    /// The octet of the document, counted from 0, at which the construct begins that is being read: in a
+    /// handler what is reported, after an exception what could not be read, else the end of the last
+    /// document. The header is one construct; an end begins in the octet that holds it.
+    UInt64 position() const noexcept;
+
     /// The octets of the last document from its first to its last one, which is where the next may begin; 0
     /// of a document that has failed.
     UInt64 documentSize() const noexcept;

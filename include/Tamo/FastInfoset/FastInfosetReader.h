@@ -37,7 +37,12 @@ class VocabularyLoader;
 ///
 /// A reader reads any number of documents, one at a time, also after an exception, and is used by one thread
 /// at a time. Documents are read by the letter of X.891 unless setStrict(false) asks for the default of
-/// FastInfosetParser. Exceptions are those of FastInfosetParser; after one, and before open(), next() throws
+/// FastInfosetParser.
+///
+/// Whatever a document can cause is a FISException, which says at which octet; where FastInfosetParser throws
+/// std::out_of_range, AssertionViolationException or PoolOverflowException it has their message. Beside it
+/// there are IOException for a failing stream, what the loader and the algorithms of the application throw
+/// (unless it is one of those), and std::bad_alloc. After an exception, and before open(), next() throws
 /// InvalidAccessException.
 class TAMO_API FastInfosetReader {
 public:
@@ -181,6 +186,10 @@ public:
     const std::optional<std::string>& version() const noexcept;
     const std::vector<AdditionalDatum>& additionalData() const noexcept;
 
+    /// The octet of the document, counted from 0, at which the construct begins that the cursor stands on, or
+    /// that could not be read when next() has thrown; 0 for all of the header.
+    UInt64 position() const noexcept;
+
     /// At END_DOCUMENT: the octets of the document, which is where the next may begin.
     UInt64 documentSize() const noexcept;
 
@@ -216,6 +225,8 @@ private:
     class Cursor;
 
     void start(std::unique_ptr<BitStreamReader> pInput);
+    void read(BitStreamReader& input, bool isBeginning);
+    [[noreturn]] void rethrowAsOne() const;
     void requireElement() const;
 
     // What opens vocabularies, as in FastInfosetParser.
@@ -229,6 +240,7 @@ private:
     std::unique_ptr<DocumentParser> _pParser;
     std::unique_ptr<Cursor> _pCursor;
     std::unique_ptr<BitStreamReader> _pInput; // null while no document is open
+    UInt64 _failedAt = 0;
     bool _isLive = false;
 };
 
