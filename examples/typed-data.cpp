@@ -19,34 +19,33 @@ namespace {
 
 // [write]
 std::string writeLog() {
-    const std::string none;
     std::ostringstream octets;
     FastInfosetWriter writer(octets, false, DocumentVocabulary::VOC_MAP);
     writer.startDocument();
-    writer.startElement(none, "log", none);
+    writer.startElement("log");
 
-    writer.startElement(none, "sensor", none);
+    writer.startElement("sensor");
     writer.encodedData(UUID("6ba7b810-9dad-11d1-80b4-00c04fd430c8"));
-    writer.endElement(none, "sensor", none);
+    writer.endElement();
 
-    writer.startElement(none, "kelvin", none);
+    writer.startElement("kelvin");
     for (const double kelvin : {291.15, 291.4, 293.05}) {
         writer.encodedData(kelvin); // one array: values of one type in a row are joined
     }
-    writer.endElement(none, "kelvin", none);
+    writer.endElement();
 
-    writer.startElement(none, "valid", none);
+    writer.startElement("valid");
     for (const bool valid : {true, true, false}) {
         writer.encodedData(valid);
     }
-    writer.endElement(none, "valid", none);
+    writer.endElement();
 
-    writer.startElement(none, "calibration", none);
+    writer.startElement("calibration");
     const char curve[] = {'\x10', '\x2f', '\x00', '\xff'};
     writer.binaryData(curve, sizeof(curve));
-    writer.endElement(none, "calibration", none);
+    writer.endElement();
 
-    writer.endElement(none, "log", none);
+    writer.endElement();
     writer.endDocument();
     return octets.str();
 }

@@ -229,6 +229,7 @@ TAMO_ALWAYS_INLINE void DocumentParser::parseCommonElement(BitStreamReader& read
     }
     startElement(index, *pName);
     if (isEnd) {
+        reader.beginConstruct(octets.place() - 1);
         endElement();
     }
 }
@@ -277,6 +278,7 @@ template<DocumentParser::Extent EXTENT, DocumentParser::Mode MODE>
 bool DocumentParser::parseCommonItems(BitStreamReader& reader) {
     CommonForms octets(reader);
     while (octets.areEnough()) {
+        reader.beginConstruct(octets.place());
         const unsigned int b = octets.first();
         if (MODE == Mode::STRICT && _openElements.empty()) [[unlikely]] {
             if (b >= Forms::ELEMENT_END || _children.hasElement()) {
@@ -324,6 +326,7 @@ bool DocumentParser::parseItems(BitStreamReader& reader) {
             if (EXTENT == Extent::ALL && _isPart && !reader.hasOctet()) {
                 return true;
             }
+            reader.beginConstruct();
             _markup.parseDTDItem(reader);
             continue;
         }
@@ -333,6 +336,7 @@ bool DocumentParser::parseItems(BitStreamReader& reader) {
                 return true;
             }
         }
+        reader.beginConstruct();
         const unsigned char bits = RequiredBits::peek(reader, 4, END);
         if (bits != Forms::TERMINATOR) {
             if (MODE == Mode::STRICT && reader.bitPos() != 0) {
@@ -432,6 +436,7 @@ void DocumentParser::begin(BitStreamReader& reader) {
 
 // A child on an octet boundary.
 void DocumentParser::parseElementChild(BitStreamReader& reader) {
+    reader.beginConstruct();
     const unsigned char b =
         RequiredBits::peek(reader, 8, "Unexpected end of stream while parsing element children");
     if (_isDocumentStrict) {

@@ -19,8 +19,7 @@ void connect(FastInfosetParser& parser, Handler* pHandler, FISDocumentHandler* p
         parser.setContentHandler(pHandler);
         parser.setDocumentHandler(pDocumentHandler);
         parser.setDTDHandler(pHandler);
-        parser.setProperty(FastInfosetParser::PROPERTY_LEXICAL_HANDLER,
-                           static_cast<void*>(static_cast<XML::LexicalHandler*>(pHandler)));
+        parser.setLexicalHandler(pHandler);
     }
 }
 

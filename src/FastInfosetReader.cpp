@@ -4,14 +4,25 @@
 #include "Tamo/Exception.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/FISDefaultHandler.h"
+#include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/TypedAttributes.h"
 #include "Tamo/FastInfoset/TypedChunk.h"
 #include "Tamo/XML/AttributesImpl.h"
 #include <iterator>
+#include <stdexcept>
 #include <typeinfo>
 #include <utility>
 
 namespace Tamo::FastInfoset {
+
+namespace {
+
+[[noreturn]] void throwAt(UInt64 octet, FISException e) {
+    e.locate(octet);
+    throw e;
+}
+
+} // namespace
 
 /// Keeps what the parser reports of one item. The strings that it refers to are the parser's own and stay in
 /// place until the parser goes on.
@@ -256,6 +267,7 @@ void FastInfosetReader::open(std::string_view octets) {
 
 void FastInfosetReader::start(std::unique_ptr<BitStreamReader> pInput) {
     _pCursor->clearDocument();
+    _failedAt = 0;
     _pInput = std::move(pInput);
     _pParser->abandon();
 }
@@ -272,16 +284,45 @@ FastInfosetReader::Event FastInfosetReader::next() {
     // What throws leaves no document open.
     std::unique_ptr<BitStreamReader> pInput = std::move(_pInput);
     const BitStreamReader::Consumption consumption(*pInput);
-    if (before == NO_DOCUMENT) {
-        _pParser->begin(*pInput);
-    }
-    while (_pCursor->event == NO_DOCUMENT) { // some items are not reported
-        if (!_pParser->parseItem(*pInput)) {
-            _pCursor->event = END_DOCUMENT;
-        }
+    try {
+        read(*pInput, before == NO_DOCUMENT);
+    } catch (...) {
+        _failedAt = pInput->constructOctet();
+        rethrowAsOne();
     }
     _pInput = std::move(pInput);
     return _pCursor->event;
+}
+
+void FastInfosetReader::read(BitStreamReader& input, bool isBeginning) {
+    if (isBeginning) {
+        _pParser->begin(input);
+    }
+    while (_pCursor->event == NO_DOCUMENT) { // some items are not reported
+        if (!_pParser->parseItem(input)) {
+            _pCursor->event = END_DOCUMENT;
+        }
+    }
+}
+
+// What is being handled: whatever a document can cause becomes a FISException, which says where.
+void FastInfosetReader::rethrowAsOne() const {
+    try {
+        throw;
+    } catch (FISException& e) {
+        e.locate(_failedAt);
+        throw;
+    } catch (const AssertionViolationException& e) {
+        throwAt(_failedAt, FISException(e.message(), e));
+    } catch (const PoolOverflowException& e) {
+        throwAt(_failedAt, FISException(e.message(), e));
+    } catch (const std::out_of_range& e) {
+        throwAt(_failedAt, FISException(e.what()));
+    }
+}
+
+UInt64 FastInfosetReader::position() const noexcept {
+    return _pInput ? _pInput->constructOctet() : _failedAt;
 }
 
 FastInfosetReader::Event FastInfosetReader::event() const noexcept {
@@ -335,14 +376,7 @@ const XML::Attributes& FastInfosetReader::attributes() const noexcept {
 
 std::optional<std::string_view> FastInfosetReader::attribute(std::string_view localName,
                                                              std::string_view uri) const {
-    const XML::Attributes& all = attributes();
-    const int count = all.getLength();
-    for (int i = 0; i < count; ++i) {
-        if (all.getLocalName(i) == localName && all.getURI(i) == uri) {
-            return all.getValue(i);
-        }
-    }
-    return std::nullopt;
+    return attributes().find(localName, uri);
 }
 
 const TypedAttributes* FastInfosetReader::typedAttributes() const noexcept {

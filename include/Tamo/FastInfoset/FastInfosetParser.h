@@ -86,6 +86,7 @@ public:
     void setProperty(const std::string& name, void* value) override;
     void* getProperty(const std::string& name) const override;
 
+    using XMLReader::parse;
     /// Parses the byte stream of source, else its character stream, else its system identifier.
     void parse(XML::InputSource* pSource) override;
     void parse(const std::string& systemId) override;
@@ -135,6 +136,11 @@ public:
     /// of the shortest spelling, but in the tables of the header. False at first; to be set between
     /// documents.
     void setCanonicalNumbers(bool flag);
+
+    /// The octet of the document, counted from 0, at which the construct begins that is being read: in a
+    /// handler what is reported, after an exception what could not be read, else the end of the last
+    /// document. The header is one construct; an end begins in the octet that holds it.
+    UInt64 position() const noexcept;
 
     /// The octets of the last document from its first to its last one, which is where the next may begin; 0
     /// of a document that has failed.
