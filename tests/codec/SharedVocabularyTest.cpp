@@ -33,8 +33,9 @@ std::string randomEvents(std::mt19937& random, int kinds) {
     for (int i = 0; i < 12; ++i) {
         const std::string uri = pick("urn:");
         const bool isQualified = random() % 2 == 0;
-        events += isQualified ? "|+q=" + uri + "|<{" + uri + "}q:" + pick("n")
-                              : "|<" + pick("n") + " " + pick("a") + "=\"" + pick("v") + "\"";
+        events += isQualified
+                      ? "|+q=" + uri + "|<{" + uri + "}q:" + pick("n")
+                      : "|<" + pick("n") + " " + pick("a") + "=\"" + (random() % 8 ? pick("v") : "") + "\"";
         events += "|'" + pick("text") + "|#" + pick("c") + (isQualified ? "|>|-q" : "|>");
     }
     return events + "|>|-p|$";
@@ -126,7 +127,7 @@ TEST(SharedVocabularyTest, SameDocumentsAsWithCopies) {
                 reader.useVocabulary(shared);
                 reader.setStrict(strict);
                 for (int time = 0; time < 8; ++time) {
-                    const std::string events = randomEvents(random, entries + 4);
+                    const std::string events = randomEvents(random, 2 * entries + 12);
                     std::ostringstream stream;
                     NamingWriter other(stream, false, prepared);
                     other.setStrict(strict);

@@ -102,7 +102,6 @@ public:
             return;
         }
         this->resetValues();
-        _values.layOn(nullptr);
         _values.clear();
         const HashKey key = ValueIndex<T>::keyOf(T());
         _values.insertLast(this->_index, key, 0, _values.freePlace(key));
@@ -115,8 +114,7 @@ public:
             return;
         }
         this->layOn(base.values(), pOwner);
-        _values.clear();
-        _values.layOn(&base._values);
+        _values.layOn(base._values);
     }
 
 protected:

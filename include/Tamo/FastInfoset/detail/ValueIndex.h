@@ -93,8 +93,13 @@ public:
         return findFurther(values, value, key);
     }
 
-    /// Becomes the index of a table that is laid on another one, whose index is pBase; null: on none.
-    void layOn(const ValueIndex* pBase) noexcept { _pBase = pBase; }
+    /// Becomes the index of a table without values of its own that is laid on another one, whose index is
+    /// pBase.
+    void layOn(const ValueIndex& base) noexcept {
+        clear();
+        _pBase = &base;
+        enterPlaceholder();
+    }
 
     /// Where insertLast() would put a value that is not there, whose key is key.
     std::size_t freePlace(HashKey key) const noexcept {
@@ -133,6 +138,7 @@ public:
 
     /// Forgets everything, and keeps the storage unless that is large.
     void clear() noexcept {
+        _pBase = nullptr;
         if (_pSlots && _mask < MOST_KEPT) {
             static_assert(std::is_trivially_copyable_v<Slot>);
             std::memset(static_cast<void*>(_pSlots.get()), 0, (_mask + 1) * sizeof(Slot)); // empty ones
@@ -271,8 +277,19 @@ private:
         _most = slots > FIRST_SLOTS && slots < MANY_SLOTS ? slots / 2 : slots / 4 * 3;
     }
 
+    // The placeholder of a table below, where there are slots: an empty slot is taken for its own.
+    void enterPlaceholder() noexcept {
+        if (_pSlots) {
+            const HashKey key = keyOf(T());
+            put(home(key), key, 0, 1);
+        }
+    }
+
     // Enters the own ones of the first count of values anew; of equal ones the first.
     void enter(const VerbTable<T>& values, std::size_t count) {
+        if (values.base()) {
+            enterPlaceholder();
+        }
         for (std::size_t i = values.baseSize(); i < count; ++i) {
             insert(values, keyOf(*values.find(i)), sizeOf(*values.find(i)), i + 1);
         }
