@@ -42,8 +42,7 @@ std::string encode(const Recording& recording, int maxIndexedStringLength,
 
 void record(FastInfosetParser& parser, Recording& recording) {
     parser.setContentHandler(&recording);
-    parser.setProperty(XML::XMLReader::PROPERTY_LEXICAL_HANDLER,
-                       static_cast<void*>(static_cast<XML::LexicalHandler*>(&recording)));
+    parser.setLexicalHandler(&recording);
 }
 
 void expectSame(const Document& document, const Recording& recording, const char* way) {

@@ -28,8 +28,7 @@ constexpr int MAX_INDEXED = 16;
 template<class Handler>
 void setHandler(XML::XMLReader& parser, Handler& handler) {
     parser.setContentHandler(&handler);
-    parser.setProperty(XML::XMLReader::PROPERTY_LEXICAL_HANDLER,
-                       static_cast<void*>(static_cast<XML::LexicalHandler*>(&handler)));
+    parser.setLexicalHandler(&handler);
 }
 
 UInt64 replay(const DocumentSet& set) {

@@ -20,9 +20,9 @@ namespace {
 
 void writeReading(FastInfoset::FastInfosetWriter& writer, double value) {
     writer.startDocument();
-    writer.startElement("", "reading", "reading");
+    writer.startElement("reading");
     writer.encodedData(value);
-    writer.endElement("", "reading", "reading");
+    writer.endElement();
     writer.endDocument();
 }
 
@@ -54,12 +54,12 @@ void writeReadings(std::ostream& connection, const std::vector<double>& values) 
     FastInfosetWriter writer(connection, false, FastInfoset::DocumentVocabulary::VOC_MAP);
     writer.setFlush(FastInfosetWriter::Flush::DOCUMENT_END);
     writer.startDocument();
-    writer.startElement("", "readings", "readings");
+    writer.startElement("readings");
     for (const double value : values) {
         writer.encodedData(value);
         writer.flush(); // the value is on its way
     }
-    writer.endElement("", "readings", "readings");
+    writer.endElement();
     writer.endDocument();
 }
 // [/flush]

@@ -2,7 +2,6 @@
 #include "Tamo/FastInfoset/Converter.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
-#include "Tamo/XML/AttributesImpl.h"
 #include "Tamo/XML/DefaultHandler.h"
 #include <iostream>
 #include <sstream>
@@ -13,7 +12,6 @@ namespace {
 
 // [write]
 void write(std::ostream& out) {
-    const std::string none;
     const std::string jpeg("image/jpeg");
     FastInfoset::FastInfosetWriter writer(out, false, FastInfoset::DocumentVocabulary::VOC_MAP);
     // They stand in the header, so they come first; after startDocument they are refused.
@@ -22,9 +20,7 @@ void write(std::ostream& out) {
     writer.startDocument();
     writer.startDTD("book", "-//Example//Book 1.0//EN", "book.dtd");
     writer.endDTD();
-    XML::AttributesImpl attributes;
-    attributes.addAttribute(none, "picture", none, "ENTITY", "cover");
-    writer.emptyElement(none, "book", none, attributes);
+    writer.element("book", {{"picture", "cover"}});
     writer.endDocument();
 }
 // [/write]
@@ -65,8 +61,7 @@ int main() {
         FastInfoset::FastInfosetParser parser;
         parser.setContentHandler(&printer);
         parser.setDTDHandler(&printer);
-        parser.setProperty(XML::XMLReader::PROPERTY_LEXICAL_HANDLER,
-                           static_cast<void*>(static_cast<XML::LexicalHandler*>(&printer)));
+        parser.setLexicalHandler(&printer);
         parser.parseMemoryNP(document.data(), document.size());
         // [/read]
 

@@ -17,8 +17,12 @@ public:
     using FISDefaultHandler::encodedData; // the overloads that stay empty
 
     void startElement(const std::string&, const std::string& localName, const std::string&,
-                      const XML::Attributes&) override {
-        std::cout << localName << ':';
+                      const XML::Attributes& attributes) override {
+        std::cout << localName;
+        for (auto [namespaceName, name, qname, value] : attributes) {
+            std::cout << ' ' << name << '=' << value;
+        }
+        std::cout << (attributes.find("currency") ? ":" : ", of no currency:");
     }
     void encodedData(double value) override { std::cout << " double " << value; }
     void binaryData(const char*, std::size_t length) override { std::cout << ' ' << length << " octets"; }
@@ -33,16 +37,15 @@ public:
 // [/handler]
 
 std::vector<std::byte> invoice() {
-    const std::string none;
     std::ostringstream stream;
     FastInfoset::FastInfosetWriter writer(stream, false, FastInfoset::DocumentVocabulary::VOC_MAP);
     writer.startDocument();
-    writer.startElement(none, "invoice", none);
-    writer.encodedData(12.5);
+    writer.startElement("invoice", {{"currency", "EUR"}});
+    writer.text(12.5);
     writer.comment("two copies");
-    writer.characters("net");
-    writer.binaryData(std::as_bytes(std::span("scan", 4)));
-    writer.endElement(none, "invoice", none);
+    writer.text("net");
+    writer.text(std::as_bytes(std::span("scan", 4)));
+    writer.endElement();
     writer.endDocument();
     const std::string octets = stream.str();
     const auto bytes = std::as_bytes(std::span(octets));

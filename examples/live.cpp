@@ -40,10 +40,10 @@ std::string message(const std::string& first, const std::string& second) {
     FastInfoset::FastInfosetWriter writer(octets);
     writer.setStrict(true);
     writer.startDocument();
-    writer.startElement("", "tasks", "tasks");
-    writer.dataElement("", "task", "task", first);
-    writer.dataElement("", "task", "task", second);
-    writer.endElement("", "tasks", "tasks");
+    writer.startElement("tasks");
+    writer.element("task", first);
+    writer.element("task", second);
+    writer.endElement();
     writer.endDocument();
     return octets.str();
 }

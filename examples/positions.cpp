@@ -20,9 +20,9 @@ std::string writeTrack(const std::vector<Int32>& positions) {
     FastInfoset::FastInfosetWriter writer(octets, false, FastInfoset::DocumentVocabulary::VOC_MAP);
     writer.encodingAlgorithms().add(&DeltaEncoding::encode, &DeltaEncoding::check);
     writer.startDocument();
-    writer.startElement(none, "track", none);
+    writer.startElement("track");
     writer.insertEncoding(AutoPtr<FastInfoset::Encoding>(new DeltaEncoding(positions)));
-    writer.endElement(none, "track", none);
+    writer.endElement();
     writer.endDocument();
     return octets.str();
 }

@@ -1,7 +1,7 @@
 // A cursor over the document: the program asks for what comes next and keeps its own order.
+#include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/FastInfosetReader.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
-#include "Tamo/XML/AttributesImpl.h"
 #include <iostream>
 #include <numeric>
 #include <sstream>
@@ -12,31 +12,23 @@ using FastInfoset::FastInfosetReader;
 namespace {
 
 // [write]
-void writeStation(FastInfoset::FastInfosetWriter& writer, const std::string& name,
+void writeStation(FastInfoset::FastInfosetWriter& writer, std::string_view name,
                   std::span<const double> kelvin) {
-    const std::string none;
-    XML::AttributesImpl attributes;
-    attributes.addAttribute(none, "name", none, none, name);
-    writer.startElement(none, "station", none, attributes);
-    writer.dataElement(none, "remark", none, "serviced in May");
-    writer.startElement(none, "kelvin", none);
-    writer.encodedData(kelvin); // one array of doubles
-    writer.endElement(none, "kelvin", none);
-    writer.endElement(none, "station", none);
+    writer.startElement("station", {{"name", name}});
+    writer.element("remark", "serviced in May");
+    writer.element("kelvin", {{"unit", "K"}}, kelvin); // one array of doubles
+    writer.endElement();
 }
-// [/write]
 
-std::string writeLog() {
-    std::ostringstream octets;
-    FastInfoset::FastInfosetWriter writer(octets, false, FastInfoset::DocumentVocabulary::VOC_MAP);
-    writer.startDocument();
-    writer.startElement("", "log", "");
+void writeLog(std::ostream& out) {
+    FastInfoset::FastInfosetWriter writer(out, false, FastInfoset::DocumentVocabulary::VOC_MAP);
+    const FastInfoset::FastInfosetWriter::Document document(writer); // ends with the scope
+    writer.startElement("log");
     writeStation(writer, "harbour", std::vector<double>{291.15, 291.4, 293.05});
     writeStation(writer, "airport", std::vector<double>{288.5, 289});
-    writer.endElement("", "log", "");
-    writer.endDocument();
-    return octets.str();
+    writer.endElement();
 }
+// [/write]
 
 // [read]
 // The cursor stands on the start of a station and leaves at its end.
@@ -71,12 +63,25 @@ void readLog(std::istream& in) {
 }
 // [/read]
 
+// [errors]
+void readOrExplain(std::istream& in) {
+    try {
+        readLog(in);
+    } catch (const FastInfoset::FISException& e) { // whatever is wrong with the document
+        std::cout << "\ndamaged: " << e.what() << '\n';
+    }
+}
+// [/errors]
+
 } // namespace
 
 int main() {
     try {
-        std::istringstream in(writeLog());
-        readLog(in);
+        std::stringstream octets;
+        writeLog(octets);
+        readLog(octets);
+        std::istringstream torn(octets.str().substr(0, 80));
+        readOrExplain(torn);
     } catch (const std::exception& e) {
         std::cerr << e.what() << '\n';
         return 1;

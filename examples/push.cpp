@@ -59,13 +59,12 @@ private:
 // [/connection]
 
 std::string message(const std::string& text) {
-    const std::string none;
     std::ostringstream stream;
     FastInfoset::FastInfosetWriter writer(stream, false, FastInfoset::DocumentVocabulary::VOC_MAP);
     writer.startDocument();
-    writer.startElement(none, "message", none);
+    writer.startElement("message");
     writer.characters(text);
-    writer.endElement(none, "message", none);
+    writer.endElement();
     writer.endDocument();
     return stream.str();
 }

@@ -3,7 +3,6 @@
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
 #include "Tamo/XML/Attributes.h"
-#include "Tamo/XML/InputSource.h"
 #include "Tamo/XML/XMLFilterImpl.h"
 #include <cstddef>
 #include <iostream>
@@ -69,10 +68,8 @@ void redact(std::istream& in, std::ostream& out) {
     FastInfoset::FastInfosetWriter writer(out, false, FastInfoset::DocumentVocabulary::VOC_MAP);
     filter.setContentHandler(&writer);
     filter.setDTDHandler(&writer);
-    filter.setProperty(XML::XMLReader::PROPERTY_LEXICAL_HANDLER,
-                       static_cast<void*>(static_cast<XML::LexicalHandler*>(&writer)));
-    XML::InputSource source(in);
-    filter.parse(&source);
+    filter.setLexicalHandler(&writer);
+    filter.parse(in);
 }
 // [/pipeline]
 

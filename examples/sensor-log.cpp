@@ -17,21 +17,20 @@ namespace {
 
 // [batch]
 std::string writeBatch(Int32 number, const std::vector<double>& kelvin) {
-    const std::string none;
     std::ostringstream octets;
     FastInfoset::FastInfosetWriter writer(octets, false, FastInfoset::DocumentVocabulary::VOC_MAP);
     writer.setStrict(true);
     writer.startDocument();
-    writer.startElement(none, "batch", none);
-    writer.startElement(none, "number", none);
+    writer.startElement("batch");
+    writer.startElement("number");
     writer.encodedData(number);
-    writer.endElement(none, "number", none);
-    writer.startElement(none, "kelvin", none);
+    writer.endElement();
+    writer.startElement("kelvin");
     for (const double value : kelvin) {
         writer.encodedData(value);
     }
-    writer.endElement(none, "kelvin", none);
-    writer.endElement(none, "batch", none);
+    writer.endElement();
+    writer.endElement();
     writer.endDocument();
     return octets.str();
 }

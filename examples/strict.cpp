@@ -21,9 +21,9 @@ std::string writeStrictly(const std::vector<Int32>& values) {
     writer.setStrict(true);
     writer.encodingAlgorithms().add(DELTA, &DeltaEncoding::encode, &DeltaEncoding::check);
     writer.startDocument();
-    writer.startElement("", "levels", "levels");
+    writer.startElement("levels");
     writer.insertEncoding(new DeltaEncoding(values)); // the header declares its URI
-    writer.endElement("", "levels", "levels");
+    writer.endElement();
     writer.endDocument();
     return octets.str();
 }

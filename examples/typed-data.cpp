@@ -3,8 +3,12 @@
 #include "Tamo/FastInfoset/FISDefaultHandler.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
+#include "Tamo/FastInfoset/TypedAttributes.h"
 #include <iostream>
+#include <numeric>
+#include <span>
 #include <sstream>
+#include <vector>
 
 using namespace Tamo;
 using FastInfoset::DocumentVocabulary;
@@ -15,34 +19,33 @@ namespace {
 
 // [write]
 std::string writeLog() {
-    const std::string none;
     std::ostringstream octets;
     FastInfosetWriter writer(octets, false, DocumentVocabulary::VOC_MAP);
     writer.startDocument();
-    writer.startElement(none, "log", none);
+    writer.startElement("log");
 
-    writer.startElement(none, "sensor", none);
+    writer.startElement("sensor");
     writer.encodedData(UUID("6ba7b810-9dad-11d1-80b4-00c04fd430c8"));
-    writer.endElement(none, "sensor", none);
+    writer.endElement();
 
-    writer.startElement(none, "kelvin", none);
+    writer.startElement("kelvin");
     for (const double kelvin : {291.15, 291.4, 293.05}) {
         writer.encodedData(kelvin); // one array: values of one type in a row are joined
     }
-    writer.endElement(none, "kelvin", none);
+    writer.endElement();
 
-    writer.startElement(none, "valid", none);
+    writer.startElement("valid");
     for (const bool valid : {true, true, false}) {
         writer.encodedData(valid);
     }
-    writer.endElement(none, "valid", none);
+    writer.endElement();
 
-    writer.startElement(none, "calibration", none);
+    writer.startElement("calibration");
     const char curve[] = {'\x10', '\x2f', '\x00', '\xff'};
     writer.binaryData(curve, sizeof(curve));
-    writer.endElement(none, "calibration", none);
+    writer.endElement();
 
-    writer.endElement(none, "log", none);
+    writer.endElement();
     writer.endDocument();
     return octets.str();
 }
@@ -86,6 +89,36 @@ std::string copy(const std::string& document) {
 }
 // [/copy]
 
+// [attributes]
+void writePlane(FastInfosetWriter& writer) {
+    const std::vector<float> points{0.0f, 0.0f, 1.5f, 0.0f, 1.5f, -0.25f};
+    FastInfoset::TypedAttributes attributes;
+    attributes.addAttribute("", "name", "name", "plane");
+    attributes.addAttribute("", "point", "point", std::span(points));
+    writer.startElement("", "Coordinate", "Coordinate", attributes);
+    writer.endElement("", "Coordinate", "Coordinate");
+}
+// [/attributes]
+
+// [read-attributes]
+/// Adds up the arrays of numbers that stand in attributes.
+class AttributeSum : public FastInfoset::FISDefaultHandler {
+public:
+    void startElement(const std::string&, const std::string& localName, const std::string&,
+                      const XML::Attributes& attributes) override {
+        const auto* const pTyped = dynamic_cast<const FastInfoset::TypedAttributes*>(&attributes);
+        for (int i = 0; i < attributes.getLength(); ++i) {
+            std::cout << localName << ' ' << attributes.getLocalName(i) << '=' << attributes.getValue(i);
+            if (pTyped && pTyped->isTyped(i)) {
+                const std::span<const float> values = pTyped->floatValues(i);
+                std::cout << ", sum " << std::accumulate(values.begin(), values.end(), 0.0f);
+            }
+            std::cout << '\n';
+        }
+    }
+};
+// [/read-attributes]
+
 } // namespace
 
 int main() {
@@ -101,6 +134,15 @@ int main() {
         std::ostringstream text;
         FastInfoset::Converter::convertToXML(in, text, 0);
         std::cout << text.str() << '\n';
+
+        std::ostringstream plane;
+        FastInfosetWriter writer(plane, false, DocumentVocabulary::VOC_MAP);
+        writer.startDocument();
+        writePlane(writer);
+        writer.endDocument();
+        AttributeSum sum;
+        parser.setContentHandler(&sum);
+        parser.parseMemoryNP(plane.str().data(), plane.str().size());
 
         std::cout << document.size() << " octets, the copy is "
                   << (copy(document) == document ? "identical" : "different") << '\n';

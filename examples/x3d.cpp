@@ -1,6 +1,5 @@
 // Binary X3D to XML text: an external vocabulary and an encoding algorithm that are not the standard's.
 #include "Tamo/FastInfoset/FastInfosetParser.h"
-#include "Tamo/XML/InputSource.h"
 #include "Tamo/XML/XMLWriter.h"
 #include "X3DFiles.h"
 #include "X3DQuantizedFloats.h"
@@ -17,8 +16,7 @@ void readX3D(std::istream& scene, std::ostream& text, const example::X3DLists& l
     parser.decodingAlgorithms().add(example::X3DQuantizedFloats::URI, &example::X3DQuantizedFloats::decode);
     Tamo::XML::XMLWriter writer(text, Tamo::XML::XMLWriter::WRITE_XML_DECLARATION);
     parser.initialize(&writer);
-    Tamo::XML::InputSource source(scene);
-    parser.parse(&source);
+    parser.parse(scene);
 }
 // [/read]
 

@@ -1,4 +1,6 @@
 #include "EventScript.h"
+#include <span>
+#include <string_view>
 
 namespace Tamo::FastInfoset::Fuzz {
 
@@ -68,14 +70,58 @@ EventScript::Name EventScript::name(bool isAttribute) {
     return result;
 }
 
-void EventScript::start(const Handlers& handlers) {
-    XML::AttributesImpl attributes;
-    const Name element = name(false);
-    const unsigned int count = octet() % 4;
-    for (unsigned int i = 0; i < count; ++i) {
-        const Name attribute = name(true);
-        attributes.addAttribute(attribute.uri, attribute.localName, attribute.qname, "CDATA", text());
+// An attribute with a value that is typed, or text among those.
+void EventScript::addTyped(TypedAttributes& list, const Name& name) {
+    const auto add = [&](const auto& value) {
+        list.addAttribute(name.uri, name.localName, name.qname, value);
+    };
+    const unsigned int type = octet() % 8;
+    const std::size_t count = type > 1 ? octet() : 0;
+    switch (type) {
+    case 0:
+        add(std::string_view(text()));
+        break;
+    case 1: {
+        const std::string octets = text();
+        add(std::as_bytes(std::span(octets.data(), octets.size())));
+        break;
     }
+    case 2:
+        add(std::span<const Int16>(std::vector<Int16>(count, static_cast<Int16>(octet() << 8))));
+        break;
+    case 3:
+        add(std::span<const Int32>(std::vector<Int32>(count, static_cast<Int32>(octet() << 20))));
+        break;
+    case 4:
+        add(std::span<const Int64>(std::vector<Int64>(count, -static_cast<Int64>(octet()))));
+        break;
+    case 5:
+        add(std::vector<bool>(count, (octet() & 1) != 0));
+        break;
+    case 6:
+        add(std::span<const float>(std::vector<float>(count, static_cast<float>(octet()) / 3)));
+        break;
+    default:
+        add(std::span<const double>(std::vector<double>(count, 1 / static_cast<double>(octet()))));
+        break;
+    }
+}
+
+void EventScript::start(const Handlers& handlers) {
+    XML::AttributesImpl texts;
+    TypedAttributes typed;
+    const Name element = name(false);
+    const unsigned int form = octet();
+    const bool isTyped = (form & 0x80) != 0;
+    for (unsigned int i = form % 4; i > 0; --i) {
+        const Name attribute = name(true);
+        if (isTyped) {
+            addTyped(typed, attribute);
+        } else {
+            texts.addAttribute(attribute.uri, attribute.localName, attribute.qname, "CDATA", text());
+        }
+    }
+    const XML::Attributes& attributes = isTyped ? static_cast<const XML::Attributes&>(typed) : texts;
     _open.push_back(element);
     _place = CONTENT;
     handlers.content.startElement(element.uri, element.localName, element.qname, attributes);

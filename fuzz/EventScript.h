@@ -2,6 +2,7 @@
 #define TAMO_FUZZ_EVENTSCRIPT_H
 
 #include "Tamo/FastInfoset/FISContentHandler.h"
+#include "Tamo/FastInfoset/TypedAttributes.h"
 #include "Tamo/XML/AttributesImpl.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/LexicalHandler.h"
@@ -53,6 +54,7 @@ private:
     std::string declaredName();
     Name name(bool isAttribute);
     bool isContent() const { return !_open.empty() || !isTidy(); }
+    void addTyped(TypedAttributes& list, const Name& name);
     void start(const Handlers& handlers);
     void end(const Handlers& handlers);
     void event(const Handlers& handlers, unsigned int kind);

@@ -63,8 +63,7 @@ void rewrite(const std::string& xml, const Outcome& information) {
     SAXParser parser;
     parser.setContentHandler(&writer);
     parser.setDTDHandler(&writer);
-    parser.setProperty(XMLReader::PROPERTY_LEXICAL_HANDLER,
-                       static_cast<void*>(static_cast<LexicalHandler*>(&writer)));
+    parser.setLexicalHandler(&writer);
     const std::string failure =
         FastInfoset::Test::failureOf([&] { parser.parseMemoryNP(xml.data(), xml.size()); });
     if (!failure.empty()) {

@@ -178,6 +178,7 @@ void BitStreamReader::skipSlow(int numBits) {
 void BitStreamReader::continueIn(const unsigned char* pOctets, std::size_t size) {
     tamo_assert(!_pStream);
     tamo_assert(bitPos() == 0);
+    leaveConstruct();
     _discardedBits += _bitOffset;
     _bitOffset = 0;
     _cachedBits = static_cast<UInt64>(size) * Utility::SIZEOFCHARINBIT;
@@ -201,6 +202,7 @@ void BitStreamReader::refillBuffer() {
 
 void BitStreamReader::refillBufferWith(std::size_t needed) {
     tamo_assert(_pStream);
+    leaveConstruct();
     _discardedBits += _cachedBits;
     _bitOffset = 0;
     fillFrom(0, needed);
@@ -215,6 +217,7 @@ void BitStreamReader::refillBufferIfLessThanImpl(int numBits) {
         tamo_assert(_cachedBits % Utility::SIZEOFCHARINBIT == 0);
         std::memmove(_pOwnBuffer.get(), _pOwnBuffer.get() + _cachedBits / 8 - keep, keep);
     }
+    leaveConstruct();
     _discardedBits += (_bitOffset - _bitOffset % 8);
     _bitOffset %= 8;
     fillFrom(keep, (static_cast<std::size_t>(bitPos() + numBits) + 7) / 8);

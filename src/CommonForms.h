@@ -48,6 +48,9 @@ public:
     /// Whether there are as many octets as the integers and the length of one construct can take.
     TAMO_ALWAYS_INLINE bool areEnough() const noexcept { return _pEnd - _p >= ENOUGH; }
 
+    /// Where the next form begins.
+    TAMO_ALWAYS_INLINE const unsigned char* place() const noexcept { return _p; }
+
     /// The octet that the next form begins in.
     TAMO_ALWAYS_INLINE unsigned int first() const noexcept { return *_p; }
 

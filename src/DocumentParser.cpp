@@ -55,6 +55,13 @@ TAMO_ALWAYS_INLINE const std::string& DocumentParser::qualifiedName(unsigned int
     return *_pQName;
 }
 
+TAMO_ALWAYS_INLINE const XML::Attributes& DocumentParser::reportedAttributes() {
+    if (!_typedValues.isEmpty()) [[unlikely]] {
+        return typedAttributes();
+    }
+    return _attributes;
+}
+
 TAMO_ALWAYS_INLINE void DocumentParser::startElement(unsigned int index, const ResolvedNames::Name& name) {
     if (_openElements.size() >= strings().limits().maxDepth) [[unlikely]] {
         StringParser::throwLimitExceeded("Limit exceeded: element depth", strings().limits().maxDepth);
@@ -64,7 +71,7 @@ TAMO_ALWAYS_INLINE void DocumentParser::startElement(unsigned int index, const R
         // The name is handed out twice, here and at the end.
         _markup.deliver(2 * (name.octets + name.pPrefix->size()));
         handlers().pContent->startElement(*name.pUri, *name.pLocalName, qualifiedName(index, name),
-                                          _attributes);
+                                          reportedAttributes());
     }
 }
 
@@ -222,6 +229,7 @@ TAMO_ALWAYS_INLINE void DocumentParser::parseCommonElement(BitStreamReader& read
     }
     startElement(index, *pName);
     if (isEnd) {
+        reader.beginConstruct(octets.place() - 1);
         endElement();
     }
 }
@@ -270,6 +278,7 @@ template<DocumentParser::Extent EXTENT, DocumentParser::Mode MODE>
 bool DocumentParser::parseCommonItems(BitStreamReader& reader) {
     CommonForms octets(reader);
     while (octets.areEnough()) {
+        reader.beginConstruct(octets.place());
         const unsigned int b = octets.first();
         if (MODE == Mode::STRICT && _openElements.empty()) [[unlikely]] {
             if (b >= Forms::ELEMENT_END || _children.hasElement()) {
@@ -317,6 +326,7 @@ bool DocumentParser::parseItems(BitStreamReader& reader) {
             if (EXTENT == Extent::ALL && _isPart && !reader.hasOctet()) {
                 return true;
             }
+            reader.beginConstruct();
             _markup.parseDTDItem(reader);
             continue;
         }
@@ -326,6 +336,7 @@ bool DocumentParser::parseItems(BitStreamReader& reader) {
                 return true;
             }
         }
+        reader.beginConstruct();
         const unsigned char bits = RequiredBits::peek(reader, 4, END);
         if (bits != Forms::TERMINATOR) {
             if (MODE == Mode::STRICT && reader.bitPos() != 0) {
@@ -387,6 +398,7 @@ void DocumentParser::parse(BitStreamReader& reader) {
 void DocumentParser::begin(BitStreamReader& reader) {
     _openElements.clear();
     _declaredPrefixes.clear();
+    _typedValues.clear();
     _children = {};
     _documentSize = 0;
     _isPart = false;
@@ -424,6 +436,7 @@ void DocumentParser::begin(BitStreamReader& reader) {
 
 // A child on an octet boundary.
 void DocumentParser::parseElementChild(BitStreamReader& reader) {
+    reader.beginConstruct();
     const unsigned char b =
         RequiredBits::peek(reader, 8, "Unexpected end of stream while parsing element children");
     if (_isDocumentStrict) {
@@ -533,12 +546,23 @@ void DocumentParser::parseAttributes(BitStreamReader& reader) {
 }
 
 void DocumentParser::parseAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name) {
-    const std::string& value = strings().parseOtherText(reader, DocumentVocabulary::ATTRIBUTE_VALUE);
-    if (strings().isOwnText(value)) {
-        addAttribute(name, value.data(), value.size());
+    const StringParser::Value value =
+        handlers().pTyped
+            ? strings().parseAttributeValue(reader)
+            : StringParser::Value{&strings().parseOtherText(reader, DocumentVocabulary::ATTRIBUTE_VALUE)};
+    if (value.typed) {
+        _typedValues.add(_attributes.getLength(), strings().typed(), strings().typedAlgorithm());
+        _markup.deliver(CALLBACK);
+        addAttribute(name, StringParser::EMPTY);
+    } else if (strings().isOwnText(*value.pText)) {
+        addAttribute(name, value.pText->data(), value.pText->size());
     } else {
-        addAttribute(name, value);
+        addAttribute(name, *value.pText);
     }
+}
+
+TAMO_COLD const XML::Attributes& DocumentParser::typedAttributes() {
+    return _typedValues.listOf(_attributes, strings().vocabulary().algorithms(), strings().typedText());
 }
 
 // The index of the name in its table, from which it has then been resolved.

@@ -5,11 +5,14 @@
 #include "MarkupParser.h"
 #include "ResolvedNames.h"
 #include "StartVocabulary.h"
+#include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
+#include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/VocabularyLoader.h"
 #include "Tamo/FastInfoset/detail/ParsedAttributes.h"
 #include "Tamo/XML/DeliveryMeter.h"
+#include "TypedAttributeValues.h"
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -24,7 +27,6 @@ class LexicalHandler;
 
 namespace Tamo::FastInfoset {
 
-class BitStreamReader;
 class CommonForms;
 class DocumentPropertiesHandler;
 class FISContentHandler;
@@ -54,6 +56,29 @@ public:
     /// Whether documents are read by the letter of X.891; to be set between documents.
     void setStrict(bool flag) noexcept { _strict = flag; }
     bool isStrict() const noexcept { return _strict; }
+
+    /// The octet of the document at which the construct begins that is read, or was when reading ended.
+    UInt64 position() const noexcept { return _pReader ? _pReader->constructOctet() : _position; }
+
+    /// Lets read() read from the reader, so that position() and its exceptions say where.
+    template<class Read>
+    void locate(const BitStreamReader& reader, const Read& read) {
+        struct Located {
+            DocumentParser& parser;
+            ~Located() {
+                parser._position = parser._pReader->constructOctet();
+                parser._pReader = nullptr;
+            }
+        };
+        _pReader = &reader;
+        const Located located{*this};
+        try {
+            read();
+        } catch (FISException& e) {
+            e.locate(reader.constructOctet());
+            throw;
+        }
+    }
 
     /// The octets of the document that was read last.
     UInt64 documentSize() const noexcept { return _documentSize; }
@@ -140,6 +165,8 @@ private:
     void parseAttributeValue(BitStreamReader& reader, const ResolvedNames::Name& name);
     void addAttribute(const ResolvedNames::Name& name, const std::string& value);
     void addAttribute(const ResolvedNames::Name& name, const char* pValue, std::size_t size);
+    const XML::Attributes& reportedAttributes();
+    const XML::Attributes& typedAttributes();
     void endMappings();
     template<Mode MODE>
     void endDocument(BitStreamReader& reader);
@@ -168,9 +195,12 @@ private:
     ChildOrder _children;
     bool _namespacePrefixes = true;
     UInt64 _documentSize = 0;
+    UInt64 _position = 0;
+    const BitStreamReader* _pReader = nullptr; // while locate() lasts
     ResolvedNames _elementNames;
     ResolvedNames _attributeNames;
     ParsedAttributes _attributes;
+    TypedAttributeValues _typedValues;
     std::vector<DeclaredPrefix> _declaredPrefixes;
     std::vector<unsigned int> _openElements; // indexes of names
     std::string _scratch;

@@ -1,10 +1,15 @@
 #include "ElementWriter.h"
+#include "AlgorithmIndex.h"
 #include "LegalStrings.h"
 #include "Tamo/Export.h"
+#include "Tamo/FastInfoset/CDataEncoding.h"
 #include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/FastInfoset/NullEncoding.h"
+#include "Tamo/FastInfoset/TypedAttributes.h"
 #include "Tamo/XML/Name.h"
 #include <algorithm>
 #include <string_view>
+#include <typeinfo>
 
 namespace Tamo::FastInfoset {
 
@@ -15,6 +20,8 @@ using XML::NamespaceSupport;
 TAMO_CONSTINIT const std::string EMPTY;
 
 constexpr const char* ATTRIBUTE = "the value of an attribute";
+
+constexpr unsigned int TEXT = 0; // in the place of an algorithm's index
 
 std::string_view prefixOf(const std::string& qname) {
     const std::size_t colon = qname.find(':');
@@ -121,6 +128,8 @@ TAMO_ALWAYS_INLINE void ElementWriter::compose(std::streambuf* pBuf, unsigned in
         }
         if constexpr (EXTENT == Extent::PLAIN) {
             strings().writeAttributeValue(octets, *attribute.pValue);
+        } else if (isTyped(i)) {
+            strings().writeAttributeValue(octets, _typedValues[i]);
         } else {
             strings().write(octets, *attribute.pValue, DocumentVocabulary::ATTRIBUTE_VALUE);
         }
@@ -242,6 +251,60 @@ template bool ElementWriter::startPlain<ElementWriter::Mode::STRICT>(std::stream
                                                                      const std::string& qname,
                                                                      const XML::Attributes& attributes);
 
+// ---- lists of other classes than that of the last one
+
+void ElementWriter::startOther(const std::string& uri, const std::string& localName, const std::string& qname,
+                               const XML::Attributes& list) {
+    if (typeid(list) == typeid(TypedAttributes)) {
+        startTyped({uri, localName, qname}, static_cast<const TypedAttributes&>(list));
+    } else if (_strict) {
+        startStableStrictly(uri, localName, qname, _attributes.of(list));
+    } else {
+        startStable(uri, localName, qname, copied(list));
+    }
+}
+
+// The careful way is the one that knows typed values: they are no matter of many small elements.
+void ElementWriter::startTyped(const ElementName& name, const TypedAttributes& attributes) {
+    struct Forgetting {
+        std::vector<StringWriter::TypedValue>& values;
+        ~Forgetting() { values.clear(); }
+    };
+    const Forgetting forgetting{_typedValues};
+    try {
+        const int count = attributes.getLength();
+        for (int i = 0; i < count; ++i) {
+            Encoding* const pValue = attributes.encoding(i).get();
+            const unsigned int algorithm = pValue ? algorithmOf(*pValue, attributes.algorithmURI(i)) : TEXT;
+            _typedValues.push_back(algorithm != TEXT ? strings().attributeValue(*pValue, algorithm)
+                                                     : StringWriter::TypedValue());
+        }
+    } catch (...) {
+        if (_strict) {
+            constructs().dropOwnBindings();
+        }
+        throw;
+    }
+    if (!_strict) {
+        writer().startConstruct();
+    }
+    startDeclaring(name, attributes);
+}
+
+// The index of a value's algorithm in the document, or TEXT. A value that a document has brought with a URI
+// is text where that is not declared.
+unsigned int ElementWriter::algorithmOf(const Encoding& value, const std::string& uri) const {
+    const unsigned int type = value.type();
+    if (type == NullEncoding::TYPE || type == CDataEncoding::TYPE) {
+        return TEXT;
+    }
+    if (!_pAlgorithms) {
+        return uri.empty() ? type : TEXT;
+    }
+    const DocumentAlgorithms& declared = strings().vocabulary().algorithms();
+    return uri.empty() ? AlgorithmIndex::of(declared, *_pAlgorithms, value) : declared.indexOf(uri);
+}
+
 // ---- elements that may declare
 
 void ElementWriter::startDeclaring(const ElementName& name, const XML::Attributes& attributes) {
@@ -311,7 +374,7 @@ void ElementWriter::collectAttributes(const XML::Attributes& attributes, const s
         attribute.index = WrittenNames::NOT_FOUND;
         attribute.pUri = &attributes.getURI(i);
         attribute.pLocalName = &attributes.getLocalName(i);
-        attribute.pValue = &attributes.getValue(i);
+        attribute.pValue = isTyped(n) ? &EMPTY : &attributes.getValue(i);
         attribute.pQName = nullptr; // the bindings change with this element
         if (attribute.pLocalName->empty()) {
             _ownLocalNames.reserve(count); // so that its strings stay in place

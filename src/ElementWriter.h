@@ -5,6 +5,7 @@
 #include "OpenConstructs.h"
 #include "StringWriter.h"
 #include "Tamo/Export.h"
+#include "Tamo/FastInfoset/EncodingAlgorithm.h"
 #include "Tamo/Types.h"
 #include "Tamo/XML/AttributesSnapshot.h"
 #include "WrittenNames.h"
@@ -16,6 +17,8 @@
 #include <vector>
 
 namespace Tamo::FastInfoset {
+
+class TypedAttributes;
 
 /// Writes the beginnings of elements: declarations, name and attributes (ITU-T X.891, 7.3 and 7.4), and their
 /// ends. Used by one thread at a time.
@@ -55,61 +58,32 @@ public:
     /// The hot path: an element that declares nothing, by the index of its name, without attributes.
     TAMO_ALWAYS_INLINE void start(const std::string& uri, const std::string& localName,
                                   const std::string& qname, const XML::Attributes& list) {
-        const XML::Attributes& attributes = _attributes.isStable(list) ? list : copied(list);
-        std::streambuf* const pBuf = writer().startConstruct();
-        if (constructs().isPlainPlace() && !localName.empty()) [[likely]] {
-            const unsigned int index =
-                _names.find(WrittenNames::ELEMENT, uri, localName, qname, namespaces().state());
-            const int count = attributes.getLength();
-            // An unknown name's index does not fit.
-            if (count == 0 && OctetComposer::fitsPosition2(index) && pBuf) [[likely]] {
-                PutArea::put(*pBuf, [=](char* p) { return OctetComposer::integerAtPosition2(p, 0, index); });
-                constructs().startPlainElement();
-                return;
-            }
-            if (startPlain<Mode::USUAL>(pBuf, index, count, uri, localName, qname, attributes)) [[likely]] {
-                constructs().startPlainElement();
-                return;
-            }
+        if (_attributes.isStable(list)) [[likely]] {
+            startStable(uri, localName, qname, list);
+        } else {
+            startOther(uri, localName, qname, list);
         }
-        startDeclaring({uri, localName, qname}, attributes);
     }
 
-    /// Whether documents are written by the letter. Names and values are checked then, before anything of
-    /// their element is written; an element has a namespace context of its own when something is declared for
-    /// it; an attribute in a namespace has a prefix.
-    void setStrict(bool strict) noexcept {
-        _strict = strict;
-        strings().setStrict(strict);
+    /// Whether documents are written by the letter: then with the algorithms of which the values of
+    /// attributes are, borrowed. Names and values are checked, before anything of their element is written;
+    /// an element has a namespace context of its own when something is declared for it; an attribute in a
+    /// namespace has a prefix.
+    void setStrict(const EncodingAlgorithm* pAlgorithms) noexcept {
+        _strict = pAlgorithms != nullptr;
+        _pAlgorithms = pAlgorithms;
+        strings().setStrict(_strict);
         forgetNames();
     }
 
     /// The same element in the strict mode; what has been declared for one that is refused is forgotten.
     TAMO_ALWAYS_INLINE void startStrict(const std::string& uri, const std::string& localName,
                                         const std::string& qname, const XML::Attributes& list) {
-        const XML::Attributes& attributes = _attributes.isStable(list) ? list : _attributes.of(list);
-        if (constructs().isPlainPlace() && !localName.empty()) [[likely]] {
-            const unsigned int index =
-                _names.find(WrittenNames::ELEMENT, uri, localName, qname, namespaces().state());
-            const int count = attributes.getLength();
-            if (count == 0 && OctetComposer::fitsPosition2(index)) [[likely]] {
-                if (std::streambuf* const pBuf = writer().startConstruct()) [[likely]] {
-                    PutArea::put(*pBuf,
-                                 [=](char* p) { return OctetComposer::integerAtPosition2(p, 0, index); });
-                    constructs().startPlainElement();
-                    return;
-                }
-            }
-            if (!_ownPrefixes.empty()) [[unlikely]] {
-                _ownPrefixes.clear();
-            }
-            if (startPlain<Mode::STRICT>(nullptr, index, count, uri, localName, qname, attributes))
-                [[likely]] {
-                constructs().startPlainElement();
-                return;
-            }
+        if (_attributes.isStable(list)) [[likely]] {
+            startStableStrictly(uri, localName, qname, list);
+        } else {
+            startOther(uri, localName, qname, list);
         }
-        startDeclaring({uri, localName, qname}, attributes);
     }
 
     /// Declares a prefix for the next element in the strict mode.
@@ -161,6 +135,59 @@ private:
         UInt64 sizes = 0; // of values and of new names' parts, combined by "or"
     };
 
+    // An element whose list is taken as it is.
+    TAMO_ALWAYS_INLINE void startStable(const std::string& uri, const std::string& localName,
+                                        const std::string& qname, const XML::Attributes& attributes) {
+        std::streambuf* const pBuf = writer().startConstruct();
+        if (constructs().isPlainPlace() && !localName.empty()) [[likely]] {
+            const unsigned int index =
+                _names.find(WrittenNames::ELEMENT, uri, localName, qname, namespaces().state());
+            const int count = attributes.getLength();
+            // An unknown name's index does not fit.
+            if (count == 0 && OctetComposer::fitsPosition2(index) && pBuf) [[likely]] {
+                PutArea::put(*pBuf, [=](char* p) { return OctetComposer::integerAtPosition2(p, 0, index); });
+                constructs().startPlainElement();
+                return;
+            }
+            if (startPlain<Mode::USUAL>(pBuf, index, count, uri, localName, qname, attributes)) [[likely]] {
+                constructs().startPlainElement();
+                return;
+            }
+        }
+        startDeclaring({uri, localName, qname}, attributes);
+    }
+
+    TAMO_ALWAYS_INLINE void startStableStrictly(const std::string& uri, const std::string& localName,
+                                                const std::string& qname, const XML::Attributes& attributes) {
+        if (constructs().isPlainPlace() && !localName.empty()) [[likely]] {
+            const unsigned int index =
+                _names.find(WrittenNames::ELEMENT, uri, localName, qname, namespaces().state());
+            const int count = attributes.getLength();
+            if (count == 0 && OctetComposer::fitsPosition2(index)) [[likely]] {
+                if (std::streambuf* const pBuf = writer().startConstruct()) [[likely]] {
+                    PutArea::put(*pBuf,
+                                 [=](char* p) { return OctetComposer::integerAtPosition2(p, 0, index); });
+                    constructs().startPlainElement();
+                    return;
+                }
+            }
+            if (!_ownPrefixes.empty()) [[unlikely]] {
+                _ownPrefixes.clear();
+            }
+            if (startPlain<Mode::STRICT>(nullptr, index, count, uri, localName, qname, attributes))
+                [[likely]] {
+                constructs().startPlainElement();
+                return;
+            }
+        }
+        startDeclaring({uri, localName, qname}, attributes);
+    }
+
+    void startOther(const std::string& uri, const std::string& localName, const std::string& qname,
+                    const XML::Attributes& list);
+    void startTyped(const ElementName& name, const TypedAttributes& attributes);
+    unsigned int algorithmOf(const Encoding& value, const std::string& uri) const;
+    bool isTyped(std::size_t i) const noexcept { return i < _typedValues.size() && _typedValues[i].pValue; }
     const XML::Attributes& copied(const XML::Attributes& attributes);
     template<Mode MODE>
     bool startPlain(std::streambuf* pBuf, unsigned int index, int count, const std::string& uri,
@@ -206,6 +233,7 @@ private:
     XML::AttributesSnapshot _attributes;
     const void* _pSharedNames = nullptr; // the element names that tables were laid on, when names are known
     bool _strict = false;
+    const EncodingAlgorithm* _pAlgorithms = nullptr; // null in the default
     int _prefixCounter = 0;
     std::string _defaultNamespace; // under the bindings with this number, none of them for 0
     UInt64 _defaultBindings = 0;
@@ -216,6 +244,7 @@ private:
     std::vector<std::string> _ownLocalNames;
     std::vector<std::string> _ownPrefixes;
     std::vector<Declaration> _declarations;
+    std::vector<StringWriter::TypedValue> _typedValues; // one an attribute of a typed list, else empty
 };
 
 } // namespace Tamo::FastInfoset

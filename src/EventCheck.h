@@ -58,6 +58,13 @@ public:
             refuseEnd(localName, qname);
         }
     }
+    /// The same whatever the names.
+    void requireElementEnd() const {
+        if (_place != Place::CONTENT) {
+            refuseEnd({}, {});
+        }
+    }
+
     void elementEnded() noexcept {
         _open.pop_back();
         if (_open.empty()) [[unlikely]] {

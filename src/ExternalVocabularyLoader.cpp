@@ -6,7 +6,6 @@
 #include "Tamo/Path.h"
 #include "Tamo/URI.h"
 #include "Tamo/URIStreamOpener.h"
-#include "Tamo/XML/InputSource.h"
 #include "Tamo/XML/SAXParser.h"
 #include <istream>
 #include <memory>
@@ -47,10 +46,8 @@ DocumentVocabulary ExternalVocabularyLoader::loadXML(std::istream& istr, bool st
     parser.setFeature(XML::SAXParser::FEATURE_DECLARATIONS_FIRST, true);
     parser.setContentHandler(&writer);
     parser.setDTDHandler(&writer);
-    parser.setProperty(XML::XMLReader::PROPERTY_LEXICAL_HANDLER,
-                       static_cast<void*>(static_cast<XML::LexicalHandler*>(&writer)));
-    XML::InputSource source(istr);
-    parser.parse(&source);
+    parser.setLexicalHandler(&writer);
+    parser.parse(istr);
     return std::as_const(writer).getDocumentVocabulary();
 }
 
@@ -58,8 +55,7 @@ DocumentVocabulary ExternalVocabularyLoader::loadFastInfoset(std::istream& istr,
                                                              bool strict) {
     FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR, &loader);
     parser.setStrict(strict);
-    XML::InputSource source(istr);
-    parser.parse(&source);
+    parser.parse(istr);
     return parser.vocabulary();
 }
 

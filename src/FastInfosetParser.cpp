@@ -127,7 +127,7 @@ void FastInfosetParser::parseStream(std::istream& stream) {
     using Waiting = BitStreamReader::Waiting;
     BitStreamReader reader(stream, _isLive ? Waiting::FOR_OCTETS : Waiting::FOR_BLOCKS);
     const BitStreamReader::Consumption consumption(reader);
-    _pEngine->parse(reader);
+    _pEngine->locate(reader, [&] { _pEngine->parse(reader); });
 }
 
 bool FastInfosetParser::parseNext(std::istream& stream) {
@@ -136,7 +136,7 @@ bool FastInfosetParser::parseNext(std::istream& stream) {
         return false;
     }
     const BitStreamReader::Consumption consumption(reader);
-    _pEngine->parse(reader);
+    _pEngine->locate(reader, [&] { _pEngine->parse(reader); });
     return true;
 }
 
@@ -160,7 +160,7 @@ void FastInfosetParser::parse(const std::string& systemId) {
 
 void FastInfosetParser::parseMemoryNP(const char* data, std::size_t size) {
     BitStreamReader reader(data, size);
-    _pEngine->parse(reader);
+    _pEngine->locate(reader, [&] { _pEngine->parse(reader); });
 }
 
 void FastInfosetParser::setDocumentHandler(FISDocumentHandler* pDocumentHandler) {
@@ -209,6 +209,10 @@ bool FastInfosetParser::isLive() const noexcept {
 
 void FastInfosetParser::setCanonicalNumbers(bool flag) {
     _pEngine->setCanonicalNumbers(flag);
+}
+
+UInt64 FastInfosetParser::position() const noexcept {
+    return _pEngine->position();
 }
 
 UInt64 FastInfosetParser::documentSize() const noexcept {

@@ -2,6 +2,7 @@
 // parses comes without writers.
 #include "Tamo/FastInfoset/FISDefaultHandler.h"
 #include "Tamo/FastInfoset/FISDocumentHandler.h"
+#include "Tamo/FastInfoset/FISFilter.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
 #include "Tamo/XML/LexicalHandler.h"
@@ -18,8 +19,7 @@ void connect(FastInfosetParser& parser, Handler* pHandler, FISDocumentHandler* p
         parser.setContentHandler(pHandler);
         parser.setDocumentHandler(pDocumentHandler);
         parser.setDTDHandler(pHandler);
-        parser.setProperty(FastInfosetParser::PROPERTY_LEXICAL_HANDLER,
-                           static_cast<void*>(static_cast<XML::LexicalHandler*>(pHandler)));
+        parser.setLexicalHandler(pHandler);
     }
 }
 
@@ -35,6 +35,10 @@ void FastInfosetParser::initialize(XML::XMLWriter* pWriter) {
 
 void FastInfosetParser::initialize(FISDefaultHandler* pHandler) {
     connect(*this, pHandler, pHandler);
+}
+
+void FastInfosetParser::initialize(FISFilter* pFilter) {
+    connect(*this, pFilter, pFilter);
 }
 
 } // namespace Tamo::FastInfoset

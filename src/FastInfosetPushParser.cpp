@@ -32,9 +32,11 @@ public:
         start();
         if (_isInDocument) {
             _reader->continueIn(_kept.data(), _kept.size());
-            beginIfNot();
-            _engine.parsePart(*_reader, true);
-            throwDisagreement(); // what is there has been found to be no whole document
+            _engine.locate(*_reader, [this] {
+                beginIfNot();
+                _engine.parsePart(*_reader, true);
+                throwDisagreement(); // what is there has been found to be no whole document
+            });
         }
         _isUsable = true;
     }
@@ -116,6 +118,10 @@ private:
     void read(std::span<const unsigned char> octets, Stand stand) {
         _reader->continueIn(octets.data(), octets.size());
         _size += octets.size();
+        _engine.locate(*_reader, [&] { readItems(stand); });
+    }
+
+    void readItems(Stand stand) {
         beginIfNot();
         const bool isOpen = _engine.parsePart(*_reader, false);
         // By default the last octet is not read.

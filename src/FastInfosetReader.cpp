@@ -4,11 +4,25 @@
 #include "Tamo/Exception.h"
 #include "Tamo/FastInfoset/BitStreamReader.h"
 #include "Tamo/FastInfoset/FISDefaultHandler.h"
+#include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/FastInfoset/TypedAttributes.h"
 #include "Tamo/FastInfoset/TypedChunk.h"
 #include "Tamo/XML/AttributesImpl.h"
+#include <iterator>
+#include <stdexcept>
+#include <typeinfo>
 #include <utility>
 
 namespace Tamo::FastInfoset {
+
+namespace {
+
+[[noreturn]] void throwAt(UInt64 octet, FISException e) {
+    e.locate(octet);
+    throw e;
+}
+
+} // namespace
 
 /// Keeps what the parser reports of one item. The strings that it refers to are the parser's own and stay in
 /// place until the parser goes on.
@@ -37,6 +51,7 @@ public:
     std::vector<float> floats;
     std::vector<double> doubles;
     std::vector<UUID> uuids;
+    std::optional<TypedChunk> taken; // as a whole, in place of values one by one
 
     std::vector<Notation> notations;
     std::vector<UnparsedEntity> unparsedEntities;
@@ -61,6 +76,7 @@ public:
         if (valueType != PLAIN_TEXT) {
             valueType = PLAIN_TEXT;
             typedText.clear();
+            taken.reset();
             octets = {};
             int16s.clear();
             int32s.clear();
@@ -145,7 +161,14 @@ public:
     bool startTypedChunk(const TypedChunk& chunk) override {
         algorithm = chunk.algorithm();
         algorithmURI = chunk.uri();
-        return false;
+        const ValueType type = typeOf(chunk);
+        if (type == PLAIN_TEXT) {
+            return false;
+        }
+        setType(type);
+        octets = chunk.octets();
+        taken.emplace(chunk);
+        return true;
     }
 
     void setWriteXMLDeclaration(bool flag) override { xmlDeclaration = flag; }
@@ -168,6 +191,19 @@ private:
     void setText(Event kind, const char ch[], int start, int length) {
         event = kind;
         text = std::string_view(ch + start, static_cast<std::size_t>(length));
+    }
+
+    // PLAIN_TEXT of a value of an application's class, which may deliver what it likes.
+    static ValueType typeOf(const TypedChunk& chunk) noexcept {
+        return !chunk.doubleValues().empty()  ? DOUBLE
+               : !chunk.floatValues().empty() ? FLOAT
+               : !chunk.int32Values().empty() ? INT32
+               : !chunk.octets().empty()      ? OCTETS
+               : !chunk.int16Values().empty() ? INT16
+               : !chunk.int64Values().empty() ? INT64
+               : !chunk.boolValues().empty()  ? BOOLEAN
+               : !chunk.uuidValues().empty()  ? UNIQUE_ID
+                                              : PLAIN_TEXT;
     }
 
     void setType(ValueType type) {
@@ -231,6 +267,7 @@ void FastInfosetReader::open(std::string_view octets) {
 
 void FastInfosetReader::start(std::unique_ptr<BitStreamReader> pInput) {
     _pCursor->clearDocument();
+    _failedAt = 0;
     _pInput = std::move(pInput);
     _pParser->abandon();
 }
@@ -247,16 +284,45 @@ FastInfosetReader::Event FastInfosetReader::next() {
     // What throws leaves no document open.
     std::unique_ptr<BitStreamReader> pInput = std::move(_pInput);
     const BitStreamReader::Consumption consumption(*pInput);
-    if (before == NO_DOCUMENT) {
-        _pParser->begin(*pInput);
-    }
-    while (_pCursor->event == NO_DOCUMENT) { // some items are not reported
-        if (!_pParser->parseItem(*pInput)) {
-            _pCursor->event = END_DOCUMENT;
-        }
+    try {
+        read(*pInput, before == NO_DOCUMENT);
+    } catch (...) {
+        _failedAt = pInput->constructOctet();
+        rethrowAsOne();
     }
     _pInput = std::move(pInput);
     return _pCursor->event;
+}
+
+void FastInfosetReader::read(BitStreamReader& input, bool isBeginning) {
+    if (isBeginning) {
+        _pParser->begin(input);
+    }
+    while (_pCursor->event == NO_DOCUMENT) { // some items are not reported
+        if (!_pParser->parseItem(input)) {
+            _pCursor->event = END_DOCUMENT;
+        }
+    }
+}
+
+// What is being handled: whatever a document can cause becomes a FISException, which says where.
+void FastInfosetReader::rethrowAsOne() const {
+    try {
+        throw;
+    } catch (FISException& e) {
+        e.locate(_failedAt);
+        throw;
+    } catch (const AssertionViolationException& e) {
+        throwAt(_failedAt, FISException(e.message(), e));
+    } catch (const PoolOverflowException& e) {
+        throwAt(_failedAt, FISException(e.message(), e));
+    } catch (const std::out_of_range& e) {
+        throwAt(_failedAt, FISException(e.what()));
+    }
+}
+
+UInt64 FastInfosetReader::position() const noexcept {
+    return _pInput ? _pInput->constructOctet() : _failedAt;
 }
 
 FastInfosetReader::Event FastInfosetReader::event() const noexcept {
@@ -310,14 +376,67 @@ const XML::Attributes& FastInfosetReader::attributes() const noexcept {
 
 std::optional<std::string_view> FastInfosetReader::attribute(std::string_view localName,
                                                              std::string_view uri) const {
+    return attributes().find(localName, uri);
+}
+
+const TypedAttributes* FastInfosetReader::typedAttributes() const noexcept {
     const XML::Attributes& all = attributes();
-    const int count = all.getLength();
-    for (int i = 0; i < count; ++i) {
-        if (all.getLocalName(i) == localName && all.getURI(i) == uri) {
-            return all.getValue(i);
-        }
-    }
-    return std::nullopt;
+    return typeid(all) == typeid(TypedAttributes) ? static_cast<const TypedAttributes*>(&all) : nullptr;
+}
+
+// The list to ask about attribute i, which has to be there; null where all are text.
+const TypedAttributes* FastInfosetReader::typedAttribute(int i) const {
+    tamo_assert(i >= 0 && i < attributes().getLength());
+    return typedAttributes();
+}
+
+FastInfosetReader::ValueType FastInfosetReader::attributeValueType(int i) const {
+    static constexpr ValueType TYPES[] = {PLAIN_TEXT, OCTETS,  OCTETS, INT16,  INT32,
+                                          INT64,      BOOLEAN, FLOAT,  DOUBLE, UNIQUE_ID};
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    const unsigned int type = pTyped && pTyped->isTyped(i) ? pTyped->encoding(i)->type() : 0;
+    return type < std::size(TYPES) ? TYPES[type] : PLAIN_TEXT;
+}
+
+std::span<const std::byte> FastInfosetReader::attributeOctets(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->octets(i) : std::span<const std::byte>();
+}
+
+std::span<const Int16> FastInfosetReader::attributeInt16Values(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->int16Values(i) : std::span<const Int16>();
+}
+
+std::span<const Int32> FastInfosetReader::attributeInt32Values(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->int32Values(i) : std::span<const Int32>();
+}
+
+std::span<const Int64> FastInfosetReader::attributeInt64Values(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->int64Values(i) : std::span<const Int64>();
+}
+
+std::span<const float> FastInfosetReader::attributeFloatValues(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->floatValues(i) : std::span<const float>();
+}
+
+std::span<const double> FastInfosetReader::attributeDoubleValues(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->doubleValues(i) : std::span<const double>();
+}
+
+std::span<const UUID> FastInfosetReader::attributeUUIDValues(int i) const {
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->uuidValues(i) : std::span<const UUID>();
+}
+
+const std::vector<bool>& FastInfosetReader::attributeBoolValues(int i) const {
+    static const std::vector<bool> NONE;
+    const TypedAttributes* const pTyped = typedAttribute(i);
+    return pTyped ? pTyped->boolValues(i) : NONE;
 }
 
 std::span<const FastInfosetReader::PrefixMapping> FastInfosetReader::prefixMappings() const noexcept {
@@ -359,31 +478,31 @@ std::span<const std::byte> FastInfosetReader::octets() const noexcept {
 }
 
 std::span<const Int16> FastInfosetReader::int16Values() const noexcept {
-    return _pCursor->int16s;
+    return _pCursor->taken ? _pCursor->taken->int16Values() : _pCursor->int16s;
 }
 
 std::span<const Int32> FastInfosetReader::int32Values() const noexcept {
-    return _pCursor->int32s;
+    return _pCursor->taken ? _pCursor->taken->int32Values() : _pCursor->int32s;
 }
 
 std::span<const Int64> FastInfosetReader::int64Values() const noexcept {
-    return _pCursor->int64s;
+    return _pCursor->taken ? _pCursor->taken->int64Values() : _pCursor->int64s;
 }
 
 std::span<const float> FastInfosetReader::floatValues() const noexcept {
-    return _pCursor->floats;
+    return _pCursor->taken ? _pCursor->taken->floatValues() : _pCursor->floats;
 }
 
 std::span<const double> FastInfosetReader::doubleValues() const noexcept {
-    return _pCursor->doubles;
+    return _pCursor->taken ? _pCursor->taken->doubleValues() : _pCursor->doubles;
 }
 
 std::span<const UUID> FastInfosetReader::uuidValues() const noexcept {
-    return _pCursor->uuids;
+    return _pCursor->taken ? _pCursor->taken->uuidValues() : _pCursor->uuids;
 }
 
 const std::vector<bool>& FastInfosetReader::boolValues() const noexcept {
-    return _pCursor->bools;
+    return _pCursor->taken ? _pCursor->taken->boolValues() : _pCursor->bools;
 }
 
 const std::vector<Notation>& FastInfosetReader::notations() const noexcept {

@@ -1,7 +1,6 @@
 #include "Tamo/FastInfoset/FastInfosetToXML.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/StringSink.h"
-#include "Tamo/XML/InputSource.h"
 #include "Tamo/XML/XMLWriter.h"
 #include <optional>
 #include <ostream>
@@ -46,8 +45,7 @@ FastInfosetToXML::FastInfosetToXML(const ConversionOptions& options)
 FastInfosetToXML::~FastInfosetToXML() = default;
 
 void FastInfosetToXML::convert(std::istream& in, std::ostream& out) {
-    XML::InputSource source(in);
-    _pEngine->convert(out, [&] { _pEngine->parser.parse(&source); });
+    _pEngine->convert(out, [&] { _pEngine->parser.parse(in); });
 }
 
 void FastInfosetToXML::convert(std::string_view document, Sink& out) {

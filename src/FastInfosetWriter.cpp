@@ -100,6 +100,7 @@ struct FastInfosetWriter::Engine {
     ConstructWriter& writer() noexcept { return strings().writer(); }
     DocumentVocabulary& vocabulary() noexcept { return strings().vocabulary(); }
     OpenConstructs& constructs() noexcept { return strings().constructs(); }
+    const OpenConstructs& constructs() const noexcept { return elements.strings().constructs(); }
 
     // What an event has to heed; nothing as a rule.
     static constexpr unsigned int WAITING = 1; // typed data
@@ -109,6 +110,7 @@ struct FastInfosetWriter::Engine {
     HeaderWriter header;
     std::vector<AutoPtr<Encoding>> encodedData;
     EncodingAlgorithm encodingAlgorithm;
+    XML::AttributesImpl givenAttributes;   // kept for its capacity from element to element
     std::unique_ptr<StrictEvents> pStrict; // null in the default
     unsigned int heed = 0;
     Flush flush = Flush::EACH_CONSTRUCT;
@@ -310,6 +312,14 @@ void FastInfosetWriter::endElement(const std::string& uri, const std::string& lo
     _pEngine->elements.end();
 }
 
+void FastInfosetWriter::endElement() {
+    if (StrictEvents* const pStrict = _pEngine->attend()) {
+        pStrict->endElement();
+        return;
+    }
+    _pEngine->elements.end();
+}
+
 void FastInfosetWriter::startElement(const std::string& uri, const std::string& localName,
                                      const std::string& qname) {
     startElement(uri, localName, qname, emptyAttributes());
@@ -453,7 +463,7 @@ void FastInfosetWriter::setStrict(bool flag) {
         _pEngine->pStrict = flag ? std::make_unique<StrictEvents>(_pEngine->elements, _pEngine->header,
                                                                   std::as_const(_pEngine->encodingAlgorithm))
                                  : nullptr;
-        _pEngine->elements.setStrict(flag);
+        _pEngine->elements.setStrict(flag ? &_pEngine->encodingAlgorithm : nullptr);
         _pEngine->heed ^= Engine::STRICT;
     }
 }
@@ -463,6 +473,14 @@ bool FastInfosetWriter::isStrict() const noexcept {
 }
 
 // What takes the events of the strict mode, which it has to be for that.
+XML::AttributesImpl& FastInfosetWriter::givenAttributes() noexcept {
+    return _pEngine->givenAttributes;
+}
+
+const std::string& FastInfosetWriter::namespaceBoundTo(std::string_view prefix) const {
+    return std::as_const(*_pEngine).constructs().namespaces().getURI(prefix);
+}
+
 StrictEvents& FastInfosetWriter::strictEvents(const char* what) {
     if (!isStrict()) {
         throw InvalidAccessException(std::string(what) + " needs the strict mode");

@@ -86,16 +86,13 @@ public:
         while (remaining > 0) {
             const unsigned char* pOctets = nullptr;
             std::size_t count = std::min(reader.cachedOctets(pOctets) / sizeof(T), remaining);
-            const std::size_t old = values.size();
             if (count == 0) {
                 // A value across two buffers, or the end of the input, which the reader reports.
                 reader.read(straddling, sizeof(T));
-                values.resize(old + 1);
-                ByteOrder::fromBigEndianOctets(straddling.data(), 1, values.data() + old);
+                append(straddling.data(), 1, values);
                 count = 1;
             } else {
-                values.resize(old + count);
-                ByteOrder::fromBigEndianOctets(pOctets, count, values.data() + old);
+                append(pOctets, count, values);
                 reader.advance(static_cast<UInt64>(count) * sizeof(T) * 8);
             }
             remaining -= count;
@@ -104,6 +101,22 @@ public:
 
 private:
     static constexpr std::size_t BLOCK = 1024;
+
+    // Block by block, each in the nearest memory: filling the room with zeros first would go through all of
+    // it twice.
+    template<class T>
+    static void append(const void* octets, std::size_t count, std::vector<T>& values) {
+        if (values.capacity() - values.size() < count) {
+            values.reserve(std::max(values.size() + count, 2 * values.size()));
+        }
+        T block[BLOCK];
+        for (std::size_t done = 0; done < count;) {
+            const std::size_t n = std::min(count - done, BLOCK);
+            ByteOrder::fromBigEndianOctets(static_cast<const char*>(octets) + done * sizeof(T), n, block);
+            values.insert(values.end(), block, block + n);
+            done += n;
+        }
+    }
 };
 
 } // namespace Tamo::FastInfoset

@@ -9,8 +9,10 @@ void Refusal::at(const BitStreamReader& reader, std::string_view what, std::stri
 }
 
 void Refusal::atOctet(UInt64 octet, std::string_view what, std::string_view clause) {
-    throw FISEncodingException(std::string(what) + " (X.891, " + std::string(clause) + "), at octet " +
-                               std::to_string(octet));
+    FISEncodingException refused(std::string(what) + " (X.891, " + std::string(clause) + "), at octet " +
+                                 std::to_string(octet));
+    refused.locate(octet);
+    throw refused;
 }
 
 } // namespace Tamo::FastInfoset

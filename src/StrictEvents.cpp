@@ -1,4 +1,5 @@
 #include "StrictEvents.h"
+#include "AlgorithmIndex.h"
 #include "LegalStrings.h"
 #include "Tamo/FastInfoset/FISException.h"
 #include <algorithm>
@@ -207,28 +208,11 @@ void StrictEvents::version(const std::string& version) {
 // ---- typed data
 
 unsigned int StrictEvents::indexOf(const std::string& uri) const {
-    const unsigned int index = strings().vocabulary().algorithms().indexOf(uri);
-    if (index == 0) {
-        throw FISEncodingException("Cannot write a value by the encoding algorithm " +
-                                   LegalStrings::shown(uri) + ": the document does not declare it");
-    }
-    return index;
+    return AlgorithmIndex::of(strings().vocabulary().algorithms(), uri);
 }
 
-// The index of a value's algorithm in the document.
 unsigned int StrictEvents::indexOf(const Encoding& value) const {
-    constexpr unsigned int LAST_BUILT_IN = 10;
-    const unsigned int type = value.type();
-    if (type <= LAST_BUILT_IN) {
-        return type;
-    }
-    const std::vector<std::string>& uris = _algorithms.uris();
-    const std::size_t number = std::size_t{type} - EncodingAlgorithm::USER_DEFINED;
-    if (type < EncodingAlgorithm::USER_DEFINED || number >= uris.size() || uris[number].empty()) {
-        throw FISEncodingException("Cannot write a value by the encoding algorithm " + std::to_string(type) +
-                                   ": it is not registered with a URI");
-    }
-    return indexOf(uris[number]);
+    return AlgorithmIndex::of(strings().vocabulary().algorithms(), _algorithms, value);
 }
 
 void StrictEvents::requireTypedData(const Encoding& value) const {

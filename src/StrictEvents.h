@@ -50,9 +50,13 @@ public:
     TAMO_ALWAYS_INLINE void endElement(const std::string& uri, const std::string& localName,
                                        const std::string& qname) {
         _check.requireElementEnd(uri, localName, qname);
-        constructs().dropOwnBindings();
-        _elements.end();
-        _check.elementEnded();
+        endRequiredElement();
+    }
+
+    /// Ends the innermost element, whatever its name.
+    void endElement() {
+        _check.requireElementEnd();
+        endRequiredElement();
     }
 
     void startPrefixMapping(const std::string& prefix, const std::string& uri);
@@ -91,6 +95,11 @@ public:
     bool typedChunk(const TypedChunk& chunk);
 
 private:
+    TAMO_ALWAYS_INLINE void endRequiredElement() {
+        constructs().dropOwnBindings();
+        _elements.end();
+        _check.elementEnded();
+    }
     void otherCharacters(std::string_view text);
     void startRoot(const std::string& localName, const std::string& qname);
     unsigned int indexOf(const Encoding& value) const;

@@ -3,7 +3,9 @@
 #include "OwnTable.h"
 #include "Position.h"
 #include "RequiredBits.h"
+#include "Tamo/FastInfoset/CDataEncoding.h"
 #include "Tamo/FastInfoset/Decoder.h"
+#include "Tamo/FastInfoset/EncodingAlgorithm.h"
 #include "Tamo/FastInfoset/VectorVocabulary.h"
 #include <algorithm>
 #include <utility>
@@ -75,6 +77,27 @@ StringParser::Value StringParser::parseOther(BitStreamReader& reader, ID id) {
 
 // The text form: typed values become their text.
 const std::string& StringParser::parseOtherText(BitStreamReader& reader, ID id) {
+    return textOf(parseOtherValue(reader, id));
+}
+
+const std::string& StringParser::textOf(const Value& value) {
+    if (!value.pText) {
+        _text = _typedText.of(*_pTyped);
+        return _text;
+    }
+    return *value.pText;
+}
+
+StringParser::Value StringParser::parseAttributeValue(BitStreamReader& reader) {
+    const Value value = parseOtherValue(reader, DocumentVocabulary::ATTRIBUTE_VALUE);
+    if (value.typed && (_pTyped->type() == CDataEncoding::TYPE ||
+                        (!_isStrict && _typedAlgorithm >= EncodingAlgorithm::USER_DEFINED))) {
+        return {&textOf(value), false};
+    }
+    return value;
+}
+
+StringParser::Value StringParser::parseOtherValue(BitStreamReader& reader, ID id) {
     const int position = reader.bitPos();
     requirePosition(position == 0 || position == 2,
                     "Illegal startposition for a NonIdentifyingStringOrIndex value");
@@ -83,17 +106,16 @@ const std::string& StringParser::parseOtherText(BitStreamReader& reader, ID id) 
     if (isIndex) {
         unsigned int index = 0;
         Decoder::integer(reader, index);
-        return tableValue(id, index);
+        return {&tableValue(id, index), false};
     }
     const bool isAdded =
         RequiredBits::readFlag(reader, "Unexpected end of stream while parsing encoded character string");
-    if (parseEncoded(reader).typed) {
-        _text = _typedText.of(*_pTyped);
-    }
+    Value value = parseEncoded(reader);
     if (isAdded) {
+        value.pText = &textOf(value);
         keepOther(id, _text);
     }
-    return _text;
+    return value;
 }
 
 StringParser::Value StringParser::parseEncoded(BitStreamReader& reader) {

@@ -31,7 +31,8 @@ class StringParser {
 public:
     using ID = DocumentVocabulary::ID;
 
-    /// A decoded value: text, or a typed value, which typed() is then.
+    /// A decoded value: text, or a typed value, which typed() is then, and whose text is given if it has been
+    /// made.
     struct Value {
         const std::string* pText = nullptr;
         bool typed = false;
@@ -120,6 +121,10 @@ public:
     /// The same as text: typed values become theirs.
     const std::string& parseOtherText(BitStreamReader& reader, ID id);
 
+    /// The value of an attribute, which is typed where it is an array or octets, or strictly of an
+    /// application's algorithm.
+    Value parseAttributeValue(BitStreamReader& reader);
+
     /// Whether a text that was yielded belongs to no table.
     bool isOwnText(const std::string& text) const noexcept { return &text == &_text; }
 
@@ -166,6 +171,8 @@ public:
 private:
     Entry addLiteral(ID id, const char* pText, std::size_t size);
     Value parseEncoded(BitStreamReader& reader);
+    Value parseOtherValue(BitStreamReader& reader, ID id);
+    const std::string& textOf(const Value& value);
     unsigned int addToTable(ID id, const std::string& s);
     unsigned int addNameAlways(DocumentVocabulary::NameKind kind, const QualifiedNameEntry& name);
     unsigned int addStrictly(ID id, const std::string& s);

@@ -17,6 +17,7 @@
 #include <sstream>
 #include <type_traits>
 #include <typeinfo>
+#include <utility>
 
 namespace Tamo::FastInfoset {
 
@@ -59,6 +60,27 @@ bool isBuiltInArray(const Encoding& value, std::size_t& size) {
     default:
         return false;
     }
+}
+
+// What an application's class writes behind the first bits of a value, of which nothing is known before it is
+// there: the index of the algorithm, length and octets.
+std::string applicationOctets(unsigned int firstBits, int count, unsigned int algorithm,
+                              const std::function<void(BitStreamWriter&)>& write) {
+    std::ostringstream octets;
+    BitStreamWriter bits(octets, false);
+    bits.write(firstBits, count);
+    Encoder::integer(bits, algorithm);
+    write(bits);
+    if (bits.bitPos() != 0) {
+        throw FISEncodingException("Cannot write a value by the algorithm " + std::to_string(algorithm) +
+                                   ": its encoding ends within an octet");
+    }
+    return octets.str();
+}
+
+// Whether the octets of a value are its content.
+bool isOctetString(const Encoding& value) {
+    return typeid(value) == typeid(HexEncoding) || typeid(value) == typeid(DWordEncoding);
 }
 
 } // namespace
@@ -221,6 +243,37 @@ StringWriter::Found StringWriter::findOrAdd(ID id, std::string_view text) {
     return found ? Found{index, 0} : Found{NOT_FOUND, isFull ? NOT_FOUND : index};
 }
 
+// ---- typed values of attributes
+
+StringWriter::TypedValue StringWriter::attributeValue(Encoding& value, unsigned int algorithm) const {
+    const bool isOwn = algorithm == value.type();
+    const bool isOctets = isOwn && isOctetString(value);
+    std::size_t size = isOctets ? std::as_const(value).content().size() : 0;
+    if (isOctets || (isOwn && isBuiltInArray(value, size))) {
+        if (_strict) {
+            LegalStrings::requireSize("the value of an attribute", size);
+        } else {
+            requireValue(size);
+        }
+        return size != 0 ? TypedValue{&value, algorithm, {}} : TypedValue();
+    }
+    value.createContent();
+    return {&value, algorithm,
+            applicationOctets(Forms::STRING_FORM >> 4, 4, algorithm,
+                              [&value](BitStreamWriter& writer) { value.write(writer); })};
+}
+
+void StringWriter::writeAttributeValue(OctetComposer& octets, const TypedValue& value) {
+    octets.flush();
+    if (value.octets.empty()) {
+        _writer.write(Forms::STRING_FORM >> 4, 4);
+        Encoder::integer(_writer, value.algorithm);
+        value.pValue->write(_writer);
+    } else {
+        _writer.write(value.octets);
+    }
+}
+
 // ---- character chunks
 
 void StringWriter::writeText(std::string_view text) {
@@ -361,7 +414,7 @@ void StringWriter::writeTypedChunk(Encoding& value, unsigned int algorithm) {
         writeLegalText(value.content());
     } else if (isOwn && algorithm == CDataEncoding::TYPE) {
         writeCDataText(value.content());
-    } else if (isOwn && (typeid(value) == typeid(HexEncoding) || typeid(value) == typeid(DWordEncoding))) {
+    } else if (isOwn && isOctetString(value)) {
         writeFormedChunk(DocumentVocabulary::ENCODINGALGORITHM, algorithm, value.content());
     } else if (isOwn && isBuiltInArray(value, size)) {
         LegalStrings::requireSize("an array", size);
@@ -378,20 +431,10 @@ void StringWriter::writeTypedChunk(Encoding& value, unsigned int algorithm) {
 
 void StringWriter::writeApplicationChunk(unsigned int algorithm,
                                          const std::function<void(BitStreamWriter&)>& write) {
-    // Of what an application writes nothing is known before it is there.
-    std::ostringstream octets;
-    {
-        BitStreamWriter bits(octets, false);
-        bits.write((Forms::CHARACTERS | DocumentVocabulary::ENCODINGALGORITHM << 2) >> 2, 6);
-        Encoder::integer(bits, algorithm);
-        write(bits);
-        if (bits.bitPos() != 0) {
-            throw FISEncodingException("Cannot write a value by the algorithm " + std::to_string(algorithm) +
-                                       ": its encoding ends within an octet");
-        }
-    }
+    const std::string octets = applicationOctets(
+        (Forms::CHARACTERS | DocumentVocabulary::ENCODINGALGORITHM << 2) >> 2, 6, algorithm, write);
     _writer.complete(false);
-    _writer.write(octets.str());
+    _writer.write(octets);
 }
 
 } // namespace Tamo::FastInfoset

@@ -125,6 +125,20 @@ public:
         }
     }
 
+    /// A typed value of an attribute that can be written, or null for text.
+    struct TypedValue {
+        const Encoding* pValue = nullptr;
+        unsigned int algorithm = 0; ///< its index in the document
+        std::string octets;         ///< the whole value, of a class of an application's
+    };
+
+    /// Looks at a value that is to be written by the algorithm with an index: throws where that cannot be, so
+    /// to be asked before its element begins; yields none for an empty array, which has no form.
+    TypedValue attributeValue(Encoding& value, unsigned int algorithm) const;
+
+    /// Writes the typed value of an attribute.
+    void writeAttributeValue(OctetComposer& octets, const TypedValue& value);
+
     // ---- character chunks (X.891, 7.9)
 
     /// Writes ch from start on, up to length octets or the first NUL octet of ch, as a chunk.

@@ -3,7 +3,6 @@
 #include "Tamo/Exception.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
 #include "Tamo/StringSink.h"
-#include "Tamo/XML/InputSource.h"
 #include "Tamo/XML/SAXParser.h"
 #include "Tamo/XML/WhitespaceFilter.h"
 #include <optional>
@@ -47,8 +46,7 @@ struct XMLToFastInfoset::Engine {
         writer->setFlush(FastInfosetWriter::Flush::NEVER);
         reader().setContentHandler(&*writer);
         reader().setDTDHandler(&*writer);
-        reader().setProperty(XML::XMLReader::PROPERTY_LEXICAL_HANDLER,
-                             static_cast<void*>(static_cast<XML::LexicalHandler*>(&*writer)));
+        reader().setLexicalHandler(&*writer);
     }
 
     const ConversionOptions options;
@@ -70,9 +68,8 @@ void XMLToFastInfoset::convert(std::istream& in, std::ostream& out) {
     } else {
         buffer.emplace(out);
     }
-    XML::InputSource source(in);
     try {
-        _pEngine->convert(*buffer, [&] { _pEngine->reader().parse(&source); });
+        _pEngine->convert(*buffer, [&] { _pEngine->reader().parse(in); });
         buffer->finish();
     } catch (...) {
         buffer.reset(); // passes on what there is: nothing is left for a stream that may be gone

@@ -28,7 +28,7 @@ Exception& Exception::operator=(const Exception& other) {
         _message = other._message;
         _pNested = std::move(pNested);
         _code = other._code;
-        delete _pText.exchange(nullptr);
+        forgetText();
     }
     return *this;
 }
@@ -45,13 +45,13 @@ const char* Exception::className() const noexcept {
     return "Tamo::Exception";
 }
 
-// Made when it is first asked for, because name() is that of the whole object; threads that ask at the same
+// Made when it is first asked for, because the text is that of the whole object; threads that ask at the same
 // time see the same text.
 const char* Exception::what() const noexcept {
     const std::string* pText = _pText.load();
     if (!pText) {
         try {
-            auto pNew = std::make_unique<const std::string>(displayText());
+            auto pNew = std::make_unique<const std::string>(fullText());
             if (_pText.compare_exchange_strong(pText, pNew.get())) {
                 pText = pNew.release();
             }

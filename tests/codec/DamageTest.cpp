@@ -54,10 +54,13 @@ void expectSurvivesDamage(bool strict) {
             const AllocationCount allocations;
             reading.recorder.clear();
             const std::string fromMemory = failureOf([&] { parseMemory(reading.parser, damaged); });
+            const UInt64 position = reading.parser.position();
             std::istringstream stream(damaged);
             EXPECT_EQ(failureOf([&] { parseStream(reading.parser, stream); }), fromMemory);
+            EXPECT_EQ(reading.parser.position(), position);
             DribblingStream dribble(damaged);
             EXPECT_EQ(failureOf([&] { parseLive(reading.parser, dribble); }), fromMemory);
+            EXPECT_EQ(reading.parser.position(), position);
             EXPECT_LT(allocations.octets(), allocationBound(damaged.size()));
             return fromMemory;
         };

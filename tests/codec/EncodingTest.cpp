@@ -29,7 +29,7 @@ const struct {
     const char* event;
 } ALGORITHMS[] = {{&NullEncoding::decode, "null", "'"},
                   {&HexEncoding::decode, "hex", "=binary "},
-                  {&DWordEncoding::decode, "dword", "="},
+                  {&Base64Encoding::decode, "dword", "="},
                   {&ShortEncoding::decode, "Tamo::Int16", "=short "},
                   {&IntEncoding::decode, "Tamo::Int32", "=int "},
                   {&LongEncoding::decode, "Tamo::Int64", "=long "},

@@ -46,8 +46,7 @@ public:
     void connect(XML::XMLReader& reader) {
         reader.setContentHandler(this);
         reader.setDTDHandler(this);
-        reader.setProperty(XML::XMLReader::PROPERTY_LEXICAL_HANDLER,
-                           static_cast<void*>(static_cast<XML::LexicalHandler*>(this)));
+        reader.setLexicalHandler(this);
     }
     /// Becomes the document handler too.
     void connectAll(FastInfosetParser& parser) {

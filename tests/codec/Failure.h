@@ -10,6 +10,9 @@ namespace Tamo::FastInfoset::Test {
 /// condition alone. Empty when nothing is thrown.
 std::string failureOf(const std::function<void()>& use);
 
+/// How the cursor fails where a parser fails so: by FISException alone, with the same message.
+std::string cursorFailureOf(const std::string& parserFailure);
+
 } // namespace Tamo::FastInfoset::Test
 
 #endif

@@ -1,7 +1,10 @@
 // What the parser makes of documents assembled octet by octet, among them many that our writer never writes.
 #include "DocumentTest.h"
+#include "DribblingStream.h"
 #include "Tamo/Exception.h"
 #include "Tamo/FastInfoset/FISDefaultHandler.h"
+#include "Tamo/FastInfoset/FISException.h"
+#include "Tamo/FastInfoset/FastInfosetPushParser.h"
 #include "Tamo/XML/AttributesImpl.h"
 #include "Tamo/XML/DefaultHandler.h"
 #include "Tamo/XML/InputSource.h"
@@ -28,14 +31,17 @@ TEST(ParserTest, HandlersFeaturesAndProperties) {
     EXPECT_EQ(parser.getContentHandler(), &writer);
     EXPECT_EQ(parser.getDTDHandler(), &writer);
     EXPECT_EQ(parser.getDocumentHandler(), &writer);
-    EXPECT_EQ(static_cast<XML::LexicalHandler*>(parser.getProperty(XMLReader::PROPERTY_LEXICAL_HANDLER)),
-              &writer);
+    EXPECT_EQ(parser.getLexicalHandler(), &writer);
+    EXPECT_EQ(parser.getProperty(XMLReader::PROPERTY_LEXICAL_HANDLER),
+              static_cast<XML::LexicalHandler*>(&writer));
     XML::DefaultHandler other;
     parser.setEntityResolver(&other);
     parser.setErrorHandler(&other);
     parser.setProperty(XMLReader::PROPERTY_DECLARATION_HANDLER, static_cast<void*>(&stream));
     EXPECT_TRUE(parser.getEntityResolver() == &other && parser.getErrorHandler() == &other);
     EXPECT_EQ(parser.getProperty(XMLReader::PROPERTY_DECLARATION_HANDLER), &stream);
+    parser.setDeclHandler(nullptr);
+    EXPECT_EQ(parser.getProperty(XMLReader::PROPERTY_DECLARATION_HANDLER), nullptr);
     parser.setFeature(XMLReader::FEATURE_NAMESPACES, true);
     EXPECT_FAILURE("SAXNotSupportedException: namespace support cannot be disabled",
                    parser.setFeature(XMLReader::FEATURE_NAMESPACES, false));
@@ -51,6 +57,114 @@ TEST(ParserTest, HandlersFeaturesAndProperties) {
         EXPECT_FAILURE("SAXNotSupportedException: property does not take a string value: " + name,
                        parser.setProperty(name, std::string("v")));
     }
+}
+
+// Writes down where what an event reports begins.
+struct Places : XML::DefaultHandler {
+    FastInfosetParser parser;
+    std::string places;
+
+    Places() {
+        parser.setContentHandler(this);
+        parser.setLexicalHandler(this);
+    }
+    void add(char kind) { places.append(1, kind).append(std::to_string(parser.position())) += ' '; }
+    void startDocument() override { add('^'); }
+    void endDocument() override { add('$'); }
+    void startElement(const std::string&, const std::string&, const std::string&,
+                      const XML::Attributes&) override {
+        add('<');
+    }
+    void endElement(const std::string&, const std::string&, const std::string&) override { add('>'); }
+    void characters(const char[], int, int) override { add('\''); }
+    void comment(const char[], int, int) override { add('#'); }
+    void processingInstruction(const std::string&, const std::string&) override { add('?'); }
+};
+
+// In memory, in streams however they come, fed octet by octet, and for the cursor.
+TEST(ParserTest, SaysWhereConstructsBegin) {
+    const struct {
+        const char* name;
+        std::string octets;
+        const char* places;
+    } rows[] = {
+        {"an element", document("00 3C 00 61 FF"), "^0 <5 >8 $8 "},
+        {"an end in half an octet",
+         document("00 E2 00 61 3C 00 61 82 00 74 65 78 3C 00 62 F0 E1 00 70 00 64 FF"),
+         "^0 #5 <8 '11 <16 >19 ?20 >25 $25 "},
+        {"an end with that of the attributes",
+         document("00 3C 00 72 7C 00 61 78 00 78 40 31 FF 3C 00 62 F0 82 00 74 65 78 FF"),
+         "^0 <5 <8 >16 <17 >20 '21 >26 $26 "},
+        {"a text that no buffer holds",
+         document("00 3C 00 61 83 00 00 08 00") + std::string(2048 + 259, 'x') + octets("3C 00 62 FF F0"),
+         "^0 <5 '8 <2320 >2323 >2323 $2324 "}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        Places in;
+        const auto expect = [&](const char* how, const auto& read) {
+            SCOPED_TRACE(how);
+            in.places.clear();
+            EXPECT_EQ(failureOf(read), "");
+            EXPECT_EQ(in.places, row.places);
+        };
+        expect("memory", [&] { parseMemory(in.parser, row.octets); });
+        DribblingStream stream(row.octets);
+        expect("stream", [&] { parseStream(in.parser, stream); });
+        DribblingStream live(row.octets);
+        expect("live", [&] { parseLive(in.parser, live); });
+        expect("fed", [&] {
+            FastInfosetPushParser fed(in.parser);
+            for (const char octet : row.octets) {
+                fed.feed(std::as_bytes(std::span(&octet, 1)));
+            }
+        });
+        expect("cursor", [&] {
+            FastInfosetReader reader;
+            std::istringstream source(row.octets);
+            reader.open(source);
+            do {
+                const char kind = " ^[]<>'#?$&"[static_cast<int>(reader.next())];
+                in.places.append(1, kind).append(std::to_string(reader.position())) += ' ';
+            } while (reader.event() != FastInfosetReader::END_DOCUMENT);
+        });
+    }
+}
+
+TEST(ParserTest, ExceptionsSayWhere) {
+    const auto whatOf = [](const auto& read) -> std::string {
+        try {
+            read();
+        } catch (const FISException& e) {
+            return e.position() ? std::to_string(*e.position()) + ": " + e.what() : e.what();
+        }
+        return "";
+    };
+    FastInfosetParser parser;
+    EXPECT_EQ(
+        whatOf([&] { parser.parseMemory(document("00 3C 00 61 82 00 74 65")); }),
+        "8: FastInfoset Parse Exception: Unexpected end of stream while parsing octet string at octet 8");
+    EXPECT_EQ(whatOf([&] { parser.parse(std::string("/no/such/file")); }),
+              "FastInfoset Parse Exception: Cannot resolve system identifier: /no/such/file");
+    struct Refusing : XML::DefaultHandler {
+        void characters(const char[], int, int) override { throw FISException("mine"); }
+    } refusing;
+    parser.setContentHandler(&refusing);
+    EXPECT_EQ(whatOf([&] { parser.parseMemory(document("00 3C 00 61 80 74 FF")); }),
+              "8: FastInfoset Exception: mine at octet 8");
+    // What says it itself does not say it twice, and an octet within the construct is closer.
+    parser.setStrict(true);
+    EXPECT_EQ(whatOf([&] { parser.parseMemory(document("00 3C 00 61 82 00 74 E9 65 FF")); }),
+              "11: FastInfoset Encoding Exception: text that is not well-formed UTF-8 (X.891, 7.17.3), at "
+              "octet 11");
+    // An index that stands for nothing is no std::out_of_range for the cursor.
+    FastInfosetReader reader;
+    reader.setStrict(false);
+    const std::string dangling = document("00 3C 00 61 A5 FF");
+    reader.open(dangling);
+    reader.next(), reader.next();
+    EXPECT_EQ(whatOf([&] { reader.skipElement(); }),
+              "8: FastInfoset Exception: index out of range at octet 8");
+    EXPECT_EQ(reader.position(), 8u);
 }
 
 TEST(ParserTest, Sources) {
@@ -73,6 +187,10 @@ TEST(ParserTest, Sources) {
     EXPECT_EQ(parse(), "^|<a|>|$");
     source.setByteStream(bytes);
     EXPECT_EQ(parse(), "^|<a|>|$");
+    recorder.clear();
+    std::istringstream again(good);
+    parser.parse(again);
+    EXPECT_EQ(recorder.events(), "^|<a|>|$");
     source.setSystemId("file:/no/such/file");
     EXPECT_FAILURE("FISParseException: Unexpected end of stream while parsing document header",
                    parse()); // read before

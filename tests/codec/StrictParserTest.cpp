@@ -53,14 +53,15 @@ std::string outcome(const std::string& document, bool strict, V::VocabularyImpl 
     parser.setStrict(strict);
     reader.setStrict(strict);
     const std::string result = outcome(recorder, [&] { parseMemory(parser, document); });
-    EXPECT_EQ(outcome(recorder, [&] { reader.open(document), replay(reader, recorder); }), result);
+    const std::string forCursor = cursorFailureOf(result);
+    EXPECT_EQ(outcome(recorder, [&] { reader.open(document), replay(reader, recorder); }), forCursor);
     DribblingStream forParser(document);
     EXPECT_EQ(outcome(recorder, [&] { parseStream(parser, forParser); }), result);
     DribblingStream forReader(document);
-    EXPECT_EQ(outcome(recorder, [&] { reader.open(forReader), replay(reader, recorder); }), result);
+    EXPECT_EQ(outcome(recorder, [&] { reader.open(forReader), replay(reader, recorder); }), forCursor);
     const std::string more = document + PLENTY; // looked at octet by octet, and not bit by bit
     EXPECT_EQ(outcome(recorder, [&] { parseMemory(parser, more); }), result);
-    EXPECT_EQ(outcome(recorder, [&] { reader.open(more), replay(reader, recorder); }), result);
+    EXPECT_EQ(outcome(recorder, [&] { reader.open(more), replay(reader, recorder); }), forCursor);
     return result;
 }
 

@@ -4,9 +4,15 @@
 #include "Tamo/FastInfoset/CDataEncoding.h"
 #include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/Encoder.h"
+#include "Tamo/FastInfoset/FISDefaultHandler.h"
+#include "Tamo/FastInfoset/FastInfosetReader.h"
 #include "Tamo/FastInfoset/HexEncoding.h"
 #include "Tamo/FastInfoset/NullEncoding.h"
+#include "Tamo/FastInfoset/TypedAttributes.h"
 #include "Tamo/XML/XMLWriter.h"
+#include <algorithm>
+#include <functional>
+#include <span>
 
 namespace Tamo::FastInfoset::Test {
 namespace {
@@ -152,6 +158,198 @@ TEST(TypedDataTest, AlgorithmsOfTheApplication) {
     parser.initialize(&xmlWriter);
     parseMemory(parser, octets);
     EXPECT_EQ(xml.str(), "<a>100;101;99</a>");
+}
+
+// An element with a typed attribute "v" between two of text, as the handlers of both kinds and the cursor get
+// it, and as it is written again.
+class AttributeReader : public FISDefaultHandler {
+public:
+    void startElement(const std::string&, const std::string&, const std::string&,
+                      const XML::Attributes& attributes) override {
+        const auto* const pTyped = dynamic_cast<const TypedAttributes*>(&attributes);
+        isTyped = pTyped && pTyped->isTyped(1) && !pTyped->isTyped(0) && pTyped->getValue(2) == "z";
+        text = attributes.getValue("", "v");
+        uri = pTyped ? pTyped->algorithmURI(1) : "";
+    }
+    bool isTyped = false;
+    std::string text;
+    std::string uri;
+};
+
+template<class Set>
+std::string withAttribute(FastInfosetWriter& writer, std::ostringstream& stream, Set set) {
+    TypedAttributes attributes;
+    attributes.addAttribute("", "t", "t", "x");
+    set(attributes);
+    attributes.addAttribute("", "u", "u", "z");
+    writer.startDocument();
+    for (int i = 0; i < 2; ++i) { // names in full and by their indexes
+        writer.startElement("", "a", "a", attributes);
+    }
+    writer.endElement("", "a", "a");
+    writer.endElement("", "a", "a");
+    writer.endDocument();
+    return stream.str();
+}
+
+TEST(TypedDataTest, AttributesOfEveryType) {
+    using Type = FastInfosetReader::ValueType;
+    const auto set = [](const auto& value) {
+        return [value](TypedAttributes& list) { list.addAttribute("", "v", "v", value); };
+    };
+    const std::vector<Int16> shorts{-2, 7};
+    const std::vector<Int32> ints{42};
+    const std::vector<Int64> longs{-1};
+    const std::vector<float> floats{1.5f, -0.0f};
+    const std::vector<double> doubles(2000, 0.1);
+    const std::vector<UUID> uuids{UUID("6ba7b810-9dad-11d1-80b4-00c04fd430c8")};
+    const std::byte octets[] = {std::byte{1}, std::byte{2}, std::byte{3}};
+    std::string tenths;
+    std::string tenthsOctets = "30 7C 00 00 3D 77"; // 16,000 octets
+    for (std::size_t i = 0; i < doubles.size(); ++i) {
+        tenths += i == 0 ? "0.1" : " 0.1";
+        tenthsOctets += " 3F B9 99 99 99 99 99 9A";
+    }
+    const struct {
+        std::function<void(TypedAttributes&)> set;
+        std::string octets; ///< the value
+        std::string text;
+        Type type;
+        std::function<bool(const FastInfosetReader&)> isRead;
+    } rows[] = {{set(std::span(shorts)), "30 23 FF FE 00 07", "-2 7", Type::INT16,
+                 [&](const auto& r) { return std::ranges::equal(r.attributeInt16Values(1), shorts); }},
+                {set(std::span(ints)), "30 33 00 00 00 2A", "42", Type::INT32,
+                 [&](const auto& r) { return std::ranges::equal(r.attributeInt32Values(1), ints); }},
+                {set(std::span(longs)), "30 47 FF FF FF FF FF FF FF FF", "-1", Type::INT64,
+                 [&](const auto& r) { return std::ranges::equal(r.attributeInt64Values(1), longs); }},
+                {set(std::vector<bool>{true, false}), "30 50 28", "true false", Type::BOOLEAN,
+                 [&](const auto& r) {
+                     return r.attributeBoolValues(1) == std::vector<bool>{true, false};
+                 }},
+                {set(std::span(floats)), "30 67 3F C0 00 00 80 00 00 00", "1.5 -0", Type::FLOAT,
+                 [&](const auto& r) { return std::ranges::equal(r.attributeFloatValues(1), floats); }},
+                {set(std::span(doubles)), tenthsOctets, tenths, Type::DOUBLE,
+                 [&](const auto& r) { return std::ranges::equal(r.attributeDoubleValues(1), doubles); }},
+                {set(std::span(uuids)), "30 88 07 6B A7 B8 10 9D AD 11 D1 80 B4 00 C0 4F D4 30 C8",
+                 "6BA7B810-9DAD-11D1-80B4-00C04FD430C8", Type::UNIQUE_ID,
+                 [&](const auto& r) { return std::ranges::equal(r.attributeUUIDValues(1), uuids); }},
+                {set(std::span<const std::byte>(octets)), "30 12 01 02 03", "AQID", Type::OCTETS,
+                 [&](const auto& r) { return std::ranges::equal(r.attributeOctets(1), octets); }},
+                {set(AutoPtr<Encoding>(new HexEncoding("0A1B"))), "30 01 0A 1B", "0A1B", Type::OCTETS,
+                 [&](const auto& r) {
+                     return r.attributeOctets(1).size() == 2 && r.attributeInt16Values(0).empty();
+                 }},
+                // What has no octets, and what is text, is text.
+                {set(std::span(shorts).first(0)), "FF", "", Type::PLAIN_TEXT,
+                 [&](const auto& r) { return r.attributeInt16Values(1).empty() && !r.typedAttributes(); }},
+                {set(AutoPtr<Encoding>(new CDataEncoding("x"))), "80", "x", Type::PLAIN_TEXT,
+                 [&](const auto& r) { return r.attributeOctets(1).empty() && !r.typedAttributes(); }}};
+    for (const bool strict : {false, true}) {
+        for (const auto& row : rows) {
+            SCOPED_TRACE(row.text.substr(0, 40));
+            std::ostringstream stream;
+            FastInfosetWriter writer(stream, false, DocumentVocabulary::VOC_MAP);
+            writer.setStrict(strict);
+            const std::string written = withAttribute(writer, stream, row.set);
+            const bool isTyped = row.type != Type::PLAIN_TEXT;
+            if (isTyped) {
+                EXPECT_EQ(hex(written),
+                          hex(document("00 7C 00 61 78 00 74 40 78 78 00 76 " + row.octets +
+                                       " 78 00 75 40 7A F0 40 00 80 01 " + row.octets + " 02 81 FF FF")));
+            }
+            FastInfosetParser parser(DocumentVocabulary::VOC_MAP);
+            parser.setStrict(strict);
+            std::string text = row.text;
+            if (strict && row.type == Type::UNIQUE_ID) {
+                std::ranges::transform(text, text.begin(), [](char c) { return c >= 'A' ? c | 0x20 : c; });
+            }
+            AttributeReader typed;
+            parser.initialize(&typed);
+            parseMemory(parser, written);
+            EXPECT_EQ(typed.isTyped, isTyped);
+            EXPECT_EQ(typed.text, text);
+            std::ostringstream xml;
+            XML::XMLWriter xmlWriter(xml);
+            parser.initialize(&xmlWriter);
+            parseMemory(parser, written);
+            EXPECT_EQ(xml.str(),
+                      "<a t=\"x\" v=\"" + text + "\" u=\"z\"><a t=\"x\" v=\"" + text + "\" u=\"z\"/></a>");
+            std::ostringstream again;
+            writer.reset(again);
+            parser.initialize(&writer);
+            parseMemory(parser, written);
+            EXPECT_EQ(hex(again.str()), hex(written));
+            FastInfosetReader reader;
+            reader.setStrict(strict);
+            reader.open(written);
+            while (reader.next() != FastInfosetReader::START_ELEMENT) {
+            }
+            EXPECT_EQ(reader.attributeValueType(1), row.type);
+            EXPECT_EQ(reader.attributeValueType(0), Type::PLAIN_TEXT);
+            EXPECT_TRUE(row.isRead(reader));
+            EXPECT_EQ(reader.attribute("v"), text);
+            EXPECT_THROW(reader.attributeValueType(3), AssertionViolationException);
+        }
+    }
+    // A value that is to be entered in the table is typed where it stands, and text where that is referred
+    // to.
+    AttributeReader typed;
+    FastInfosetParser parser;
+    parser.initialize(&typed);
+    const char* const ends[][2] = {{" FF F0", "5"}, {" F0 40 00 80 01 80 02 82 FF FF", "AQIDBA=="}};
+    for (const auto& [end, text] : ends) {
+        parseMemory(parser,
+                    document(std::string("00 7C 00 61 78 00 74 70 13 01 02 03 04 78 00 76 70 21 00 05 "
+                                         "78 00 75 40 7A") +
+                             end));
+        EXPECT_EQ(typed.text, text);
+    }
+}
+
+TEST(TypedDataTest, AttributesByAlgorithmsOfTheApplication) {
+    const auto set = [](TypedAttributes& list) {
+        list.addAttribute("", "v", "v", AutoPtr<Encoding>(new SmallNumbers("de")));
+    };
+    std::ostringstream stream;
+    FastInfosetWriter writer(stream, false, DocumentVocabulary::VOC_MAP);
+    writer.setStrict(true);
+    EXPECT_FAILURE(
+        "FISEncodingException: Cannot write a value by the encoding algorithm 32: it is not registered "
+        "with a URI",
+        withAttribute(writer, stream, set));
+    stream.str("");
+    writer.reset(stream);
+    writer.encodingAlgorithms().add("urn:s", &SmallNumbers::encode, &SmallNumbers::check);
+    const std::string written = withAttribute(writer, stream, set);
+    EXPECT_NE(written.find("\x31\xF1"
+                           "de"),
+              std::string::npos);
+
+    FastInfosetParser parser(DocumentVocabulary::VOC_MAP);
+    parser.setStrict(true);
+    parser.decodingAlgorithms().add("urn:s", &SmallNumbers::decode);
+    AttributeReader typed;
+    parser.initialize(&typed);
+    parseMemory(parser, written);
+    EXPECT_TRUE(typed.isTyped);
+    EXPECT_EQ(typed.text + typed.uri, "100;101urn:s");
+    std::ostringstream again;
+    writer.reset(again);
+    parser.initialize(&writer);
+    parseMemory(parser, written);
+    EXPECT_EQ(hex(again.str()), hex(written));
+    // A writer that does not know the algorithm writes the text.
+    std::ostringstream texts;
+    FastInfosetWriter plain(texts, false, DocumentVocabulary::VOC_MAP);
+    parser.setContentHandler(&plain);
+    parser.setDocumentHandler(nullptr); // who would else give the writer the document's algorithms
+    for (const bool strict : {false, true}) {
+        plain.reset(texts);
+        plain.setStrict(strict);
+        texts.str("");
+        parseMemory(parser, written);
+        EXPECT_NE(texts.str().find("100;101"), std::string::npos);
+    }
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // What the writer writes, octet by octet, and that every reader understands it.
 #include "DocumentTest.h"
 #include "Tamo/Exception.h"
+#include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/MapVocabulary.h"
 #include "Tamo/HashKey.h"
 #include "Tamo/XML/AttributesImpl.h"
@@ -409,6 +410,81 @@ TEST(WriterTest, Conveniences) {
             document([&](FastInfosetWriter& w) { w.startDocument(), row.use(w), w.endDocument(); });
         EXPECT_EQ(eventsOf(octets), "^|" + row.read + (row.read.empty() ? "$" : "|$"));
     }
+}
+
+// Octet for octet, in both modes.
+TEST(WriterTest, CallsWriteWhatTheirEventsDo) {
+    const std::vector<double> numbers{0.5, 12};
+    const std::string empty;
+    const struct {
+        std::function<void(FastInfosetWriter&)> use;
+        std::string events;
+    } rows[] = {
+        {[](auto& w) {
+             w.startElement("a", {{"x", "1"}, {"p:y", ""}}), w.endElement();
+         },
+         R"(<{d}a x="1" {u}p:y=""|>)"},
+        {[](auto& w) {
+             w.element("p:b", {{"xml:lang", "de"}}, std::string("text"));
+         },
+         R"(<{u}p:b {http://www.w3.org/XML/1998/namespace}xml:lang="de"|'text|>)"},
+        {[](auto& w) { w.element("c"), w.element("c", "12.5"), w.element("c", 12.5), w.element("c", 7); },
+         "<{d}c|>|<{d}c|'12.5|>|<{d}c|=double 12.5|>|<{d}c|=int 7|>"},
+        {[&](auto& w) {
+             w.text(numbers), w.text(empty), w.text(true), w.text(std::as_bytes(std::span("", 1)));
+         },
+         "=double 0.5|=double 12|=bool true|=binary 00"}};
+    for (const bool isStrict : {false, true}) {
+        const std::string octets = document([&](FastInfosetWriter& writer) {
+            writer.setStrict(isStrict);
+            const FastInfosetWriter::Document scope(writer);
+            writer.startPrefixMapping("", "d"), writer.startPrefixMapping("p", "u");
+            writer.startElement("root");
+            for (const auto& row : rows) {
+                row.use(writer);
+            }
+            EXPECT_FAILURE("FISEncodingException: No namespace is bound to the prefix of the name: q:a",
+                           writer.element("q:a"));
+            EXPECT_FAILURE("FISEncodingException: A namespace declaration is no attribute, but a call of "
+                           "startPrefixMapping: xmlns",
+                           writer.element("a", {{"xmlns", "w"}}));
+            writer.endElement();
+        });
+        std::string events = "^|+=d|+p=u|<{d}root|";
+        for (const auto& row : rows) {
+            events += row.events + "|";
+        }
+        const std::string expected = document([&](FastInfosetWriter& writer) {
+            writer.setStrict(isStrict);
+            std::istringstream tokens(events + ">|$");
+            for (std::string token; std::getline(tokens, token, '|');) {
+                token == ">" ? writer.endElement() : play(token, writer); // which has no names for it
+            }
+        });
+        EXPECT_EQ(hex(octets), hex(expected));
+    }
+}
+
+TEST(WriterTest, AScopeEndsADocumentThatIsWhole) {
+    std::ostringstream stream;
+    FastInfosetWriter writer(stream);
+    writer.setStrict(true);
+    EXPECT_THROW({ const FastInfosetWriter::Document none(writer); }, FISEncodingException); // no element
+    writer.reset(stream);
+    EXPECT_THROW(
+        {
+            const FastInfosetWriter::Document torn(writer);
+            writer.startElement("a");
+            throw IOException("of the program's own");
+        },
+        IOException);
+    stream.str("");
+    writer.reset(stream);
+    {
+        const FastInfosetWriter::Document whole(writer);
+        writer.element("a");
+    }
+    EXPECT_EQ(stream.str(), document("00 3C 00 61 FF"));
 }
 
 TEST(WriterTest, OptionsAndLifecycle) {

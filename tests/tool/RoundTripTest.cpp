@@ -124,6 +124,18 @@ TEST_F(RoundTripTest, TypedContent) {
              "finf decode typed -o out.xml -f");
         EXPECT_EQ(static_cast<int>(read("plain").size()) - static_cast<int>(read("typed").size()), row.saved);
         EXPECT_EQ(canonical("out.xml"), canonical("in.xml"));
+        const std::string text(row.content);
+        if (text.find('<') == std::string::npos) { // the same as an attribute
+            // Up to two octets have a short length there and here, up to eight in an attribute.
+            const int octets = static_cast<int>(text.size()) - row.saved - 1;
+            const bool isShort = row.saved != 0 && octets > 2 && octets <= 8;
+            write("in.xml", "<a u='b' v='" + text + "'/>");
+            must("finf encode in.xml -o plain -f; finf encode in.xml -o typed --typed -f;"
+                 "finf decode typed -o out.xml -f; finf validate -q typed");
+            EXPECT_EQ(static_cast<int>(read("plain").size()) - static_cast<int>(read("typed").size()),
+                      row.saved + (isShort ? 1 : 0));
+            EXPECT_EQ(canonical("out.xml"), canonical("in.xml"));
+        }
     }
 }
 

@@ -1,6 +1,7 @@
 #include "Tamo/XML/AttributesImpl.h"
 #include <array>
 #include <gtest/gtest.h>
+#include <ranges>
 #include <string>
 
 using namespace Tamo::XML;
@@ -83,6 +84,15 @@ TEST(Attributes, HaveTheSameLookUpsWhetherTheListWritesThemOrNot) {
             EXPECT_EQ(pList->getType(c.qname), c.type);
             EXPECT_EQ(pList->getValue(c.uri, c.localName), c.value);
             EXPECT_EQ(pList->getValue(c.qname), c.value);
+            EXPECT_EQ(pList->find(c.localName, c.uri).value_or(""), c.value);
+            EXPECT_EQ(pList->find(c.localName, c.uri).has_value(), c.index >= 0);
         }
+        static_assert(std::ranges::forward_range<const Attributes>);
+        std::string all;
+        for (auto [uri, localName, qname, value] : *pList) {
+            all.append(uri).append("|").append(localName).append("|").append(qname).append("=").append(
+                value) += ' ';
+        }
+        EXPECT_EQ(all, "|a|a=1 u|a|p:a=2 v|a|q:a=3 ");
     }
 }

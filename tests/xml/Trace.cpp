@@ -15,7 +15,7 @@ std::string orDash(const std::string* pText) {
 void Trace::connect(XMLReader& reader) {
     reader.setContentHandler(this);
     reader.setDTDHandler(this);
-    reader.setProperty(XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<LexicalHandler*>(this));
+    reader.setLexicalHandler(this);
 }
 
 void Trace::event(const std::string& text) {

@@ -25,6 +25,16 @@ int Attributes::getIndex(const std::string& qname) const {
     return -1;
 }
 
+std::optional<std::string_view> Attributes::find(std::string_view localName, std::string_view uri) const {
+    const int count = getLength();
+    for (int i = 0; i < count; ++i) {
+        if (getLocalName(i) == localName && getURI(i) == uri) {
+            return getValue(i);
+        }
+    }
+    return std::nullopt;
+}
+
 const std::string& Attributes::getType(const std::string& uri, const std::string& localName) const {
     const int i = getIndex(uri, localName);
     return i < 0 ? NONE : getType(i);

@@ -41,8 +41,8 @@ public:
     /// The qualified name of the exception's class.
     virtual const char* className() const noexcept;
 
-    /// The same as displayText(), for code that knows std::exception only; kept in this exception. Where
-    /// there is no memory for it, message() or name() alone.
+    /// The same as displayText(), with what a child adds, for code that knows std::exception only; kept in
+    /// this exception. Where there is no memory for it, message() or name() alone.
     const char* what() const noexcept override;
 
     /// The message, followed by ": " and the argument when there is one.
@@ -63,6 +63,13 @@ public:
 
     /// Throws a copy of this exception as its own class.
     [[noreturn]] virtual void rethrow() const;
+
+protected:
+    /// What what() says.
+    virtual std::string fullText() const { return displayText(); }
+
+    /// Has what() ask fullText() again; nobody may be reading the exception.
+    void forgetText() noexcept { delete _pText.exchange(nullptr); }
 
 private:
     std::string _message;

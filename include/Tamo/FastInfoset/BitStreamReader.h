@@ -168,6 +168,18 @@ public:
     /// Position of the next bit, in bits from the start of the source.
     UInt64 position() const noexcept { return _discardedBits + _bitOffset; }
 
+    /// Keeps in mind that a construct begins in the octet of the next bit, or in one of those that
+    /// cachedOctets() has told of.
+    void beginConstruct() noexcept { _pConstruct = _pBuffer + (_bitOffset >> 3); }
+    void beginConstruct(const unsigned char* pOctet) noexcept { _pConstruct = pOctet; }
+
+    /// The octet in which the last of them begins, counted from the start of the source; 0 before.
+    UInt64 constructOctet() const noexcept {
+        return _pConstruct
+                   ? _discardedBits / Utility::SIZEOFCHARINBIT + static_cast<UInt64>(_pConstruct - _pBuffer)
+                   : _constructOctet;
+    }
+
     /// The octets that have been taken from the source: of a memory block all.
     UInt64 obtained() const noexcept { return (_discardedBits + _cachedBits) / Utility::SIZEOFCHARINBIT; }
 
@@ -212,6 +224,12 @@ public:
     }
 
 private:
+    // What is in the buffer will be elsewhere.
+    void leaveConstruct() noexcept {
+        _constructOctet = constructOctet();
+        _pConstruct = nullptr;
+    }
+
     Int64 unreadBits() const noexcept { return static_cast<Int64>(_cachedBits - _bitOffset); }
 
     bool peekBits(unsigned char& value, int numBits) {
@@ -242,6 +260,8 @@ private:
     UInt64 _discardedBits = 0;
     UInt64 _maxStringLength = std::numeric_limits<UInt64>::max();
     const unsigned char* _pBuffer;
+    const unsigned char* _pConstruct = nullptr; // in the buffer; null: where _constructOctet says
+    UInt64 _constructOctet = 0;
     bool _strict = false;
     Waiting _waiting = Waiting::FOR_BLOCKS;
     UInt64 _consumed = 0; // octets taken from a stream that is read octet by octet; obtained() are looked at

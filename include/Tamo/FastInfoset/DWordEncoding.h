@@ -49,6 +49,9 @@ public:
     void handle(FISContentHandler* handler) const override;
 };
 
+/// The same by the name of what its text is: octets, the built-in algorithm 2 (X.891, 10.3).
+using Base64Encoding = DWordEncoding;
+
 } // namespace Tamo::FastInfoset
 
 #endif

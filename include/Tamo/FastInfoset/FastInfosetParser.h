@@ -26,6 +26,7 @@ class FastInfosetPushParser;
 class FastInfosetWriter;
 class FISDefaultHandler;
 class FISDocumentHandler;
+class FISFilter;
 class VocabularyLoader;
 
 /// Reads a Fast Infoset document (ITU-T X.891) and reports it as SAX2 events.
@@ -85,6 +86,7 @@ public:
     void setProperty(const std::string& name, void* value) override;
     void* getProperty(const std::string& name) const override;
 
+    using XMLReader::parse;
     /// Parses the byte stream of source, else its character stream, else its system identifier.
     void parse(XML::InputSource* pSource) override;
     void parse(const std::string& systemId) override;
@@ -135,6 +137,11 @@ public:
     /// documents.
     void setCanonicalNumbers(bool flag);
 
+    /// The octet of the document, counted from 0, at which the construct begins that is being read: in a
+    /// handler what is reported, after an exception what could not be read, else the end of the last
+    /// document. The header is one construct; an end begins in the octet that holds it.
+    UInt64 position() const noexcept;
+
     /// The octets of the last document from its first to its last one, which is where the next may begin; 0
     /// of a document that has failed.
     UInt64 documentSize() const noexcept;
@@ -154,6 +161,9 @@ public:
 
     /// Sets a handler as all of the handlers. A null handler is left out.
     void initialize(FISDefaultHandler* pHandler);
+
+    /// Sets a filter as all of the handlers. A null filter is left out.
+    void initialize(FISFilter* pFilter);
 
     /// What absent parts of names refer to.
     static const std::string& EMPTY_STRING;

@@ -24,6 +24,7 @@ namespace Tamo::FastInfoset {
 
 class BitStreamReader;
 class DocumentParser;
+class TypedAttributes;
 class VocabularyLoader;
 
 /// Reads a Fast Infoset document (ITU-T X.891) as a cursor that the program moves: for those who would rather
@@ -37,12 +38,17 @@ class VocabularyLoader;
 ///
 /// A reader reads any number of documents, one at a time, also after an exception, and is used by one thread
 /// at a time. Documents are read by the letter of X.891 unless setStrict(false) asks for the default of
-/// FastInfosetParser. Exceptions are those of FastInfosetParser; after one, and before open(), next() throws
+/// FastInfosetParser.
+///
+/// Whatever a document can cause is a FISException, which says at which octet; where FastInfosetParser throws
+/// std::out_of_range, AssertionViolationException or PoolOverflowException it has their message. Beside it
+/// there are IOException for a failing stream, what the loader and the algorithms of the application throw
+/// (unless it is one of those), and std::bad_alloc. After an exception, and before open(), next() throws
 /// InvalidAccessException.
 class TAMO_API FastInfosetReader {
 public:
     /// What the cursor stands on.
-    enum Event {
+    enum class Event {
         NO_DOCUMENT,            ///< none is open, or next() was not called yet
         START_DOCUMENT,         ///< the header is read: notations(), unparsedEntities(), vocabulary()
         START_DTD,              ///< publicId(), systemId()
@@ -55,6 +61,7 @@ public:
         END_DOCUMENT,           ///< next() stays here
         ENTITY_REFERENCE ///< target(): the name of an entity that is not expanded; strict reading alone
     };
+    using enum Event;
 
     /// A piece of additional data (X.891, 7.2.7).
     struct AdditionalDatum {
@@ -63,7 +70,8 @@ public:
     };
 
     /// How a TEXT event is carried.
-    enum ValueType { PLAIN_TEXT, OCTETS, INT16, INT32, INT64, BOOLEAN, FLOAT, DOUBLE, UNIQUE_ID };
+    enum class ValueType { PLAIN_TEXT, OCTETS, INT16, INT32, INT64, BOOLEAN, FLOAT, DOUBLE, UNIQUE_ID };
+    using enum ValueType;
 
     /// A namespace declaration; an empty URI undeclares the prefix.
     struct PrefixMapping {
@@ -125,8 +133,25 @@ public:
     /// The element's attributes, without the namespace declarations.
     const XML::Attributes& attributes() const noexcept;
 
-    /// The value of the element's attribute with this name; none when there is no such attribute.
+    /// The value of the element's attribute with this name; none when there is no such attribute. The same as
+    /// attributes().find().
     std::optional<std::string_view> attribute(std::string_view localName, std::string_view uri = {}) const;
+
+    /// How the document carries the value of the element's attribute i, PLAIN_TEXT too for a value of an
+    /// application's class, and its values, empty unless it is of that type; attributes() has the text, made
+    /// on the first call. An i outside of attributes() throws AssertionViolationException.
+    ValueType attributeValueType(int i) const;
+    std::span<const std::byte> attributeOctets(int i) const;
+    std::span<const Int16> attributeInt16Values(int i) const;
+    std::span<const Int32> attributeInt32Values(int i) const;
+    std::span<const Int64> attributeInt64Values(int i) const;
+    std::span<const float> attributeFloatValues(int i) const;
+    std::span<const double> attributeDoubleValues(int i) const;
+    std::span<const UUID> attributeUUIDValues(int i) const;
+    const std::vector<bool>& attributeBoolValues(int i) const;
+
+    /// The element's attributes with what else is known of their values, null where all are text.
+    const TypedAttributes* typedAttributes() const noexcept;
 
     /// The namespace declarations of the element.
     std::span<const PrefixMapping> prefixMappings() const noexcept;
@@ -178,6 +203,10 @@ public:
     const std::optional<std::string>& version() const noexcept;
     const std::vector<AdditionalDatum>& additionalData() const noexcept;
 
+    /// The octet of the document, counted from 0, at which the construct begins that the cursor stands on, or
+    /// that could not be read when next() has thrown; 0 for all of the header.
+    UInt64 position() const noexcept;
+
     /// At END_DOCUMENT: the octets of the document, which is where the next may begin.
     UInt64 documentSize() const noexcept;
 
@@ -213,7 +242,10 @@ private:
     class Cursor;
 
     void start(std::unique_ptr<BitStreamReader> pInput);
+    void read(BitStreamReader& input, bool isBeginning);
+    [[noreturn]] void rethrowAsOne() const;
     void requireElement() const;
+    const TypedAttributes* typedAttribute(int i) const;
 
     // What opens vocabularies, as in FastInfosetParser.
     struct Opening {
@@ -226,6 +258,7 @@ private:
     std::unique_ptr<DocumentParser> _pParser;
     std::unique_ptr<Cursor> _pCursor;
     std::unique_ptr<BitStreamReader> _pInput; // null while no document is open
+    UInt64 _failedAt = 0;
     bool _isLive = false;
 };
 

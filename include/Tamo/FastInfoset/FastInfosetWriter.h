@@ -13,6 +13,7 @@
 #include "Tamo/XML/LexicalHandler.h"
 #include <concepts>
 #include <cstddef>
+#include <initializer_list>
 #include <iosfwd>
 #include <limits>
 #include <memory>
@@ -20,6 +21,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 namespace Tamo {
 class Sink;
@@ -27,7 +29,8 @@ class Sink;
 
 namespace Tamo::XML {
 class Attributes;
-}
+class AttributesImpl;
+} // namespace Tamo::XML
 
 namespace Tamo::FastInfoset {
 
@@ -132,7 +135,7 @@ public:
     /// an XML::AttributesImpl or an XML::StableAttributes.
     void startElement(const std::string& uri, const std::string& localName, const std::string& qname,
                       const XML::Attributes& attributes) override;
-    /// Ends the open element; the names are not compared.
+    /// Ends the open element; the names are compared in the strict mode alone.
     void endElement(const std::string& uri, const std::string& localName, const std::string& qname) override;
     /// Writes ch from start on, up to length octets or the first NUL octet of ch.
     void characters(const char ch[], int start, int length) override;
@@ -258,6 +261,65 @@ public:
     void encodedData(std::span<const double> values) { insertValues(values); }
     void encodedData(std::span<const UUID> values) { insertValues(values); }
 
+    // Calls without ceremony. A name is as in XML text: its prefix, or none for an element, stands for the
+    // namespace name that startPrefixMapping() has bound to it. A prefix that is bound to none throws
+    // FISEncodingException, as do attributes "xmlns" and "xmlns:...": declarations are no attributes.
+
+    /// The name and the value of an attribute.
+    using NameAndValue = std::pair<std::string_view, std::string_view>;
+
+    /// Starts an element: `startElement("item", {{"id", id}, {"unit", "kg"}})`.
+    void startElement(std::string_view name, std::initializer_list<NameAndValue> attributes = {});
+
+    /// Ends the innermost element, whatever its name.
+    void endElement();
+
+    /// An element without content.
+    void element(std::string_view name, std::initializer_list<NameAndValue> attributes = {});
+
+    /// An element with a value, which is written as by text().
+    template<class T>
+    void element(std::string_view name, const T& value) {
+        element(name, {}, value);
+    }
+    template<class T>
+    void element(std::string_view name, std::initializer_list<NameAndValue> attributes, const T& value) {
+        startElement(name, attributes);
+        text(value);
+        endElement();
+    }
+
+    /// Writes what is text as characters(), octets as binaryData(), and numbers, booleans, UUIDs and
+    /// contiguous ranges of them (std::vector, std::span) as encodedData(): the type decides, and nothing is
+    /// turned from one into the other. What is empty is left out.
+    template<class T>
+    void text(const T& value) {
+        if constexpr (std::convertible_to<const T&, std::string_view>) {
+            if (const std::string_view octets = value; !octets.empty()) {
+                characters(octets);
+            }
+        } else if constexpr (std::convertible_to<const T&, std::span<const std::byte>>) {
+            binaryData(std::span<const std::byte>(value));
+        } else {
+            encodedData(value);
+        }
+    }
+
+    /// A document for as long as a scope: startDocument() where it begins and endDocument() where it ends,
+    /// which may throw, unless the scope is left by an exception: what was written is to be thrown away then.
+    /// The writer is borrowed.
+    class TAMO_API Document {
+    public:
+        explicit Document(FastInfosetWriter& writer);
+        Document(const Document&) = delete;
+        Document& operator=(const Document&) = delete;
+        ~Document() noexcept(false);
+
+    private:
+        FastInfosetWriter& _writer;
+        int _exceptions; // on their way when the scope began
+    };
+
     /// An element without attributes.
     void startElement(const std::string& uri, const std::string& localName, const std::string& qname);
 
@@ -308,6 +370,8 @@ private:
     template<class E, class T>
     void insertValue(const T& value);
     StrictEvents& strictEvents(const char* what);
+    XML::AttributesImpl& givenAttributes() noexcept;
+    const std::string& namespaceBoundTo(std::string_view prefix) const;
 
     std::unique_ptr<Engine> _pEngine;
 };

@@ -5,6 +5,7 @@
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/Types.h"
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Tamo::FastInfoset {
@@ -24,6 +25,7 @@ public:
 
     /// These values.
     explicit NumberEncoding(const std::vector<Value>& values) : _values(values) {}
+    explicit NumberEncoding(std::vector<Value>&& values) noexcept : _values(std::move(values)) {}
 
     /// The values of a text; an empty or invalid one throws.
     explicit NumberEncoding(const std::string& text);

@@ -73,8 +73,7 @@ template<class Handler>
 void setHandler(FastInfosetParser& parser, Handler& handler) {
     parser.setContentHandler(&handler);
     parser.setDTDHandler(&handler);
-    parser.setProperty(Tamo::XML::XMLReader::PROPERTY_LEXICAL_HANDLER,
-                       static_cast<void*>(static_cast<Tamo::XML::LexicalHandler*>(&handler)));
+    parser.setLexicalHandler(&handler);
 }
 
 Tamo::UInt64 sumOf(const std::string& fastInfoset) {

@@ -70,12 +70,10 @@ void FastInfosetToXML::parse(std::istream& in, ClosingWriter& writer) {
     if (_options.pretty) {
         filter.setContentHandler(&writer);
         filter.setDTDHandler(&writer);
-        filter.setProperty(XMLReader::PROPERTY_LEXICAL_HANDLER,
-                           static_cast<void*>(static_cast<Tamo::XML::LexicalHandler*>(&writer)));
+        filter.setLexicalHandler(&writer);
         _parser.setContentHandler(&filter);
         _parser.setDTDHandler(&filter);
-        _parser.setProperty(XMLReader::PROPERTY_LEXICAL_HANDLER,
-                            static_cast<void*>(static_cast<Tamo::XML::LexicalHandler*>(&filter)));
+        _parser.setLexicalHandler(&filter);
     } else {
         _parser.initialize(&writer);
     }

@@ -113,6 +113,29 @@ Tamo::AutoPtr<Encoding> TypedContentFilter::encoding(const std::string& text) {
     return {};
 }
 
+// The same for text that no table takes.
+Tamo::AutoPtr<Encoding> TypedContentFilter::typed(const std::string& text) {
+    const bool isTried = _maxIndexedLength >= 0 &&
+                         text.size() > static_cast<std::size_t>(_maxIndexedLength) && text.size() <= MAX_RUN;
+    return isTried ? encoding(text) : nullptr;
+}
+
+// The list with values in the place of texts, or the list itself when there are none.
+const Tamo::XML::Attributes& TypedContentFilter::typed(const Tamo::XML::Attributes& attributes) {
+    bool isTyped = false;
+    const int count = attributes.getLength();
+    for (int i = 0; i < count; ++i) {
+        if (const Tamo::AutoPtr<Encoding> pValue = typed(attributes.getValue(i))) {
+            if (!isTyped) {
+                _attributes.setAttributes(attributes);
+                isTyped = true;
+            }
+            _attributes.setTyped(i, pValue);
+        }
+    }
+    return isTyped ? _attributes : attributes;
+}
+
 void TypedContentFilter::passText() {
     _collecting = false;
     if (!_text.empty()) {
@@ -138,17 +161,15 @@ void TypedContentFilter::endDocument() {
 void TypedContentFilter::startElement(const std::string& uri, const std::string& localName,
                                       const std::string& qname, const Tamo::XML::Attributes& attributes) {
     passText();
-    _writer.startElement(uri, localName, qname, attributes);
+    _writer.startElement(uri, localName, qname, typed(attributes));
     _collecting = true;
 }
 
 void TypedContentFilter::endElement(const std::string& uri, const std::string& localName,
                                     const std::string& qname) {
-    if (_collecting && _maxIndexedLength >= 0 && _text.size() > static_cast<std::size_t>(_maxIndexedLength)) {
-        if (const Tamo::AutoPtr<Encoding> pEncoding = encoding(_text)) {
-            _writer.insertEncoding(pEncoding);
-            _text.clear();
-        }
+    if (const Tamo::AutoPtr<Encoding> pValue = _collecting ? typed(_text) : nullptr) {
+        _writer.insertEncoding(pValue);
+        _text.clear();
     }
     passText();
     _writer.endElement(uri, localName, qname);

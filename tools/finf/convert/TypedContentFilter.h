@@ -4,16 +4,17 @@
 #include "Tamo/AutoPtr.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
+#include "Tamo/FastInfoset/TypedAttributes.h"
 #include "convert/ValueText.h"
 #include <string>
 
 namespace finf {
 
-/// Hands element text that an encoding algorithm carries in fewer octets to the writer as typed data.
+/// Hands text that an encoding algorithm carries in fewer octets to the writer as typed data.
 ///
-/// Only the whole text of an element without other children is tried, and only what gives back the identical
-/// text is used; everything else passes unchanged. Text short enough for the writer's string table stays
-/// text: its second occurrence costs an index only. The writer is borrowed.
+/// Only values of attributes and the whole text of an element without other children are tried, and only what
+/// gives back the identical text is used; everything else passes unchanged. Text short enough for the
+/// writer's string table stays text: its second occurrence costs an index only. The writer is borrowed.
 class TypedContentFilter : public Tamo::XML::ContentHandler, public Tamo::XML::LexicalHandler {
 public:
     /// A filter in front of writer, which indexes strings up to maxIndexedLength octets (all when it is
@@ -48,6 +49,8 @@ public:
 
 private:
     Tamo::AutoPtr<Tamo::FastInfoset::Encoding> encoding(const std::string& text);
+    Tamo::AutoPtr<Tamo::FastInfoset::Encoding> typed(const std::string& text);
+    const Tamo::XML::Attributes& typed(const Tamo::XML::Attributes& attributes);
     void passText();
 
     Tamo::FastInfoset::FastInfosetWriter& _writer;
@@ -56,6 +59,7 @@ private:
     ValueText _valueText;
     bool _collecting = false; // between a start tag and what follows its text
     std::string _text;
+    Tamo::FastInfoset::TypedAttributes _attributes;
 };
 
 } // namespace finf

@@ -1,5 +1,4 @@
 #include "convert/XMLToFastInfoset.h"
-#include "Tamo/XML/InputSource.h"
 #include "Tamo/XML/SAXParser.h"
 #include "Tamo/XML/WhitespaceFilter.h"
 #include "convert/DocumentWriter.h"
@@ -37,7 +36,7 @@ struct XMLToFastInfoset::Engine {
         }
         reader.setContentHandler(pContentHandler);
         reader.setDTDHandler(&writer);
-        reader.setProperty(XMLReader::PROPERTY_LEXICAL_HANDLER, static_cast<void*>(pLexicalHandler));
+        reader.setLexicalHandler(pLexicalHandler);
     }
 
     CountingBuf counting;
@@ -74,9 +73,8 @@ void XMLToFastInfoset::convert(std::istream& in, std::ostream& out) {
     counted.clear();
     writer.reset(counted);
     writer.setLimits(_options.limits, _pEngine->counting);
-    Tamo::XML::InputSource source(in);
     try {
-        _pEngine->reader.parse(&source);
+        _pEngine->reader.parse(in);
     } catch (...) {
         counted.flush(); // what there is of the document
         throw;

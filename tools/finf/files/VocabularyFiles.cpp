@@ -1,7 +1,6 @@
 #include "files/VocabularyFiles.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/MemoryStream.h"
-#include "Tamo/XML/InputSource.h"
 #include "command/FinfError.h"
 #include "files/DocumentKind.h"
 #include "files/InputFile.h"
@@ -64,8 +63,7 @@ DocumentVocabulary VocabularyFiles::read(const std::string& octets) {
     parser.setExternalVocabularyLoader(this);
     X3D::addDecodings(parser.decodingAlgorithms());
     parser.setLimits(_limits);
-    Tamo::XML::InputSource source(stream);
-    FinfError::explainDamage([&] { parser.parse(&source); });
+    FinfError::explainDamage([&] { parser.parse(stream); });
     return parser.vocabulary();
 }
 

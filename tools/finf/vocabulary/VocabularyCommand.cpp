@@ -108,8 +108,7 @@ void VocabularyCommand::read(const std::string& path, VocabularyUsage& usage) {
     parser.setStrict(true);
     parser.setContentHandler(&usage);
     parser.setDTDHandler(&usage);
-    parser.setProperty(Tamo::XML::XMLReader::PROPERTY_LEXICAL_HANDLER,
-                       static_cast<void*>(static_cast<Tamo::XML::LexicalHandler*>(&usage)));
+    parser.setLexicalHandler(&usage);
     parser.parseMemoryNP(octets.data(), octets.size());
     _samples.push_back(std::move(sample));
 }

@@ -2,7 +2,11 @@
 #define TAMO_XML_ATTRIBUTES_H
 
 #include "Tamo/Export.h"
+#include <cstddef>
+#include <iterator>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace Tamo::XML {
 
@@ -15,6 +19,48 @@ namespace Tamo::XML {
 /// Used by one thread at a time.
 class TAMO_API Attributes {
 public:
+    /// An attribute of a list, in views that are valid as long as its strings are.
+    struct Item {
+        std::string_view uri;
+        std::string_view localName;
+        std::string_view qname;
+        std::string_view value;
+    };
+
+    /// Goes over a list, which must outlive it and not change: what a range-based for needs.
+    class Iterator {
+    public:
+        using iterator_category = std::input_iterator_tag; // what it yields is made when it is asked for
+        using iterator_concept = std::forward_iterator_tag;
+        using value_type = Item;
+        using difference_type = std::ptrdiff_t;
+
+        Iterator() = default;
+        Iterator(const Attributes& attributes, int i) : _pAttributes(&attributes), _i(i) {}
+        Item operator*() const {
+            return {_pAttributes->getURI(_i), _pAttributes->getLocalName(_i), _pAttributes->getQName(_i),
+                    _pAttributes->getValue(_i)};
+        }
+        Iterator& operator++() {
+            ++_i;
+            return *this;
+        }
+        Iterator operator++(int) { return {*_pAttributes, _i++}; }
+        bool operator==(const Iterator&) const = default;
+
+    private:
+        const Attributes* _pAttributes = nullptr;
+        int _i = 0;
+    };
+
+    /// The attributes as a range: `for (auto [uri, localName, qname, value] : attributes)`.
+    Iterator begin() const { return {*this, 0}; }
+    Iterator end() const { return {*this, getLength()}; }
+
+    /// The value of the attribute with this local name and namespace name, which is by default that of
+    /// attributes without namespace; none when there is no such attribute.
+    std::optional<std::string_view> find(std::string_view localName, std::string_view uri = {}) const;
+
     /// The number of attributes.
     virtual int getLength() const = 0;
 

@@ -8,8 +8,9 @@ namespace Tamo::XML {
 
 /// Receives comments, CDATA sections and the document type declaration (SAX2).
 ///
-/// A handler is borrowed by the reader, which gets it as the property XMLReader::PROPERTY_LEXICAL_HANDLER,
-/// and called on the parsing thread. What it throws ends the parse and reaches its caller.
+/// A handler is borrowed by the reader, which gets it by XMLReader::setLexicalHandler() or as the property
+/// XMLReader::PROPERTY_LEXICAL_HANDLER, and called on the parsing thread. What it throws ends the parse and
+/// reaches its caller.
 class TAMO_API LexicalHandler {
 public:
     /// The document type declaration begins; absent identifiers are empty strings.

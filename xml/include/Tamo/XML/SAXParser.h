@@ -73,6 +73,7 @@ public:
     void setProperty(const std::string& name, void* value) override;
     void* getProperty(const std::string& name) const override;
 
+    using XMLReader::parse;
     /// Reads a document; throws SAXParseException, IOException and what handlers throw.
     void parse(InputSource* pSource) override;
     /// Reads a document; throws SAXParseException "Cannot resolve system identifier" when it cannot be

@@ -38,11 +38,14 @@ public:
     ContentHandler* getContentHandler() const override { return _pContentHandler; }
     void setErrorHandler(ErrorHandler* pErrorHandler) override { _pErrorHandler = pErrorHandler; }
     ErrorHandler* getErrorHandler() const override { return _pErrorHandler; }
+    /// The filter's own, not its parent's.
+    LexicalHandler* getLexicalHandler() const { return _pLexicalHandler; }
     void setFeature(const std::string& name, bool value) override;
     bool getFeature(const std::string& name) const override;
     void setProperty(const std::string& name, const std::string& value) override;
     void setProperty(const std::string& name, void* value) override;
     void* getProperty(const std::string& name) const override;
+    using XMLFilter::parse;
     void parse(InputSource* pSource) override;
     void parse(const std::string& systemId) override;
     void parseMemoryNP(const char* xml, std::size_t size) override;
@@ -79,10 +82,6 @@ public:
     void startCDATA() override;
     void endCDATA() override;
     void comment(const char ch[], int start, int length) override;
-
-protected:
-    /// The lexical handler that was set as a property, or null.
-    LexicalHandler* getLexicalHandler() const { return _pLexicalHandler; }
 
 private:
     class Connection;

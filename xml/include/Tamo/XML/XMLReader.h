@@ -4,6 +4,7 @@
 #include "Tamo/Export.h"
 #include "Tamo/StringConstant.h"
 #include <cstddef>
+#include <iosfwd>
 #include <span>
 #include <string>
 #include <string_view>
@@ -11,10 +12,12 @@
 namespace Tamo::XML {
 
 class ContentHandler;
+class DeclHandler;
 class DTDHandler;
 class EntityResolver;
 class ErrorHandler;
 class InputSource;
+class LexicalHandler;
 
 /// Reads a document and reports it as events (SAX2).
 ///
@@ -38,10 +41,10 @@ public:
     /// Reads external parameter entities, the external subset included.
     static constexpr StringConstant FEATURE_EXTERNAL_PARAMETER_ENTITIES{
         "http://xml.org/sax/features/external-parameter-entities"};
-    /// The declaration handler, an untyped pointer.
+    /// The declaration handler: a DeclHandler* passed as void*, as setDeclHandler() does.
     static constexpr StringConstant PROPERTY_DECLARATION_HANDLER{
         "http://xml.org/sax/properties/declaration-handler"};
-    /// The lexical handler: a LexicalHandler* passed as void*.
+    /// The lexical handler: a LexicalHandler* passed as void*, as setLexicalHandler() does.
     static constexpr StringConstant PROPERTY_LEXICAL_HANDLER{"http://xml.org/sax/properties/lexical-handler"};
 
     /// Sets the resolver of external entities; null for the reader's own.
@@ -64,6 +67,18 @@ public:
     /// The error handler that was set, or null.
     virtual ErrorHandler* getErrorHandler() const = 0;
 
+    /// Sets the receiver of comments, CDATA sections and the document type declaration; null for none. The
+    /// property PROPERTY_LEXICAL_HANDLER, typed; throws what that does.
+    void setLexicalHandler(LexicalHandler* pLexicalHandler);
+    /// The lexical handler that was set, or null.
+    LexicalHandler* getLexicalHandler() const;
+
+    /// Sets the receiver of element, attribute and entity declarations; null for none. The property
+    /// PROPERTY_DECLARATION_HANDLER, typed; throws what that does.
+    void setDeclHandler(DeclHandler* pDeclHandler);
+    /// The declaration handler that was set, or null.
+    DeclHandler* getDeclHandler() const;
+
     /// Switches a feature; throws SAXNotRecognizedException or SAXNotSupportedException.
     virtual void setFeature(const std::string& name, bool value) = 0;
     /// The state of a feature; throws SAXNotRecognizedException.
@@ -81,6 +96,9 @@ public:
     virtual void parse(InputSource* pSource) = 0;
     /// Reads the document that the system identifier names.
     virtual void parse(const std::string& systemId) = 0;
+    /// Reads a document from a byte stream, which is borrowed: parse() of an InputSource over it. A class
+    /// that overrides the others says `using XMLReader::parse;`.
+    void parse(std::istream& stream);
     /// Reads a document of `size` octets in memory, not copied as a whole.
     virtual void parseMemoryNP(const char* xml, std::size_t size) = 0;
 
