@@ -161,7 +161,7 @@ TEST_F(LogTest, FollowsWhatGrows) {
     must("finf encode b.xml -o b; rm b.xml");
     write("../grow", R"sh(
 await() { for ((i = 0; i < 500; ++i)); do [ "$(cat out)" != "$1" ] || return 0; sleep 0.01; done; cat out; return 1; }
-cat a >grows
+cat a >grows; : >out
 finf decode --follow --separator grows >out 2>err & reader=$!
 await '<a b="1">x</a>' || exit 1
 for n in $(seq $(stat -c %s b)); do head -c $n b | tail -c 1 >>grows

@@ -61,7 +61,22 @@ public:
         END_DOCUMENT,           ///< next() stays here
         ENTITY_REFERENCE ///< target(): the name of an entity that is not expanded; strict reading alone
     };
-    using enum Event;
+
+    /// The same without the name of the type. (Not `using enum`, which ends g++ 12 with an internal error
+    /// where a template of the application uses them.)
+    /// @{
+    static constexpr Event NO_DOCUMENT = Event::NO_DOCUMENT;
+    static constexpr Event START_DOCUMENT = Event::START_DOCUMENT;
+    static constexpr Event START_DTD = Event::START_DTD;
+    static constexpr Event END_DTD = Event::END_DTD;
+    static constexpr Event START_ELEMENT = Event::START_ELEMENT;
+    static constexpr Event END_ELEMENT = Event::END_ELEMENT;
+    static constexpr Event TEXT = Event::TEXT;
+    static constexpr Event COMMENT = Event::COMMENT;
+    static constexpr Event PROCESSING_INSTRUCTION = Event::PROCESSING_INSTRUCTION;
+    static constexpr Event END_DOCUMENT = Event::END_DOCUMENT;
+    static constexpr Event ENTITY_REFERENCE = Event::ENTITY_REFERENCE;
+    /// @}
 
     /// A piece of additional data (X.891, 7.2.7).
     struct AdditionalDatum {
@@ -71,7 +86,19 @@ public:
 
     /// How a TEXT event is carried.
     enum class ValueType { PLAIN_TEXT, OCTETS, INT16, INT32, INT64, BOOLEAN, FLOAT, DOUBLE, UNIQUE_ID };
-    using enum ValueType;
+
+    /// The same without the name of the type.
+    /// @{
+    static constexpr ValueType PLAIN_TEXT = ValueType::PLAIN_TEXT;
+    static constexpr ValueType OCTETS = ValueType::OCTETS;
+    static constexpr ValueType INT16 = ValueType::INT16;
+    static constexpr ValueType INT32 = ValueType::INT32;
+    static constexpr ValueType INT64 = ValueType::INT64;
+    static constexpr ValueType BOOLEAN = ValueType::BOOLEAN;
+    static constexpr ValueType FLOAT = ValueType::FLOAT;
+    static constexpr ValueType DOUBLE = ValueType::DOUBLE;
+    static constexpr ValueType UNIQUE_ID = ValueType::UNIQUE_ID;
+    /// @}
 
     /// A namespace declaration; an empty URI undeclares the prefix.
     struct PrefixMapping {
