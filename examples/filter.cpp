@@ -3,7 +3,6 @@
 #include "Tamo/FastInfoset/FISFilter.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
-#include "Tamo/FastInfoset/TypedAttributes.h"
 #include "Tamo/StringSink.h"
 #include <exception>
 #include <iostream>
@@ -49,20 +48,16 @@ std::string redact(const std::string& document) {
 std::string measurement() {
     std::vector<double> kelvin(100);
     std::iota(kelvin.begin(), kelvin.end(), 273.15);
-    FastInfoset::TypedAttributes attributes;
-    attributes.addAttribute("", "kelvin", "kelvin", std::span<const double>(kelvin));
     std::string octets;
     StringSink sink(octets);
     FastInfosetWriter writer(sink, false, DocumentVocabulary::VOC_MAP);
     writer.startDocument();
-    writer.startElement("", "log", "log");
-    writer.startElement("", "internal", "internal", attributes);
+    writer.startElement("log");
+    writer.startElement("internal", {{"kelvin", kelvin}});
     writer.comment("nobody reads this");
-    writer.endElement("", "internal", "internal");
-    writer.startElement("", "run", "run", attributes);
-    writer.encodedData(std::span<const double>(kelvin).first(2));
-    writer.endElement("", "run", "run");
-    writer.endElement("", "log", "log");
+    writer.endElement();
+    writer.element("run", {{"kelvin", kelvin}}, std::span(kelvin).first(2));
+    writer.endElement();
     writer.endDocument();
     return octets;
 }

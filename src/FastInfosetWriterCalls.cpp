@@ -1,7 +1,10 @@
 // The operations of FastInfosetWriter that take what a program has at hand, and make events of it.
 #include "Tamo/FastInfoset/FISException.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
+#include "Tamo/FastInfoset/NameAndValue.h"
+#include "Tamo/FastInfoset/TypedAttributes.h"
 #include "Tamo/XML/AttributesImpl.h"
+#include <algorithm>
 #include <exception>
 
 namespace Tamo::FastInfoset {
@@ -42,19 +45,31 @@ void FastInfosetWriter::startElement(std::string_view name, std::initializer_lis
         }
         return uri;
     };
-    XML::AttributesImpl& list = givenAttributes();
-    list.clear();
-    for (const auto& [attribute, value] : attributes) {
-        const GivenName given(attribute);
-        if (given.prefix == "xmlns" || attribute == "xmlns") {
-            refuse("A namespace declaration is no attribute, but a call of startPrefixMapping", attribute);
+    const auto addAll = [&](auto& list, const auto& add) {
+        for (const NameAndValue& attribute : attributes) {
+            const GivenName given(attribute.name());
+            if (given.prefix == "xmlns" || attribute.name() == "xmlns") {
+                refuse("A namespace declaration is no attribute, but a call of startPrefixMapping",
+                       attribute.name());
+            }
+            add(attribute, given.prefix.empty() ? NONE : boundTo(given), given);
         }
-        list.addAttribute(given.prefix.empty() ? NONE : boundTo(given), given.localName, given.qname, NONE,
-                          std::string(value));
+        const GivenName given(name);
+        const std::string uri = boundTo(given); // the bindings may grow while they are asked
+        startElement(uri, given.localName, given.qname, list);
+    };
+    if (std::ranges::all_of(attributes, [](const NameAndValue& attribute) { return attribute.text(); })) {
+        XML::AttributesImpl& list = givenAttributes();
+        list.clear();
+        addAll(list, [&](const NameAndValue& attribute, const std::string& uri, const GivenName& given) {
+            list.addAttribute(uri, given.localName, given.qname, NONE, std::string(*attribute.text()));
+        });
+    } else {
+        TypedAttributes list;
+        addAll(list, [&](const NameAndValue& attribute, const std::string& uri, const GivenName& given) {
+            attribute.addTo(list, uri, given.localName, given.qname);
+        });
     }
-    const GivenName given(name);
-    const std::string uri = boundTo(given); // the bindings may grow while they are asked
-    startElement(uri, given.localName, given.qname, list);
 }
 
 void FastInfosetWriter::element(std::string_view name, std::initializer_list<NameAndValue> attributes) {

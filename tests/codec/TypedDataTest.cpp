@@ -11,6 +11,8 @@
 #include "Tamo/FastInfoset/TypedAttributes.h"
 #include "Tamo/XML/XMLWriter.h"
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <functional>
 #include <span>
 
@@ -291,6 +293,45 @@ TEST(TypedDataTest, AttributesOfEveryType) {
             EXPECT_THROW(reader.attributeValueType(3), AssertionViolationException);
         }
     }
+    // The calls make such lists of what they are given: ranges as they are, and a value as an array of one.
+    const auto octetsOf = [](const auto& writeElement) {
+        std::ostringstream stream;
+        FastInfosetWriter writer(stream);
+        const FastInfosetWriter::Document scope(writer);
+        writeElement(writer);
+        writer.flush();
+        return stream.str();
+    };
+    const std::vector<bool> truth{true};
+    EXPECT_EQ(hex(octetsOf([&](FastInfosetWriter& writer) {
+                  writer.element("a", {{"b", std::span(octets)},
+                                       {"c", shorts},
+                                       {"d", 42},
+                                       {"e", -1L},
+                                       {"f", std::array{1.5f, -0.0f}},
+                                       {"g", 0.1},
+                                       {"h", uuids[0]},
+                                       {"i", true},
+                                       {"j", truth},
+                                       {"k", "x"},
+                                       {"l", std::uint8_t{9}}});
+              })),
+              hex(octetsOf([&](FastInfosetWriter& writer) {
+                  TypedAttributes list;
+                  list.addAttribute("", "b", "", std::span<const std::byte>(octets));
+                  list.addAttribute("", "c", "", shorts);
+                  list.addAttribute("", "d", "", ints);
+                  list.addAttribute("", "e", "", longs);
+                  list.addAttribute("", "f", "", floats);
+                  list.addAttribute("", "g", "", std::span(doubles).first(1));
+                  list.addAttribute("", "h", "", uuids);
+                  list.addAttribute("", "i", "", truth);
+                  list.addAttribute("", "j", "", truth);
+                  list.addAttribute("", "k", "", "x");
+                  list.addAttribute("", "l", "", std::vector<Int16>{9});
+                  writer.startElement("", "a", "", list);
+                  writer.endElement();
+              })));
     // A value that is to be entered in the table is typed where it stands, and text where that is referred
     // to.
     AttributeReader typed;

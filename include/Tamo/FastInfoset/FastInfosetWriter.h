@@ -7,21 +7,21 @@
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/Encoding.h"
 #include "Tamo/FastInfoset/EncodingAlgorithm.h"
+#include "Tamo/FastInfoset/NameAndValue.h"
 #include "Tamo/FastInfoset/SharedVocabulary.h"
 #include "Tamo/FastInfoset/TypedChunkHandler.h"
+#include "Tamo/FastInfoset/TypedInteger.h"
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/LexicalHandler.h"
 #include <concepts>
 #include <cstddef>
 #include <initializer_list>
 #include <iosfwd>
-#include <limits>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <utility>
 
 namespace Tamo {
 class Sink;
@@ -35,20 +35,6 @@ class AttributesImpl;
 namespace Tamo::FastInfoset {
 
 class StrictEvents;
-
-/// The narrowest type of FISContentHandler's integers that holds all values of the integer type T.
-template<class T>
-using NarrowestOf = std::conditional_t<
-    std::numeric_limits<T>::digits <= std::numeric_limits<Int16>::digits, Int16,
-    std::conditional_t<std::numeric_limits<T>::digits <= std::numeric_limits<Int32>::digits, Int32, Int64>>;
-
-/// The integer types beside FISContentHandler's own whose values one of these can hold: no characters, no
-/// bool.
-template<class T>
-concept TypedInteger = (std::same_as<T, signed char> || std::same_as<T, unsigned char> ||
-                        std::same_as<T, unsigned short> || std::same_as<T, unsigned int> ||
-                        std::same_as<T, long> ||
-                        std::same_as<T, long long>)&&!std::same_as<T, NarrowestOf<T>>;
 
 /// Turns SAX2 events into one Fast Infoset document (ITU-T X.891) on a stream or, through a Sink, in an
 /// object of the caller: a StringSink, a VectorSink, a SpanSink.
@@ -265,9 +251,6 @@ public:
     // namespace name that startPrefixMapping() has bound to it. A prefix that is bound to none throws
     // FISEncodingException, as do attributes "xmlns" and "xmlns:...": declarations are no attributes.
 
-    /// The name and the value of an attribute.
-    using NameAndValue = std::pair<std::string_view, std::string_view>;
-
     /// Starts an element: `startElement("item", {{"id", id}, {"unit", "kg"}})`.
     void startElement(std::string_view name, std::initializer_list<NameAndValue> attributes = {});
 
@@ -307,6 +290,7 @@ public:
 
     /// A document for as long as a scope: startDocument() where it begins and endDocument() where it ends,
     /// which may throw, unless the scope is left by an exception: what was written is to be thrown away then.
+    /// What is returned from within the scope may be made before the end is written.
     /// The writer is borrowed.
     class TAMO_API Document {
     public:
