@@ -8,8 +8,10 @@
 #include "Octets.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
+#include "Tamo/FastInfoset/SharedVocabulary.h"
 #include "Tamo/XML/Name.h"
 #include <array>
+#include <memory>
 #include <sstream>
 
 using namespace Tamo;
@@ -43,6 +45,15 @@ public:
     void skippedEntity(const std::string&) override {}
 };
 
+// A vocabulary with names and strings of the events.
+const std::shared_ptr<const SharedVocabulary>& sharedVocabulary() {
+    static const auto pVocabulary = [] {
+        std::istringstream xml("<p:a xmlns:p='u' p:b='' b='text'><b/><c xmlns='u'>text</c></p:a>");
+        return SharedVocabulary::of(ExternalVocabularyLoader::loadXML(xml, true));
+    }();
+    return pVocabulary;
+}
+
 // A document in order.
 std::string written(FastInfosetWriter& writer, std::ostringstream& out) {
     writer.setWriteXMLDeclaration(false);
@@ -70,6 +81,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     writer.setMaxIndexedStringLength(MAX_INDEXED[script.choice() % MAX_INDEXED.size()]);
     const bool isStrict = (script.choice() & 16) != 0;
     writer.setStrict(isStrict);
+    const bool isShared = (script.choice() & 32) != 0;
+    if (isShared) {
+        writer.useVocabulary(sharedVocabulary());
+    }
     const auto write = [&] {
         return Test::failureOf([&] { script.play({writer, writer, writer, &writer}); });
     };
@@ -79,6 +94,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     FastInfosetParser parser(DocumentVocabulary::VOC_MAP);
     parser.setLimits(limits());
+    if (isShared) {
+        parser.useVocabulary(sharedVocabulary());
+    }
     WithoutPrefixes read;
     read.connect(parser);
     const Block document(out.view());
@@ -104,6 +122,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         std::ostringstream fresh;
         FastInfosetWriter other(fresh);
         other.setStrict(isStrict);
+        if (isShared) {
+            other.useVocabulary(sharedVocabulary());
+        }
         require(next == written(other, fresh), "a writer is ready again after reset()", Test::hex(next));
     }
     return 0;
