@@ -73,6 +73,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     static constexpr std::array MAX_INDEXED{16, 0, -1};
     std::ostringstream out;
+    std::ostringstream second;
+    std::ostringstream rest;
     FastInfosetWriter writer(out);
     writer.setStrict(isForStrictMode(document));
     writer.setMaxIndexedStringLength(MAX_INDEXED[size % MAX_INDEXED.size()]);
@@ -106,11 +108,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         fresh.initialize(&filter);
         fresh.parseMemoryNP(document.data(), document.size());
     };
-    std::ostringstream second;
     FISFilter passing(writer);
     filtered(passing, second);
     require(second.view() == out.view(), "the octets are the same after reset()");
-    std::ostringstream rest;
     Dropping dropping(writer);
     const std::string refusal = Test::failureOf([&] { filtered(dropping, rest); });
     if (refusal.empty() && dropping.hasRoot) {
