@@ -1,94 +1,86 @@
-// Reader, filter, writer: a Fast Infoset document goes through a filter into another Fast Infoset document.
+// Parser, filter, writer: a Fast Infoset document goes through a filter into another one, and what stays of
+// it keeps its typed data.
 #include "Tamo/FastInfoset/Converter.h"
+#include "Tamo/FastInfoset/FISFilter.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
-#include "Tamo/XML/Attributes.h"
-#include "Tamo/XML/XMLFilterImpl.h"
-#include <cstddef>
+#include <exception>
 #include <iostream>
 #include <sstream>
+#include <string>
+#include <vector>
 
 using namespace Tamo;
+using FastInfoset::DocumentVocabulary;
+using FastInfoset::FastInfosetWriter;
 
 namespace {
 
 // [filter]
 /// Drops the elements named "internal" with all that is in them, and calls "customer" "buyer".
-class Redaction : public XML::XMLFilterImpl {
+class Redaction : public FastInfoset::FISFilter {
 public:
-    using XML::XMLFilterImpl::XMLFilterImpl;
+    using FISFilter::FISFilter;
 
-    void startDocument() override {
-        _dropped = 0; // a document that ended in an exception has left its depth here
-        XMLFilterImpl::startDocument();
-    }
     void startElement(const std::string& uri, const std::string& localName, const std::string&,
                       const XML::Attributes& attributes) override {
-        if (_dropped > 0 || localName == "internal") {
-            ++_dropped;
-        } else {
-            // The qualified name may be left empty: namespace and local name are what counts.
-            XMLFilterImpl::startElement(uri, renamed(localName), std::string(), attributes);
-        }
+        // The qualified name may be left empty: namespace and local name are what counts.
+        FISFilter::startElement(uri, renamed(localName), std::string(), attributes);
     }
     void endElement(const std::string& uri, const std::string& localName, const std::string&) override {
-        if (_dropped > 0) {
-            --_dropped;
-        } else {
-            XMLFilterImpl::endElement(uri, renamed(localName), std::string());
-        }
+        FISFilter::endElement(uri, renamed(localName), std::string());
     }
-    void characters(const char ch[], int start, int length) override {
-        if (_dropped == 0) {
-            XMLFilterImpl::characters(ch, start, length);
-        }
+
+protected:
+    bool drops(const std::string&, const std::string& localName, const XML::Attributes&) override {
+        return localName == "internal";
     }
-    void startPrefixMapping(const std::string& prefix, const std::string& uri) override {
-        if (_dropped == 0) {
-            XMLFilterImpl::startPrefixMapping(prefix, uri);
-        }
-    }
-    void processingInstruction(const std::string&, const std::string&) override {}
-    void comment(const char[], int, int) override {}
 
 private:
     static const std::string& renamed(const std::string& localName) {
         static const std::string BUYER("buyer");
         return localName == "customer" ? BUYER : localName;
     }
-
-    std::size_t _dropped = 0; // how many open elements are being dropped
 };
 // [/filter]
 
 // [pipeline]
 void redact(std::istream& in, std::ostream& out) {
-    FastInfoset::FastInfosetParser parser;
-    Redaction filter(&parser);
-    FastInfoset::FastInfosetWriter writer(out, false, FastInfoset::DocumentVocabulary::VOC_MAP);
-    filter.setContentHandler(&writer);
-    filter.setDTDHandler(&writer);
-    filter.setLexicalHandler(&writer);
-    filter.parse(in);
+    FastInfosetWriter writer(out, false, DocumentVocabulary::VOC_MAP);
+    Redaction filter(writer);
+    // The writer is handed the parser's vocabulary, in which it must be able to look entries up.
+    FastInfoset::FastInfosetParser parser(DocumentVocabulary::VOC_MAP);
+    parser.initialize(&filter);
+    parser.parse(in);
 }
 // [/pipeline]
+
+void writeOrder(std::ostream& out) {
+    const std::vector<double> prices{9.5, 9.25, 8.75, 8};
+    FastInfosetWriter writer(out, false, DocumentVocabulary::VOC_MAP);
+    const FastInfosetWriter::Document document(writer);
+    writer.startElement("order", {{"id", 7}});
+    writer.element("customer", "Ines Weber");
+    writer.startElement("internal", {{"prices", prices}});
+    writer.element("margin", 12.5);
+    writer.comment("slow payer");
+    writer.endElement();
+    writer.element("item", {{"sku", "4711"}}, prices);
+    writer.endElement();
+}
 
 } // namespace
 
 int main() {
     try {
-        std::istringstream xml("<order xmlns='urn:example:orders' id='7'><!-- by fax -->"
-                               "<customer>Ines Weber</customer>"
-                               "<internal><margin>12.5</margin><note>slow payer</note></internal>"
-                               "<item sku='4711'>nut</item></order>");
-        std::stringstream fis;
+        std::stringstream order;
         std::stringstream redacted;
-        std::ostringstream result;
-        FastInfoset::Converter::convertToFIS(xml, fis, 16, 0);
-        redact(fis, redacted);
-        FastInfoset::Converter::convertToXML(redacted, result, 0);
-        std::cout << fis.str().size() << " octets in, " << redacted.str().size() << " octets out\n"
-                  << result.str() << '\n';
+        std::ostringstream xml;
+        writeOrder(order);
+        redact(order, redacted);
+        FastInfoset::Converter::convertToXML(redacted, xml, 0);
+        std::cout << order.str().size() << " octets in, " << redacted.str().size() << " octets out\n"
+                  << xml.str() << '\n';
     } catch (const std::exception& e) { // std::out_of_range: an index that stands for nothing
         std::cerr << e.what() << '\n';
         return 1;
