@@ -260,7 +260,7 @@ public:
     /// An element without content.
     void element(std::string_view name, std::initializer_list<NameAndValue> attributes = {});
 
-    /// An element with a value, which is written as by text().
+    /// An element with a value, which is written as by text(). A value that is refused leaves it started.
     template<class T>
     void element(std::string_view name, const T& value) {
         element(name, {}, value);
