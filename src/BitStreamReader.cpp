@@ -12,6 +12,8 @@ namespace {
 // A narrow read may look one octet beyond the valid data; these octets are always zero.
 constexpr std::size_t ZERO_OCTETS = 8;
 
+constexpr unsigned char NOTHING = 0;
+
 constexpr const char* OCTET_STRING_END = "Unexpected end of stream while parsing octet string";
 
 } // namespace
@@ -182,7 +184,7 @@ void BitStreamReader::continueIn(const unsigned char* pOctets, std::size_t size)
     _discardedBits += _bitOffset;
     _bitOffset = 0;
     _cachedBits = static_cast<UInt64>(size) * Utility::SIZEOFCHARINBIT;
-    _pBuffer = pOctets;
+    _pBuffer = size != 0 ? pOctets : &NOTHING; // where there are none a construct may begin, too
 }
 
 bool BitStreamReader::eof() const {

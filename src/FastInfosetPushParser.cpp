@@ -99,7 +99,12 @@ private:
         }
         switch (stand) {
         case Stand::TOO_LARGE:
-            throw FISException("Limit exceeded: item size", std::to_string(maxItemSize));
+            _engine.locate(*_reader, [this] {
+                _reader->continueIn(nullptr, 0);
+                _reader->beginConstruct(); // behind what has been read
+                throw FISException("Limit exceeded: item size", std::to_string(maxItemSize));
+            });
+            break;
         case Stand::NEEDS_MORE:
             keep(octets);
             octets = {};

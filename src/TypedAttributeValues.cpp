@@ -18,7 +18,7 @@ void TypedAttributeValues::add(int i, const AutoPtr<Encoding>& pValue, unsigned 
 const XML::Attributes& TypedAttributeValues::listOf(const XML::Attributes& texts,
                                                     const DocumentAlgorithms& algorithms,
                                                     const TypedText& form) {
-    _list.setAttributes(texts);
+    _list.refer(texts);
     _list.setTextForm(form.lowerCaseUUIDs, form.canonicalNumbers);
     for (const Value& value : _values) {
         const std::string* const pURI = algorithms.find(value.algorithm);

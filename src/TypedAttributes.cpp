@@ -24,6 +24,20 @@ const AutoPtr<Encoding>& noValue() {
 
 } // namespace
 
+TypedAttributes::TypedAttributes(const TypedAttributes& other)
+    : DirectLookUps(other),
+      _list(other.texts()),
+      _values(other._values),
+      _lowerCaseUUIDs(other._lowerCaseUUIDs),
+      _canonicalNumbers(other._canonicalNumbers) {}
+
+TypedAttributes& TypedAttributes::operator=(const TypedAttributes& other) {
+    if (&other != this) {
+        *this = TypedAttributes(other);
+    }
+    return *this;
+}
+
 const TypedAttributes::Value& TypedAttributes::at(int i) const {
     tamo_assert(i >= 0 && static_cast<std::size_t>(i) < _values.size());
     return _values[static_cast<std::size_t>(i)];
@@ -31,24 +45,27 @@ const TypedAttributes::Value& TypedAttributes::at(int i) const {
 
 const std::string& TypedAttributes::getValue(int i) const {
     const Value& value = at(i);
-    if (value.pEncoding && !value.hasText) {
-        _list.setValue(i, TypedText{_lowerCaseUUIDs, _canonicalNumbers}.of(*value.pEncoding));
-        value.hasText = true;
+    if (!value.pEncoding || value.hasText) {
+        return texts().getValue(i);
     }
-    return _list.getValue(i);
+    if (!value.text) {
+        value.text = TypedText{_lowerCaseUUIDs, _canonicalNumbers}.of(*value.pEncoding);
+    }
+    return *value.text;
 }
 
 int TypedAttributes::getIndex(const std::string& uri, const std::string& localName) const {
-    return _list.getIndex(uri, localName);
+    return texts().getIndex(uri, localName);
 }
 
 int TypedAttributes::getIndex(const std::string& qname) const {
-    return _list.getIndex(qname);
+    return texts().getIndex(qname);
 }
 
 // ---- filling
 
 void TypedAttributes::clear() noexcept {
+    _pTexts = nullptr;
     _list.clear();
     _values.clear();
 }
@@ -56,9 +73,14 @@ void TypedAttributes::clear() noexcept {
 void TypedAttributes::setAttributes(const XML::Attributes& attributes) {
     if (&attributes != this) {
         _list.setAttributes(attributes);
-        _values.clear();
-        _values.resize(static_cast<std::size_t>(_list.getLength()));
+        _pTexts = nullptr;
+        _values.assign(static_cast<std::size_t>(_list.getLength()), Value());
     }
+}
+
+void TypedAttributes::refer(const XML::Attributes& texts) {
+    _pTexts = &texts;
+    _values.assign(static_cast<std::size_t>(texts.getLength()), Value());
 }
 
 void TypedAttributes::addAttribute(const std::string& uri, const std::string& localName,
@@ -145,7 +167,7 @@ void TypedAttributes::setValue(int i, const AutoPtr<Encoding>& pValue, unsigned 
                                const std::string& uri) {
     tamo_check_ptr(pValue.get());
     at(i);
-    _values[static_cast<std::size_t>(i)] = {pValue, algorithm, uri, false};
+    _values[static_cast<std::size_t>(i)] = {pValue, algorithm, uri, false, std::nullopt};
 }
 
 void TypedAttributes::setTyped(int i, const AutoPtr<Encoding>& pValue) {

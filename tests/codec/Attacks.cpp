@@ -141,6 +141,17 @@ std::string nestedUnboundAttributes(std::size_t n) {
     return closed(body("") + repeated(n, part), n + 1);
 }
 
+// One long value that all attributes have by its index, and a typed one among them.
+std::string longValueBesideTyped(std::size_t n) {
+    const std::size_t size = n < 200 ? 4 * n : LONG / 2;
+    const std::string length =
+        n < 200 ? octets("48") + static_cast<char>(size - 9)
+                : octets("4C 00 00") + static_cast<char>((size - 265) >> 8) + static_cast<char>(size - 265);
+    const auto part = [](std::size_t i) { return octets("78") + literal(numbered("b", i)) + octets("80"); };
+    return body("7C 00 61 78 00 62") + length + std::string(size, 'v') +
+           octets("78 00 63 30 33 00 00 00 07") + repeated(n, part) + octets("FF F0");
+}
+
 // Elements of one namespace, whose prefix each binds to another one.
 std::string hiddenBindings(std::size_t n) {
     const auto part = [](std::size_t i) {
@@ -327,6 +338,7 @@ constexpr Attack ATTACKS[] = {
     {"taken-prefixes", false, takenPrefixes, 10000, 40, Attack::BOUNDED},
     {"unbound-attributes", false, unboundAttributes, 10000, 40, Attack::BOUNDED},
     {"nested-unbound-attributes", false, nestedUnboundAttributes, 10000, 40, Attack::BOUNDED},
+    {"long-value-beside-typed", false, longValueBesideTyped, 1000, 40, Attack::BOUNDED},
     {"hidden-bindings", false, hiddenBindings, 20000, 40, Attack::BOUNDED},
     {"nested-defaults", false, nestedDefaults, 20000, 40, Attack::BOUNDED},
     {"one-prefix-again", false, onePrefixAgain, 20000, 60, Attack::BOUNDED},

@@ -133,7 +133,17 @@ TEST_F(ExternalVocabularyTest, ResourcesThatCannotBeRead) {
               "FISException: Not a valid Fast Infoset document (invalid header)");
     EXPECT_EQ(read(naming(store("short.finf", document("00 3C")), "F0")),
               "FISParseException: Unexpected end of stream while parsing identifying string or index");
-    EXPECT_TRUE(read(naming(store("bad.xml", "<a>"), "F0")).starts_with("SAXParseException: "));
+    const std::string bad = store("bad.xml", "<a>");
+    EXPECT_TRUE(read(naming(bad, "F0")).starts_with("SAXParseException: "));
+    for (const std::string& uri : {missing, bad, std::string("urn:v")}) { // one class for the cursor
+        FastInfosetReader reader;
+        const std::string document = naming(uri, "F0");
+        reader.open(document);
+        EXPECT_TRUE(failureOf([&] { reader.next(); })
+                        .starts_with("FISException: Cannot open the external vocabulary that the document "
+                                     "names: "))
+            << uri;
+    }
 }
 
 TEST_F(ExternalVocabularyTest, NamingItself) {

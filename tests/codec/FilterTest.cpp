@@ -15,7 +15,7 @@ protected:
     }
 };
 
-// What a writer makes of a document, behind a filter or at once.
+// What a writer makes of a document, behind two filters of a class or at once.
 template<class Filter>
 std::string copied(const std::string& document, bool strict) {
     std::ostringstream stream;
@@ -24,10 +24,12 @@ std::string copied(const std::string& document, bool strict) {
     writer.setStrict(strict);
     parser.setStrict(strict);
     parser.initialize(&writer);
-    std::unique_ptr<FISFilter> pFilter;
+    std::vector<std::unique_ptr<FISFilter>> filters;
     if constexpr (!std::is_void_v<Filter>) {
-        pFilter = std::make_unique<Filter>(writer);
-        parser.initialize(pFilter.get());
+        auto pLast = std::make_unique<Filter>(writer);
+        filters.push_back(std::make_unique<Filter>(pLast.get()));
+        parser.initialize(filters.front().get());
+        filters.push_back(std::move(pLast));
     }
     try {
         parseMemory(parser, document);

@@ -145,6 +145,15 @@ TEST(ParserTest, ExceptionsSayWhere) {
         "8: FastInfoset Parse Exception: Unexpected end of stream while parsing octet string at octet 8");
     EXPECT_EQ(whatOf([&] { parser.parse(std::string("/no/such/file")); }),
               "FastInfoset Parse Exception: Cannot resolve system identifier: /no/such/file");
+    // What is fed ends between two items, or one of them is too large.
+    const std::string fed = document("00 3C 00 61 82 01 74 65 78 74");
+    FastInfosetPushParser push(parser);
+    push.feed(std::as_bytes(std::span(fed)));
+    EXPECT_EQ(whatOf([&] { push.finish(); }).substr(0, 4), "14: ");
+    push.reset();
+    push.setMaxItemSize(5);
+    EXPECT_EQ(whatOf([&] { push.feed(std::as_bytes(std::span(fed))); }),
+              "8: FastInfoset Exception: Limit exceeded: item size: 5 at octet 8");
     struct Refusing : XML::DefaultHandler {
         void characters(const char[], int, int) override { throw FISException("mine"); }
     } refusing;

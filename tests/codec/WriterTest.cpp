@@ -415,6 +415,8 @@ TEST(WriterTest, Conveniences) {
 // Octet for octet, in both modes.
 TEST(WriterTest, CallsWriteWhatTheirEventsDo) {
     const std::vector<double> numbers{0.5, 12};
+    const std::vector<bool> flags{true, false};
+    const Int32 array[] = {1, 2};
     const std::string empty;
     const struct {
         std::function<void(FastInfosetWriter&)> use;
@@ -433,7 +435,8 @@ TEST(WriterTest, CallsWriteWhatTheirEventsDo) {
         {[&](auto& w) {
              w.text(numbers), w.text(empty), w.text(true), w.text(std::as_bytes(std::span("", 1)));
          },
-         "=double 0.5|=double 12|=bool true|=binary 00"}};
+         "=double 0.5|=double 12|=bool true|=binary 00"},
+        {[&](auto& w) { w.text(flags), w.text(array); }, "=bool true|=bool false|=int 1|=int 2"}};
     for (const bool isStrict : {false, true}) {
         const std::string octets = document([&](FastInfosetWriter& writer) {
             writer.setStrict(isStrict);

@@ -19,8 +19,10 @@ namespace Tamo::FastInfoset {
 ///
 /// Elements that drops() names go with all that is in them: attributes, text, typed data, comments,
 /// instructions. By default typed values of one type on both sides of one become one array, in the strict
-/// mode they stay apart. What overrides an event and passes it on calls that of this class. Borrows what it
-/// passes on to; called on the thread that parses; throws what that throws.
+/// mode they stay apart. What overrides an event and passes it on calls that of this class. In the strict
+/// mode typed data comes as a whole chunk first: a filter that is to see its values one by one overrides
+/// startTypedChunk() to return false. Borrows what it passes on to; called on the thread that parses; throws
+/// what that throws.
 class TAMO_API FISFilter : public TypedChunkHandler,
                            public XML::LexicalHandler,
                            public XML::DTDHandler,
@@ -29,6 +31,11 @@ public:
     /// In front of a handler of everything: a FastInfosetWriter, a FISDefaultHandler, another filter.
     template<class Handler>
     explicit FISFilter(Handler& next) : FISFilter(next, next, next, next) {}
+
+    /// The same by its address, as it has to be for a filter of the very class: C++ takes a reference to one
+    /// for a copy.
+    template<class Handler>
+    explicit FISFilter(Handler* pNext) : FISFilter(*pNext, *pNext, *pNext, *pNext) {}
 
     FISFilter(const FISFilter&) = delete;
     FISFilter& operator=(const FISFilter&) = delete;

@@ -41,10 +41,10 @@ class VocabularyLoader;
 /// FastInfosetParser.
 ///
 /// Whatever a document can cause is a FISException, which says at which octet; where FastInfosetParser throws
-/// std::out_of_range, AssertionViolationException or PoolOverflowException it has their message. Beside it
-/// there are IOException for a failing stream, what the loader and the algorithms of the application throw
-/// (unless it is one of those), and std::bad_alloc. After an exception, and before open(), next() throws
-/// InvalidAccessException.
+/// std::out_of_range, AssertionViolationException or PoolOverflowException it has their message, as it has
+/// that of what keeps a named vocabulary from being opened without a loader. Beside it there are IOException
+/// for a failing stream, what the loader and the algorithms of the application throw (unless it is one of
+/// those), and std::bad_alloc. After an exception, and before open(), next() throws InvalidAccessException.
 class TAMO_API FastInfosetReader {
 public:
     /// What the cursor stands on.
@@ -107,11 +107,11 @@ public:
     };
 
     /// A reader with tables of its own. The external vocabularies that documents name are opened.
-    FastInfosetReader() : FastInfosetReader(Opening{&openVocabulary}) {}
+    FastInfosetReader() : FastInfosetReader(Opening{&openVocabularyOrRefuse}) {}
 
     /// The same over a copy of a prepared vocabulary.
     explicit FastInfosetReader(const DocumentVocabulary& vocabulary)
-        : FastInfosetReader(vocabulary, Opening{&openVocabulary}) {}
+        : FastInfosetReader(vocabulary, Opening{&openVocabularyOrRefuse}) {}
 
     /// Readers that open nothing: external vocabularies come from the loader, which is borrowed, or are
     /// refused with FISException where it is null. A program with no other readers does not need Expat.

@@ -260,7 +260,7 @@ public:
     /// An element without content.
     void element(std::string_view name, std::initializer_list<NameAndValue> attributes = {});
 
-    /// An element with a value, which is written as by text().
+    /// An element with a value, which is written as by text(). A value that is refused leaves it started.
     template<class T>
     void element(std::string_view name, const T& value) {
         element(name, {}, value);
@@ -283,6 +283,12 @@ public:
             }
         } else if constexpr (std::convertible_to<const T&, std::span<const std::byte>>) {
             binaryData(std::span<const std::byte>(value));
+        } else if constexpr (std::same_as<T, std::vector<bool>>) {
+            for (const bool flag : value) {
+                encodedData(flag);
+            }
+        } else if constexpr (std::is_array_v<T>) {
+            encodedData(std::span<const std::remove_extent_t<T>>(value));
         } else {
             encodedData(value);
         }

@@ -13,7 +13,8 @@ namespace Tamo::FastInfoset {
 /// The memory that a parser takes is bounded by the document's size whatever the limits; they are for
 /// programs that want less, and against documents that are small and cost much to process. The defaults are
 /// beyond every document that is meant to be read. Typed values that a typed handler takes are no delivered
-/// octets: they are as large as the document carries them. A plain value.
+/// octets: they are as large as the document carries them. Nor is the text that it, or the program with a
+/// cursor, has made of them: of booleans up to 48 octets for each octet, of others less. A plain value.
 struct TAMO_API ParserLimits {
     /// How many elements may be open at a time. An element costs one octet of the document and 4 octets of
     /// memory here, 8 while the list of them grows, and handlers keep books of their own.

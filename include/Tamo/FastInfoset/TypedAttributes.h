@@ -11,6 +11,7 @@
 #include "Tamo/XML/DirectLookUps.h"
 #include "Tamo/XML/StableAttributes.h"
 #include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -30,11 +31,17 @@ namespace Tamo::FastInfoset {
 /// throws AssertionViolationException.
 class TAMO_API TypedAttributes final : public XML::DirectLookUps<TypedAttributes, XML::StableAttributes> {
 public:
-    int getLength() const override { return _list.getLength(); }
-    const std::string& getURI(int i) const override { return _list.getURI(i); }
-    const std::string& getLocalName(int i) const override { return _list.getLocalName(i); }
-    const std::string& getQName(int i) const override { return _list.getQName(i); }
-    const std::string& getType(int i) const override { return _list.getType(i); }
+    TypedAttributes() = default;
+    TypedAttributes(const TypedAttributes& other);
+    TypedAttributes(TypedAttributes&& other) noexcept = default;
+    TypedAttributes& operator=(const TypedAttributes& other);
+    TypedAttributes& operator=(TypedAttributes&& other) noexcept = default;
+
+    int getLength() const override { return texts().getLength(); }
+    const std::string& getURI(int i) const override { return texts().getURI(i); }
+    const std::string& getLocalName(int i) const override { return texts().getLocalName(i); }
+    const std::string& getQName(int i) const override { return texts().getQName(i); }
+    const std::string& getType(int i) const override { return texts().getType(i); }
     const std::string& getValue(int i) const override;
     using DirectLookUps::getType;
     using DirectLookUps::getValue;
@@ -111,17 +118,26 @@ private:
         AutoPtr<Encoding> pEncoding; // null: text
         unsigned int algorithm = 0;
         std::string uri;
-        mutable bool hasText = false;
+        bool hasText = false;                    // in the list
+        mutable std::optional<std::string> text; // once it was asked for, and is not in the list
     };
 
+    friend class TypedAttributeValues;
+
+    // Has the names and texts of a list that lasts longer, until it is filled otherwise: what a document has
+    // once and refers to often is not copied.
+    void refer(const XML::Attributes& texts);
+
+    const XML::Attributes& texts() const noexcept { return _pTexts ? *_pTexts : _list; }
     const Value& at(int i) const;
     TypedChunk chunk(int i) const;
     template<class E, class T>
     void addArray(const std::string& uri, const std::string& localName, const std::string& qname,
                   std::span<const T> values);
 
-    mutable XML::AttributesImpl _list; // with the texts of typed values that were asked for
-    std::vector<Value> _values;        // one an attribute
+    XML::AttributesImpl _list;
+    const XML::Attributes* _pTexts = nullptr; // in place of that; null in lists that are copied or filled
+    std::vector<Value> _values;               // one an attribute
     bool _lowerCaseUUIDs = false;
     bool _canonicalNumbers = false;
 };

@@ -23,9 +23,10 @@ EncodeCommand::EncodeCommand(CLI::App& parent) : Command(parent, "encode", "XML 
                    "Drop text that is nothing but white space");
     app().add_flag("--xml-declaration", _options.xmlDeclaration, "Begin with an XML declaration");
     app()
-        .add_flag("--typed", _typed,
-                  "Write numbers, booleans, UUIDs and octets in element text in binary; with =canonical, "
-                  "numbers in canonical spelling only")
+        .add_flag(
+            "--typed", _typed,
+            "Write numbers, booleans, UUIDs and octets in texts and attributes in binary; with =canonical, "
+            "numbers in canonical spelling only")
         ->check(CLI::IsMember({"true", "false", CANONICAL}).description(""));
 }
 

@@ -12,6 +12,10 @@ namespace Tamo::FastInfoset {
 /// thread.
 TAMO_API DocumentVocabulary openVocabulary(const std::string& uri, bool strict);
 
+/// The same for FastInfosetReader: what does not open it, or makes no vocabulary of it, is a FISException
+/// too, with the other exception nested.
+TAMO_API DocumentVocabulary openVocabularyOrRefuse(const std::string& uri, bool strict);
+
 } // namespace Tamo::FastInfoset
 
 #endif
