@@ -293,7 +293,7 @@ void expectDocuments(const std::vector<DocumentRow>& rows) {
         };
         EXPECT_EQ(hex(document(write, DocumentVocabulary::VOC_MAP)), hex(expected));
         EXPECT_EQ(hex(document(write, DocumentVocabulary::VOC_HASH)), hex(expected));
-        expectEvents(expected, row.read ? row.read : row.written);
+        expectEvents(expected, row.read.empty() ? row.written : row.read);
         expectRewritten(expected, row.maxIndexedStringLength);
     }
 }

@@ -21,9 +21,9 @@ constexpr DocumentVocabulary::VocabularyImpl ALL_KINDS[] = {
 /// A document that must be written and read in one way whatever the tables, the source and the detours.
 struct DocumentRow {
     const char* name;
-    const char* written;        ///< the events, as TypedEventRecorder spells them
-    const char* octets;         ///< the document behind identification and version, in hexadecimal
-    const char* read = nullptr; ///< the events that a parser reports; null: those written
+    std::string written;   ///< the events, as TypedEventRecorder spells them
+    std::string octets;    ///< the document behind identification and version, in hexadecimal
+    std::string read = {}; ///< the events that a parser reports; empty: those written
     int maxIndexedStringLength = 16;
 };
 
