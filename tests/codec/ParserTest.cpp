@@ -25,10 +25,10 @@ TEST(ParserTest, HandlersFeaturesAndProperties) {
     FastInfosetParser parser;
     std::ostringstream stream;
     FastInfosetWriter writer(stream);
-    parser.initialize(static_cast<FastInfosetWriter*>(nullptr));
-    parser.initialize(static_cast<FISDefaultHandler*>(nullptr));
     EXPECT_TRUE(!parser.getContentHandler() && !parser.getDTDHandler() && !parser.getDocumentHandler());
     parser.initialize(&writer);
+    parser.initialize(static_cast<FastInfosetWriter*>(nullptr)); // is left out
+    parser.initialize(static_cast<FISDefaultHandler*>(nullptr));
     EXPECT_TRUE(parser.getContentHandler() == &writer && parser.getDTDHandler() == &writer);
     EXPECT_TRUE(parser.getDocumentHandler() == &writer && parser.getLexicalHandler() == &writer);
     XML::DefaultHandler other;
