@@ -195,21 +195,17 @@ TEST(TreeBuilder, TextIsJoinedAndTypedDataIsText) {
     FastInfosetWriter writer(octets, false, DocumentVocabulary::VOC_MAP);
     writer.setStrict(true);
     writer.startDocument();
-    writer.startDTD("", "", "s.dtd");
-    writer.endDTD();
-    writer.startElement("", "a", "a");
+    writer.startDTD("", "", "s.dtd"), writer.endDTD();
+    writer.startElement("a");
     const std::string large(70000, 'x');
     for (int i = 0; i < 3; ++i) {
-        writer.characters("short ");
-        writer.characters(large);
+        writer.text("short "), writer.text(large);
     }
-    writer.encodedData(Int32{7});
-    writer.startCDATA();
-    writer.characters("]]>");
-    writer.endCDATA();
-    writer.encodedData(1.5);
+    writer.text(7);
+    writer.startCDATA(), writer.text("]]>"), writer.endCDATA();
+    writer.text(1.5);
     writer.skippedEntity("e");
-    writer.endElement("", "a", "a");
+    writer.endElement();
     writer.endDocument();
 
     const std::string text = "short " + large + "short " + large + "short " + large + "7";

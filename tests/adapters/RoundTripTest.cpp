@@ -37,11 +37,6 @@ std::string pugixmlTree(const std::string& octets, bool strict) {
     return tree;
 }
 
-// Without the prefixes of attributes, which the default mode does not write.
-std::string withoutPrefixes(const std::string& xml) {
-    return xml.find("b:x=") == std::string::npos ? xml : std::string();
-}
-
 } // namespace
 
 TEST(AdapterRoundTrip, TreesFromTextAndFromFastInfosetAreEqual) {
@@ -64,7 +59,7 @@ TEST(AdapterRoundTrip, TreesFromTextAndFromFastInfosetAreEqual) {
         std::ostringstream savedOfText;
         save(pFromText.get(), savedOfText);
         EXPECT_EQ(libxmlTree(savedOfText.str(), true), libxmlText);
-        if (!withoutPrefixes(xml).empty()) {
+        if (xml.find("b:x=") == std::string::npos) { // the default mode writes no prefixes of attributes
             EXPECT_EQ(libxmlTree(encoded(xml, false), false), libxmlText);
         }
 
@@ -128,11 +123,11 @@ TEST(AdapterRoundTrip, ItemsOfADocumentBecomeTreesAndSubtreesDocuments) {
     std::ostringstream among;
     FastInfosetWriter writer(among, false, DocumentVocabulary::VOC_MAP);
     writer.startDocument();
-    writer.startElement("", "list", "");
+    writer.startElement("list");
     save(pTarget->children->children->last, writer);
     save(target.first_child().first_child().last_child(), writer);
-    writer.emptyElement("", "end", "");
-    writer.endElement("", "list", "");
+    writer.element("end");
+    writer.endElement();
     writer.endDocument();
     const LibxmlDocument pAmong = loadDocument(among.str(), {.strict = false});
     EXPECT_EQ(textOf(pAmong->children->last), "<end>\n");

@@ -21,6 +21,15 @@ std::string named(const xmlNs* pNs, const xmlChar* localName) {
     return (pNs ? "{" + viewed(pNs->href) + "}" + viewed(pNs->prefix) + ":" : "") + viewed(localName);
 }
 
+std::string sorted(std::vector<std::string> items) {
+    std::sort(items.begin(), items.end());
+    std::string all;
+    for (const std::string& item : items) {
+        all += item;
+    }
+    return all;
+}
+
 void write(const xmlNode* pNode, std::size_t depth, std::string& text) {
     if (pNode->type == XML_CDATA_SECTION_NODE) {
         // libxml2's parser joins neighbours.
@@ -40,10 +49,7 @@ void write(const xmlNode* pNode, std::size_t depth, std::string& text) {
         for (const xmlNs* pNs = pNode->nsDef; pNs; pNs = pNs->next) {
             declarations.push_back(" xmlns:" + viewed(pNs->prefix) + "=" + viewed(pNs->href));
         }
-        std::sort(declarations.begin(), declarations.end());
-        for (const std::string& declaration : declarations) {
-            text += declaration;
-        }
+        text += sorted(declarations);
         for (const xmlAttr* pAttribute = pNode->properties; pAttribute; pAttribute = pAttribute->next) {
             xmlChar* const pValue = xmlNodeListGetString(pAttribute->doc, pAttribute->children, 1);
             text += " " + named(pAttribute->ns, pAttribute->name) + "='" + viewed(pValue) + "'";
@@ -70,11 +76,7 @@ void write(const xmlNode* pNode, std::size_t depth, std::string& text) {
                                 viewed(pEntity->SystemID) + " " + viewed(pEntity->content));
             }
         }
-        std::sort(items.begin(), items.end());
-        for (const std::string& item : items) {
-            text += item;
-        }
-        text += "\n";
+        text += sorted(items) + "\n";
         return;
     }
     default:
@@ -100,11 +102,7 @@ void write(const pugi::xml_node& node, std::size_t depth, std::string& text) {
             attributes += described;
         }
     }
-    std::sort(declarations.begin(), declarations.end());
-    for (const std::string& declaration : declarations) {
-        text += declaration;
-    }
-    text += attributes + " " + node.value() + "\n";
+    text += sorted(declarations) + attributes + " " + node.value() + "\n";
     for (const pugi::xml_node child : node.children()) {
         write(child, depth + 1, text);
     }

@@ -1,6 +1,5 @@
 // Classes of an application's own, which keep to their interfaces and to nothing else.
 #include "DocumentTest.h"
-#include "Tamo/FastInfoset/BoolEncoding.h"
 #include "Tamo/FastInfoset/Decoder.h"
 #include "Tamo/FastInfoset/FISDefaultHandler.h"
 #include "Tamo/FastInfoset/IntEncoding.h"
@@ -190,8 +189,7 @@ TEST(ApplicationClassesTest, TablesOfTheApplication) {
     // The writer writes with them what it writes with its own.
     const auto written = [](auto replace) {
         return document([&](FastInfosetWriter& w) {
-            bool found = false;
-            w.getDocumentVocabulary().index(DocumentVocabulary::LOCAL_NAME, "announced", found);
+            add(w.getDocumentVocabulary(), DocumentVocabulary::LOCAL_NAME, {"announced"});
             replace(w.getDocumentVocabulary());
             play(EVENTS, w);
         });
@@ -231,46 +229,6 @@ TEST(ApplicationClassesTest, TablesThatAreNotTaken) {
     EXPECT_FAILURE("AssertionViolationException: !qneExists", play("<e", writer));
     // The element that has thrown has a namespace context, and no state.
     EXPECT_FAILURE("", play(">|>|>", writer));
-}
-
-// How often createContent() is called.
-class Counting : public IntEncoding {
-public:
-    Counting() : IntEncoding(7) {}
-    int created = 0;
-    void createContent() override {
-        ++created;
-        IntEncoding::createContent();
-    }
-};
-
-TEST(ApplicationClassesTest, PendingValuesGetTheirContent) {
-    const AutoPtr<Encoding> pOwn(new Counting);
-    const AutoPtr<Encoding> pKept(new BoolEncoding(true));
-    document([&](FastInfosetWriter& writer) {
-        play("^|<a", writer);
-        writer.insertEncoding(pOwn);
-        writer.insertEncoding(pKept);
-        play(">|$", writer);
-    });
-    EXPECT_EQ(static_cast<const Counting&>(*pOwn).created, 1);
-    EXPECT_EQ(static_cast<const Encoding&>(*pKept).content(), "true");
-}
-
-TEST(ApplicationClassesTest, AlphabetsShareNothing) {
-    DocumentRestrictedAlphabet first;
-    first.add("abc");
-    RestrictedAlphabet& held = first.alphabet(16);
-    {
-        const DocumentRestrictedAlphabet copy(first);
-        first.alphabet(1);
-        held = RestrictedAlphabet("xyz");
-        EXPECT_EQ(copy.alphabet(16).characters(), "abc");
-    }
-    EXPECT_EQ(held.characters(), "xyz");
-    EXPECT_EQ(first.alphabet(16).characters(), "xyz");
-    DocumentRestrictedAlphabet().alphabet(1) = RestrictedAlphabet("changed");
-    EXPECT_EQ(DocumentRestrictedAlphabet().alphabet(1).characters(), "0123456789-+.e ");
 }
 
 // An algorithm that asks for octets which are not there, as the built-in ones never do.

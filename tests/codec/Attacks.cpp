@@ -26,23 +26,6 @@ std::string body(std::string_view hex) {
     return octets("E000000100") + octets(hex);
 }
 
-// A literal identifying string at the first bit (ITU-T X.891 C.13, C.22).
-std::string literal(std::string_view text) {
-    std::string result;
-    if (text.size() <= 64) {
-        result = static_cast<char>(text.size() - 1);
-    } else if (text.size() <= 320) {
-        result = {'\x40', static_cast<char>(text.size() - 65)};
-    } else {
-        const auto rest = static_cast<std::uint32_t>(text.size() - 321);
-        result = '\x60';
-        for (const int shift : {24, 16, 8, 0}) {
-            result += static_cast<char>(rest >> shift);
-        }
-    }
-    return result.append(text);
-}
-
 // An index at the first bit (C.13, C.25).
 std::string indexed(std::size_t index) {
     if (index <= 64) {
@@ -71,6 +54,10 @@ std::string repeated(std::size_t n, Part part) {
         result += part(i);
     }
     return result;
+}
+
+std::string times(std::size_t n, const std::string& part) {
+    return repeated(n, [&](std::size_t) { return part; });
 }
 
 // The declarations of an element, from prefix0 on, each of a namespace name of its own or all of one.
@@ -106,8 +93,7 @@ std::string longName(std::size_t n) {
 
 std::string longNamespaceByIndex(std::size_t n) {
     return closed(body("3C 00 72 38 CF 00 70") + literal(std::string(longFor(n), 'u')) +
-                      octets("F0 3D 81 00 61 F0") +
-                      repeated(n - 1, [](std::size_t) { return octets("38 CF 81 81 F0 01 F0"); }),
+                      octets("F0 3D 81 00 61 F0") + times(n - 1, octets("38 CF 81 81 F0 01 F0")),
                   2);
 }
 
@@ -120,8 +106,7 @@ std::string closedMappings(std::size_t n) {
 // The prefixes that a writer would generate belong to the document.
 std::string takenPrefixes(std::size_t n) {
     return closed(body("") + declarations("ns", n, true) +
-                      octets("3C 00 72 7C 00 61 79 00 76 00 62 40 63 FF") +
-                      repeated(n, [](std::size_t) { return octets("41 00 80 FF"); }),
+                      octets("3C 00 72 7C 00 61 79 00 76 00 62 40 63 FF") + times(n, octets("41 00 80 FF")),
                   2);
 }
 
@@ -182,7 +167,7 @@ std::string firstInFirstOut(std::size_t n) {
 // again for the elements that follow.
 std::string declarationsLeft(std::size_t n) {
     return closed(body("3C 00 72") + declarations("p", n, true) + octets("3C 00 61 3C 00 62 FF") +
-                      repeated(n, [](std::size_t) { return octets("02 F0"); }),
+                      times(n, octets("02 F0")),
                   2);
 }
 
@@ -289,18 +274,18 @@ std::string equalHashVocabulary(std::size_t n) {
 
 std::string xmlDeclaredByDefault(std::size_t n) {
     return "<!DOCTYPE a [<!ATTLIST a xmlns CDATA '" + std::string(longFor(n), 'u') + "'>]>" +
-           repeated(n, [](std::size_t) { return "<a>"; }) + repeated(n, [](std::size_t) { return "</a>"; });
+           times(n, "<a>") + times(n, "</a>");
 }
 
 std::string xmlNestedDefaults(std::size_t n) {
     return repeated(n, [](std::size_t i) { return "<a xmlns='" + numbered("u", i) + "'>"; }) +
-           repeated(n, [](std::size_t) { return "</a>"; });
+           times(n, "</a>");
 }
 
 std::string xmlHiddenBindings(std::size_t n) {
     return "<p:a xmlns:p='u' xmlns:q='u'>" +
            repeated(n, [](std::size_t i) { return "<q:a xmlns:p='" + numbered("u", i) + "' p:b=''>"; }) +
-           repeated(n, [](std::size_t) { return "</q:a>"; }) + "</p:a>";
+           times(n, "</q:a>") + "</p:a>";
 }
 
 std::string xmlManyDeclarations(std::size_t n) {
@@ -314,14 +299,13 @@ std::string xmlManyDeclarations(std::size_t n) {
 }
 
 std::string xmlLongNamespace(std::size_t n) {
-    return "<r xmlns='" + std::string(longFor(n), 'u') + "'>" +
-           repeated(n, [](std::size_t) { return "<a/>"; }) + "</r>";
+    return "<r xmlns='" + std::string(longFor(n), 'u') + "'>" + times(n, "<a/>") + "</r>";
 }
 
 std::string xmlDefaultValues(std::size_t n) {
     return "<!DOCTYPE r [<!ATTLIST a" +
            repeated(n / 4, [](std::size_t i) { return numbered(" b", i) + " CDATA 'v'"; }) + ">]><r>" +
-           repeated(n, [](std::size_t) { return "<a/>"; }) + "</r>";
+           times(n, "<a/>") + "</r>";
 }
 
 std::string xmlEqualHashes(std::size_t n) {

@@ -8,16 +8,6 @@ std::string digitsOf(UInt64 value, int width) {
     return std::bitset<64>(value).to_string().substr(64 - static_cast<std::size_t>(width));
 }
 
-// The octets that binary digits stand for, the last one completed with zeros.
-std::string octetsOf(std::string digits) {
-    digits.resize((digits.size() + 7) / 8 * 8, '0');
-    std::string octets;
-    for (std::size_t i = 0; i < digits.size(); i += 8) {
-        octets.push_back(static_cast<char>(std::stoi(digits.substr(i, 8), nullptr, 2)));
-    }
-    return octets;
-}
-
 // Every width at every bit position, both directions, against a string of digits. The neighbours of the bits
 // are set and clear, so that a bit too many shows.
 template<class T>
@@ -27,7 +17,7 @@ void expectWidths() {
             for (std::size_t start = 0; start < 8; ++start) {
                 SCOPED_TRACE(testing::Message() << width << " bits at " << start);
                 const std::string form =
-                    octetsOf(std::string("10101010").substr(0, start) + digitsOf(value, width) + "1");
+                    octetsOfBits(std::string("10101010").substr(0, start) + digitsOf(value, width) + "1");
                 EXPECT_EQ(written([&](BitStreamWriter& w) {
                               for (std::size_t i = 0; i < start; ++i) {
                                   w.write(i % 2 == 0);

@@ -5,10 +5,11 @@
 #include "Tamo/FastInfoset/Utility.h"
 #include "Tamo/FastInfoset/XMLToFastInfoset.h"
 #include "Tamo/SpanSink.h"
-#include "Tamo/XML/InputSource.h"
 #include "Tamo/XML/SAXParser.h"
 #include "Tamo/XML/XMLWriter.h"
 #include <array>
+#include <filesystem>
+#include <fstream>
 
 namespace Tamo::FastInfoset::Test {
 namespace {
@@ -32,9 +33,10 @@ std::string informationOf(Reader& reader, const std::string& document) {
     EventRecorder recorder(EventRecorder::INFORMATION);
     recorder.connect(reader);
     std::istringstream stream(document);
-    XML::InputSource source(stream);
-    reader.parse(&source);
-    return recorder.events();
+    reader.parse(stream);
+    std::string events = recorder.events();
+    const std::size_t empty = events.find("[|]|"); // which a Fast Infoset document has no form for
+    return empty == std::string::npos ? events : events.erase(empty, 4);
 }
 
 std::string informationInXML(const std::string& xml) {
@@ -44,33 +46,13 @@ std::string informationInXML(const std::string& xml) {
 }
 
 TEST(ConverterTest, TheInformationComesBack) {
-    const struct {
-        const char* name;
-        const char* xml;
-    } rows[] = {{"text and attributes", R"(<a b="1" c="">x<d/>y</a>)"},
-                {"default namespace declared, redeclared, undeclared",
-                 R"(<a xmlns="u"><b xmlns="v"><c xmlns=""/></b><d/></a>)"},
-                {"two prefixes for one namespace", R"(<p:a xmlns:p="u" xmlns:q="u"><q:b/><p:c/></p:a>)"},
-                {"prefix and default for one namespace", R"(<a xmlns="u" xmlns:p="u"><p:b p:c="1"/></a>)"},
-                {"a namespaced attribute in the element's namespace", R"(<p:a xmlns:p="u" p:b="1" c="2"/>)"},
-                {"attributes in two namespaces", R"(<a xmlns:p="u" xmlns:q="v" p:b="1" q:b="2" b="3"/>)"},
-                {"a prefix bound anew", R"(<p:a xmlns:p="u"><p:b xmlns:p="v" p:c="1"/><p:d/></p:a>)"},
-                {"xml attributes", R"(<a xml:lang="en" xml:space="preserve"> </a>)"},
-                {"siblings with declarations", R"(<a><p:b xmlns:p="u"/><p:b xmlns:p="u"/><c/></a>)"},
-                {"comments, processing instructions, CDATA",
-                 "<!--c--><?t d?><a><!----><?t?><![CDATA[<&]]>x</a><?t d?>"},
-                {"characters", "<a b=\"&#9;&#10;&quot;&lt;\">]]&gt;&#13;\xF0\x9F\x98\x80&amp;</a>"},
-                {"identifiers", R"(<!DOCTYPE a PUBLIC "p" "s"><a/>)"},
-                {"declarations",
-                 R"(<!DOCTYPE a [<!NOTATION n PUBLIC "p"><!NOTATION m SYSTEM "s">)"
-                 R"(<!ENTITY e SYSTEM "s" NDATA n><!ENTITY f PUBLIC "q" "t" NDATA m><?t d?>]><a/>)"},
-                {"entities, defaults and comments of the declaration",
-                 R"(<!DOCTYPE a [<!ENTITY i "x<b/>y"><!--gone--><!ATTLIST a c CDATA "d">]><a>&i;&i;</a>)"}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        const std::string information = informationInXML(row.xml);
+    for (const auto& file : std::filesystem::directory_iterator(TAMO_TEST_DATA "/roundtrip")) {
+        SCOPED_TRACE(file.path());
+        std::ostringstream xml;
+        xml << std::ifstream(file.path(), std::ios::binary).rdbuf();
+        const std::string information = informationInXML(xml.str());
         for (const int maxIndexedStringLength : {16, 0, -1}) {
-            const std::string fastInfoset = toFastInfoset(row.xml, maxIndexedStringLength);
+            const std::string fastInfoset = toFastInfoset(xml.str(), maxIndexedStringLength);
             FastInfosetParser parser;
             EXPECT_EQ(informationOf(parser, fastInfoset), information);
             EXPECT_EQ(informationInXML(toXML(fastInfoset)), information);

@@ -6,6 +6,7 @@
 #include "Tamo/FastInfoset/DocumentVocabulary.h"
 #include "Tamo/FastInfoset/FastInfosetParser.h"
 #include "Tamo/FastInfoset/FastInfosetWriter.h"
+#include "Tamo/FastInfoset/VocabularyLoader.h"
 #include "TestSupport.h"
 #include <functional>
 #include <string>
@@ -20,9 +21,9 @@ constexpr DocumentVocabulary::VocabularyImpl ALL_KINDS[] = {
 /// A document that must be written and read in one way whatever the tables, the source and the detours.
 struct DocumentRow {
     const char* name;
-    const char* written;        ///< the events, as TypedEventRecorder spells them
-    const char* octets;         ///< the document behind identification and version, in hexadecimal
-    const char* read = nullptr; ///< the events that a parser reports; null: those written
+    std::string written;   ///< the events, as TypedEventRecorder spells them
+    std::string octets;    ///< the document behind identification and version, in hexadecimal
+    std::string read = {}; ///< the events that a parser reports; empty: those written
     int maxIndexedStringLength = 16;
 };
 
@@ -37,10 +38,42 @@ void play(std::string_view events, FastInfosetWriter& writer);
 
 /// The document that use writes.
 std::string document(const std::function<void(FastInfosetWriter&)>& use,
-                     DocumentVocabulary::VocabularyImpl impl = DocumentVocabulary::VOC_HASH);
+                     DocumentVocabulary::VocabularyImpl impl = DocumentVocabulary::VOC_HASH,
+                     bool strict = false);
 
 /// Identification, version and these octets.
 std::string document(std::string_view hexOctets);
+
+/// The same for each of the octets that a ';' separates.
+std::vector<std::string> documents(const std::string& hexOctets);
+
+/// A document that names the vocabulary with this URI; the octets follow the initial vocabulary.
+std::string naming(const std::string& uri, std::string_view hexOctets);
+
+/// Calls use with the document cut off behind each of its octets, and with each of its bits turned.
+void forEachDamaged(const std::string& document, const std::function<void(const std::string& damaged)>& use);
+
+/// Adds texts to a table; says the index of the last.
+unsigned int add(DocumentVocabulary& vocabulary, DocumentVocabulary::ID table,
+                 const std::vector<std::string>& texts);
+
+/// Adds local names, and names of elements without namespace that have them.
+void addElements(DocumentVocabulary& vocabulary, const std::vector<std::string>& localNames);
+
+/// What writing these events indexes.
+DocumentVocabulary vocabularyOf(const std::string& events, const std::string& uri = "",
+                                DocumentVocabulary::VocabularyImpl impl = DocumentVocabulary::VOC_MAP);
+
+/// Yields a copy of one vocabulary for every URI; an empty one if none is given.
+class GivenVocabulary : public VocabularyLoader {
+public:
+    explicit GivenVocabulary(
+        const DocumentVocabulary& vocabulary = DocumentVocabulary(DocumentVocabulary::VOC_VECTOR));
+    DocumentVocabulary load(const std::string& uri) override;
+
+private:
+    DocumentVocabulary _vocabulary;
+};
 
 /// What reading the document with all handlers reports.
 std::string eventsOf(const std::string& document);
@@ -49,6 +82,30 @@ std::string eventsOf(const std::string& document);
 void parseMemory(FastInfosetParser& parser, std::string_view document);
 void parseStream(FastInfosetParser& parser, std::istream& stream);
 void parseLive(FastInfosetParser& parser, std::istream& stream);
+
+/// A parser with all its handlers and an empty vocabulary for every URI, for one document after the other.
+template<class Recorder = TypedEventRecorder>
+class Reading {
+public:
+    explicit Reading(bool strict = false, const ParserLimits& limits = {}) {
+        parser.setStrict(strict);
+        parser.setLimits(limits);
+        parser.setExternalVocabularyLoader(&_loader);
+        recorder.connectAll(parser);
+    }
+
+    FastInfosetParser parser;
+    Recorder recorder;
+
+    std::string events(const std::string& document) {
+        recorder.clear();
+        parseMemory(parser, document);
+        return recorder.events();
+    }
+
+private:
+    GivenVocabulary _loader;
+};
 
 /// Expects these events from parsers and readers with all kinds of tables, each used for a memory block, a
 /// stream and a stream that dribbles in a row.

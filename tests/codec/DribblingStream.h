@@ -1,26 +1,18 @@
 #ifndef TAMO_TESTS_DRIBBLINGSTREAM_H
 #define TAMO_TESTS_DRIBBLINGSTREAM_H
 
-#include <cstddef>
-#include <istream>
-#include <streambuf>
-#include <string>
+#include "LiveStream.h"
 
 namespace Tamo::FastInfoset::Test {
 
-/// An input stream whose buffer hands out one octet at a time and throws behind octet number failAfter.
-class DribblingStream : private std::streambuf, public std::istream {
+/// An input stream whose buffer hands out one octet at a time, and throws when it is asked for one behind
+/// octet number failAfter.
+class DribblingStream : public LiveStream {
 public:
-    explicit DribblingStream(const std::string& octets, std::size_t failAfter = std::string::npos)
-        : std::istream(this), _octets(octets), _failAfter(failAfter) {}
-
-private:
-    int underflow() override;
-
-    std::string _octets;
-    std::size_t _failAfter;
-    std::size_t _position = 0;
-    char _octet = 0;
+    explicit DribblingStream(const std::string& octets) : DribblingStream(octets, octets.size()) {
+        endAtEnd();
+    }
+    DribblingStream(const std::string& octets, std::size_t failAfter) : LiveStream(octets, failAfter, 1) {}
 };
 
 } // namespace Tamo::FastInfoset::Test

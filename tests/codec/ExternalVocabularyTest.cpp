@@ -1,31 +1,12 @@
 // External vocabularies: given, loaded, announced, naming themselves.
 #include "DocumentTest.h"
 #include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
-#include "Tamo/FastInfoset/FISException.h"
-#include "Tamo/NullStream.h"
 #include <filesystem>
 #include <fstream>
 #include <unistd.h>
 
 namespace Tamo::FastInfoset::Test {
 namespace {
-
-// A document that names the vocabulary; the octets follow the initial vocabulary.
-std::string naming(const std::string& uri, std::string_view hexOctets) {
-    const std::string length(1, static_cast<char>(uri.size() - 1));
-    return document("20 10 00") + (uri.size() <= 64 ? length : octets("40") + char(uri.size() - 65)) + uri +
-           octets(hexOctets);
-}
-
-// What writing these events indexes.
-DocumentVocabulary vocabularyOf(const std::string& events, const std::string& uri = "") {
-    NullOutputStream null;
-    FastInfosetWriter writer(null);
-    play(events, writer);
-    DocumentVocabulary result = writer.getDocumentVocabulary();
-    result.setURI(uri);
-    return result;
-}
 
 class ExternalVocabularyTest : public testing::Test {
 protected:
@@ -61,7 +42,7 @@ private:
 
 TEST_F(ExternalVocabularyTest, GivenInAdvanceNothingIsLoaded) {
     const std::string uri = "urn:v";
-    const DocumentVocabulary shared = vocabularyOf(R"(^|<a b="1"|'x|>|$)", uri);
+    const DocumentVocabulary shared = vocabularyOf(R"(^|<a b="1"|'x|>|$)", uri, DocumentVocabulary::VOC_HASH);
     std::ostringstream stream;
     FastInfosetWriter writer(stream, false, shared);
     writer.setExternalVocabulary(uri, shared);
@@ -82,9 +63,8 @@ TEST_F(ExternalVocabularyTest, AnnouncedWithTheDifference) {
     std::ostringstream stream;
     FastInfosetWriter writer(stream, false, shared);
     writer.setExternalVocabulary("urn:v", shared);
-    bool found = false;
-    writer.getDocumentVocabulary().index(DocumentVocabulary::PREFIX, "p", found);
-    writer.getDocumentVocabulary().index(DocumentVocabulary::LOCAL_NAME, "b", found);
+    add(writer.getDocumentVocabulary(), DocumentVocabulary::PREFIX, {"p"});
+    add(writer.getDocumentVocabulary(), DocumentVocabulary::LOCAL_NAME, {"b"});
     play("^|+p=u|<a|<{u}p:b|>|>|-p|$", writer);
     EXPECT_EQ(hex(stream.str()), hex(document("20 12 80 04 75 72 6E 3A 76 00 00 70 00 00 62"
                                               "38 CF 81 00 75 F0 00 3F 81 81 81 FF F0")));
@@ -162,31 +142,6 @@ TEST_F(ExternalVocabularyTest, NamingItself) {
     EXPECT_EQ(read(naming(uriOf("8"), "00 FF")), "none|external " + uriOf("8") + "|vocabulary|^|<a|>|$");
     EXPECT_EQ(read(naming(uriOf("9"), "00 FF")),
               "FISException: Too many external vocabularies name one another: " + uriOf("1"));
-}
-
-TEST_F(ExternalVocabularyTest, FromTheApplication) {
-    class Loader : public ExternalVocabularyLoader {
-    public:
-        int loads = 0;
-
-        DocumentVocabulary load(const std::string& uri) override {
-            ++loads;
-            if (uri != "urn:v") {
-                throw FISException("no such vocabulary", uri);
-            }
-            return vocabularyOf("^|<a|>|$");
-        }
-    };
-    Loader loader;
-    FastInfosetParser parser;
-    parser.setExternalVocabularyLoader(&loader);
-    EXPECT_EQ(parser.getExternalVocabularyLoader(), &loader);
-    for (int i = 1; i <= 2; ++i) { // anew for every document
-        EXPECT_EQ(read(parser, naming("urn:v", "3C 00 62 F0 01 FF")),
-                  "none|external urn:v|vocabulary|^|<b|>|<b|>|$");
-        EXPECT_EQ(read(parser, naming("urn:w", "F0")), "FISException: no such vocabulary: urn:w");
-        EXPECT_EQ(loader.loads, 2 * i);
-    }
 }
 
 } // namespace

@@ -30,7 +30,7 @@ private:
     std::size_t _most;
     std::size_t _shown = 0;
     bool _fails = true;
-    std::mt19937 _random;
+    std::minstd_rand _random;
 };
 
 } // namespace Tamo::FastInfoset::Test

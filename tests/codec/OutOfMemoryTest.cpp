@@ -6,6 +6,9 @@
 #include "Tamo/FastInfoset/FISDefaultHandler.h"
 #include "Tamo/FastInfoset/FastInfosetReader.h"
 #include "Tamo/MemoryStream.h"
+#include "Tamo/NullStream.h"
+#include "Tamo/StringSink.h"
+#include "Tamo/VectorSink.h"
 #include "Tamo/XML/SAXParser.h"
 #include "Tamo/XML/XMLWriter.h"
 
@@ -17,18 +20,14 @@ const std::string XML = "<?xml version='1.0'?><!DOCTYPE r [<!NOTATION n PUBLIC '
                         "<p:b xmlns:p='a namespace name of more than a few octets'>&e;<![CDATA[x]]></p:b>"
                         "<!--c--><?t d?><c attribute-with-a-long-name='a value that is no short one'/></r>";
 
-// Takes what a writer passes on, without memory.
-class NullBuf : public std::streambuf {
-    int overflow(int c) override { return c; }
-    std::streamsize xsputn(const char*, std::streamsize size) override { return size; }
-};
-
 // Runs use with one failing allocation after the other, until all of them have failed, and check after each.
 // A stream turns a failure into its own.
-void expectSurvives(
-    const std::function<void()>& use, const std::function<void()>& check = [] {}) {
+void expectSurvives(const std::function<void()>& use,
+                    const std::function<void(const AllocationCount&)>& check) {
     use(); // what the program makes once
-    for (std::size_t n = 0;; ++n) {
+    bool hasFailed = true;
+    for (std::size_t n = 0; hasFailed; ++n) {
+        SCOPED_TRACE(n);
         AllocationCount allocations;
         allocations.failAt(n);
         bool hasThrown = false;
@@ -39,41 +38,24 @@ void expectSurvives(
         } catch (const IOException&) {
             hasThrown = true;
         }
-        const bool hasFailed = allocations.hasFailed();
+        hasFailed = allocations.hasFailed();
         allocations.failNever();
-        EXPECT_EQ(hasThrown, hasFailed) << n;
-        ASSERT_NO_THROW(check()) << n;
-        if (!hasFailed) {
-            break;
-        }
+        EXPECT_EQ(hasThrown, hasFailed);
+        ASSERT_NO_THROW(check(allocations));
     }
 }
 
 // The same for a use that leaves nothing behind.
 void expectLosesNothing(const std::function<void()>& use) {
-    use();
-    for (std::size_t n = 0;; ++n) {
-        AllocationCount allocations;
-        allocations.failAt(n);
-        try {
-            use();
-        } catch (const std::bad_alloc&) {
-        } catch (const IOException&) {
-        }
-        ASSERT_EQ(allocations.held(), 0) << n;
-        if (!allocations.hasFailed()) {
-            break;
-        }
-    }
+    expectSurvives(use, [](const AllocationCount& allocations) { ASSERT_EQ(allocations.held(), 0); });
 }
 
 DocumentVocabulary filled(DocumentVocabulary::VocabularyImpl impl) {
     DocumentVocabulary result(impl);
-    bool found = false;
     for (int id = DocumentVocabulary::PREFIX; id < DocumentVocabulary::ELEMENT_NAME; ++id) {
         for (int i = 0; i < 20; ++i) {
-            result.index(static_cast<DocumentVocabulary::ID>(id),
-                         numbered("an entry of the table, number ", i), found);
+            add(result, static_cast<DocumentVocabulary::ID>(id),
+                {numbered("an entry of the table, number ", i)});
         }
     }
     result.restrictedAlphabets().add("abc");
@@ -101,7 +83,7 @@ TEST(OutOfMemoryTest, Vocabularies) {
                 target = empty;
                 target = whole;
             },
-            [&] {
+            [&](const auto&) {
                 const std::size_t size = target.vocabulary(DocumentVocabulary::PREFIX).size();
                 EXPECT_TRUE(size == 2 || size == 22);
             });
@@ -130,8 +112,7 @@ TEST(OutOfMemoryTest, ParsersWritersAndConversionsLoseNothing) {
         });
         for (const auto impl : {DocumentVocabulary::VOC_MAP, DocumentVocabulary::VOC_HASH}) {
             expectLosesNothing([&] {
-                NullBuf buf;
-                std::ostream out(&buf);
+                NullOutputStream out;
                 FastInfosetWriter writer(out, false, impl);
                 FastInfosetParser parser(impl);
                 parser.initialize(&writer);
@@ -139,21 +120,18 @@ TEST(OutOfMemoryTest, ParsersWritersAndConversionsLoseNothing) {
             });
         }
         expectLosesNothing([&] {
-            NullBuf buf;
-            std::ostream out(&buf);
+            NullOutputStream out;
             MemoryInputStream in(octets.data(), octets.size());
             Converter::convertToXML(in, out, 0);
         });
     }
     expectLosesNothing([&] {
-        NullBuf buf;
-        std::ostream out(&buf);
+        NullOutputStream out;
         MemoryInputStream in(XML.data(), XML.size());
         Converter::convertToFIS(in, out, 16, Converter::STRIP_WHITESPACE);
     });
     expectLosesNothing([&] {
-        NullBuf buf;
-        std::ostream out(&buf);
+        NullOutputStream out;
         XML::XMLWriter writer(out);
         XML::SAXParser parser;
         parser.setContentHandler(&writer);
@@ -161,34 +139,77 @@ TEST(OutOfMemoryTest, ParsersWritersAndConversionsLoseNothing) {
     });
 }
 
-TEST(OutOfMemoryTest, WritersAndParsersOfXMLAreUsableAfterwards) {
+// What the caller's object has is whole, and the writer goes on.
+template<class Sink, class Octets>
+void expectSinkSurvives() {
+    const std::string text(9000, 'x');
+    const auto write = [&](FastInfosetWriter& w) {
+        play("^|<r", w);
+        for (int i = 0; i < 6; ++i) {
+            w.characters(text);
+        }
+        play(">|$", w);
+    };
+    const std::string expected = document(write, DocumentVocabulary::VOC_MAP);
+    std::string out;
+    StringSink idle(out);
+    FastInfosetWriter writer(idle, false, DocumentVocabulary::VOC_MAP);
+    Octets octets;
+    std::string_view got;
+    expectSurvives(
+        [&] {
+            octets = Octets();
+            Sink sink(octets);
+            writer.reset(sink);
+            write(writer);
+        },
+        [&](const auto&) {
+            got = {reinterpret_cast<const char*>(octets.data()), octets.size()};
+            EXPECT_TRUE(expected.starts_with(got));
+        });
+    EXPECT_TRUE(got == expected);
+    writer.reset(idle);
+}
+
+TEST(OutOfMemoryTest, SinksKeepWhatTheyHave) {
+    expectSinkSurvives<StringSink, std::string>();
+    expectSinkSurvives<VectorSink, std::vector<std::byte>>();
+}
+
+TEST(OutOfMemoryTest, WritersAndParsersAreUsableAfterwards) {
     const std::string whole = document([](FastInfosetWriter& writer) { play(EVERY_EVENT, writer); });
-    NullBuf buf;
-    std::ostream out(&buf);
+    NullOutputStream out;
     FastInfosetWriter writer(out);
     const auto write = [&] {
         writer.reset(out);
         play(EVERY_EVENT, writer);
     };
-    expectSurvives(write, [&] {
+    expectSurvives(write, [&](const auto&) {
         std::ostringstream again;
         writer.reset(again);
         play(EVERY_EVENT, writer);
         EXPECT_TRUE(again.view() == whole);
         writer.reset(out);
     });
+    for (const bool strict : {false, true}) {
+        for (const std::string& document : everyConstruct(strict)) {
+            Reading reading(strict);
+            const std::string expected = reading.events(document);
+            expectSurvives([&] { reading.events(document); },
+                           [&](const auto&) { ASSERT_EQ(reading.events(document), expected); });
+        }
+    }
     XML::SAXParser parser;
     const std::string expected = traceOf(XML);
-    const std::string lexicalHandler(XML::XMLReader::PROPERTY_LEXICAL_HANDLER);
     expectSurvives(
         [&] {
             XML::DefaultHandler handler;
             parser.setContentHandler(&handler);
             parser.setDTDHandler(&handler);
-            parser.setProperty(lexicalHandler, static_cast<XML::LexicalHandler*>(&handler));
+            parser.setLexicalHandler(&handler);
             parser.parseMemoryNP(XML.data(), XML.size());
         },
-        [&] {
+        [&](const auto&) {
             Trace trace;
             trace.connect(parser);
             parser.parseMemoryNP(XML.data(), XML.size());

@@ -1,6 +1,6 @@
-// What the parser makes of documents assembled octet by octet, among them many that our writer never writes.
+// What the parser makes of documents assembled octet by octet, among them many that our writer never writes;
+// those that the strict mode refuses are rows of StrictParserTest, for both modes.
 #include "DocumentTest.h"
-#include "DribblingStream.h"
 #include "Tamo/Exception.h"
 #include "Tamo/FastInfoset/FISDefaultHandler.h"
 #include "Tamo/FastInfoset/FISException.h"
@@ -25,15 +25,12 @@ TEST(ParserTest, HandlersFeaturesAndProperties) {
     FastInfosetParser parser;
     std::ostringstream stream;
     FastInfosetWriter writer(stream);
-    parser.initialize(static_cast<FastInfosetWriter*>(nullptr));
     EXPECT_TRUE(!parser.getContentHandler() && !parser.getDTDHandler() && !parser.getDocumentHandler());
     parser.initialize(&writer);
-    EXPECT_EQ(parser.getContentHandler(), &writer);
-    EXPECT_EQ(parser.getDTDHandler(), &writer);
-    EXPECT_EQ(parser.getDocumentHandler(), &writer);
-    EXPECT_EQ(parser.getLexicalHandler(), &writer);
-    EXPECT_EQ(parser.getProperty(XMLReader::PROPERTY_LEXICAL_HANDLER),
-              static_cast<XML::LexicalHandler*>(&writer));
+    parser.initialize(static_cast<FastInfosetWriter*>(nullptr)); // is left out
+    parser.initialize(static_cast<FISDefaultHandler*>(nullptr));
+    EXPECT_TRUE(parser.getContentHandler() == &writer && parser.getDTDHandler() == &writer);
+    EXPECT_TRUE(parser.getDocumentHandler() == &writer && parser.getLexicalHandler() == &writer);
     XML::DefaultHandler other;
     parser.setEntityResolver(&other);
     parser.setErrorHandler(&other);
@@ -47,11 +44,13 @@ TEST(ParserTest, HandlersFeaturesAndProperties) {
                    parser.setFeature(XMLReader::FEATURE_NAMESPACES, false));
     EXPECT_TRUE(parser.getFeature(XMLReader::FEATURE_NAMESPACES));
     EXPECT_TRUE(parser.getFeature(XMLReader::FEATURE_NAMESPACE_PREFIXES));
-    EXPECT_FAILURE("SAXNotRecognizedException: f", parser.setFeature("f", true));
-    EXPECT_FAILURE("SAXNotRecognizedException: f", parser.getFeature("f"));
-    EXPECT_FAILURE("SAXNotRecognizedException: p", parser.setProperty("p", nullptr));
-    EXPECT_FAILURE("SAXNotRecognizedException: p", parser.setProperty("p", std::string("v")));
-    EXPECT_FAILURE("SAXNotRecognizedException: p", parser.getProperty("p"));
+    const std::function<void()> unknown[] = {
+        [&] { parser.setFeature("x", true); }, [&] { parser.getFeature("x"); },
+        [&] { parser.setProperty("x", nullptr); }, [&] { parser.setProperty("x", std::string("v")); },
+        [&] { parser.getProperty("x"); }};
+    for (const auto& use : unknown) {
+        EXPECT_FAILURE("SAXNotRecognizedException: x", use());
+    }
     for (const std::string name :
          {XMLReader::PROPERTY_DECLARATION_HANDLER, XMLReader::PROPERTY_LEXICAL_HANDLER}) {
         EXPECT_FAILURE("SAXNotSupportedException: property does not take a string value: " + name,
@@ -180,8 +179,7 @@ TEST(ParserTest, Sources) {
     const std::string good = document("00 3C 00 61 FF");
     const std::string path = testing::TempDir() + "tamo-parser-source.finf";
     std::ofstream(path, std::ios::binary) << good;
-    std::istringstream bytes(good);
-    std::istringstream characters(good);
+    std::istringstream bytes(good), characters(good);
     XML::InputSource source(path);
     FastInfosetParser parser;
     EventRecorder recorder;
@@ -196,10 +194,6 @@ TEST(ParserTest, Sources) {
     EXPECT_EQ(parse(), "^|<a|>|$");
     source.setByteStream(bytes);
     EXPECT_EQ(parse(), "^|<a|>|$");
-    recorder.clear();
-    std::istringstream again(good);
-    parser.parse(again);
-    EXPECT_EQ(recorder.events(), "^|<a|>|$");
     source.setSystemId("file:/no/such/file");
     EXPECT_FAILURE("FISParseException: Unexpected end of stream while parsing document header",
                    parse()); // read before
@@ -214,11 +208,7 @@ TEST(ParserTest, ReadsWhatTheWriterNeverWrites) {
         const char* body;
         const char* events;
     } rows[] = {
-        {"text and two elements at the top", "91 78 79 3C 00 61 F0 00 FF", "'xy|<a|>|<a|>"},
         {"octets behind the end", "3C 00 61 FF FF 00 12", "<a|>"},
-        {"a prefix without namespace name", "3E 00 70 00 61 FF", "<p:a|>"},
-        {"any namespace nibble stands for 1100", "38 03 00 70 00 75 F0 3C 00 61 FF", "+p=u|<a|>|-p"},
-        {"a prefix without namespace name declared", "38 CE 00 70 F0 3C 00 61 FF", "+p=|<a|>|-p"},
         {"padding that is not zero", "78 CF 00 70 00 75 FF FC 00 61 7C 00 62 40 63 F5 3C 00 63 FF F0",
          R"(+p=u|<a b="c"|<c|>|>)"},
         {"an empty attribute list", "7C 00 61 FF F0", "<a|>"},
@@ -239,7 +229,6 @@ TEST(ParserTest, ReadsWhatTheWriterNeverWrites) {
         {"an entity reference fills its tables", "CB 00 65 00 73 00 70 E1 80 40 64 C7 80 81 FF",
          "?e d|!,p,s|~"},
         {"entity references without identifiers", "C8 00 65 CA 80 00 73 C9 80 00 70 F0", ""},
-        {"a declaration in an element", "3C 00 61 C6 00 73 FF F0", "<a|!,,s|~|>"},
         {"a declaration's items are not told apart", "C4 E1 00 74 40 64 00 80 80 FF", "!,,|?t d|?t d|~"}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -302,19 +291,13 @@ TEST(ParserTest, Refusals) {
         const char* body;
         std::string failure;
     } rows[] = {
-        {"C0", "FISEncodingException: Invalid child element"},
         {"3C 00 61 DF", "FISEncodingException: Invalid child element"},
         {"E3", "FISEncodingException: Parse error: unknown element child code"},
-        {"3C 00 61 F0 F0", "FISEncodingException: Parse error: unknown element child code"},
         {"3C 00 61 3C 00 62 F0 F5", "FISEncodingException: Parse error: unknown element child code"},
         {"7C 00 61 78 00 62 40 63 F1 F0", "FISEncodingException: Parse error: unknown element child code"},
-        {"C4 00", "AssertionViolationException: stat == 0x0f"},
         {"8C 28 00 00", "FISException: Invalid decoding defined"},
         {"8C 7C 00 00", "FISException: Invalid decoding defined"},
-        {"8C 0C 00 00", "FISEncodingException: Illegal size entry for Tamo::Int32 value"},
         {"7C 00 61 78 00 62 30 50 50", "FISEncodingException: Illegal size entry for bool value"},
-        {"88 08 12 34", "FISEncodingException: Illegal restricted alphabet: the index is reserved"},
-        {"88 3C 12 34", "AssertionViolationException: vocabulary > 0 && vocabulary <= _alphabets.size()"},
         {"", children},
         {"3C 00 61", children},
         {"38", end + "parsing element"},

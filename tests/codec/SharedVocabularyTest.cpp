@@ -7,24 +7,13 @@
 #include "Tamo/FastInfoset/FastInfosetReader.h"
 #include "Tamo/FastInfoset/SharedVocabularies.h"
 #include "Tamo/NullStream.h"
-#include "Tamo/XML/AttributesImpl.h"
-#include <array>
+#include "Tamo/StringSink.h"
 #include <random>
 
 namespace Tamo::FastInfoset::Test {
 namespace {
 
 using Pointer = std::shared_ptr<const SharedVocabulary>;
-
-// What writing these events indexes.
-DocumentVocabulary vocabularyOf(const std::string& events, const std::string& uri) {
-    NullOutputStream null;
-    FastInfosetWriter writer(null, false, DocumentVocabulary::VOC_MAP);
-    play(events, writer);
-    DocumentVocabulary result = writer.getDocumentVocabulary();
-    result.setURI(uri);
-    return result;
-}
 
 // Elements with names, namespaces, values and texts of so many kinds each.
 std::string randomEvents(std::mt19937& random, int kinds) {
@@ -41,51 +30,14 @@ std::string randomEvents(std::mt19937& random, int kinds) {
     return events + "|>|-p|$";
 }
 
-// Tells the names of the elements that end, which the strict mode compares.
-class NamingWriter : public FastInfosetWriter {
-public:
-    using FastInfosetWriter::FastInfosetWriter;
-    using FastInfosetWriter::startElement;
-
-    void startElement(const std::string& uri, const std::string& localName, const std::string& qname,
-                      const XML::Attributes& attributes) override {
-        _open.push_back({uri, localName, qname});
-        FastInfosetWriter::startElement(uri, localName, qname, attributes);
-    }
-    void endElement(const std::string&, const std::string&, const std::string&) override {
-        const auto name = _open.back();
-        _open.pop_back();
-        FastInfosetWriter::endElement(name[0], name[1], name[2]);
-    }
-
-private:
-    std::vector<std::array<std::string, 3>> _open;
-};
-
-// The document of a writer that is on the null stream before and behind it.
-std::string written(FastInfosetWriter& writer, const std::string& events, NullOutputStream& null) {
-    std::ostringstream stream;
-    writer.reset(stream);
+// The document of a writer that goes on to others.
+std::string written(FastInfosetWriter& writer, const std::string& events) {
+    std::string octets;
+    StringSink sink(octets);
+    writer.reset(sink);
     play(events, writer);
-    writer.reset(null);
-    return stream.str();
+    return octets;
 }
-
-// A document that names the vocabulary "urn:v"; the octets follow the initial vocabulary.
-std::string naming(std::string_view hexOctets) {
-    return document("20 10 00 04") + "urn:v" + octets(hexOctets);
-}
-
-class CopyingLoader : public VocabularyLoader {
-public:
-    explicit CopyingLoader(const DocumentVocabulary& vocabulary) : _vocabulary(vocabulary) {
-        _vocabulary.setURI("");
-    }
-    DocumentVocabulary load(const std::string&) override { return _vocabulary; }
-
-private:
-    DocumentVocabulary _vocabulary;
-};
 
 std::string read(FastInfosetParser& parser, const std::string& document) {
     TypedEventRecorder recorder;
@@ -112,28 +64,24 @@ TEST(SharedVocabularyTest, SameDocumentsAsWithCopies) {
         for (const bool strict : {false, true}) {
             SCOPED_TRACE(std::to_string(entries) + (strict ? " strict" : ""));
             NullOutputStream null;
-            NamingWriter writer(null, false, DocumentVocabulary::VOC_MAP);
+            FastInfosetWriter writer(null, false, DocumentVocabulary::VOC_MAP);
             writer.setStrict(strict);
             writer.useVocabulary(shared);
-            CopyingLoader loader(prepared);
+            GivenVocabulary loader(prepared);
             for (const auto impl : {DocumentVocabulary::VOC_VECTOR, DocumentVocabulary::VOC_MAP}) {
                 FastInfosetParser parser(impl, nullptr);
                 FastInfosetParser copying(impl, &loader);
                 FastInfosetReader reader(nullptr);
-                for (FastInfosetParser* const pParser : {&parser, &copying}) {
-                    pParser->setStrict(strict);
-                }
-                parser.useVocabulary(shared);
-                reader.useVocabulary(shared);
-                reader.setStrict(strict);
+                parser.setStrict(strict), copying.setStrict(strict), reader.setStrict(strict);
+                parser.useVocabulary(shared), reader.useVocabulary(shared);
                 for (int time = 0; time < 8; ++time) {
                     const std::string events = randomEvents(random, 2 * entries + 12);
                     std::ostringstream stream;
-                    NamingWriter other(stream, false, prepared);
+                    FastInfosetWriter other(stream, false, prepared);
                     other.setStrict(strict);
                     other.setExternalVocabulary("urn:v", prepared);
                     play(events, other);
-                    const std::string document = written(writer, events, null);
+                    const std::string document = written(writer, events);
                     ASSERT_EQ(hex(document), hex(stream.str())) << events;
                     const std::string expected = read(copying, document);
                     ASSERT_EQ(read(parser, document), expected);
@@ -164,12 +112,13 @@ TEST(SharedVocabularyTest, NamesOfPartsThatDocumentsAdd) {
     DocumentVocabulary prepared("urn:v", DocumentVocabulary::VOC_MAP);
     bool found = false;
     prepared.elementVocabulary().index(QualifiedNameEntry(0, 0, 2), found);
-    prepared.index(DocumentVocabulary::LOCAL_NAME, "a", found);
+    add(prepared, DocumentVocabulary::LOCAL_NAME, {"a"});
     FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR, nullptr);
     parser.useVocabulary(SharedVocabulary::of(prepared));
     // The element's own name is the second local name; before it there was none.
-    EXPECT_EQ(read(parser, naming("3C 00 62 00 FF F0")), "none|external urn:v|vocabulary|^|<b|<b|>|>|$");
-    EXPECT_EQ(read(parser, naming("00 FF")),
+    EXPECT_EQ(read(parser, naming("urn:v", "3C 00 62 00 FF F0")),
+              "none|external urn:v|vocabulary|^|<b|<b|>|>|$");
+    EXPECT_EQ(read(parser, naming("urn:v", "00 FF")),
               "none|external urn:v|vocabulary|^out_of_range: index out of range");
 }
 
@@ -184,8 +133,8 @@ TEST(SharedVocabularyTest, ContentURI) {
     EXPECT_EQ(SharedVocabulary(vocabulary).uri(), uri);
     bool found = false;
     const std::function<void(DocumentVocabulary&)> changes[] = {
-        [&](auto& v) { v.index(DocumentVocabulary::PREFIX, "x", found); },
-        [&](auto& v) { v.index(DocumentVocabulary::CONTENT_CHARACTER_CHUNK, "x", found); },
+        [](auto& v) { add(v, DocumentVocabulary::PREFIX, {"x"}); },
+        [](auto& v) { add(v, DocumentVocabulary::CONTENT_CHARACTER_CHUNK, {"x"}); },
         [&](auto& v) { v.elementVocabulary().index(QualifiedNameEntry(1, 1, 1), found); },
         [&](auto& v) { v.attributeVocabulary().index(QualifiedNameEntry(1, 1, 1), found); },
         [&](auto& v) { v.restrictedAlphabets().add("x"); },
@@ -199,13 +148,13 @@ TEST(SharedVocabularyTest, ContentURI) {
         const std::string failure =
             "FISException: The external vocabulary has other entries than its URI says: " + uri;
         EXPECT_FAILURE(failure, SharedVocabulary{changed});
-        CopyingLoader loader(changed);
+        GivenVocabulary loader(changed);
         EXPECT_FAILURE(failure, loader.vocabulary(uri));
     }
 }
 
 TEST(SharedVocabularyTest, LoaderYieldsEachOnce) {
-    class Source : public VocabularyLoader {
+    class Source : public ExternalVocabularyLoader {
     public:
         int loads = 0;
         DocumentVocabulary load(const std::string& uri) override {
@@ -225,11 +174,16 @@ TEST(SharedVocabularyTest, LoaderYieldsEachOnce) {
     EXPECT_EQ(loaded->uri(), "urn:v");
     EXPECT_FAILURE("FISException: none such: urn:none", vocabularies.shared("urn:none"));
     FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR, &vocabularies);
-    const std::string document = naming("00 FF");
+    const std::string document = naming("urn:v", "00 FF");
     EXPECT_EQ(read(parser, document) + read(parser, document),
               "none|external urn:v|vocabulary|^|<a|>|$none|external urn:v|vocabulary|^|<a|>|$");
     EXPECT_EQ(vocabularies.shared("urn:v"), loaded);
     EXPECT_EQ(source.loads, 2);
+    parser.setExternalVocabularyLoader(&source); // anew for each document
+    EXPECT_EQ(parser.getExternalVocabularyLoader(), &source);
+    EXPECT_EQ(read(parser, document), read(parser, document));
+    EXPECT_EQ(read(parser, naming("urn:none", "F0")), "noneFISException: none such: urn:none");
+    EXPECT_EQ(source.loads, 5);
     EXPECT_FAILURE("FISException: Unknown external vocabulary: urn:v", SharedVocabularies().shared("urn:v"));
 }
 
@@ -240,7 +194,7 @@ TEST(SharedVocabularyTest, TablesKeepWhatTheyAreLaidOn) {
     {
         FastInfosetParser parser(DocumentVocabulary::VOC_MAP, nullptr);
         parser.useVocabulary(SharedVocabulary::of(vocabularyOf("^|<a|>|$", "urn:v")));
-        read(parser, naming("3C 00 62 FF"));
+        read(parser, naming("urn:v", "3C 00 62 FF"));
         pTable.reset(parser.vocabulary().vocabulary(DocumentVocabulary::LOCAL_NAME).clone());
         pCopy = std::make_unique<DocumentVocabulary>(parser.vocabulary());
     }
@@ -261,28 +215,24 @@ TEST(SharedVocabularyTest, CostsNothingForItsEntries) {
     for (const bool strict : {false, true}) {
         for (const int names : {20, 8000}) {
             DocumentVocabulary prepared("urn:v", DocumentVocabulary::VOC_MAP);
-            bool found = false;
             for (int i = 0; i < names; ++i) {
-                const unsigned int name =
-                    prepared.index(DocumentVocabulary::LOCAL_NAME, "n" + std::to_string(i), found);
-                prepared.elementVocabulary().index(QualifiedNameEntry(0, 0, name), found);
+                addElements(prepared, {"n" + std::to_string(i)});
             }
             const Pointer shared = SharedVocabulary::of(prepared);
             NullOutputStream null;
-            NamingWriter writer(null, false, DocumentVocabulary::VOC_MAP);
+            FastInfosetWriter writer(null, false, DocumentVocabulary::VOC_MAP);
             writer.setStrict(strict);
             writer.useVocabulary(shared);
             FastInfosetParser parser(DocumentVocabulary::VOC_VECTOR, nullptr);
             parser.setStrict(strict);
             parser.useVocabulary(shared);
-            const std::string document = written(writer, "^|<n19|>|$", null);
+            const std::string document = written(writer, "^|<n19|>|$");
             parser.parseMemoryNP(document.data(), document.size());
             const AllocationCount allocations;
             parser.parseMemoryNP(document.data(), document.size());
             writer.reset(null);
             writer.startDocument();
-            writer.startElement("", "n19", "", XML::AttributesImpl());
-            writer.FastInfosetWriter::endElement("", "n19", "");
+            writer.emptyElement("", "n19", "");
             writer.endDocument();
             EXPECT_LE(allocations.octets(), strict ? 1000u : 0u) << names;
         }

@@ -5,7 +5,7 @@
 #include "Tamo/FastInfoset/HexEncoding.h"
 #include "Tamo/FastInfoset/TypedChunk.h"
 #include "Tamo/FastInfoset/TypedChunkHandler.h"
-#include "Tamo/FastInfoset/VocabularyLoader.h"
+#include "Tamo/UTF8Encoding.h"
 #include <algorithm>
 #include <cstring>
 
@@ -145,16 +145,9 @@ TEST(StrictParserTest, Alphabets) {
             std::string characters;
             std::vector<std::string> each;
             for (char32_t c = 0x100; each.size() < size; c = c == 0xD7FF ? 0xE000 : c + 1) {
-                std::string sequence;
-                if (c < 0x800) {
-                    sequence = {static_cast<char>(0xC0 | c >> 6)};
-                } else if (c < 0x10000) {
-                    sequence = {static_cast<char>(0xE0 | c >> 12), static_cast<char>(0x80 | (c >> 6 & 0x3F))};
-                } else {
-                    sequence = {static_cast<char>(0xF0 | c >> 18), static_cast<char>(0x80 | (c >> 12 & 0x3F)),
-                                static_cast<char>(0x80 | (c >> 6 & 0x3F))};
-                }
-                each.push_back(sequence + static_cast<char>(0x80 | (c & 0x3F)));
+                unsigned char sequence[4];
+                const std::size_t length = UTF8Encoding().encode(static_cast<int>(c), sequence);
+                each.emplace_back(reinterpret_cast<const char*>(sequence), length);
                 characters += each.back();
             }
             std::string text;
@@ -166,19 +159,9 @@ TEST(StrictParserTest, Alphabets) {
                 }
             }
             codes.append((8 - codes.size() % 8) % 8, '1');
-            std::string packed;
-            for (std::size_t i = 0; i < codes.size(); i += 8) {
-                packed += static_cast<char>(std::stoi(codes.substr(i, 8), nullptr, 2));
-            }
-            std::string whole = document("20 0800 00");
-            whole += characters.size() <= 64    ? std::string(1, static_cast<char>(characters.size() - 1))
-                     : characters.size() <= 320 ? octets("40") + static_cast<char>(characters.size() - 65)
-                                                : octets("60");
-            for (int shift = 24; characters.size() > 320 && shift >= 0; shift -= 8) {
-                whole += static_cast<char>((characters.size() - 321) >> shift);
-            }
+            const std::string packed = octetsOfBits(codes);
+            std::string whole = document("20 0800 00") + literal(characters) + octets("3C0061 88");
             // A chunk of three octets or more, of two for codes of two or three bits.
-            whole += characters + octets("3C0061 88");
             whole += packed.size() == 2 ? octets("3D") : octets("3E") + static_cast<char>(packed.size() - 3);
             FastInfosetParser parser;
             TypedEventRecorder recorder;
@@ -436,9 +419,7 @@ TEST(StrictParserTest, DocumentsBackToBack) {
 // A vocabulary with an element name, an alphabet and an algorithm.
 V sharedVocabulary(V::VocabularyImpl impl, unsigned int firstAlgorithm = DocumentAlgorithms::FIRST) {
     V vocabulary("urn:v", impl);
-    bool found = false;
-    vocabulary.elementVocabulary().index(
-        QualifiedNameEntry(0, 0, vocabulary.index(V::LOCAL_NAME, "a", found)), found);
+    addElements(vocabulary, {"a"});
     vocabulary.restrictedAlphabets().add("abc");
     vocabulary.algorithms().setFirstIndex(firstAlgorithm);
     vocabulary.algorithms().add("urn:alg:2");
@@ -512,9 +493,7 @@ TEST(StrictParserTest, AlgorithmsByURI) {
     const std::string refusal =
         "encoding algorithm 33, urn:alg:2, for which no decoding is registered (X.891, 8.3), at octet 32";
     const std::string wild = sharing("1000", "3C0061 8C80 05 FF"); // the first one has the index 33
-    class Loader : public VocabularyLoader {
-        V load(const std::string&) override { return sharedVocabulary(V::VOC_VECTOR, 33); }
-    } loader;
+    GivenVocabulary loader(sharedVocabulary(V::VOC_VECTOR, 33));
     FastInfosetParser parser(V::VOC_VECTOR, &loader);
     TypedEventRecorder recorder;
     recorder.connect(parser);

@@ -84,11 +84,8 @@ std::string outcome(const Row& row, bool strict) {
                : hex(octets.substr(std::min<std::size_t>(4, octets.size()))) + failures;
 }
 
-void add(Writer& writer, V::ID id, std::initializer_list<const char*> texts) {
-    bool found = false;
-    for (const char* text : texts) {
-        writer.getDocumentVocabulary().index(id, text, found);
-    }
+void add(Writer& writer, V::ID id, const std::vector<std::string>& texts) {
+    Test::add(writer.getDocumentVocabulary(), id, texts);
 }
 
 // A table with these entries behind its placeholder.

@@ -2,7 +2,6 @@
 // thread sanitizer by the preset "tsan".
 #include "DocumentTest.h"
 #include "Tamo/FastInfoset/Converter.h"
-#include "Tamo/FastInfoset/ExternalVocabularyLoader.h"
 #include "Tamo/FastInfoset/SharedVocabulary.h"
 #include "Tamo/MemoryStream.h"
 #include <thread>
@@ -31,71 +30,41 @@ void inThreads(const std::function<void(int thread)>& use) {
     }
 }
 
-class SharedLoader : public ExternalVocabularyLoader {
-public:
-    explicit SharedLoader(const DocumentVocabulary& vocabulary) : _vocabulary(vocabulary) {}
-    DocumentVocabulary load(const std::string&) override { return _vocabulary; }
-
-private:
-    const DocumentVocabulary& _vocabulary;
-};
-
+// A vocabulary that is copied, and one that all threads share, which outlives the one that has made it.
 TEST(ThreadsTest, ObjectsOfEachThreadOverOneVocabulary) {
-    DocumentVocabulary prepared(DocumentVocabulary::VOC_MAP);
-    bool found = false;
-    prepared.index(DocumentVocabulary::LOCAL_NAME, "d", found);
-    prepared.index(DocumentVocabulary::NAMESPACE_NAME, "v", found);
-    prepared.restrictedAlphabets().add("0123456789ABCDEF");
-    const DocumentVocabulary& shared = prepared;
-    const auto written = [&shared] {
-        std::ostringstream out;
-        FastInfosetWriter writer(out, false, shared);
-        writer.setExternalVocabulary("urn:shared", shared);
-        play(EVERY_EVENT, writer);
-        return out.str();
-    };
-    const auto events = [&shared](const std::string& document) {
-        SharedLoader loader(shared);
-        FastInfosetParser parser(DocumentVocabulary::VOC_MAP);
-        parser.setExternalVocabularyLoader(&loader);
-        TypedEventRecorder recorder;
-        recorder.connectAll(parser);
-        parser.parseMemoryNP(document.data(), document.size());
-        return recorder.events();
-    };
-    const std::string document = written();
-    const std::string expected = events(document);
-    inThreads([&](int) {
-        ASSERT_TRUE(written() == document);
-        ASSERT_EQ(events(document), expected);
-    });
-}
-
-// What documents share is used by all threads at once, and outlives the one that has made it.
-TEST(ThreadsTest, OneSharedVocabulary) {
     DocumentVocabulary prepared("urn:v", DocumentVocabulary::VOC_MAP);
-    bool found = false;
-    const unsigned int name = prepared.index(DocumentVocabulary::LOCAL_NAME, "d", found);
-    prepared.elementVocabulary().index(QualifiedNameEntry(0, 0, name), found);
+    addElements(prepared, {"d"});
+    add(prepared, DocumentVocabulary::NAMESPACE_NAME, {"v"});
     prepared.restrictedAlphabets().add("0123456789ABCDEF");
     auto pShared = SharedVocabulary::of(prepared);
-    const auto events = [](const std::shared_ptr<const SharedVocabulary>& pVocabulary) {
-        std::ostringstream out;
-        FastInfosetWriter writer(out, false, DocumentVocabulary::VOC_MAP);
-        writer.useVocabulary(pVocabulary);
-        play(EVERY_EVENT, writer);
-        const std::string document = out.str();
-        FastInfosetParser parser(DocumentVocabulary::VOC_MAP, nullptr);
-        parser.useVocabulary(pVocabulary);
+    const auto events = [](const auto& vocabulary, auto use) {
+        const std::string octets = document(
+            [&](FastInfosetWriter& writer) {
+                writer.useVocabulary(vocabulary);
+                play(EVERY_EVENT, writer);
+            },
+            DocumentVocabulary::VOC_MAP);
+        FastInfosetParser parser(DocumentVocabulary::VOC_MAP);
         TypedEventRecorder recorder;
         recorder.connectAll(parser);
-        parser.parseMemoryNP(document.data(), document.size());
+        use(parser);
+        parser.parseMemory(octets);
         return recorder.events();
     };
-    const std::string expected = events(pShared);
+    const auto copying = [&events](const DocumentVocabulary& shared) {
+        GivenVocabulary loader(shared);
+        return events(shared, [&](auto& parser) { parser.setExternalVocabularyLoader(&loader); });
+    };
+    const auto sharing = [&events](const std::shared_ptr<const SharedVocabulary>& pVocabulary) {
+        return events(pVocabulary, [&](auto& parser) { parser.useVocabulary(pVocabulary); });
+    };
+    const std::string expected = copying(prepared);
     std::vector<std::shared_ptr<const SharedVocabulary>> shares(THREADS, pShared);
     pShared.reset();
-    inThreads([&](int thread) { ASSERT_EQ(events(shares[static_cast<std::size_t>(thread)]), expected); });
+    inThreads([&](int thread) {
+        ASSERT_EQ(copying(prepared), expected);
+        ASSERT_EQ(sharing(shares[static_cast<std::size_t>(thread)]), expected);
+    });
 }
 
 // A copy shares nothing with what it was copied from, the alphabets with their number included.
@@ -105,10 +74,9 @@ TEST(ThreadsTest, CopiesOfOneVocabularyAreChangedAtTheSameTime) {
     const DocumentVocabulary& shared = prepared;
     inThreads([&](int thread) {
         DocumentVocabulary copy(shared);
-        bool found = false;
         for (int i = 0; i < 50; ++i) {
             copy.restrictedAlphabets().add("xyz");
-            copy.index(DocumentVocabulary::PREFIX, "p" + std::to_string(thread * 50 + i), found);
+            add(copy, DocumentVocabulary::PREFIX, {"p" + std::to_string(thread * 50 + i)});
         }
         copy.restrictedAlphabets().alphabet(16) = RestrictedAlphabet("de");
         ASSERT_EQ(copy.restrictedAlphabets().alphabets().size(), 66u);

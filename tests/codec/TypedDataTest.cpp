@@ -48,9 +48,8 @@ TEST(TypedDataTest, EveryTypeTypedAndPlain) {
                 // What stands between them is one chunk of its own.
                 {"=bool true|'x|=bool true", "8C 14 38 90 78 8C 14 38", "'true|'x|'true"}};
     for (const auto& row : rows) {
-        const std::string written = std::string("^|<a|") + row.written + "|>|$";
         const std::string octets = std::string("00 3C 00 61 ") + row.octets + " FF";
-        expectDocuments({{row.written, written.c_str(), octets.c_str()}});
+        expectDocuments({{row.written, std::string("^|<a|") + row.written + "|>|$", octets}});
         EXPECT_EQ(plainEventsOf(document(octets)), std::string("^|<a|") + row.plain + "|>|$");
     }
     // Two octet strings in a row are one, as consecutive values of one type are.
@@ -59,19 +58,17 @@ TEST(TypedDataTest, EveryTypeTypedAndPlain) {
 }
 
 TEST(TypedDataTest, EncodingsFromTheApplication) {
-    const auto insert = [](Encoding* pEncoding, Encoding* pSecond = nullptr) {
+    const auto insert = [](std::initializer_list<Encoding*> encodings) {
         return hex(document([&](FastInfosetWriter& writer) {
-            writer.startDocument();
-            writer.insertEncoding(AutoPtr<Encoding>(pEncoding));
-            if (pSecond) {
-                writer.insertEncoding(AutoPtr<Encoding>(pSecond));
+            const FastInfosetWriter::Document scope(writer);
+            for (Encoding* const pEncoding : encodings) {
+                writer.insertEncoding(AutoPtr<Encoding>(pEncoding));
             }
-            writer.endDocument();
         }));
     };
-    EXPECT_EQ(insert(new HexEncoding("0A1B")), hex(document("00 8C 01 0A 1B F0")));
+    EXPECT_EQ(insert({new HexEncoding("0A1B")}), hex(document("00 8C 01 0A 1B F0")));
     // Text is indexed like text; a CDATA value outside a CDATA section loses its mark.
-    EXPECT_EQ(insert(new NullEncoding("x"), new CDataEncoding("x")), hex(document("00 90 78 A0 F0")));
+    EXPECT_EQ(insert({new NullEncoding("x"), new CDataEncoding("x")}), hex(document("00 90 78 A0 F0")));
     // An object that takes part in merging belongs to the writer then, but is not copied.
     const AutoPtr<BoolEncoding> pShared(new BoolEncoding(true));
     document([&](FastInfosetWriter& writer) {
@@ -80,6 +77,12 @@ TEST(TypedDataTest, EncodingsFromTheApplication) {
     });
     std::string text = (pShared->createContent(), static_cast<const Encoding&>(*pShared).content());
     EXPECT_EQ(text, "true false");
+    // One that has waited and is written has its content.
+    const AutoPtr<Encoding> pWritten(new BoolEncoding(true));
+    document([&](FastInfosetWriter& writer) {
+        play("^", writer), writer.insertEncoding(pWritten), play("$", writer);
+    });
+    EXPECT_EQ(static_cast<const Encoding&>(*pWritten).content(), "true");
 }
 
 // An algorithm of the application: small numbers, an octet each.
@@ -130,12 +133,10 @@ TEST(TypedDataTest, AlgorithmsOfTheApplication) {
     FastInfosetWriter writer(stream);
     writer.encodingAlgorithms().add(&SmallNumbers::encode, &SmallNumbers::check);
     EXPECT_EQ(writer.encodingAlgorithms().findEncoding("positions"), SmallNumbers::TYPE);
-    writer.startDocument();
-    writer.startElement("", "a", "");
+    play("^|<a", writer);
     writer.insertEncoding(AutoPtr<Encoding>(new SmallNumbers("de")));
     writer.insertEncoding(AutoPtr<Encoding>(new SmallNumbers("c")));
-    writer.endElement("", "", "");
-    writer.endDocument();
+    play(">|$", writer);
     const std::string octets = stream.str();
     EXPECT_EQ(hex(octets), hex(document("00 3C 00 61 8C 7E 00 64 65 63 FF")));
 
@@ -188,9 +189,7 @@ std::string withAttribute(FastInfosetWriter& writer, std::ostringstream& stream,
     for (int i = 0; i < 2; ++i) { // names in full and by their indexes
         writer.startElement("", "a", "a", attributes);
     }
-    writer.endElement("", "a", "a");
-    writer.endElement("", "a", "a");
-    writer.endDocument();
+    play(">|>|$", writer);
     return stream.str();
 }
 
@@ -294,44 +293,27 @@ TEST(TypedDataTest, AttributesOfEveryType) {
         }
     }
     // The calls make such lists of what they are given: ranges as they are, and a value as an array of one.
-    const auto octetsOf = [](const auto& writeElement) {
-        std::ostringstream stream;
-        FastInfosetWriter writer(stream);
-        const FastInfosetWriter::Document scope(writer);
-        writeElement(writer);
-        writer.flush();
-        return stream.str();
-    };
     const std::vector<bool> truth{true};
-    EXPECT_EQ(hex(octetsOf([&](FastInfosetWriter& writer) {
-                  writer.element("a", {{"b", std::span(octets)},
-                                       {"c", shorts},
-                                       {"d", 42},
-                                       {"e", -1L},
-                                       {"f", std::array{1.5f, -0.0f}},
-                                       {"g", 0.1},
-                                       {"h", uuids[0]},
-                                       {"i", true},
-                                       {"j", truth},
-                                       {"k", "x"},
-                                       {"l", std::uint8_t{9}}});
-              })),
-              hex(octetsOf([&](FastInfosetWriter& writer) {
-                  TypedAttributes list;
-                  list.addAttribute("", "b", "", std::span<const std::byte>(octets));
-                  list.addAttribute("", "c", "", shorts);
-                  list.addAttribute("", "d", "", ints);
-                  list.addAttribute("", "e", "", longs);
-                  list.addAttribute("", "f", "", floats);
-                  list.addAttribute("", "g", "", std::span(doubles).first(1));
-                  list.addAttribute("", "h", "", uuids);
-                  list.addAttribute("", "i", "", truth);
-                  list.addAttribute("", "j", "", truth);
-                  list.addAttribute("", "k", "", "x");
-                  list.addAttribute("", "l", "", std::vector<Int16>{9});
-                  writer.startElement("", "a", "", list);
-                  writer.endElement();
-              })));
+    const std::string calls = document([&](FastInfosetWriter& writer) {
+        const FastInfosetWriter::Document scope(writer);
+        writer.element("a", {{"b", std::span(octets)},
+                             {"c", shorts},
+                             {"d", 42},
+                             {"e", -1L},
+                             {"f", std::array{1.5f, -0.0f}},
+                             {"g", 0.1},
+                             {"h", uuids[0]},
+                             {"i", true},
+                             {"j", truth},
+                             {"k", "x"},
+                             {"l", std::uint8_t{9}}});
+    });
+    EXPECT_EQ(hex(calls),
+              hex(document("00 7C 00 61 78 00 62 30 12 01 02 03 78 00 63 30 23 FF FE 00 07 78 00 64 30 33 00 "
+                           "00 00 2A 78 00 65 30 47 FF FF FF FF FF FF FF FF 78 00 66 30 67 3F C0 00 00 80 00 "
+                           "00 00 78 00 67 30 77 3F B9 99 99 99 99 99 9A 78 00 68 30 88 07 6B A7 B8 10 9D AD "
+                           "11 D1 80 B4 00 C0 4F D4 30 C8 78 00 69 30 50 38 78 00 6A 30 50 38 78 00 6B 40 78 "
+                           "78 00 6C 30 21 00 09 FF F0")));
     // A value that is to be entered in the table is typed where it stands, and text where that is referred
     // to.
     AttributeReader typed;

@@ -133,8 +133,13 @@ TEST(VocabularyTest, PredefinedEntriesResetCopyAndDifference) {
 }
 
 TEST(VocabularyTest, AlphabetsDecodeCodesUntilTheEnd) {
+    DocumentRestrictedAlphabet().alphabet(1) = RestrictedAlphabet("changed");
     DocumentRestrictedAlphabet alphabets;
-    alphabets.add("abc");
+    alphabets.add("xyz");
+    RestrictedAlphabet& held = alphabets.alphabet(16);
+    const DocumentRestrictedAlphabet copy(alphabets);
+    held = RestrictedAlphabet("abc");
+    EXPECT_EQ(copy.alphabet(16).characters(), "xyz");
     alphabets.add("0123456789");
     alphabets.add("\xC3\xA4");
     EXPECT_EQ(alphabets.alphabet(2).characters(), "0123456789-:TZ ");
