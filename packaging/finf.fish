@@ -29,7 +29,7 @@ complete -c finf -n '__fish_seen_subcommand_from encode' -l max-amplification -x
 complete -c finf -n '__fish_seen_subcommand_from encode' -l max-indexed-length -x -d 'Longest string, in octets, that is indexed; -1 indexes all'
 complete -c finf -n '__fish_seen_subcommand_from encode' -l strip-whitespace -d 'Drop text that is nothing but white space'
 complete -c finf -n '__fish_seen_subcommand_from encode' -l xml-declaration -d 'Begin with an XML declaration'
-complete -c finf -n '__fish_seen_subcommand_from encode' -l typed -d 'Write numbers, booleans, UUIDs and octets in element text in binary; with =canonical, numbers in canonical spelling only'
+complete -c finf -n '__fish_seen_subcommand_from encode' -l typed -d 'Write numbers, booleans, UUIDs and octets in texts and attributes in binary; with =canonical, numbers in canonical spelling only'
 
 complete -c finf -n __fish_use_subcommand -a decode -d 'Fast Infoset -> XML text'
 complete -c finf -n '__fish_seen_subcommand_from decode' -k -a '(__fish_complete_suffix .finf .finf.gz .finf.zst)'

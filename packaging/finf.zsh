@@ -61,7 +61,7 @@ _finf() {
             '*--max-indexed-length[Longest string, in octets, that is indexed; -1 indexes all]:value:' \
             '*--strip-whitespace[Drop text that is nothing but white space]' \
             '*--xml-declaration[Begin with an XML declaration]' \
-            '*--typed[Write numbers, booleans, UUIDs and octets in element text in binary; with =canonical, numbers in canonical spelling only]' \
+            '*--typed[Write numbers, booleans, UUIDs and octets in texts and attributes in binary; with =canonical, numbers in canonical spelling only]' \
             '*:document:_files -g "^*.finf(|.gz|.zst)"'
         ;;
     decode)

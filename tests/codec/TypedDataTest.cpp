@@ -249,6 +249,7 @@ TEST(TypedDataTest, AttributesOfEveryType) {
         for (const auto& row : rows) {
             SCOPED_TRACE(row.text.substr(0, 40));
             std::ostringstream stream;
+            std::ostringstream again;
             FastInfosetWriter writer(stream, false, DocumentVocabulary::VOC_MAP);
             writer.setStrict(strict);
             const std::string written = withAttribute(writer, stream, row.set);
@@ -275,7 +276,6 @@ TEST(TypedDataTest, AttributesOfEveryType) {
             parseMemory(parser, written);
             EXPECT_EQ(xml.str(),
                       "<a t=\"x\" v=\"" + text + "\" u=\"z\"><a t=\"x\" v=\"" + text + "\" u=\"z\"/></a>");
-            std::ostringstream again;
             writer.reset(again);
             parser.initialize(&writer);
             parseMemory(parser, written);
@@ -333,6 +333,7 @@ TEST(TypedDataTest, AttributesByAlgorithmsOfTheApplication) {
     const auto set = [](TypedAttributes& list) {
         list.addAttribute("", "v", "v", AutoPtr<Encoding>(new SmallNumbers("de")));
     };
+    std::ostringstream again;
     std::ostringstream stream;
     FastInfosetWriter writer(stream, false, DocumentVocabulary::VOC_MAP);
     writer.setStrict(true);
@@ -356,7 +357,6 @@ TEST(TypedDataTest, AttributesByAlgorithmsOfTheApplication) {
     parseMemory(parser, written);
     EXPECT_TRUE(typed.isTyped);
     EXPECT_EQ(typed.text + typed.uri, "100;101urn:s");
-    std::ostringstream again;
     writer.reset(again);
     parser.initialize(&writer);
     parseMemory(parser, written);

@@ -277,6 +277,7 @@ public:
     /// turned from one into the other. What is empty is left out.
     template<class T>
     void text(const T& value) {
+        static_assert(!std::same_as<T, std::nullptr_t>, "A null pointer is no text");
         if constexpr (std::convertible_to<const T&, std::string_view>) {
             if (const std::string_view octets = value; !octets.empty()) {
                 characters(octets);

@@ -54,6 +54,7 @@ private:
 
     template<class T>
     static Value viewOf(const T& value) {
+        static_assert(!std::same_as<T, std::nullptr_t>, "A null pointer is no text");
         if constexpr (std::convertible_to<const T&, std::string_view>) {
             return std::string_view(value);
         } else if constexpr (std::convertible_to<const T&, Values<std::byte>>) {
