@@ -22,7 +22,7 @@ const XML::Attributes& TypedAttributeValues::listOf(const XML::Attributes& texts
     _list.setTextForm(form.lowerCaseUUIDs, form.canonicalNumbers);
     for (const Value& value : _values) {
         const std::string* const pURI = algorithms.find(value.algorithm);
-        _list.setValue(value.place, value.pEncoding, value.algorithm, pURI ? *pURI : EMPTY);
+        _list.referToValue(value.place, value.pEncoding, value.algorithm, pURI ? *pURI : EMPTY);
     }
     clear();
     return _list;

@@ -29,7 +29,14 @@ TypedAttributes::TypedAttributes(const TypedAttributes& other)
       _list(other.texts()),
       _values(other._values),
       _lowerCaseUUIDs(other._lowerCaseUUIDs),
-      _canonicalNumbers(other._canonicalNumbers) {}
+      _canonicalNumbers(other._canonicalNumbers) {
+    for (Value& value : _values) {
+        if (value.pURI) {
+            value.uri = *value.pURI;
+            value.pURI = nullptr;
+        }
+    }
+}
 
 TypedAttributes& TypedAttributes::operator=(const TypedAttributes& other) {
     if (&other != this) {
@@ -167,7 +174,13 @@ void TypedAttributes::setValue(int i, const AutoPtr<Encoding>& pValue, unsigned 
                                const std::string& uri) {
     tamo_check_ptr(pValue.get());
     at(i);
-    _values[static_cast<std::size_t>(i)] = {pValue, algorithm, uri, false, std::nullopt};
+    _values[static_cast<std::size_t>(i)] = {pValue, algorithm, uri, nullptr, false, std::nullopt};
+}
+
+void TypedAttributes::referToValue(int i, const AutoPtr<Encoding>& pValue, unsigned int algorithm,
+                                   const std::string& uri) {
+    at(i);
+    _values[static_cast<std::size_t>(i)] = {pValue, algorithm, {}, &uri, false, std::nullopt};
 }
 
 void TypedAttributes::setTyped(int i, const AutoPtr<Encoding>& pValue) {
@@ -186,12 +199,13 @@ unsigned int TypedAttributes::algorithm(int i) const {
 }
 
 const std::string& TypedAttributes::algorithmURI(int i) const {
-    return at(i).uri;
+    const Value& value = at(i);
+    return value.pURI ? *value.pURI : value.uri;
 }
 
 TypedChunk TypedAttributes::chunk(int i) const {
     const Value& value = at(i);
-    return TypedChunk(value.pEncoding ? value.pEncoding : noValue(), value.algorithm, value.uri);
+    return TypedChunk(value.pEncoding ? value.pEncoding : noValue(), value.algorithm, algorithmURI(i));
 }
 
 std::span<const std::byte> TypedAttributes::octets(int i) const {

@@ -1,4 +1,5 @@
 // Typed data from an application through the writer and the parser to another application.
+#include "AllocationCount.h"
 #include "DocumentTest.h"
 #include "Tamo/FastInfoset/BoolEncoding.h"
 #include "Tamo/FastInfoset/CDataEncoding.h"
@@ -373,6 +374,28 @@ TEST(TypedDataTest, AttributesByAlgorithmsOfTheApplication) {
         parseMemory(parser, written);
         EXPECT_NE(texts.str().find("100;101"), std::string::npos);
     }
+    // The document has the URI once, and so has the list, however many values are by that algorithm.
+    const std::string uri(100000, 'u');
+    TypedAttributes many;
+    for (int i = 0; i < 100; ++i) {
+        const std::string name = "a" + std::to_string(i);
+        many.addAttribute("", name, name, AutoPtr<Encoding>(new SmallNumbers("d")));
+    }
+    again.str("");
+    FastInfosetWriter longUri(again, false, DocumentVocabulary::VOC_MAP);
+    longUri.setStrict(true);
+    longUri.encodingAlgorithms().add(uri, &SmallNumbers::encode, &SmallNumbers::check);
+    longUri.startDocument();
+    longUri.startElement("", "a", "a", many);
+    longUri.endElement();
+    longUri.endDocument();
+    const std::string document = again.str();
+    parser.decodingAlgorithms().add(uri, &SmallNumbers::decode);
+    FISDefaultHandler handler;
+    parser.setContentHandler(&handler);
+    const AllocationCount memory;
+    parseMemory(parser, document);
+    EXPECT_LT(memory.peak(), 10 * uri.size());
 }
 
 } // namespace

@@ -118,6 +118,7 @@ private:
         AutoPtr<Encoding> pEncoding; // null: text
         unsigned int algorithm = 0;
         std::string uri;
+        const std::string* pURI = nullptr;       // in place of that, as the list's _pTexts
         bool hasText = false;                    // in the list
         mutable std::optional<std::string> text; // once it was asked for, and is not in the list
     };
@@ -127,6 +128,9 @@ private:
     // Has the names and texts of a list that lasts longer, until it is filled otherwise: what a document has
     // once and refers to often is not copied.
     void refer(const XML::Attributes& texts);
+
+    // The same for a value and the URI of its algorithm.
+    void referToValue(int i, const AutoPtr<Encoding>& pValue, unsigned int algorithm, const std::string& uri);
 
     const XML::Attributes& texts() const noexcept { return _pTexts ? *_pTexts : _list; }
     const Value& at(int i) const;
