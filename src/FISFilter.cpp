@@ -10,7 +10,7 @@ bool FISFilter::drops(const std::string&, const std::string&, const XML::Attribu
 
 void FISFilter::startDocument() {
     _dropped = 0; // a document that has failed may have left it
-    _mappings.clear();
+    forgetMappings();
     _dropsEnds = false;
     _content.startDocument();
 }
@@ -26,7 +26,9 @@ void FISFilter::startElement(const std::string& uri, const std::string& localNam
         }
         _content.startElement(uri, localName, qname, attributes);
     }
-    _mappings.clear();
+    if (!_mappings.empty()) {
+        forgetMappings();
+    }
 }
 
 void FISFilter::endElement(const std::string& uri, const std::string& localName, const std::string& qname) {
@@ -39,7 +41,7 @@ void FISFilter::endElement(const std::string& uri, const std::string& localName,
 }
 
 void FISFilter::startPrefixMapping(const std::string& prefix, const std::string& uri) {
-    pass([&] { _mappings.emplace_back(prefix, uri); });
+    pass([&] { _mappings.emplace_back(*_strings.insert(prefix).first, *_strings.insert(uri).first); });
 }
 
 // Mappings end behind their element.

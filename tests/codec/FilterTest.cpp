@@ -1,5 +1,7 @@
 // Filters between parser and writer.
+#include "AllocationCount.h"
 #include "DocumentTest.h"
+#include "Tamo/FastInfoset/FISDefaultHandler.h"
 #include "Tamo/FastInfoset/FISFilter.h"
 
 namespace Tamo::FastInfoset::Test {
@@ -67,6 +69,26 @@ TEST(FilterTest, DropsElementsWithAllThatIsInThem) {
                 << row.events << strict;
         }
     }
+}
+
+// The declarations of an element wait until it is known whether it goes; what a document has once, they hold
+// once.
+TEST(FilterTest, DeclarationsThatRepeatTakeLittleMemory) {
+    const std::string uri(100000, 'u');
+    const std::string octets = document([&](FastInfosetWriter& writer) {
+        const FastInfosetWriter::Document scope(writer);
+        for (int i = 0; i < 100; ++i) {
+            writer.startPrefixMapping("p" + std::to_string(i), uri);
+        }
+        writer.element("a");
+    });
+    FISDefaultHandler handler;
+    FISFilter filter(handler);
+    FastInfosetParser parser;
+    parser.initialize(&filter);
+    const AllocationCount memory;
+    parseMemory(parser, octets);
+    EXPECT_LT(memory.peak(), 10 * uri.size());
 }
 
 } // namespace

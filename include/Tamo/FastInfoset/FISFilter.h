@@ -7,6 +7,7 @@
 #include "Tamo/XML/DTDHandler.h"
 #include "Tamo/XML/LexicalHandler.h"
 #include <cstddef>
+#include <set>
 #include <span>
 #include <string>
 #include <utility>
@@ -101,7 +102,13 @@ private:
               DocumentPropertiesHandler& document) noexcept
         : _content(content), _lexical(lexical), _dtd(dtd), _document(document) {}
 
-    using Mapping = std::pair<std::string, std::string>;
+    // A prefix and a namespace name, both in _strings.
+    using Mapping = std::pair<const std::string&, const std::string&>;
+
+    void forgetMappings() noexcept {
+        _mappings.clear();
+        _strings.clear();
+    }
 
     // Hands an event on, unless it is in an element that goes.
     template<class Event>
@@ -117,6 +124,7 @@ private:
     DocumentPropertiesHandler& _document;
     std::size_t _dropped = 0;       // how many open elements go
     std::vector<Mapping> _mappings; // of the next element, of which it is not known yet whether it goes
+    std::set<std::string> _strings; // each once, which a document can have said as often as it likes
     bool _dropsEnds = false;        // of mappings, which those of an element that has gone are
 };
 
